@@ -1,0 +1,40 @@
+# Makefile - the two front doors: `make run` and `make test`.
+BUILD_DIR ?= build
+ASAN_DIR ?= build-asan
+JOBS ?= 2
+GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
+
+.PHONY: all configure build run test test-asan golden bench clean
+
+all: build
+
+$(BUILD_DIR)/CMakeCache.txt:
+	cmake -S . -B $(BUILD_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+configure: $(BUILD_DIR)/CMakeCache.txt
+
+build: configure
+	cmake --build $(BUILD_DIR) -j $(JOBS)
+
+# The main job: the showcase commands over the bundled sample survey.
+run: build
+	./$(BUILD_DIR)/app/quilt examples/showcase.qlt
+
+test: build
+	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
+
+# The same suite under AddressSanitizer and UndefinedBehaviorSanitizer.
+test-asan:
+	cmake -S . -B $(ASAN_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DQUILT_SANITIZE=ON -DQUILT_BUILD_BENCHMARKS=OFF
+	cmake --build $(ASAN_DIR) -j $(JOBS)
+	ctest --test-dir $(ASAN_DIR) --output-on-failure -j $(JOBS)
+
+# Rewrites the golden files from the current build; review the diff before committing.
+golden: build
+	QUILT_UPDATE_GOLDEN=1 ctest --test-dir $(BUILD_DIR) -j $(JOBS) || true
+
+bench: build
+	bench/run_bench.sh
+
+clean:
+	rm -rf $(BUILD_DIR) $(ASAN_DIR)
