@@ -1,0 +1,97 @@
+// ProcDSIterator.cpp - case iteration with split-group boundary reads
+#include "host/data/ProcDSIterator.h"
+
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "host/QuiltAssert.h"
+#include "host/data/Dataset.h"
+
+struct ProcDSIterator::Data {
+  std::shared_ptr<const Dataset> _dataset;
+  std::size_t _caseCount = 0;
+  std::size_t _nextCase = 0;        // index of the case the next delivering read gives
+  std::size_t _currentCase = 0;     // the case the accessors give
+  bool _hasCurrent = false;         // false until a case has been delivered
+  bool _splitGroupEnd = false;      // the latest read was a boundary or the end
+  bool _boundaryGiven = false;      // the boundary before _nextCase has been reported
+  bool _ended = false;              // NextCase has returned 0
+  std::vector<OBS> _emptyCells;     // what the accessors give before any case: per variable
+  std::vector<std::size_t> _emptyOffsets;  // offset of each variable in _emptyCells
+};
+
+namespace {
+
+bool SameSplitValues(const Dataset& dataset, std::size_t left, std::size_t right) {
+  for (int index : dataset.GetSplitVariables()) {
+    const int cells = dataset.GetCellsPerCase(index);
+    if (std::memcmp(dataset.GetCells(index, left), dataset.GetCells(index, right), cells * sizeof(OBS)) != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+ProcDSIterator::ProcDSIterator(std::shared_ptr<const Dataset> dataset) : _data(std::make_unique<Data>()) {
+  QUILT_ASSERT(dataset != nullptr, "an iterator reads a data set");
+  _data->_dataset = std::move(dataset);
+  _data->_caseCount = _data->_dataset->GetCaseCount();
+  // Before the first case (and for an empty data set) the accessors give system-missing
+  // numbers and blank strings rather than pointing outside the data.
+  const int variableCount = _data->_dataset->GetVariableCount();
+  for (int index = 0; index < variableCount; ++index) {
+    _data->_emptyOffsets.push_back(_data->_emptyCells.size());
+    const int cells = _data->_dataset->GetCellsPerCase(index);
+    OBS empty{};
+    if (_data->_dataset->GetVariable(index).GetType() == 0) {
+      empty.number = TARN_SystemMissing();
+    } else {
+      std::memset(empty.bytes, ' ', sizeof empty.bytes);
+    }
+    _data->_emptyCells.insert(_data->_emptyCells.end(), static_cast<std::size_t>(cells), empty);
+  }
+}
+
+ProcDSIterator::~ProcDSIterator() = default;
+
+int ProcDSIterator::DoNextCase() {
+  Data& data = *_data;
+  if (data._ended || data._nextCase >= data._caseCount) {
+    data._ended = true;
+    data._splitGroupEnd = true;
+    return 0;
+  }
+  const Dataset& dataset = *data._dataset;
+  const bool hasSplits = !dataset.GetSplitVariables().empty();
+  if (hasSplits && !data._boundaryGiven) {
+    const bool leading = data._nextCase == 0 && dataset.HasLeadingBoundary();
+    const bool between = data._nextCase > 0 && !SameSplitValues(dataset, data._nextCase - 1, data._nextCase);
+    if (leading || between) {
+      data._boundaryGiven = true;
+      data._splitGroupEnd = true;
+      return 1;
+    }
+  }
+  data._boundaryGiven = false;
+  data._splitGroupEnd = false;
+  data._currentCase = data._nextCase++;
+  data._hasCurrent = true;
+  return 1;
+}
+
+const double* ProcDSIterator::GetNumericValue(int index) const {
+  return &GetObsPointer(static_cast<unsigned>(index))->number;
+}
+
+const OBS* ProcDSIterator::GetObsPointer(unsigned index) const {
+  const Dataset& dataset = *_data->_dataset;
+  QUILT_ASSERT(index < static_cast<unsigned>(dataset.GetVariableCount()), "a case value of a dictionary variable");
+  if (!_data->_hasCurrent) return &_data->_emptyCells[_data->_emptyOffsets[index]];
+  return dataset.GetCells(static_cast<int>(index), _data->_currentCase);
+}
+
+bool ProcDSIterator::SplitGroupEnd() const { return _data->_splitGroupEnd; }
+std::size_t ProcDSIterator::GetCaseIndex() const { return _data->_currentCase; }
