@@ -112,6 +112,17 @@ void Dataset::SetColumn(int index, std::vector<OBS> cells) {
   _data->_suggestedLevels[static_cast<std::size_t>(index)] = -1;
 }
 
+void Dataset::SetCaseData(std::vector<std::vector<OBS>> columns, std::size_t caseCount) {
+  QUILT_ASSERT(columns.size() == _data->_variables.size(), "one column per variable");
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    QUILT_ASSERT(columns[i].size() == caseCount * static_cast<std::size_t>(CellsFor(_data->_variables[i])),
+                 "a column holds every case of the data set");
+    _data->_suggestedLevels[i] = -1;
+  }
+  _data->_columns = std::move(columns);
+  _data->_caseCount = caseCount;
+}
+
 void Dataset::SetCaseCount(std::size_t caseCount) {
   for (std::size_t i = 0; i < _data->_columns.size(); ++i) {
     const TARN_Variable& variable = _data->_variables[i];

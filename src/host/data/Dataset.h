@@ -50,6 +50,10 @@ public:
   /// Replaces the column of variable `index`; its size must be caseCount * cells per case,
   /// where caseCount is the same for every column (SetCaseCount first).
   void SetColumn(int index, std::vector<OBS> cells);
+  /// Replaces every column at once and sets the case count: `columns` holds one column per
+  /// variable, each caseCount * cells per case long. The loader's way in, so that no
+  /// column is ever held twice.
+  void SetCaseData(std::vector<std::vector<OBS>> columns, std::size_t caseCount);
   /// Sets the case count, growing columns with system-missing numbers and blank strings,
   /// or cutting them.
   void SetCaseCount(std::size_t caseCount);

@@ -1,0 +1,488 @@
+// DatasetLoader.cpp - CSV data and JSON dictionary into a Dataset, in one numeric pass plus one for strings
+#include "host/data/DatasetLoader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string_view>
+
+#include "host/data/CsvReader.h"
+#include "host/data/DataError.h"
+#include "host/data/Dataset.h"
+#include "host/data/DictionaryReader.h"
+#include "host/data/FormatText.h"
+#include "host/data/HostStrings.h"
+#include "host/data/TARN_Variable.h"
+
+#if __has_include("host/data/FormatConversion.h")
+#include "host/data/FormatConversion.h"
+#define QUILT_HAS_FORMAT_CONVERSION 1
+#else
+#define QUILT_HAS_FORMAT_CONVERSION 0
+#endif
+
+namespace {
+
+enum ColumnKind {
+  kColumnNumeric,       // declared numeric: every field must be a number
+  kColumnUndetermined,  // numeric while every field is a number, else string
+  kColumnString,        // filled in the second pass
+  kColumnDateTime,      // numeric, read from date and time text by its format
+};
+
+// Everything known about one CSV column while loading.
+struct Column {
+  std::string name;            // header text
+  int declaration = -1;        // index among the dictionary's declarations, -1 when unlisted
+  ColumnKind kind = kColumnUndetermined;
+  int declaredWidth = 0;       // stated string width, 0 when not stated
+  bool hasFormat = false;      // `format` was stated
+  TARN_Format format;
+  std::size_t maxLength = 0;   // longest text without trailing blanks (string width inference)
+  int maxIntegerLength = 0;    // longest integer part with its sign (F width inference)
+  int maxDecimals = 0;         // most digits after the point (F decimals inference)
+  bool sawNumber = false;      // some field held a number
+  std::vector<OBS> cells;      // the column's data
+};
+
+constexpr int kMaximumInferredDecimals = 16;
+constexpr std::size_t kMaximumStringWidth = 32767;
+
+enum NumberResult { kNumberOk, kNumberEmpty, kNumberInvalid };
+
+bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+
+// Reads a numeric field: blanks around it are ignored; empty (or a lone ".") is
+// system-missing. Reports the length of the integer part and the digits after the point,
+// from which an inferred format takes its width and decimals.
+NumberResult ParseNumericField(std::string_view field, double& value, int& integerLength, int& decimals) {
+  const char* begin = field.data();
+  const char* end = begin + field.size();
+  while (begin < end && IsBlank(*begin)) ++begin;
+  while (end > begin && IsBlank(end[-1])) --end;
+  if (begin == end || (end - begin == 1 && *begin == '.')) return kNumberEmpty;
+  const char* digits = begin;
+  bool negative = false;
+  if (*digits == '-' || *digits == '+') {
+    negative = *digits == '-';
+    ++digits;
+  }
+  // Whole numbers are the common case in survey data; read them without the general parser.
+  if (end - digits > 0 && end - digits <= 15) {
+    long long whole = 0;
+    const char* cursor = digits;
+    while (cursor < end && *cursor >= '0' && *cursor <= '9') whole = whole * 10 + (*cursor++ - '0');
+    if (cursor == end) {
+      value = negative ? -static_cast<double>(whole) : static_cast<double>(whole);
+      integerLength = static_cast<int>(end - begin) - (*begin == '+' ? 1 : 0);
+      decimals = 0;
+      return kNumberOk;
+    }
+  }
+  if (digits == end) return kNumberInvalid;
+  const auto result = std::from_chars(digits, end, value);
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return kNumberInvalid;
+  // from_chars also reads "inf" and "nan", which the finiteness test has turned away.
+  if (negative) value = -value;
+  const char* point = static_cast<const char*>(std::memchr(digits, '.', static_cast<std::size_t>(end - digits)));
+  const char* exponent = digits;
+  while (exponent < end && *exponent != 'e' && *exponent != 'E') ++exponent;
+  const char* integerEnd = point != nullptr && point < exponent ? point : exponent;
+  integerLength = static_cast<int>(integerEnd - digits) + (negative ? 1 : 0);
+  decimals = point != nullptr && point < exponent ? static_cast<int>(exponent - point - 1) : 0;
+  return kNumberOk;
+}
+
+std::size_t TrimmedLength(std::string_view field) {
+  std::size_t length = field.size();
+  while (length > 0 && field[length - 1] == ' ') --length;
+  return length;
+}
+
+std::string Quote(std::string_view text) {
+  constexpr std::size_t kShown = 40;
+  std::string shown(text.substr(0, kShown));
+  if (text.size() > kShown) shown += "...";
+  return "'" + shown + "'";
+}
+
+std::string ReadWholeFile(const std::string& path, const std::string& what) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  std::string text;
+  if (!error) {
+    text.resize(static_cast<std::size_t>(size));
+    stream.read(text.data(), static_cast<std::streamsize>(size));
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+  } else {
+    std::ostringstream buffer;
+    buffer << stream.rdbuf();
+    text = buffer.str();
+  }
+  if (stream.bad()) throw DataError(path + ": cannot read the " + what);
+  return text;
+}
+
+// Guesses the number of records from the first ones, so numeric columns are allocated once.
+std::size_t EstimateRecordCount(std::string_view text, char delimiter, std::size_t headerEnd) {
+  constexpr std::size_t kSample = 1000;
+  CsvReader reader(text.substr(headerEnd), delimiter, std::string());
+  std::size_t records = 0;
+  try {
+    while (records < kSample && reader.NextRecord()) {
+      reader.SkipRestOfRecord();
+      ++records;
+    }
+  } catch (const DataError&) {
+    // The real pass reports the problem with its line.
+  }
+  if (records < kSample) return records;
+  const double bytesPerRecord = static_cast<double>(reader.GetOffset()) / static_cast<double>(records);
+  return static_cast<std::size_t>(static_cast<double>(text.size() - headerEnd) / bytesPerRecord * 1.02) + 16;
+}
+
+class Loader {
+public:
+  Loader(const std::string& csvText, const std::string& dictionaryJson, const DatasetLoadOptions& options,
+         const std::string& csvName, const std::string& dictionaryName)
+      : _text(csvText), _options(options), _csvName(csvName), _dictionaryName(dictionaryName) {
+    if (!dictionaryJson.empty()) _dictionary = std::make_unique<DictionaryReader>(dictionaryJson, dictionaryName);
+  }
+
+  std::shared_ptr<Dataset> Load() {
+    ReadHeader();
+    MatchDeclarations();
+    ReadNumbers();
+    ReadStrings();
+    return Build();
+  }
+
+private:
+  std::string Where(std::size_t line) const { return _csvName + ":" + std::to_string(line) + ": "; }
+
+  void ReadHeader() {
+    _reader = std::make_unique<CsvReader>(_text, _options.delimiter, _csvName);
+    if (!_reader->NextRecord()) throw DataError(_csvName + ": the file is empty (it needs a header row of variable names)");
+    std::string_view field;
+    while (_reader->NextField(field, std::string())) {
+      Column column;
+      const std::size_t number = _columns.size() + 1;
+      std::string_view name = field;
+      while (!name.empty() && IsBlank(name.front())) name.remove_prefix(1);
+      while (!name.empty() && IsBlank(name.back())) name.remove_suffix(1);
+      column.name = std::string(name);
+      if (column.name.empty()) throw DataError(Where(1) + "column " + std::to_string(number) + " has no name");
+      const int validity = ValidateTARNName(column.name.c_str());
+      if (validity != kNameValid) {
+        throw DataError(Where(1) + "column " + std::to_string(number) + ": " + Quote(column.name) +
+                        " is not a valid variable name");
+      }
+      for (const Column& earlier : _columns) {
+        if (TARNMBstricmp_A(earlier.name.c_str(), column.name.c_str()) == 0) {
+          throw DataError(Where(1) + "column " + std::to_string(number) + ": " + Quote(column.name) +
+                          " is a second column of that name");
+        }
+      }
+      _columns.push_back(std::move(column));
+    }
+    _headerEnd = _reader->GetOffset();
+  }
+
+  void MatchDeclarations() {
+    // Dictionary order: the listed variables, then the other columns in file order.
+    if (_dictionary) {
+      const auto& declarations = _dictionary->GetDeclarations();
+      for (std::size_t d = 0; d < declarations.size(); ++d) {
+        const VariableDeclaration& declaration = declarations[d];
+        std::size_t found = _columns.size();
+        for (std::size_t c = 0; c < _columns.size(); ++c) {
+          if (TARNMBstricmp_A(_columns[c].name.c_str(), declaration.name.c_str()) == 0) found = c;
+        }
+        if (found == _columns.size()) {
+          throw DataError(_dictionary->Where(declaration.path + ".name") + Quote(declaration.name) +
+                          " is not a column of " + _csvName);
+        }
+        Column& column = _columns[found];
+        column.declaration = static_cast<int>(d);
+        column.name = declaration.name;
+        column.hasFormat = declaration.hasFormat;
+        column.format = declaration.format;
+        column.declaredWidth = declaration.width;
+        if (declaration.declaredType == 0) {
+          column.kind = declaration.hasFormat && IsDateTimeFormat(declaration.format.Type()) ? kColumnDateTime
+                                                                                              : kColumnNumeric;
+        } else if (declaration.declaredType == 1) {
+          column.kind = kColumnString;
+          if (column.declaredWidth == 0 && declaration.hasFormat) column.declaredWidth = declaration.format.Width();
+        }
+        _order.push_back(found);
+      }
+    }
+    for (std::size_t c = 0; c < _columns.size(); ++c) {
+      if (_columns[c].declaration < 0) _order.push_back(c);
+    }
+#if !QUILT_HAS_FORMAT_CONVERSION
+    for (const Column& column : _columns) {
+      if (column.kind == kColumnDateTime) {
+        throw DataError(_dictionary->Where(_dictionary->GetDeclarations()[column.declaration].path + ".format") +
+                        "date and time columns cannot be read yet");
+      }
+    }
+#endif
+  }
+
+  // Checks the field count of the record just read.
+  void CheckFieldCount(std::size_t count) const {
+    if (count != _columns.size()) {
+      throw DataError(Where(_reader->GetRecordLine()) + std::to_string(count) + " field" + (count == 1 ? "" : "s") +
+                      ", but the header has " + std::to_string(_columns.size()) + " columns");
+    }
+  }
+
+  void ReadNumbers() {
+    const std::size_t estimate = EstimateRecordCount(_text, _options.delimiter, _headerEnd);
+    for (Column& column : _columns) {
+      if (column.kind != kColumnString) column.cells.reserve(estimate);
+    }
+    const std::size_t columnCount = _columns.size();
+    std::string_view field;
+    while (_reader->NextRecord()) {
+      std::size_t index = 0;
+      while (_reader->NextField(field, index < columnCount ? _columns[index].name : _columns.back().name)) {
+        if (index >= columnCount) CheckFieldCount(index + 1 + _reader->SkipRestOfRecord());
+        ReadNumericField(_columns[index], field);
+        ++index;
+      }
+      CheckFieldCount(index);
+      ++_caseCount;
+    }
+  }
+
+  void ReadNumericField(Column& column, std::string_view field) {
+    switch (column.kind) {
+      case kColumnString:
+        column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+        return;
+      case kColumnDateTime:
+        ReadDateTimeField(column, field);
+        return;
+      case kColumnNumeric:
+      case kColumnUndetermined:
+        break;
+    }
+    double value = TARN_SystemMissing();
+    int integerLength = 0;
+    int decimals = 0;
+    const NumberResult result = ParseNumericField(field, value, integerLength, decimals);
+    if (result == kNumberInvalid) {
+      if (column.kind == kColumnNumeric) {
+        throw DataError(Where(_reader->GetLine()) + "column '" + column.name + "': " + Quote(field) +
+                        " is not a number");
+      }
+      // Text in an undeclared column: it is a string column after all.
+      column.kind = kColumnString;
+      column.cells = std::vector<OBS>();
+      column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+      return;
+    }
+    if (result == kNumberOk) {
+      column.sawNumber = true;
+      column.maxIntegerLength = std::max(column.maxIntegerLength, integerLength);
+      column.maxDecimals = std::max(column.maxDecimals, decimals);
+    } else {
+      value = TARN_SystemMissing();
+    }
+    if (column.kind == kColumnUndetermined) column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+    OBS cell;
+    cell.number = value;
+    column.cells.push_back(cell);
+  }
+
+  void ReadDateTimeField(Column& column, std::string_view field) {
+    OBS cell;
+    cell.number = TARN_SystemMissing();
+    std::size_t begin = 0;
+    std::size_t end = field.size();
+    while (begin < end && IsBlank(field[begin])) ++begin;
+    while (end > begin && IsBlank(field[end - 1])) --end;
+#if QUILT_HAS_FORMAT_CONVERSION
+    if (begin < end) {
+      const std::string text(field.substr(begin, end - begin));
+      if (FromString(text.c_str(), column.format, &cell) != 0) {
+        throw DataError(Where(_reader->GetLine()) + "column '" + column.name + "': " + Quote(text) +
+                        " is not a " + FormatToText(column.format) + " value");
+      }
+    }
+#endif
+    column.cells.push_back(cell);
+  }
+
+  // The second pass, only when there are string columns: copies their texts into cells.
+  void ReadStrings() {
+    std::vector<std::size_t> stringColumns;
+    for (std::size_t c = 0; c < _columns.size(); ++c) {
+      Column& column = _columns[c];
+      if (column.kind != kColumnString) continue;
+      if (column.declaredWidth > 0) {
+        // Checked in the pass below with the line of the offending field.
+      } else {
+        column.declaredWidth = static_cast<int>(std::max<std::size_t>(column.maxLength, 1));
+        if (static_cast<std::size_t>(column.declaredWidth) > kMaximumStringWidth) {
+          throw DataError(_csvName + ": column '" + column.name + "': a text is longer than " +
+                          std::to_string(kMaximumStringWidth) + " bytes");
+        }
+      }
+      const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
+      OBS blank;
+      std::memset(blank.bytes, ' ', sizeof blank.bytes);
+      column.cells.assign(_caseCount * cellsPerCase, blank);
+      stringColumns.push_back(c);
+    }
+    if (stringColumns.empty()) return;
+    CsvReader reader(_text, _options.delimiter, _csvName);
+    reader.NextRecord();  // the header
+    std::string_view field;
+    std::size_t caseIndex = 0;
+    while (reader.NextRecord()) {
+      std::size_t index = 0;
+      std::size_t next = 0;  // position in stringColumns
+      while (next < stringColumns.size() && reader.NextField(field, _columns[index].name)) {
+        if (index == stringColumns[next]) {
+          Column& column = _columns[index];
+          const std::size_t length = TrimmedLength(field);
+          if (length > static_cast<std::size_t>(column.declaredWidth)) {
+            throw DataError(Where(reader.GetLine()) + "column '" + column.name + "': " + Quote(field) +
+                            " is longer than the width " + std::to_string(column.declaredWidth));
+          }
+          const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
+          std::memcpy(column.cells[caseIndex * cellsPerCase].bytes, field.data(), length);
+          ++next;
+        }
+        ++index;
+      }
+      ++caseIndex;
+    }
+  }
+
+  TARN_Format InferredNumericFormat(const Column& column) const {
+    if (!column.sawNumber) return kDefaultFormat;
+    const int decimals = std::min(column.maxDecimals, kMaximumInferredDecimals);
+    const int width = std::max(column.maxIntegerLength, 1) + (decimals > 0 ? decimals + 1 : 0);
+    return TARN_Format(kFormatF, width, decimals);
+  }
+
+  std::shared_ptr<Dataset> Build() {
+    auto dataset = std::make_shared<Dataset>();
+    std::vector<std::vector<OBS>> columns;
+    for (std::size_t c : _order) {
+      Column& column = _columns[c];
+      const bool isString = column.kind == kColumnString;
+      TARN_Variable variable(isString ? column.declaredWidth : 0);
+      variable.SetName(column.name.c_str());
+      if (column.hasFormat) {
+        TARN_Format format = column.format;
+        if (isString && format.Type() == kFormatA && format.Width() != column.declaredWidth) {
+          format = TARN_Format(kFormatA, column.declaredWidth, 0);
+        }
+        variable.SetFormat(format);
+      } else if (!isString) {
+        variable.SetFormat(InferredNumericFormat(column));
+      }
+      if (column.declaration >= 0) _dictionary->ApplyDetails(static_cast<std::size_t>(column.declaration), variable);
+      dataset->AddVariable(variable);
+      if (column.cells.capacity() > column.cells.size() + column.cells.size() / 16) column.cells.shrink_to_fit();
+      columns.push_back(std::move(column.cells));
+    }
+    dataset->SetCaseData(std::move(columns), _caseCount);
+    if (_dictionary) _dictionary->AddSets(*dataset);
+    SetWeight(*dataset);
+    SetSplit(*dataset);
+    return dataset;
+  }
+
+  void SetWeight(Dataset& dataset) const {
+    const bool fromOptions = !_options.weightVariable.empty();
+    const std::string name = fromOptions ? _options.weightVariable : _dictionary ? _dictionary->GetWeight() : "";
+    if (name.empty()) return;
+    const std::string where = fromOptions ? "--weight: " : _dictionary->Where("weight");
+    const int index = dataset.FindVariable(name);
+    if (index < 0) throw DataError(where + Quote(name) + " is not a variable of " + _csvName);
+    if (dataset.GetVariable(index).GetType() != 0) {
+      throw DataError(where + Quote(name) + " is a string variable; a weight must be numeric");
+    }
+    dataset.SetWeightVariable(index);
+  }
+
+  void SetSplit(Dataset& dataset) const {
+    const bool fromOptions = !_options.splitVariables.empty();
+    const std::vector<std::string> names =
+        fromOptions ? _options.splitVariables : _dictionary ? _dictionary->GetSplitVariables() : std::vector<std::string>();
+    std::string layoutText = _options.splitLayout;
+    std::string layoutWhere = "--split-layout: ";
+    if (layoutText.empty() && _dictionary) {
+      layoutText = _dictionary->GetSplitLayout();
+      layoutWhere = _dictionary->Where("split.layout");
+    }
+    if (!layoutText.empty() && layoutText != "separate" && layoutText != "layered") {
+      throw DataError(layoutWhere + Quote(layoutText) + " is not separate or layered");
+    }
+    std::vector<int> indices;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      const std::string where =
+          fromOptions ? "--split: " : _dictionary->Where("split.variables[" + std::to_string(i) + "]");
+      const int index = dataset.FindVariable(names[i]);
+      if (index < 0) throw DataError(where + Quote(names[i]) + " is not a variable of " + _csvName);
+      if (std::find(indices.begin(), indices.end(), index) != indices.end()) {
+        throw DataError(where + Quote(names[i]) + " is named twice");
+      }
+      indices.push_back(index);
+    }
+    dataset.SetSplitVariables(indices, layoutText == "layered" ? kSplitLayered : kSplitSeparate);
+  }
+
+  const std::string& _text;
+  const DatasetLoadOptions& _options;
+  std::string _csvName;
+  std::string _dictionaryName;
+  std::unique_ptr<DictionaryReader> _dictionary;  // null without a dictionary
+  std::unique_ptr<CsvReader> _reader;             // the numeric pass
+  std::vector<Column> _columns;                   // CSV order
+  std::vector<std::size_t> _order;                // dictionary order as indices into _columns
+  std::size_t _headerEnd = 0;                     // byte offset just past the header row
+  std::size_t _caseCount = 0;
+};
+
+}  // namespace
+
+std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath, const std::string& dictionaryPath,
+                                                  const DatasetLoadOptions& options) {
+  const std::string csvText = ReadWholeFile(csvPath, "data file");
+  std::string dictionaryName = dictionaryPath;
+  std::string dictionaryJson;
+  if (dictionaryName.empty()) {
+    const std::filesystem::path path(csvPath);
+    const std::filesystem::path beside = path.parent_path() / (path.stem().string() + ".dict.json");
+    std::error_code error;
+    if (std::filesystem::exists(beside, error)) dictionaryName = beside.string();
+  }
+  if (!dictionaryName.empty()) {
+    dictionaryJson = ReadWholeFile(dictionaryName, "dictionary");
+    if (dictionaryJson.find_first_not_of(" \t\r\n") == std::string::npos) {
+      throw DataError(dictionaryName + ": the dictionary is empty");
+    }
+  }
+  return LoadText(csvText, dictionaryJson, options, csvPath, dictionaryName);
+}
+
+std::shared_ptr<Dataset> DatasetLoader::LoadText(const std::string& csvText, const std::string& dictionaryJson,
+                                                 const DatasetLoadOptions& options, const std::string& csvName,
+                                                 const std::string& dictionaryName) {
+  Loader loader(csvText, dictionaryJson, options, csvName, dictionaryName);
+  return loader.Load();
+}
