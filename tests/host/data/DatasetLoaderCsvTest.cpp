@@ -1,0 +1,162 @@
+// DatasetLoaderCsvTest.cpp - CSV reading: quoting, delimiters, empty fields, inference and errors
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/data/DataError.h"
+#include "host/data/Dataset.h"
+#include "host/data/DatasetLoader.h"
+#include "host/data/FormatText.h"
+
+namespace {
+
+std::shared_ptr<Dataset> Load(const std::string& csv, const std::string& dictionary = "",
+                              DatasetLoadOptions options = {}) {
+  return DatasetLoader::LoadText(csv, dictionary, options, "survey.csv", "survey.dict.json");
+}
+
+std::string Text(const Dataset& dataset, int variable, std::size_t caseIndex) {
+  const int width = dataset.GetVariable(variable).GetType();
+  std::string text(reinterpret_cast<const char*>(dataset.GetCells(variable, caseIndex)), static_cast<std::size_t>(width));
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
+double Number(const Dataset& dataset, int variable, std::size_t caseIndex) {
+  return dataset.GetCells(variable, caseIndex)->number;
+}
+
+// Runs a load that must fail and returns its message.
+std::string LoadError(const std::string& csv, const std::string& dictionary = "", DatasetLoadOptions options = {}) {
+  try {
+    Load(csv, dictionary, options);
+  } catch (const DataError& error) {
+    return error.what();
+  }
+  ADD_FAILURE() << "no DataError for:\n" << csv;
+  return "";
+}
+
+}  // namespace
+
+TEST(DatasetLoaderCsv, QuotedFieldsKeepDelimitersQuotesAndLineEnds) {
+  const auto dataset = Load(
+      "id,city,note\r\n"
+      "1,\"Paris, France\",\"she said \"\"hi\"\"\"\r\n"
+      "2,Rome,\"two\nlines\"\r\n"
+      "3,\"\",plain\r\n");
+  ASSERT_EQ(dataset->GetCaseCount(), 3u);
+  EXPECT_EQ(Text(*dataset, 1, 0), "Paris, France");
+  EXPECT_EQ(Text(*dataset, 2, 0), "she said \"hi\"");
+  EXPECT_EQ(Text(*dataset, 2, 1), "two\nlines");
+  EXPECT_EQ(Text(*dataset, 1, 2), "");
+  // The widest city text is "Paris, France", 13 bytes; the widest note "she said "hi"", 13.
+  EXPECT_EQ(dataset->GetVariable(1).GetType(), 13);
+  EXPECT_EQ(dataset->GetVariable(2).GetType(), 13);
+  EXPECT_EQ(dataset->GetCellsPerCase(1), 2);  // ObsLength(13) = (13 + 7) >> 3 = 2
+}
+
+TEST(DatasetLoaderCsv, ErrorsAfterAnEmbeddedNewlineCountTheRightLine) {
+  // The quoted field of record 2 spans lines 2 and 3, so the bad number stands on line 4.
+  const std::string message = LoadError("id,note\n1,\"a\nb\"\nx,c\n", R"({"variables":[{"name":"id","type":"numeric"}]})");
+  EXPECT_EQ(message, "survey.csv:4: column 'id': 'x' is not a number");
+}
+
+TEST(DatasetLoaderCsv, OtherDelimiter) {
+  DatasetLoadOptions options;
+  options.delimiter = ';';
+  const auto dataset = Load("a;b\n1,5;x,y\n2;\"z;w\"\n", "", options);
+  ASSERT_EQ(dataset->GetVariableCount(), 2);
+  EXPECT_EQ(Text(*dataset, 0, 0), "1,5");  // a comma is plain text under ';'
+  EXPECT_EQ(Text(*dataset, 1, 1), "z;w");
+}
+
+TEST(DatasetLoaderCsv, EmptyFieldsAreSystemMissingOrBlank) {
+  const auto dataset = Load("n,s\n1,a\n,\n 3 ,b\n.,c\n");
+  ASSERT_EQ(dataset->GetCaseCount(), 4u);
+  EXPECT_EQ(dataset->GetVariable(0).GetType(), 0);
+  EXPECT_EQ(Number(*dataset, 0, 1), TARN_SystemMissing());
+  EXPECT_EQ(Number(*dataset, 0, 2), 3.0);  // blanks around a number are ignored
+  EXPECT_EQ(Number(*dataset, 0, 3), TARN_SystemMissing());  // a lone "." is missing too
+  EXPECT_EQ(Text(*dataset, 1, 1), "");
+}
+
+TEST(DatasetLoaderCsv, NumbersWithSignsDecimalsAndExponents) {
+  const auto dataset = Load("x\n-2\n+4\n0.125\n1e3\n-2.5E-1\n.5\n");
+  const double expected[] = {-2, 4, 0.125, 1000, -0.25, 0.5};
+  for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(Number(*dataset, 0, i), expected[i]) << "case " << i;
+}
+
+TEST(DatasetLoaderCsv, InfersFormatsFromTheData) {
+  struct Row {
+    const char* csv;
+    const char* format;
+  };
+  const Row rows[] = {
+      {"x\n1\n22\n333\n", "F3.0"},         // widest integer part 3, no decimals
+      {"x\n1.5\n-10.25\n", "F6.2"},        // "-10" is 3 wide, 2 decimals: 3 + 1 + 2
+      {"x\n\n\n", "F8.2"},                 // nothing seen: the default format
+      {"x\n0.12345678901234567890\n", "F18.16"},  // decimals stop at 16: 1 + 1 + 16
+      {"x\nabc\nde\n", "A3"},
+  };
+  for (const Row& row : rows) {
+    const auto dataset = Load(row.csv);
+    EXPECT_EQ(FormatToText(dataset->GetVariable(0).GetFormat()), row.format) << row.csv;
+  }
+}
+
+TEST(DatasetLoaderCsv, ColumnWithTextAfterNumbersBecomesString) {
+  const auto dataset = Load("code\n12\n7\nA7\n");
+  ASSERT_EQ(dataset->GetVariable(0).GetType(), 2);  // widest text "12" or "A7"
+  EXPECT_EQ(Text(*dataset, 0, 0), "12");
+  EXPECT_EQ(Text(*dataset, 0, 2), "A7");
+}
+
+TEST(DatasetLoaderCsv, MalformedInputNamesFileLineAndColumn) {
+  struct Row {
+    std::string csv;
+    std::string message;
+  };
+  const std::string numericAge = R"({"variables":[{"name":"age","type":"numeric"}]})";
+  const Row rows[] = {
+      {"", "survey.csv: the file is empty (it needs a header row of variable names)"},
+      {"a,,c\n", "survey.csv:1: column 2 has no name"},
+      {"a,1b\n", "survey.csv:1: column 2: '1b' is not a valid variable name"},
+      {"a,A\n", "survey.csv:1: column 2: 'A' is a second column of that name"},
+      {"a,b\n1,2\n3\n", "survey.csv:3: 1 field, but the header has 2 columns"},
+      {"a,b\n1,2,3\n", "survey.csv:2: 3 fields, but the header has 2 columns"},
+      {"a,b\n1,\"open\n", "survey.csv:2: column 'b': quoted field never ends"},
+      {"a,b\n1,\"x\"y\n", "survey.csv:2: column 'b': text after the closing quote"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(LoadError(row.csv), row.message) << row.csv;
+  const Row declared[] = {
+      {"id,age\n1,31\n2,abc\n", "survey.csv:3: column 'age': 'abc' is not a number"},
+      {"id,age\n1,inf\n", "survey.csv:2: column 'age': 'inf' is not a number"},
+      {"id,age\n1,1.2.3\n", "survey.csv:2: column 'age': '1.2.3' is not a number"},
+  };
+  for (const Row& row : declared) EXPECT_EQ(LoadError(row.csv, numericAge), row.message) << row.csv;
+}
+
+TEST(DatasetLoaderCsv, StringLongerThanItsDeclaredWidthIsAnError) {
+  const std::string dictionary = R"({"variables":[{"name":"city","type":"string","width":4}]})";
+  EXPECT_EQ(LoadError("city\nRome\nParis\n", dictionary), "survey.csv:3: column 'city': 'Paris' is longer than the width 4");
+}
+
+TEST(DatasetLoaderCsv, ByteOrderMarkAndBlankLinesAreSkipped) {
+  const auto dataset = Load("\xEF\xBB\xBFid\n1\n\n2\n\r\n");
+  ASSERT_EQ(dataset->GetVariableCount(), 1);
+  EXPECT_STREQ(dataset->GetVariable(0).GetName(), "id");
+  EXPECT_EQ(dataset->GetCaseCount(), 2u);
+}
+
+TEST(DatasetLoaderCsv, ManyRowsFillEveryColumn) {
+  // Enough records to pass the row-count estimate's sample, in mixed column kinds.
+  std::string csv = "i,half,name\n";
+  for (int i = 0; i < 2500; ++i) csv += std::to_string(i) + "," + std::to_string(i / 2.0) + ",n" + std::to_string(i) + "\n";
+  const auto dataset = Load(csv);
+  ASSERT_EQ(dataset->GetCaseCount(), 2500u);
+  EXPECT_EQ(Number(*dataset, 0, 2499), 2499.0);
+  EXPECT_EQ(Number(*dataset, 1, 2499), 1249.5);
+  EXPECT_EQ(Text(*dataset, 2, 2499), "n2499");
+  EXPECT_EQ(dataset->GetColumn(0).size(), 2500u);
+}
