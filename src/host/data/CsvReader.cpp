@@ -9,13 +9,95 @@ struct CsvReader::Data {
   std::string_view _text;
   char _delimiter = ',';
   std::string _sourceName;
-  std::size_t _position = 0;       // next byte to read
-  std::size_t _line = 1;           // line of _position
-  std::size_t _fieldLine = 1;      // line where the latest field started
-  std::size_t _recordLine = 1;     // line where the current record started
-  bool _inRecord = false;          // a record is open and may have more fields
-  std::string _scratch;            // unescaped text of a quoted field with doubled quotes
+  std::vector<std::string> _columnNames;  // for messages, by field position
+  std::size_t _position = 0;              // next byte to read
+  std::size_t _line = 1;                  // line of _position
+  std::size_t _fieldLine = 1;             // line where the latest field started
+  std::size_t _recordLine = 1;            // line where the current record started
+  std::size_t _fieldIndex = 0;            // position of the next field in its record
+  bool _inRecord = false;                 // a record is open and may have more fields
+  bool _multiLineRecord = false;          // the latest ReadRecord spanned lines
+  std::vector<std::string> _scratch;      // unescaped quoted fields, one buffer per position
+  std::vector<std::size_t> _fieldLines;   // lines of the latest ReadRecord's fields, when it spanned lines
 };
+
+// Reads one field at _position; the caller has checked that a record is open. Defined
+// before its callers so the compiler can inline it into the record loop.
+void CsvReader::ScanField(std::string_view& field) {
+  Data& data = *_data;
+  const std::string_view text = data._text;
+  const std::size_t size = text.size();
+  const char delimiter = data._delimiter;
+  data._fieldLine = data._line;
+  std::size_t position = data._position;
+  std::size_t end = 0;
+  if (position < size && text[position] == '"') {
+    ++position;
+    const std::size_t start = position;
+    bool escaped = false;
+    while (true) {
+      if (position >= size) Fail("quoted field never ends");
+      const char character = text[position];
+      if (character == '"') {
+        if (position + 1 < size && text[position + 1] == '"') {
+          escaped = true;
+          position += 2;
+          continue;
+        }
+        break;
+      }
+      if (character == '\n') ++data._line;
+      ++position;
+    }
+    const std::string_view raw = text.substr(start, position - start);
+    ++position;  // the closing quote
+    const bool atEnd = position >= size || text[position] == delimiter || text[position] == '\n' ||
+                       (text[position] == '\r' && (position + 1 == size || text[position + 1] == '\n'));
+    if (!atEnd) Fail("text after the closing quote");
+    if (escaped) {
+      if (data._scratch.size() <= data._fieldIndex) data._scratch.resize(data._fieldIndex + 1);
+      std::string& scratch = data._scratch[data._fieldIndex];
+      scratch.clear();
+      for (std::size_t i = 0; i < raw.size(); ++i) {
+        scratch.push_back(raw[i]);
+        if (raw[i] == '"') ++i;
+      }
+      field = scratch;
+    } else {
+      field = raw;
+    }
+    end = position;
+  } else {
+    const std::size_t start = position;
+    while (position < size) {
+      const char character = text[position];
+      if (character == delimiter || character == '\n') break;
+      if (character == '\r' && (position + 1 == size || text[position + 1] == '\n')) break;
+      ++position;
+    }
+    field = text.substr(start, position - start);
+    end = position;
+  }
+  ++data._fieldIndex;
+  if (end < size && text[end] == delimiter) {
+    data._position = end + 1;
+    return;
+  }
+  data._inRecord = false;
+  if (end < size && text[end] == '\r') ++end;
+  if (end < size && text[end] == '\n') {
+    ++end;
+    ++data._line;
+  }
+  data._position = end;
+}
+
+void CsvReader::Fail(const char* what) const {
+  const Data& data = *_data;
+  std::string message = data._sourceName + ":" + std::to_string(data._fieldLine) + ": ";
+  if (data._fieldIndex < data._columnNames.size()) message += "column '" + data._columnNames[data._fieldIndex] + "': ";
+  throw DataError(message + what);
+}
 
 CsvReader::CsvReader(std::string_view text, char delimiter, std::string sourceName)
     : _data(std::make_unique<Data>()) {
@@ -27,11 +109,12 @@ CsvReader::CsvReader(std::string_view text, char delimiter, std::string sourceNa
 
 CsvReader::~CsvReader() = default;
 
+void CsvReader::SetColumnNames(std::vector<std::string> names) { _data->_columnNames = std::move(names); }
+
 bool CsvReader::NextRecord() {
   Data& data = *_data;
   if (data._inRecord) SkipRestOfRecord();
   const std::string_view text = data._text;
-  // Empty lines carry no record.
   while (data._position < text.size()) {
     const char character = text[data._position];
     if (character == '\n') {
@@ -48,95 +131,48 @@ bool CsvReader::NextRecord() {
   data._inRecord = true;
   data._recordLine = data._line;
   data._fieldLine = data._line;
+  data._fieldIndex = 0;
   return true;
 }
 
-bool CsvReader::NextField(std::string_view& field, const std::string& columnName) {
+bool CsvReader::NextField(std::string_view& field) {
+  if (!_data->_inRecord) return false;
+  ScanField(field);
+  return true;
+}
+
+bool CsvReader::ReadRecord(std::vector<std::string_view>& fields) {
+  fields.clear();
+  if (!NextRecord()) return false;
   Data& data = *_data;
-  if (!data._inRecord) return false;
-  const std::string_view text = data._text;
-  const std::size_t size = text.size();
-  const char delimiter = data._delimiter;
-  data._fieldLine = data._line;
-  std::size_t position = data._position;
-
-  // Ends the field at `position`, which stands on a delimiter, a line end or the end.
-  const auto finish = [&](std::size_t end) {
-    if (end < size && text[end] == delimiter) {
-      data._position = end + 1;
-      return;
+  data._fieldLines.clear();
+  std::string_view field;
+  while (data._inRecord) {
+    ScanField(field);
+    // Lines are kept per field only for the rare record with a quoted line end in it; the
+    // fields before the first such one all stand on the record's line.
+    if (data._fieldLine != data._recordLine) {
+      data._fieldLines.resize(fields.size(), data._recordLine);
+      data._fieldLines.push_back(data._fieldLine);
     }
-    data._inRecord = false;
-    if (end < size && text[end] == '\r') ++end;
-    if (end < size && text[end] == '\n') {
-      ++end;
-      ++data._line;
-    }
-    data._position = end;
-  };
-  const auto where = [&]() {
-    std::string prefix = data._sourceName + ":" + std::to_string(data._fieldLine) + ": ";
-    if (!columnName.empty()) prefix += "column '" + columnName + "': ";
-    return prefix;
-  };
-
-  if (position < size && text[position] == '"') {
-    ++position;
-    const std::size_t start = position;
-    bool escaped = false;
-    while (true) {
-      if (position >= size) throw DataError(where() + "quoted field never ends");
-      const char character = text[position];
-      if (character == '"') {
-        if (position + 1 < size && text[position + 1] == '"') {
-          escaped = true;
-          position += 2;
-          continue;
-        }
-        break;
-      }
-      if (character == '\n') ++data._line;
-      ++position;
-    }
-    const std::string_view raw = text.substr(start, position - start);
-    ++position;  // the closing quote
-    if (position < size && text[position] != delimiter && text[position] != '\n' &&
-        !(text[position] == '\r' && position + 1 < size && text[position + 1] == '\n') &&
-        !(text[position] == '\r' && position + 1 == size)) {
-      throw DataError(where() + "text after the closing quote");
-    }
-    if (escaped) {
-      data._scratch.clear();
-      for (std::size_t i = 0; i < raw.size(); ++i) {
-        data._scratch.push_back(raw[i]);
-        if (raw[i] == '"') ++i;
-      }
-      field = data._scratch;
-    } else {
-      field = raw;
-    }
-    finish(position);
-    return true;
+    fields.push_back(field);
   }
-  const std::size_t start = position;
-  while (position < size) {
-    const char character = text[position];
-    if (character == delimiter || character == '\n') break;
-    if (character == '\r' && (position + 1 == size || text[position + 1] == '\n')) break;
-    ++position;
-  }
-  field = text.substr(start, position - start);
-  finish(position);
   return true;
 }
 
 std::size_t CsvReader::SkipRestOfRecord() {
   std::size_t count = 0;
   std::string_view field;
-  while (NextField(field, std::string())) ++count;
+  while (NextField(field)) ++count;
   return count;
 }
 
 std::size_t CsvReader::GetLine() const { return _data->_fieldLine; }
 std::size_t CsvReader::GetRecordLine() const { return _data->_recordLine; }
+
+std::size_t CsvReader::GetFieldLine(std::size_t index) const {
+  const Data& data = *_data;
+  return index < data._fieldLines.size() ? data._fieldLines[index] : data._recordLine;
+}
+
 std::size_t CsvReader::GetOffset() const { return _data->_position; }
