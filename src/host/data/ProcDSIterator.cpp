@@ -19,6 +19,8 @@ struct ProcDSIterator::Data {
   bool _ended = false;              // NextCase has returned 0
   std::vector<OBS> _emptyCells;     // what the accessors give before any case: per variable
   std::vector<std::size_t> _emptyOffsets;  // offset of each variable in _emptyCells
+  std::vector<const OBS*> _columns;        // first cell of each variable's column
+  std::vector<std::size_t> _cellsPerCase;  // cells of each variable in one case
 };
 
 namespace {
@@ -45,6 +47,8 @@ ProcDSIterator::ProcDSIterator(std::shared_ptr<const Dataset> dataset) : _data(s
   for (int index = 0; index < variableCount; ++index) {
     _data->_emptyOffsets.push_back(_data->_emptyCells.size());
     const int cells = _data->_dataset->GetCellsPerCase(index);
+    _data->_columns.push_back(_data->_dataset->GetColumn(index).data());
+    _data->_cellsPerCase.push_back(static_cast<std::size_t>(cells));
     OBS empty{};
     if (_data->_dataset->GetVariable(index).GetType() == 0) {
       empty.number = TARN_SystemMissing();
@@ -87,10 +91,10 @@ const double* ProcDSIterator::GetNumericValue(int index) const {
 }
 
 const OBS* ProcDSIterator::GetObsPointer(unsigned index) const {
-  const Dataset& dataset = *_data->_dataset;
-  QUILT_ASSERT(index < static_cast<unsigned>(dataset.GetVariableCount()), "a case value of a dictionary variable");
-  if (!_data->_hasCurrent) return &_data->_emptyCells[_data->_emptyOffsets[index]];
-  return dataset.GetCells(static_cast<int>(index), _data->_currentCase);
+  const Data& data = *_data;
+  QUILT_ASSERT(index < data._columns.size(), "a case value of a dictionary variable");
+  if (!data._hasCurrent) return &data._emptyCells[data._emptyOffsets[index]];
+  return data._columns[index] + data._currentCase * data._cellsPerCase[index];
 }
 
 bool ProcDSIterator::SplitGroupEnd() const { return _data->_splitGroupEnd; }

@@ -18,7 +18,8 @@ class Dataset;
 ///   keeps returning 0.
 /// During a boundary read and after the end the accessors still give the last case read
 /// (with no case at all, system-missing numbers and blank strings), so a caller that reads
-/// the weight after every NextCase never reads outside the data.
+/// the weight after every NextCase never reads outside the data. The data set must not
+/// change while an iterator reads it.
 class ProcDSIterator : public TARN_InputCaseIterator {
 public:
   explicit ProcDSIterator(std::shared_ptr<const Dataset> dataset);
