@@ -36,9 +36,12 @@ TARN_ValueLabelMap::~TARN_ValueLabelMap() = default;
 const char* TARN_ValueLabelMap::GetLabel(const OBS* value) const {
   if (!_data._labels || value == nullptr) return nullptr;
   const ValueLabelList& list = *_data._labels;
-  const ObsValue wanted(list.type, value, -1);
+  // Compared in place: lookups happen per category and per split group, so no copies.
   for (std::size_t i = 0; i < list.values.size(); ++i) {
-    if (list.values[i] == wanted) return list.labels[i].c_str();
+    const bool equal = list.type == 0
+                           ? list.values[i].Number() == value->number
+                           : std::memcmp(list.values[i].Obs(), value, static_cast<std::size_t>(list.type)) == 0;
+    if (equal) return list.labels[i].c_str();
   }
   double number = 0;
   if (list.type == 0 && LooksLikeText(value[0]) &&

@@ -2,6 +2,7 @@
 #include "host/data/TARN_Variable.h"
 
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "host/QuiltAssert.h"
@@ -94,9 +95,9 @@ bool TARN_Variable::IsUserMissing(const OBS* value) const {
     }
     return false;
   }
-  const ObsValue candidate(_data->_type, value, -1);
+  // Called for every case: compare the cells in place rather than copy the value.
   for (int slot = 0; slot < kind; ++slot) {
-    if (candidate == _data->_missing[slot]) return true;
+    if (std::memcmp(_data->_missing[slot].Obs(), value, static_cast<std::size_t>(_data->_type)) == 0) return true;
   }
   return false;
 }
