@@ -12,6 +12,12 @@ std::shared_ptr<const Dataset>& Slot() {
 
 }  // namespace
 
-void ActiveDataSet::Install(std::shared_ptr<const Dataset> dataset) { Slot() = std::move(dataset); }
-std::shared_ptr<const Dataset> ActiveDataSet::Get() { return Slot(); }
-void ActiveDataSet::Clear() { Slot().reset(); }
+void ActiveDataSet::Install(std::shared_ptr<const Dataset> dataset) {
+  Slot() = std::move(dataset);
+}
+std::shared_ptr<const Dataset> ActiveDataSet::Get() {
+  return Slot();
+}
+void ActiveDataSet::Clear() {
+  Slot().reset();
+}

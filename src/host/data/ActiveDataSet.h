@@ -9,7 +9,7 @@ class Dataset;
 /// ProcedureDataSource takes a shared reference at construction, so a data set stays alive
 /// for a run even if another is installed meanwhile.
 class ActiveDataSet {
-public:
+ public:
   static void Install(std::shared_ptr<const Dataset> dataset);
   /// Null when none is installed.
   static std::shared_ptr<const Dataset> Get();

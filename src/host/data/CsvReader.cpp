@@ -95,7 +95,8 @@ void CsvReader::ScanField(std::string_view& field) {
 void CsvReader::Fail(const char* what) const {
   const Data& data = *_data;
   std::string message = data._sourceName + ":" + std::to_string(data._fieldLine) + ": ";
-  if (data._fieldIndex < data._columnNames.size()) message += "column '" + data._columnNames[data._fieldIndex] + "': ";
+  if (data._fieldIndex < data._columnNames.size())
+    message += "column '" + data._columnNames[data._fieldIndex] + "': ";
   throw DataError(message + what);
 }
 
@@ -109,7 +110,9 @@ CsvReader::CsvReader(std::string_view text, char delimiter, std::string sourceNa
 
 CsvReader::~CsvReader() = default;
 
-void CsvReader::SetColumnNames(std::vector<std::string> names) { _data->_columnNames = std::move(names); }
+void CsvReader::SetColumnNames(std::vector<std::string> names) {
+  _data->_columnNames = std::move(names);
+}
 
 bool CsvReader::NextRecord() {
   Data& data = *_data;
@@ -167,12 +170,18 @@ std::size_t CsvReader::SkipRestOfRecord() {
   return count;
 }
 
-std::size_t CsvReader::GetLine() const { return _data->_fieldLine; }
-std::size_t CsvReader::GetRecordLine() const { return _data->_recordLine; }
+std::size_t CsvReader::GetLine() const {
+  return _data->_fieldLine;
+}
+std::size_t CsvReader::GetRecordLine() const {
+  return _data->_recordLine;
+}
 
 std::size_t CsvReader::GetFieldLine(std::size_t index) const {
   const Data& data = *_data;
   return index < data._fieldLines.size() ? data._fieldLines[index] : data._recordLine;
 }
 
-std::size_t CsvReader::GetOffset() const { return _data->_position; }
+std::size_t CsvReader::GetOffset() const {
+  return _data->_position;
+}

@@ -13,7 +13,7 @@
 /// UTF-8 byte order mark at the start is skipped, and lines that are entirely empty carry
 /// no record. Errors are DataErrors naming the source, the line and the column.
 class CsvReader {
-public:
+ public:
   /// `text` must outlive the reader; `sourceName` prefixes error messages.
   CsvReader(std::string_view text, char delimiter, std::string sourceName);
   ~CsvReader();
@@ -42,7 +42,7 @@ public:
   /// Byte offset of the reading position (for row-count estimates).
   std::size_t GetOffset() const;
 
-private:
+ private:
   struct Data;
   void ScanField(std::string_view& field);
   [[noreturn]] void Fail(const char* what) const;

@@ -8,6 +8,6 @@
 /// `survey.csv:12: column 'age': 'abc' is not a number`,
 /// `survey.dict.json: variables[3].format: 'F8.x' is not a format`.
 class DataError : public std::runtime_error {
-public:
+ public:
   explicit DataError(const std::string& message) : std::runtime_error(message) {}
 };

@@ -10,15 +10,15 @@
 #include "host/data/HostStrings.h"
 
 struct Dataset::Data {
-  std::vector<TARN_Variable> _variables;        // dictionary order
-  std::vector<std::vector<OBS>> _columns;       // one per variable, case after case
+  std::vector<TARN_Variable> _variables;   // dictionary order
+  std::vector<std::vector<OBS>> _columns;  // one per variable, case after case
   std::size_t _caseCount = 0;
-  std::vector<VariableSet> _sets;               // definition order
-  int _weightIndex = -1;                        // -1: unweighted
-  std::vector<int> _splitIndices;               // split variables in their order
+  std::vector<VariableSet> _sets;  // definition order
+  int _weightIndex = -1;           // -1: unweighted
+  std::vector<int> _splitIndices;  // split variables in their order
   SplitLayout _splitLayout = kSplitSeparate;
   bool _leadingBoundary = false;
-  mutable std::vector<int> _suggestedLevels;    // -1 until computed, per variable
+  mutable std::vector<int> _suggestedLevels;  // -1 until computed, per variable
 };
 
 namespace {
@@ -71,7 +71,9 @@ int Dataset::AddVariable(const TARN_Variable& variable) {
   return static_cast<int>(_data->_variables.size()) - 1;
 }
 
-int Dataset::GetVariableCount() const { return static_cast<int>(_data->_variables.size()); }
+int Dataset::GetVariableCount() const {
+  return static_cast<int>(_data->_variables.size());
+}
 
 const TARN_Variable& Dataset::GetVariable(int index) const {
   QUILT_ASSERT(index >= 0 && index < GetVariableCount(), "a dictionary index inside the dictionary");
@@ -90,9 +92,13 @@ int Dataset::FindVariable(const std::string& name) const {
   return -1;
 }
 
-std::size_t Dataset::GetCaseCount() const { return _data->_caseCount; }
+std::size_t Dataset::GetCaseCount() const {
+  return _data->_caseCount;
+}
 
-int Dataset::GetCellsPerCase(int index) const { return CellsFor(GetVariable(index)); }
+int Dataset::GetCellsPerCase(int index) const {
+  return CellsFor(GetVariable(index));
+}
 
 const OBS* Dataset::GetCells(int index, std::size_t caseIndex) const {
   return _data->_columns[static_cast<std::size_t>(index)].data() +
@@ -144,8 +150,12 @@ void Dataset::AppendCase(const std::vector<ObsValue>& values) {
   ++_data->_caseCount;
 }
 
-void Dataset::AddVariableSet(const VariableSet& set) { _data->_sets.push_back(set); }
-const std::vector<VariableSet>& Dataset::GetVariableSets() const { return _data->_sets; }
+void Dataset::AddVariableSet(const VariableSet& set) {
+  _data->_sets.push_back(set);
+}
+const std::vector<VariableSet>& Dataset::GetVariableSets() const {
+  return _data->_sets;
+}
 
 void Dataset::SetWeightVariable(int index) {
   QUILT_ASSERT(index >= -1 && index < GetVariableCount(), "a weight is a dictionary variable or none");
@@ -153,7 +163,9 @@ void Dataset::SetWeightVariable(int index) {
   _data->_weightIndex = index;
 }
 
-int Dataset::GetWeightVariable() const { return _data->_weightIndex; }
+int Dataset::GetWeightVariable() const {
+  return _data->_weightIndex;
+}
 
 void Dataset::SetSplitVariables(const std::vector<int>& indices, SplitLayout layout) {
   for (int index : indices) {
@@ -163,10 +175,18 @@ void Dataset::SetSplitVariables(const std::vector<int>& indices, SplitLayout lay
   _data->_splitLayout = layout;
 }
 
-const std::vector<int>& Dataset::GetSplitVariables() const { return _data->_splitIndices; }
-SplitLayout Dataset::GetSplitLayout() const { return _data->_splitLayout; }
-void Dataset::SetLeadingBoundary(bool leadingBoundary) { _data->_leadingBoundary = leadingBoundary; }
-bool Dataset::HasLeadingBoundary() const { return _data->_leadingBoundary; }
+const std::vector<int>& Dataset::GetSplitVariables() const {
+  return _data->_splitIndices;
+}
+SplitLayout Dataset::GetSplitLayout() const {
+  return _data->_splitLayout;
+}
+void Dataset::SetLeadingBoundary(bool leadingBoundary) {
+  _data->_leadingBoundary = leadingBoundary;
+}
+bool Dataset::HasLeadingBoundary() const {
+  return _data->_leadingBoundary;
+}
 
 int Dataset::GetSuggestedMeasurementLevel(int index) const {
   const TARN_Variable& variable = GetVariable(index);

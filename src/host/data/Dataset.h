@@ -22,7 +22,7 @@ enum SplitLayout : int {
 /// variable of width w has ObsLength(w) cells per case, case after case. Built by
 /// DatasetLoader (or by hand in tests), then installed read-only as the active data set.
 class Dataset {
-public:
+ public:
   Dataset();
   ~Dataset();
   Dataset(Dataset&& other) noexcept;
@@ -83,7 +83,7 @@ public:
   /// Bytes held by case data (for the load benchmark's memory check).
   std::size_t GetDataBytes() const;
 
-private:
+ private:
   struct Data;
   std::unique_ptr<Data> _data;
 };

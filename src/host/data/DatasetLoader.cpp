@@ -1,13 +1,10 @@
 // DatasetLoader.cpp - CSV data and JSON dictionary into a Dataset, in one numeric pass plus one for strings
 #include "host/data/DatasetLoader.h"
 
-#include "host/data/CsvReader.h"
-#include "host/data/DataError.h"
-#include "host/data/Dataset.h"
-#include "host/data/DictionaryReader.h"
-#include "host/data/FormatText.h"
-#include "host/data/HostStrings.h"
-#include "host/data/TARN_Variable.h"
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
@@ -19,10 +16,13 @@
 #include <sstream>
 #include <string_view>
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "host/data/CsvReader.h"
+#include "host/data/DataError.h"
+#include "host/data/Dataset.h"
+#include "host/data/DictionaryReader.h"
+#include "host/data/FormatText.h"
+#include "host/data/HostStrings.h"
+#include "host/data/TARN_Variable.h"
 
 #if __has_include("host/data/FormatConversion.h")
 #include "host/data/FormatConversion.h"
@@ -42,17 +42,17 @@ enum ColumnKind {
 
 // Everything known about one CSV column while loading.
 struct Column {
-  std::string name;            // header text
-  int declaration = -1;        // index among the dictionary's declarations, -1 when unlisted
+  std::string name;      // header text
+  int declaration = -1;  // index among the dictionary's declarations, -1 when unlisted
   ColumnKind kind = kColumnUndetermined;
-  int declaredWidth = 0;       // stated string width, 0 when not stated
-  bool hasFormat = false;      // `format` was stated
+  int declaredWidth = 0;   // stated string width, 0 when not stated
+  bool hasFormat = false;  // `format` was stated
   TARN_Format format;
-  std::size_t maxLength = 0;   // longest text without trailing blanks (string width inference)
-  int maxIntegerLength = 0;    // longest integer part with its sign (F width inference)
-  int maxDecimals = 0;         // most digits after the point (F decimals inference)
-  bool sawNumber = false;      // some field held a number
-  std::vector<OBS> cells;      // the column's data
+  std::size_t maxLength = 0;  // longest text without trailing blanks (string width inference)
+  int maxIntegerLength = 0;   // longest integer part with its sign (F width inference)
+  int maxDecimals = 0;        // most digits after the point (F decimals inference)
+  bool sawNumber = false;     // some field held a number
+  std::vector<OBS> cells;     // the column's data
 };
 
 constexpr int kMaximumInferredDecimals = 16;
@@ -60,7 +60,9 @@ constexpr std::size_t kMaximumStringWidth = 32767;
 
 enum NumberResult { kNumberOk, kNumberEmpty, kNumberInvalid };
 
-bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+bool IsBlank(char character) {
+  return character == ' ' || character == '\t';
+}
 
 // Reads a numeric field: blanks around it are ignored; empty (or a lone ".") is
 // system-missing. Reports the length of the integer part and the digits after the point,
@@ -81,7 +83,7 @@ NumberResult ParseNumericField(std::string_view field, double& value, int& integ
   // form an integer m exactly representable in a double, and m / 10^d is then the correctly
   // rounded value, the same double the general parser gives.
   if (end - digits > 0 && end - digits <= 16) {
-    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7,
+    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     long long mantissa = 0;
     int digitCount = 0;
@@ -113,7 +115,8 @@ NumberResult ParseNumericField(std::string_view field, double& value, int& integ
   if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return kNumberInvalid;
   // from_chars also reads "inf" and "nan", which the finiteness test has turned away.
   if (negative) value = -value;
-  const char* point = static_cast<const char*>(std::memchr(digits, '.', static_cast<std::size_t>(end - digits)));
+  const char* point =
+      static_cast<const char*>(std::memchr(digits, '.', static_cast<std::size_t>(end - digits)));
   const char* exponent = digits;
   while (exponent < end && *exponent != 'e' && *exponent != 'E') ++exponent;
   const char* integerEnd = point != nullptr && point < exponent ? point : exponent;
@@ -156,10 +159,11 @@ std::string ReadWholeFile(const std::string& path, const std::string& what) {
 
 // A file mapped read-only into memory: the data file is scanned in place, with no copy.
 class MappedFile {
-public:
+ public:
   MappedFile(const std::string& path, const std::string& what) {
     const int descriptor = ::open(path.c_str(), O_RDONLY);
-    if (descriptor < 0) throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
+    if (descriptor < 0)
+      throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
     struct stat status {};
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
       ::close(descriptor);
@@ -187,7 +191,7 @@ public:
   MappedFile& operator=(const MappedFile&) = delete;
   std::string_view Text() const { return _text; }
 
-private:
+ private:
   void* _address = nullptr;
   std::size_t _size = 0;
   std::string _copy;       // the text when the file could not be mapped
@@ -222,11 +226,12 @@ std::size_t EstimateRecordCount(std::string_view text, char delimiter, std::size
 }
 
 class Loader {
-public:
+ public:
   Loader(std::string_view csvText, const std::string& dictionaryJson, const DatasetLoadOptions& options,
          const std::string& csvName, const std::string& dictionaryName)
       : _text(csvText), _options(options), _csvName(csvName), _dictionaryName(dictionaryName) {
-    if (!dictionaryJson.empty()) _dictionary = std::make_unique<DictionaryReader>(dictionaryJson, dictionaryName);
+    if (!dictionaryJson.empty())
+      _dictionary = std::make_unique<DictionaryReader>(dictionaryJson, dictionaryName);
   }
 
   std::shared_ptr<Dataset> Load() {
@@ -237,12 +242,13 @@ public:
     return Build();
   }
 
-private:
+ private:
   std::string Where(std::size_t line) const { return _csvName + ":" + std::to_string(line) + ": "; }
 
   void ReadHeader() {
     _reader = std::make_unique<CsvReader>(_text, _options.delimiter, _csvName);
-    if (!_reader->NextRecord()) throw DataError(_csvName + ": the file is empty (it needs a header row of variable names)");
+    if (!_reader->NextRecord())
+      throw DataError(_csvName + ": the file is empty (it needs a header row of variable names)");
     std::string_view field;
     while (_reader->NextField(field)) {
       Column column;
@@ -251,7 +257,8 @@ private:
       while (!name.empty() && IsBlank(name.front())) name.remove_prefix(1);
       while (!name.empty() && IsBlank(name.back())) name.remove_suffix(1);
       column.name = std::string(name);
-      if (column.name.empty()) throw DataError(Where(1) + "column " + std::to_string(number) + " has no name");
+      if (column.name.empty())
+        throw DataError(Where(1) + "column " + std::to_string(number) + " has no name");
       const int validity = ValidateTARNName(column.name.c_str());
       if (validity != kNameValid) {
         throw DataError(Where(1) + "column " + std::to_string(number) + ": " + Quote(column.name) +
@@ -293,10 +300,11 @@ private:
         column.declaredWidth = declaration.width;
         if (declaration.declaredType == 0) {
           column.kind = declaration.hasFormat && IsDateTimeFormat(declaration.format.Type()) ? kColumnDateTime
-                                                                                              : kColumnNumeric;
+                                                                                             : kColumnNumeric;
         } else if (declaration.declaredType == 1) {
           column.kind = kColumnString;
-          if (column.declaredWidth == 0 && declaration.hasFormat) column.declaredWidth = declaration.format.Width();
+          if (column.declaredWidth == 0 && declaration.hasFormat)
+            column.declaredWidth = declaration.format.Width();
         }
         _order.push_back(found);
       }
@@ -307,8 +315,9 @@ private:
 #if !QUILT_HAS_FORMAT_CONVERSION
     for (const Column& column : _columns) {
       if (column.kind == kColumnDateTime) {
-        throw DataError(_dictionary->Where(_dictionary->GetDeclarations()[column.declaration].path + ".format") +
-                        "date and time columns cannot be read yet");
+        throw DataError(
+            _dictionary->Where(_dictionary->GetDeclarations()[column.declaration].path + ".format") +
+            "date and time columns cannot be read yet");
       }
     }
 #endif
@@ -317,8 +326,9 @@ private:
   // Checks the field count of the record just read.
   void CheckFieldCount(std::size_t count) const {
     if (count != _columns.size()) {
-      throw DataError(Where(_reader->GetRecordLine()) + std::to_string(count) + " field" + (count == 1 ? "" : "s") +
-                      ", but the header has " + std::to_string(_columns.size()) + " columns");
+      throw DataError(Where(_reader->GetRecordLine()) + std::to_string(count) + " field" +
+                      (count == 1 ? "" : "s") + ", but the header has " + std::to_string(_columns.size()) +
+                      " columns");
     }
   }
 
@@ -360,8 +370,8 @@ private:
     const NumberResult result = ParseNumericField(field, value, integerLength, decimals);
     if (result == kNumberInvalid) {
       if (column.kind == kColumnNumeric) {
-        throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name + "': " + Quote(field) +
-                        " is not a number");
+        throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
+                        "': " + Quote(field) + " is not a number");
       }
       // Text in an undeclared column: it is a string column after all.
       column.kind = kColumnString;
@@ -376,7 +386,8 @@ private:
     } else {
       value = TARN_SystemMissing();
     }
-    if (column.kind == kColumnUndetermined) column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+    if (column.kind == kColumnUndetermined)
+      column.maxLength = std::max(column.maxLength, TrimmedLength(field));
     OBS cell;
     cell.number = value;
     column.cells.push_back(cell);
@@ -393,8 +404,8 @@ private:
     if (begin < end) {
       const std::string text(field.substr(begin, end - begin));
       if (FromString(text.c_str(), column.format, &cell) != 0) {
-        throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name + "': " + Quote(text) +
-                        " is not a " + FormatToText(column.format) + " value");
+        throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
+                        "': " + Quote(text) + " is not a " + FormatToText(column.format) + " value");
       }
     }
 #endif
@@ -468,9 +479,11 @@ private:
       } else if (!isString) {
         variable.SetFormat(InferredNumericFormat(column));
       }
-      if (column.declaration >= 0) _dictionary->ApplyDetails(static_cast<std::size_t>(column.declaration), variable);
+      if (column.declaration >= 0)
+        _dictionary->ApplyDetails(static_cast<std::size_t>(column.declaration), variable);
       dataset->AddVariable(variable);
-      if (column.cells.capacity() > column.cells.size() + column.cells.size() / 16) column.cells.shrink_to_fit();
+      if (column.cells.capacity() > column.cells.size() + column.cells.size() / 16)
+        column.cells.shrink_to_fit();
       columns.push_back(std::move(column.cells));
     }
     dataset->SetCaseData(std::move(columns), _caseCount);
@@ -482,7 +495,9 @@ private:
 
   void SetWeight(Dataset& dataset) const {
     const bool fromOptions = !_options.weightVariable.empty();
-    const std::string name = fromOptions ? _options.weightVariable : _dictionary ? _dictionary->GetWeight() : "";
+    const std::string name = fromOptions   ? _options.weightVariable
+                             : _dictionary ? _dictionary->GetWeight()
+                                           : "";
     if (name.empty()) return;
     const std::string where = fromOptions ? "--weight: " : _dictionary->Where("weight");
     const int index = dataset.FindVariable(name);
@@ -495,8 +510,9 @@ private:
 
   void SetSplit(Dataset& dataset) const {
     const bool fromOptions = !_options.splitVariables.empty();
-    const std::vector<std::string> names =
-        fromOptions ? _options.splitVariables : _dictionary ? _dictionary->GetSplitVariables() : std::vector<std::string>();
+    const std::vector<std::string> names = fromOptions   ? _options.splitVariables
+                                           : _dictionary ? _dictionary->GetSplitVariables()
+                                                         : std::vector<std::string>();
     std::string layoutText = _options.splitLayout;
     std::string layoutWhere = "--split-layout: ";
     if (layoutText.empty() && _dictionary) {
@@ -530,12 +546,13 @@ private:
   std::vector<std::size_t> _order;                // dictionary order as indices into _columns
   std::size_t _headerEnd = 0;                     // byte offset just past the header row
   std::size_t _caseCount = 0;
-  std::size_t _fieldIndex = 0;                    // the field being read, for messages
+  std::size_t _fieldIndex = 0;  // the field being read, for messages
 };
 
 }  // namespace
 
-std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath, const std::string& dictionaryPath,
+std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath,
+                                                  const std::string& dictionaryPath,
                                                   const DatasetLoadOptions& options) {
   const MappedFile csvFile(csvPath, "data file");
   std::string dictionaryName = dictionaryPath;
@@ -556,8 +573,10 @@ std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath, co
   return loader.Load();
 }
 
-std::shared_ptr<Dataset> DatasetLoader::LoadText(const std::string& csvText, const std::string& dictionaryJson,
-                                                 const DatasetLoadOptions& options, const std::string& csvName,
+std::shared_ptr<Dataset> DatasetLoader::LoadText(const std::string& csvText,
+                                                 const std::string& dictionaryJson,
+                                                 const DatasetLoadOptions& options,
+                                                 const std::string& csvName,
                                                  const std::string& dictionaryName) {
   Loader loader(csvText, dictionaryJson, options, csvName, dictionaryName);
   return loader.Load();

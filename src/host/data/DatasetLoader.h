@@ -20,7 +20,7 @@ struct DatasetLoadOptions {
 /// dictionary into a Dataset. Every problem in either is a DataError naming the file and
 /// the line and column, or the JSON path, and the offending text.
 class DatasetLoader {
-public:
+ public:
   /// Loads `csvPath`. `dictionaryPath` empty: NAME.dict.json beside NAME.csv is used when it
   /// exists, else everything is inferred from the data.
   static std::shared_ptr<Dataset> LoadFiles(const std::string& csvPath, const std::string& dictionaryPath,

@@ -29,7 +29,9 @@ const char* kSetKeys[] = {"name", "label", "type", "counted", "variables", "labe
 const char* kRootKeys[] = {"variables", "mrsets", "weight", "split"};
 
 // A compact text of a JSON scalar for messages: strings without quotes.
-std::string Show(const json& value) { return value.is_string() ? value.get<std::string>() : value.dump(); }
+std::string Show(const json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
 
 bool ParseNumber(const std::string& text, double& value) {
   const char* begin = text.data();
@@ -122,10 +124,12 @@ DictionaryReader::DictionaryReader(const std::string& jsonText, const std::strin
       declaration.hasFormat = true;
       const bool stringFormat = declaration.format.IsString();
       if (declaration.declaredType == 0 && stringFormat) {
-        throw DataError(Where(path + ".format") + "'" + Show(format) + "' is a string format for a numeric variable");
+        throw DataError(Where(path + ".format") + "'" + Show(format) +
+                        "' is a string format for a numeric variable");
       }
       if (declaration.declaredType == 1 && !stringFormat) {
-        throw DataError(Where(path + ".format") + "'" + Show(format) + "' is a numeric format for a string variable");
+        throw DataError(Where(path + ".format") + "'" + Show(format) +
+                        "' is a numeric format for a string variable");
       }
       declaration.declaredType = stringFormat ? 1 : 0;
     }
@@ -133,7 +137,8 @@ DictionaryReader::DictionaryReader(const std::string& jsonText, const std::strin
       const json& measure = entry["measure"];
       const std::string text = measure.is_string() ? measure.get<std::string>() : "";
       if (text != "nominal" && text != "ordinal" && text != "scale") {
-        throw DataError(Where(path + ".measure") + "'" + Show(measure) + "' is not nominal, ordinal or scale");
+        throw DataError(Where(path + ".measure") + "'" + Show(measure) +
+                        "' is not nominal, ordinal or scale");
       }
     }
     if (entry.contains("values") && !entry["values"].is_object()) {
@@ -148,9 +153,13 @@ DictionaryReader::DictionaryReader(const std::string& jsonText, const std::strin
 
 DictionaryReader::~DictionaryReader() = default;
 
-const std::vector<VariableDeclaration>& DictionaryReader::GetDeclarations() const { return _data->_declarations; }
+const std::vector<VariableDeclaration>& DictionaryReader::GetDeclarations() const {
+  return _data->_declarations;
+}
 
-std::string DictionaryReader::Where(const std::string& path) const { return _data->_sourceName + ": " + path + ": "; }
+std::string DictionaryReader::Where(const std::string& path) const {
+  return _data->_sourceName + ": " + path + ": ";
+}
 
 void DictionaryReader::ApplyDetails(std::size_t index, TARN_Variable& variable) const {
   const VariableDeclaration& declaration = _data->_declarations[index];
@@ -160,7 +169,7 @@ void DictionaryReader::ApplyDetails(std::size_t index, TARN_Variable& variable) 
   if (entry.contains("label")) variable.SetLabel(entry["label"].get<std::string>().c_str());
   if (entry.contains("measure")) {
     const std::string measure = entry["measure"].get<std::string>();
-    variable.SetMeasurementLevel(measure == "nominal" ? kMeasureNominal
+    variable.SetMeasurementLevel(measure == "nominal"   ? kMeasureNominal
                                  : measure == "ordinal" ? kMeasureOrdinal
                                                         : kMeasureScale);
   }
@@ -169,8 +178,9 @@ void DictionaryReader::ApplyDetails(std::size_t index, TARN_Variable& variable) 
   const auto readValue = [&](const json& source, const std::string& itemPath, ObsValue& value) {
     if (type == 0) {
       double number = 0;
-      const bool ok = source.is_number() ? (number = source.get<double>(), std::isfinite(number))
-                                         : source.is_string() && ParseNumber(source.get<std::string>(), number);
+      const bool ok = source.is_number()
+                          ? (number = source.get<double>(), std::isfinite(number))
+                          : source.is_string() && ParseNumber(source.get<std::string>(), number);
       if (!ok) throw DataError(Where(itemPath) + "'" + Show(source) + "' is not a number");
       value = ObsValue(number);
       return;
@@ -259,7 +269,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
     }
     const std::string name = entry["name"].get<std::string>();
     if (name.size() < 2 || name[0] != '$' || ValidateTARNName(name.c_str()) != kNameValid) {
-      throw DataError(Where(path + ".name") + "'" + name + "' is not a valid set name (a name beginning with '$')");
+      throw DataError(Where(path + ".name") + "'" + name +
+                      "' is not a valid set name (a name beginning with '$')");
     }
     for (const std::string& earlier : names) {
       if (TARNMBstricmp_A(earlier.c_str(), name.c_str()) == 0) {
@@ -272,7 +283,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
       if (!entry["label"].is_string()) throw DataError(Where(path + ".label") + "expected a string");
       set.SetLabel(entry["label"].get<std::string>());
     }
-    const std::string type = entry.contains("type") && entry["type"].is_string() ? entry["type"].get<std::string>() : "";
+    const std::string type =
+        entry.contains("type") && entry["type"].is_string() ? entry["type"].get<std::string>() : "";
     if (type == "dichotomies") {
       set.SetType(VariableSet::kMR_Dichotomy);
     } else if (type == "categories") {
@@ -285,7 +297,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
       throw DataError(Where(path + ".variables") + "expected a list of variable names");
     }
     const json& members = entry["variables"];
-    if (members.size() < 2) throw DataError(Where(path + ".variables") + "a set needs at least two variables");
+    if (members.size() < 2)
+      throw DataError(Where(path + ".variables") + "a set needs at least two variables");
     std::vector<std::string> memberNames;
     int firstIndex = -1;
     for (std::size_t m = 0; m < members.size(); ++m) {
@@ -301,7 +314,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
       }
       if (firstIndex < 0) {
         firstIndex = index;
-      } else if ((dataset.GetVariable(index).GetType() == 0) != (dataset.GetVariable(firstIndex).GetType() == 0)) {
+      } else if ((dataset.GetVariable(index).GetType() == 0) !=
+                 (dataset.GetVariable(firstIndex).GetType() == 0)) {
         throw DataError(Where(memberPath) + "'" + member + "' is " +
                         (dataset.GetVariable(index).GetType() == 0 ? "numeric" : "a string") + " but '" +
                         dataset.GetVariable(firstIndex).GetName() + "' is " +
@@ -312,7 +326,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
     set.SetVariableNames(memberNames);
     const bool numericMembers = dataset.GetVariable(firstIndex).GetType() == 0;
     if (set.GetType() == VariableSet::kMR_Dichotomy) {
-      if (!entry.contains("counted")) throw DataError(Where(path + ".counted") + "a dichotomy set needs a counted value");
+      if (!entry.contains("counted"))
+        throw DataError(Where(path + ".counted") + "a dichotomy set needs a counted value");
       const json& counted = entry["counted"];
       std::string text;
       double number = 0;
@@ -324,7 +339,8 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
         throw DataError(Where(path + ".counted") + "expected a number or a string");
       }
       if (numericMembers && !ParseNumber(text, number)) {
-        throw DataError(Where(path + ".counted") + "'" + text + "' is not a number, but the variables are numeric");
+        throw DataError(Where(path + ".counted") + "'" + text +
+                        "' is not a number, but the variables are numeric");
       }
       if (text.find_first_not_of(' ') == std::string::npos) {
         throw DataError(Where(path + ".counted") + "the counted value is empty");
@@ -336,12 +352,15 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
         if (mode == "countedvaluelabels") {
           set.SetUseVariableCategoryLabels(true);
         } else if (mode != "varlabels") {
-          throw DataError(Where(path + ".labels") + "'" + Show(labels) + "' is not varlabels or countedvaluelabels");
+          throw DataError(Where(path + ".labels") + "'" + Show(labels) +
+                          "' is not varlabels or countedvaluelabels");
         }
       }
     } else {
-      if (entry.contains("counted")) throw DataError(Where(path + ".counted") + "a categories set has no counted value");
-      if (entry.contains("labels")) throw DataError(Where(path + ".labels") + "a categories set takes its members' value labels");
+      if (entry.contains("counted"))
+        throw DataError(Where(path + ".counted") + "a categories set has no counted value");
+      if (entry.contains("labels"))
+        throw DataError(Where(path + ".labels") + "a categories set takes its members' value labels");
     }
     dataset.AddVariableSet(set);
   }

@@ -27,7 +27,7 @@ struct VariableDeclaration {
 /// dictionary, are checked when they are applied. Every problem is a DataError of the form
 /// `NAME: path: what is wrong`.
 class DictionaryReader {
-public:
+ public:
   DictionaryReader(const std::string& jsonText, const std::string& sourceName);
   ~DictionaryReader();
   DictionaryReader(const DictionaryReader&) = delete;
@@ -49,7 +49,7 @@ public:
   /// `NAME: path: ` for messages about the dictionary.
   std::string Where(const std::string& path) const;
 
-private:
+ private:
   struct Data;
   std::unique_ptr<Data> _data;
 };

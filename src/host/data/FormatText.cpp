@@ -15,15 +15,21 @@ struct FormatName {
   FormatType type;
 };
 
-// Longer names first where one is a prefix of another is not needed: names are matched whole.
 constexpr FormatName kFormatNames[] = {
-    {"A", kFormatA},           {"AHEX", kFormatAHEX},     {"COMMA", kFormatCOMMA},   {"DOLLAR", kFormatDOLLAR},
-    {"F", kFormatF},           {"DATE", kFormatDATE},     {"TIME", kFormatTIME},     {"DATETIME", kFormatDATETIME},
-    {"ADATE", kFormatADATE},   {"JDATE", kFormatJDATE},   {"DTIME", kFormatDTIME},   {"WKDAY", kFormatWKDAY},
-    {"MONTH", kFormatMONTH},   {"MOYR", kFormatMOYR},     {"QYR", kFormatQYR},       {"WKYR", kFormatWKYR},
-    {"PCT", kFormatPCT},       {"DOT", kFormatDOT},       {"CCA", kFormatCCA},       {"CCB", kFormatCCB},
-    {"CCC", kFormatCCC},       {"CCD", kFormatCCD},       {"CCE", kFormatCCE},       {"N", kFormatN},
-    {"E", kFormatE},           {"EDATE", kFormatEDATE},   {"SDATE", kFormatSDATE},   {"MTIME", kFormatMTIME},
+    {"A", kFormatA},           {"AHEX", kFormatAHEX},
+    {"COMMA", kFormatCOMMA},   {"DOLLAR", kFormatDOLLAR},
+    {"F", kFormatF},           {"DATE", kFormatDATE},
+    {"TIME", kFormatTIME},     {"DATETIME", kFormatDATETIME},
+    {"ADATE", kFormatADATE},   {"JDATE", kFormatJDATE},
+    {"DTIME", kFormatDTIME},   {"WKDAY", kFormatWKDAY},
+    {"MONTH", kFormatMONTH},   {"MOYR", kFormatMOYR},
+    {"QYR", kFormatQYR},       {"WKYR", kFormatWKYR},
+    {"PCT", kFormatPCT},       {"DOT", kFormatDOT},
+    {"CCA", kFormatCCA},       {"CCB", kFormatCCB},
+    {"CCC", kFormatCCC},       {"CCD", kFormatCCD},
+    {"CCE", kFormatCCE},       {"N", kFormatN},
+    {"E", kFormatE},           {"EDATE", kFormatEDATE},
+    {"SDATE", kFormatSDATE},   {"MTIME", kFormatMTIME},
     {"YMDHMS", kFormatYMDHMS},
 };
 
@@ -40,9 +46,21 @@ constexpr int kMaximumStringWidth = 32767;
 
 bool TakesDecimals(FormatType type) {
   switch (type) {
-    case kFormatCOMMA: case kFormatDOLLAR: case kFormatF: case kFormatPCT: case kFormatDOT:
-    case kFormatCCA: case kFormatCCB: case kFormatCCC: case kFormatCCD: case kFormatCCE:
-    case kFormatE: case kFormatTIME: case kFormatDATETIME: case kFormatDTIME: case kFormatMTIME:
+    case kFormatCOMMA:
+    case kFormatDOLLAR:
+    case kFormatF:
+    case kFormatPCT:
+    case kFormatDOT:
+    case kFormatCCA:
+    case kFormatCCB:
+    case kFormatCCC:
+    case kFormatCCD:
+    case kFormatCCE:
+    case kFormatE:
+    case kFormatTIME:
+    case kFormatDATETIME:
+    case kFormatDTIME:
+    case kFormatMTIME:
     case kFormatYMDHMS:
       return true;
     default:
@@ -54,9 +72,21 @@ bool TakesDecimals(FormatType type) {
 
 bool IsDateTimeFormat(FormatType type) {
   switch (type) {
-    case kFormatDATE: case kFormatTIME: case kFormatDATETIME: case kFormatADATE: case kFormatJDATE:
-    case kFormatDTIME: case kFormatWKDAY: case kFormatMONTH: case kFormatMOYR: case kFormatQYR:
-    case kFormatWKYR: case kFormatEDATE: case kFormatSDATE: case kFormatMTIME: case kFormatYMDHMS:
+    case kFormatDATE:
+    case kFormatTIME:
+    case kFormatDATETIME:
+    case kFormatADATE:
+    case kFormatJDATE:
+    case kFormatDTIME:
+    case kFormatWKDAY:
+    case kFormatMONTH:
+    case kFormatMOYR:
+    case kFormatQYR:
+    case kFormatWKYR:
+    case kFormatEDATE:
+    case kFormatSDATE:
+    case kFormatMTIME:
+    case kFormatYMDHMS:
       return true;
     default:
       return false;
@@ -72,13 +102,15 @@ bool ParseFormatText(const std::string& text, TARN_Format& format, std::string& 
     if (TARNMBstricmp_A(candidate.name, name.c_str()) == 0) found = &candidate;
   }
   if (found == nullptr) {
-    reason = name.empty() ? std::string("it does not start with a format name") : Join({"'", name, "' is not a format name"});
+    reason = name.empty() ? std::string("it does not start with a format name")
+                          : Join({"'", name, "' is not a format name"});
     return false;
   }
   const auto readNumber = [&](int& value) {
     const std::size_t start = position;
     value = 0;
-    while (position < text.size() && std::isdigit(static_cast<unsigned char>(text[position])) && value <= 100000) {
+    while (position < text.size() && std::isdigit(static_cast<unsigned char>(text[position])) &&
+           value <= 100000) {
       value = value * 10 + (text[position] - '0');
       ++position;
     }
@@ -130,6 +162,7 @@ std::string FormatToText(const TARN_Format& format) {
     if (candidate.type == format.Type()) text = candidate.name;
   }
   text = Join({text, std::to_string(format.Width())});
-  if (TakesDecimals(format.Type()) && !format.IsString()) text = Join({text, ".", std::to_string(format.Decimals())});
+  if (TakesDecimals(format.Type()) && !format.IsString())
+    text = Join({text, ".", std::to_string(format.Decimals())});
   return text;
 }

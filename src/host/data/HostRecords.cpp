@@ -31,7 +31,9 @@ void SetFrontEndId(const char* id) {
   std::memcpy(CmaSys + kCmaSysCallerIdOffset, field, sizeof field);
 }
 
-std::string GetFrontEndId() { return std::string(reinterpret_cast<const char*>(CmaSys) + kCmaSysCallerIdOffset, 2); }
+std::string GetFrontEndId() {
+  return std::string(reinterpret_cast<const char*>(CmaSys) + kCmaSysCallerIdOffset, 2);
+}
 
 void ResetHostRecords() {
   std::memset(CmaSys, 0, kHostRecordSize);

@@ -6,7 +6,8 @@
 namespace {
 
 unsigned char FoldUpper(unsigned char character) {
-  return (character >= 'a' && character <= 'z') ? static_cast<unsigned char>(character - 'a' + 'A') : character;
+  return (character >= 'a' && character <= 'z') ? static_cast<unsigned char>(character - 'a' + 'A')
+                                                : character;
 }
 
 bool IsAsciiLetter(unsigned char character) {
@@ -14,11 +15,15 @@ bool IsAsciiLetter(unsigned char character) {
 }
 
 // Any byte of a UTF-8 multi-byte sequence counts as a letter, so names in other scripts work.
-bool IsNameLetter(unsigned char character) { return IsAsciiLetter(character) || character >= 0x80; }
+bool IsNameLetter(unsigned char character) {
+  return IsAsciiLetter(character) || character >= 0x80;
+}
 
-bool IsDigit(unsigned char character) { return character >= '0' && character <= '9'; }
+bool IsDigit(unsigned char character) {
+  return character >= '0' && character <= '9';
+}
 
-constexpr const char* kReservedWords[] = {"ALL", "AND", "BY", "EQ", "GE", "GT", "LE",
+constexpr const char* kReservedWords[] = {"ALL", "AND", "BY",  "EQ", "GE", "GT",  "LE",
                                           "LT",  "NE",  "NOT", "OR", "TO", "WITH"};
 
 }  // namespace
@@ -66,7 +71,7 @@ void TARNMBstrupr_A(char* text) {
 
 void TARNMBCopyToFixed_A(char* destination, int destinationSize, const char* source, int sourceLength) {
   if (destination == nullptr || destinationSize <= 0) return;
-  std::size_t length = source == nullptr ? 0
+  std::size_t length = source == nullptr  ? 0
                        : sourceLength < 0 ? std::strlen(source)
                                           : static_cast<std::size_t>(sourceLength);
   const auto capacity = static_cast<std::size_t>(destinationSize);
@@ -92,8 +97,8 @@ int ValidateTARNName(const char* name) {
   if (!IsNameLetter(first) && first != '@' && first != '#' && first != '$') return kNameBadFirstCharacter;
   for (std::size_t i = 1; i < length; ++i) {
     const auto character = static_cast<unsigned char>(name[i]);
-    const bool allowed = IsNameLetter(character) || IsDigit(character) || character == '_' || character == '.' ||
-                         character == '@' || character == '#' || character == '$';
+    const bool allowed = IsNameLetter(character) || IsDigit(character) || character == '_' ||
+                         character == '.' || character == '@' || character == '#' || character == '$';
     if (!allowed) return kNameBadCharacter;
   }
   if (name[length - 1] == '.') return kNameTrailingPeriod;

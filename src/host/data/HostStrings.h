@@ -31,11 +31,11 @@ int TARNMBCodePageToGeneric(const void* converter, std::string& out, const std::
 enum NameValidation : int {
   kNameValid = 0,
   kNameEmpty = 1,
-  kNameTooLong = 2,          // more than kMaximumNameLength bytes
+  kNameTooLong = 2,            // more than kMaximumNameLength bytes
   kNameBadFirstCharacter = 3,  // not a letter, "@", "#" or "$"
-  kNameBadCharacter = 4,     // a character other than letters, digits, "_", ".", "@", "#", "$"
-  kNameReservedWord = 5,     // ALL AND BY EQ GE GT LE LT NE NOT OR TO WITH
-  kNameTrailingPeriod = 6,   // a name may not end with "."
+  kNameBadCharacter = 4,       // a character other than letters, digits, "_", ".", "@", "#", "$"
+  kNameReservedWord = 5,       // ALL AND BY EQ GE GT LE LT NE NOT OR TO WITH
+  kNameTrailingPeriod = 6,     // a name may not end with "."
 };
 
 /// Longest valid name in bytes.

@@ -9,7 +9,9 @@
 
 namespace {
 
-int CellCount(int type) { return type == 0 ? 1 : ObsLength(type); }
+int CellCount(int type) {
+  return type == 0 ? 1 : ObsLength(type);
+}
 
 // Bytes of a string value, blank-padded to `width` past its stored width.
 unsigned char ByteAt(const std::vector<OBS>& cells, int storedWidth, int position) {
@@ -71,9 +73,15 @@ ObsValue& ObsValue::operator=(double value) {
   return *this;
 }
 
-OBS* ObsValue::Obs() { return _data._cells.data(); }
-const OBS* ObsValue::Obs() const { return _data._cells.data(); }
-int ObsValue::Type() const { return _data._type; }
+OBS* ObsValue::Obs() {
+  return _data._cells.data();
+}
+const OBS* ObsValue::Obs() const {
+  return _data._cells.data();
+}
+int ObsValue::Type() const {
+  return _data._type;
+}
 
 void ObsValue::SetType(int type) {
   QUILT_ASSERT(type >= 0, "a value type is 0 or a string width");
@@ -88,7 +96,9 @@ void ObsValue::SetType(int type) {
   *this = text;
 }
 
-double ObsValue::Number() const { return _data._cells[0].number; }
+double ObsValue::Number() const {
+  return _data._cells[0].number;
+}
 
 std::string ObsValue::Text() const {
   if (_data._type == 0) return std::string();

@@ -10,7 +10,7 @@
 /// string width in bytes; a string occupies ObsLength(width) cells, blank-filled past its
 /// text. Used for value labels, counted values and category values.
 class ObsValue {
-public:
+ public:
   /// The number 0.
   ObsValue();
   /// A number.
@@ -54,7 +54,7 @@ public:
   bool operator==(const ObsValue& other) const;
   bool operator!=(const ObsValue& other) const { return !(*this == other); }
 
-private:
+ private:
   struct Data {
     int _type = 0;            // 0 numeric, else string width in bytes
     std::vector<OBS> _cells;  // ObsLength(_type) cells, or one for a number

@@ -11,13 +11,13 @@
 struct ProcDSIterator::Data {
   std::shared_ptr<const Dataset> _dataset;
   std::size_t _caseCount = 0;
-  std::size_t _nextCase = 0;        // index of the case the next delivering read gives
-  std::size_t _currentCase = 0;     // the case the accessors give
-  bool _hasCurrent = false;         // false until a case has been delivered
-  bool _splitGroupEnd = false;      // the latest read was a boundary or the end
-  bool _boundaryGiven = false;      // the boundary before _nextCase has been reported
-  bool _ended = false;              // NextCase has returned 0
-  std::vector<OBS> _emptyCells;     // what the accessors give before any case: per variable
+  std::size_t _nextCase = 0;               // index of the case the next delivering read gives
+  std::size_t _currentCase = 0;            // the case the accessors give
+  bool _hasCurrent = false;                // false until a case has been delivered
+  bool _splitGroupEnd = false;             // the latest read was a boundary or the end
+  bool _boundaryGiven = false;             // the boundary before _nextCase has been reported
+  bool _ended = false;                     // NextCase has returned 0
+  std::vector<OBS> _emptyCells;            // what the accessors give before any case: per variable
   std::vector<std::size_t> _emptyOffsets;  // offset of each variable in _emptyCells
   std::vector<const OBS*> _columns;        // first cell of each variable's column
   std::vector<std::size_t> _cellsPerCase;  // cells of each variable in one case
@@ -28,7 +28,8 @@ namespace {
 bool SameSplitValues(const Dataset& dataset, std::size_t left, std::size_t right) {
   for (int index : dataset.GetSplitVariables()) {
     const int cells = dataset.GetCellsPerCase(index);
-    if (std::memcmp(dataset.GetCells(index, left), dataset.GetCells(index, right), cells * sizeof(OBS)) != 0) {
+    if (std::memcmp(dataset.GetCells(index, left), dataset.GetCells(index, right), cells * sizeof(OBS)) !=
+        0) {
       return false;
     }
   }
@@ -97,5 +98,9 @@ const OBS* ProcDSIterator::GetObsPointer(unsigned index) const {
   return data._columns[index] + data._currentCase * data._cellsPerCase[index];
 }
 
-bool ProcDSIterator::SplitGroupEnd() const { return _data->_splitGroupEnd; }
-std::size_t ProcDSIterator::GetCaseIndex() const { return _data->_currentCase; }
+bool ProcDSIterator::SplitGroupEnd() const {
+  return _data->_splitGroupEnd;
+}
+std::size_t ProcDSIterator::GetCaseIndex() const {
+  return _data->_currentCase;
+}

@@ -21,7 +21,7 @@ class Dataset;
 /// the weight after every NextCase never reads outside the data. The data set must not
 /// change while an iterator reads it.
 class ProcDSIterator : public TARN_InputCaseIterator {
-public:
+ public:
   explicit ProcDSIterator(std::shared_ptr<const Dataset> dataset);
   ~ProcDSIterator() override;
 
@@ -32,10 +32,10 @@ public:
   /// 0-based index of the case the iterator stands on (the last one read).
   std::size_t GetCaseIndex() const;
 
-protected:
+ protected:
   int DoNextCase() override;
 
-private:
+ private:
   struct Data;
   std::unique_ptr<Data> _data;
 };

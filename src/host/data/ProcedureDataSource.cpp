@@ -13,7 +13,9 @@ ProcedureDataSource::ProcedureDataSource(std::shared_ptr<const Dataset> dataset)
 
 ProcedureDataSource::~ProcedureDataSource() = default;
 
-bool ProcedureDataSource::FatalError() const { return !GetDataset(); }
+bool ProcedureDataSource::FatalError() const {
+  return !GetDataset();
+}
 
 TARN_InputCaseIterator* ProcedureDataSource::MakeIterator(OBS* /*buffer*/) {
   if (FatalError()) return nullptr;

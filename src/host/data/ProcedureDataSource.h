@@ -10,7 +10,7 @@ class TARN_InputCaseIterator;
 
 /// The data source a procedure run reads: the active data set at construction time.
 class ProcedureDataSource : public TARN_DataSource {
-public:
+ public:
   /// Attaches to the active data set (ActiveDataSet::Get()). Without one the source has
   /// no variables and FatalError() is true.
   ProcedureDataSource();

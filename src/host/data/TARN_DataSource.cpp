@@ -17,7 +17,8 @@ TARN_DataSource::TARN_DataSource(std::shared_ptr<const Dataset> dataset) : _data
   if (!_data->_dataset) return;
   const int count = _data->_dataset->GetVariableCount();
   _data->_variables.reserve(static_cast<std::size_t>(count));
-  for (int index = 0; index < count; ++index) _data->_variables.push_back(_data->_dataset->GetVariable(index));
+  for (int index = 0; index < count; ++index)
+    _data->_variables.push_back(_data->_dataset->GetVariable(index));
 }
 
 TARN_DataSource::~TARN_DataSource() = default;
@@ -50,10 +51,14 @@ int TARN_DataSource::FindVarIndex(const char* name, int /*flags*/) const {
   return _data->_dataset->FindVariable(name);
 }
 
-int TARN_DataSource::ColumnCount() const { return static_cast<int>(_data->_variables.size()); }
+int TARN_DataSource::ColumnCount() const {
+  return static_cast<int>(_data->_variables.size());
+}
 
 int TARN_DataSource::GetWeightVarIndex() const {
   return _data->_dataset ? _data->_dataset->GetWeightVariable() : -1;
 }
 
-const std::shared_ptr<const Dataset>& TARN_DataSource::GetDataset() const { return _data->_dataset; }
+const std::shared_ptr<const Dataset>& TARN_DataSource::GetDataset() const {
+  return _data->_dataset;
+}

@@ -11,7 +11,7 @@ class TARN_Variable;
 /// keeps its own copy of the dictionary, so settling measurement levels for one run never
 /// changes the loaded data set. Variable pointers stay valid while the source lives.
 class TARN_DataSource {
-public:
+ public:
   virtual ~TARN_DataSource();
   TARN_DataSource(const TARN_DataSource&) = delete;
   TARN_DataSource& operator=(const TARN_DataSource&) = delete;
@@ -37,12 +37,12 @@ public:
   /// The data set behind the source; null when none was active.
   const std::shared_ptr<const Dataset>& GetDataset() const;
 
-protected:
+ protected:
   /// Takes the dictionary, splits and weight of `dataset`; a null data set gives an empty
   /// dictionary.
   explicit TARN_DataSource(std::shared_ptr<const Dataset> dataset);
 
-private:
+ private:
   struct Data;
   std::unique_ptr<Data> _data;
 };

@@ -6,7 +6,7 @@
 /// Reads cases one at a time. NextCase moves on; the accessors give the case the iterator
 /// stands on. Data read through the accessors stays valid until the next NextCase.
 class TARN_InputCaseIterator {
-public:
+ public:
   virtual ~TARN_InputCaseIterator();
 
   /// Moves to the next case: non-zero while there is data, 0 at the end.
@@ -16,7 +16,7 @@ public:
   /// The cells of variable `index` in the current case.
   virtual const OBS* GetObsPointer(unsigned index) const = 0;
 
-protected:
+ protected:
   TARN_InputCaseIterator() = default;
   virtual int DoNextCase() = 0;
 };

@@ -29,7 +29,9 @@ bool LooksLikeText(const OBS& cell) {
 
 }  // namespace
 
-TARN_ValueLabelMap::TARN_ValueLabelMap(TARN_VLImplPointer labels) { _data._labels = std::move(labels); }
+TARN_ValueLabelMap::TARN_ValueLabelMap(TARN_VLImplPointer labels) {
+  _data._labels = std::move(labels);
+}
 
 TARN_ValueLabelMap::~TARN_ValueLabelMap() = default;
 
@@ -38,9 +40,9 @@ const char* TARN_ValueLabelMap::GetLabel(const OBS* value) const {
   const ValueLabelList& list = *_data._labels;
   // Compared in place: lookups happen per category and per split group, so no copies.
   for (std::size_t i = 0; i < list.values.size(); ++i) {
-    const bool equal = list.type == 0
-                           ? list.values[i].Number() == value->number
-                           : std::memcmp(list.values[i].Obs(), value, static_cast<std::size_t>(list.type)) == 0;
+    const bool equal =
+        list.type == 0 ? list.values[i].Number() == value->number
+                       : std::memcmp(list.values[i].Obs(), value, static_cast<std::size_t>(list.type)) == 0;
     if (equal) return list.labels[i].c_str();
   }
   double number = 0;
@@ -72,7 +74,9 @@ int TARN_ValueLabelMap::Size() const {
   return _data._labels ? static_cast<int>(_data._labels->values.size()) : 0;
 }
 
-void TARN_ValueLabelMap::Reset() { _data._next = 0; }
+void TARN_ValueLabelMap::Reset() {
+  _data._next = 0;
+}
 
 bool TARN_ValueLabelMap::GetNextPair(const OBS*& value, const char*& label) {
   if (!_data._labels || _data._next >= _data._labels->values.size()) return false;

@@ -10,7 +10,7 @@
 /// Reads the value labels behind a TARN_VLImplPointer: label of a value, and an enumeration
 /// of the pairs in definition order. Returned texts stay valid while the map lives.
 class TARN_ValueLabelMap {
-public:
+ public:
   /// A null handle gives an empty map.
   explicit TARN_ValueLabelMap(TARN_VLImplPointer labels);
   ~TARN_ValueLabelMap();
@@ -33,7 +33,7 @@ public:
   /// untouched) after the last pair.
   bool GetNextPair(const OBS*& value, const char*& label);
 
-private:
+ private:
   struct Data {
     TARN_VLImplPointer _labels;  // shared with the variable; null when it has none
     std::size_t _next = 0;       // index of the pair GetNextPair gives next

@@ -11,12 +11,12 @@ struct TARN_Variable::Data {
   std::string _name;
   std::string _upperCaseName;
   std::string _label;
-  int _type = 0;                          // 0 numeric, else string width
-  TARN_Format _format = kDefaultFormat;   // print format
+  int _type = 0;                         // 0 numeric, else string width
+  TARN_Format _format = kDefaultFormat;  // print format
   int _measurementLevel = kMeasureUnknown;
-  TARN_VLImplPointer _valueLabels;        // null without labels; shared, never changed in place
-  int _missingKind = kMissingNone;        // MissingValueKind
-  ObsValue _missing[3];                   // the slots GetMissingValues points at
+  TARN_VLImplPointer _valueLabels;  // null without labels; shared, never changed in place
+  int _missingKind = kMissingNone;  // MissingValueKind
+  ObsValue _missing[3];             // the slots GetMissingValues points at
 };
 
 namespace {
@@ -51,11 +51,21 @@ TARN_Variable& TARN_Variable::operator=(TARN_Variable&& other) noexcept {
 
 TARN_Variable::~TARN_Variable() = default;
 
-const char* TARN_Variable::GetName() const { return _data->_name.c_str(); }
-const char* TARN_Variable::GetUpperCaseName() const { return _data->_upperCaseName.c_str(); }
-const char* TARN_Variable::GetLabel() const { return _data->_label.c_str(); }
-int TARN_Variable::GetType() const { return _data->_type; }
-TARN_Format TARN_Variable::GetFormat() const { return _data->_format; }
+const char* TARN_Variable::GetName() const {
+  return _data->_name.c_str();
+}
+const char* TARN_Variable::GetUpperCaseName() const {
+  return _data->_upperCaseName.c_str();
+}
+const char* TARN_Variable::GetLabel() const {
+  return _data->_label.c_str();
+}
+int TARN_Variable::GetType() const {
+  return _data->_type;
+}
+TARN_Format TARN_Variable::GetFormat() const {
+  return _data->_format;
+}
 
 void TARN_Variable::GetFormatEx(FormatType& type, int& width, int& decimals) const {
   type = _data->_format.Type();
@@ -63,8 +73,12 @@ void TARN_Variable::GetFormatEx(FormatType& type, int& width, int& decimals) con
   decimals = _data->_format.Decimals();
 }
 
-int TARN_Variable::GetMeasurementLevel() const { return _data->_measurementLevel; }
-TARN_VLImplPointer TARN_Variable::GetValueLabels() const { return _data->_valueLabels; }
+int TARN_Variable::GetMeasurementLevel() const {
+  return _data->_measurementLevel;
+}
+TARN_VLImplPointer TARN_Variable::GetValueLabels() const {
+  return _data->_valueLabels;
+}
 
 int TARN_Variable::GetMissingValues(const OBS*& first, const OBS*& second, const OBS*& third) const {
   const int kind = _data->_missingKind;
@@ -97,7 +111,8 @@ bool TARN_Variable::IsUserMissing(const OBS* value) const {
   }
   // Called for every case: compare the cells in place rather than copy the value.
   for (int slot = 0; slot < kind; ++slot) {
-    if (std::memcmp(_data->_missing[slot].Obs(), value, static_cast<std::size_t>(_data->_type)) == 0) return true;
+    if (std::memcmp(_data->_missing[slot].Obs(), value, static_cast<std::size_t>(_data->_type)) == 0)
+      return true;
   }
   return false;
 }
@@ -110,7 +125,9 @@ void TARN_Variable::SetName(const char* name) {
   }
 }
 
-void TARN_Variable::SetLabel(const char* label) { _data->_label = label != nullptr ? label : ""; }
+void TARN_Variable::SetLabel(const char* label) {
+  _data->_label = label != nullptr ? label : "";
+}
 
 void TARN_Variable::SetType(int type) {
   QUILT_ASSERT(type >= 0, "a variable type is 0 or a string width");
@@ -121,7 +138,9 @@ void TARN_Variable::SetType(int type) {
   ClearMissingValues();
 }
 
-void TARN_Variable::SetFormat(const TARN_Format& format) { _data->_format = format; }
+void TARN_Variable::SetFormat(const TARN_Format& format) {
+  _data->_format = format;
+}
 
 void TARN_Variable::SetMeasurementLevel(int level) {
   QUILT_ASSERT(level >= kMeasureUnknown && level <= kMeasureScale, "a measurement level is 0 to 3");

@@ -1,4 +1,5 @@
-// TARN_Variable.h - one variable of the data dictionary: name, label, type, format, level, labels, missing values
+// TARN_Variable.h - one variable of the data dictionary: name, label, type, format, level, labels, missing
+// values
 #pragma once
 
 #include <memory>
@@ -31,7 +32,7 @@ enum MissingValueKind : int {
 /// display-only variable. Copies are independent, except that they share the immutable
 /// value label list.
 class TARN_Variable {
-public:
+ public:
   /// A numeric variable with no name, format F8.2 and unknown level.
   TARN_Variable();
   /// A variable of `type`: 0 numeric (format F8.2), otherwise a string of that width in
@@ -83,7 +84,7 @@ public:
   void SetMissingRange(double low, double high, const double* extraValue);
   void ClearMissingValues();
 
-private:
+ private:
   struct Data;
   std::unique_ptr<Data> _data;
 };

@@ -31,7 +31,9 @@ VariableSet::VariableSet(VariableSet&& other) noexcept = default;
 VariableSet& VariableSet::operator=(VariableSet&& other) noexcept = default;
 VariableSet::~VariableSet() = default;
 
-std::string VariableSet::GetName(int changeCase) const { return InCase(_data._name, changeCase); }
+std::string VariableSet::GetName(int changeCase) const {
+  return InCase(_data._name, changeCase);
+}
 
 std::vector<std::string> VariableSet::GetVariableNames(int changeCase) const {
   std::vector<std::string> names;
@@ -40,13 +42,22 @@ std::vector<std::string> VariableSet::GetVariableNames(int changeCase) const {
   return names;
 }
 
-std::string VariableSet::GetLabel(TARN_DataSource& /*dataSource*/) const { return _data._label; }
-std::string VariableSet::GetLabel() const { return _data._label; }
-int VariableSet::GetType() const { return _data._type; }
-std::string VariableSet::GetValue() const { return _data._type == kMR_Dichotomy ? _data._countedValue : ""; }
+std::string VariableSet::GetLabel(TARN_DataSource& /*dataSource*/) const {
+  return _data._label;
+}
+std::string VariableSet::GetLabel() const {
+  return _data._label;
+}
+int VariableSet::GetType() const {
+  return _data._type;
+}
+std::string VariableSet::GetValue() const {
+  return _data._type == kMR_Dichotomy ? _data._countedValue : "";
+}
 
 int VariableSet::Validate() const {
-  if (_data._name.size() < 2 || _data._name[0] != '$' || ValidateTARNName(_data._name.c_str()) != kNameValid) {
+  if (_data._name.size() < 2 || _data._name[0] != '$' ||
+      ValidateTARNName(_data._name.c_str()) != kNameValid) {
     return kInvalidName;
   }
   if (_data._names.size() < 2) return kNoMembers;
@@ -65,16 +76,24 @@ bool VariableSet::qUseVariableCategoryLabels() const {
   return _data._type == kMR_Dichotomy && _data._useCountedValueLabels;
 }
 
-void VariableSet::SetName(const std::string& name) { _data._name = name; }
-void VariableSet::SetLabel(const std::string& label) { _data._label = label; }
+void VariableSet::SetName(const std::string& name) {
+  _data._name = name;
+}
+void VariableSet::SetLabel(const std::string& label) {
+  _data._label = label;
+}
 
 void VariableSet::SetType(int type) {
   QUILT_ASSERT(type == kMR_Category || type == kMR_Dichotomy, "a set is a category or a dichotomy set");
   _data._type = type;
 }
 
-void VariableSet::SetValue(const std::string& countedValue) { _data._countedValue = countedValue; }
-void VariableSet::SetVariableNames(const std::vector<std::string>& names) { _data._names = names; }
+void VariableSet::SetValue(const std::string& countedValue) {
+  _data._countedValue = countedValue;
+}
+void VariableSet::SetVariableNames(const std::vector<std::string>& names) {
+  _data._names = names;
+}
 void VariableSet::SetUseVariableCategoryLabels(bool useCountedValueLabels) {
   _data._useCountedValueLabels = useCountedValueLabels;
 }

@@ -14,7 +14,7 @@ enum VarSetsType : int {
 /// A multiple-response set: a named group of variables that a table treats as one
 /// categorical variable. Plain copyable object; VariableSets hands out copies.
 class VariableSet {
-public:
+ public:
   /// Set kinds (GetType).
   enum SetType : int {
     kMR_Category = 1,   // each member holds a category code
@@ -23,12 +23,12 @@ public:
   /// Results of Validate.
   enum ValidationResult : int {
     kNoError = 0,
-    kNoMembers = 1,         // the set has fewer than two members
-    kUnknownMember = 2,     // a member is not in the dictionary
-    kMixedTypes = 3,        // numeric and string members together
-    kNoCountedValue = 4,    // a dichotomy set without a counted value
-    kInvalidName = 5,       // the name does not start with "$" or is not a valid name
-    kDuplicateMember = 6,   // a variable is listed twice
+    kNoMembers = 1,        // the set has fewer than two members
+    kUnknownMember = 2,    // a member is not in the dictionary
+    kMixedTypes = 3,       // numeric and string members together
+    kNoCountedValue = 4,   // a dichotomy set without a counted value
+    kInvalidName = 5,      // the name does not start with "$" or is not a valid name
+    kDuplicateMember = 6,  // a variable is listed twice
   };
   /// Letter case of the names that GetName and GetVariableNames return.
   enum ChangeCase : int {
@@ -73,15 +73,15 @@ public:
   /// Checks the members against a dictionary; Validate reports the result from then on.
   void CheckAgainst(const TARN_DataSource& dataSource);
 
-private:
+ private:
   struct Data {
-    std::string _name;                 // with its leading "$", as defined
-    std::string _label;                // empty when none
-    int _type = kMR_Category;          // SetType
-    std::string _countedValue;         // dichotomy sets only
-    std::vector<std::string> _names;   // members in set order, as defined
+    std::string _name;                // with its leading "$", as defined
+    std::string _label;               // empty when none
+    int _type = kMR_Category;         // SetType
+    std::string _countedValue;        // dichotomy sets only
+    std::vector<std::string> _names;  // members in set order, as defined
     bool _useCountedValueLabels = false;
-    int _dictionaryCheck = kNoError;   // result of the latest CheckAgainst
+    int _dictionaryCheck = kNoError;  // result of the latest CheckAgainst
   };
   Data _data;
 };

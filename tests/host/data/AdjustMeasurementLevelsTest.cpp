@@ -32,15 +32,16 @@ TEST(AdjustMeasurementLevels, FromTheData) {
   std::vector<std::string> twentyFive = twentyFour;
   twentyFive.push_back("25");
   std::vector<std::string> repeated;  // 24 distinct values, each seen many times
-  for (int round = 0; round < 10; ++round) repeated.insert(repeated.end(), twentyFour.begin(), twentyFour.end());
+  for (int round = 0; round < 10; ++round)
+    repeated.insert(repeated.end(), twentyFour.begin(), twentyFour.end());
 
   EXPECT_EQ(AdjustedLevel(Column({"1", "2", "1", ""})), kMeasureNominal);
-  EXPECT_EQ(AdjustedLevel(Column(twentyFour)), kMeasureNominal);   // at the threshold
+  EXPECT_EQ(AdjustedLevel(Column(twentyFour)), kMeasureNominal);  // at the threshold
   EXPECT_EQ(AdjustedLevel(Column(repeated)), kMeasureNominal);
-  EXPECT_EQ(AdjustedLevel(Column(twentyFive)), kMeasureScale);     // one past it
-  EXPECT_EQ(AdjustedLevel(Column({"1", "2.5"})), kMeasureScale);   // not integers
-  EXPECT_EQ(AdjustedLevel(Column({"a", "b"})), kMeasureNominal);   // strings
-  EXPECT_EQ(AdjustedLevel(Column({"", ""})), kMeasureNominal);     // no valid value: nothing says scale
+  EXPECT_EQ(AdjustedLevel(Column(twentyFive)), kMeasureScale);    // one past it
+  EXPECT_EQ(AdjustedLevel(Column({"1", "2.5"})), kMeasureScale);  // not integers
+  EXPECT_EQ(AdjustedLevel(Column({"a", "b"})), kMeasureNominal);  // strings
+  EXPECT_EQ(AdjustedLevel(Column({"", ""})), kMeasureNominal);    // no valid value: nothing says scale
 }
 
 TEST(AdjustMeasurementLevels, LabelsMissingValuesAndStatedLevels) {
@@ -49,10 +50,12 @@ TEST(AdjustMeasurementLevels, LabelsMissingValuesAndStatedLevels) {
   EXPECT_EQ(AdjustedLevel(Column(manyValues), R"({"variables":[{"name":"x","values":{"1":"One"}}]})"),
             kMeasureNominal);
   // User-missing values do not count: 2.5 is the only non-integer, and it is missing.
-  EXPECT_EQ(AdjustedLevel(Column({"1", "2", "2.5"}), R"({"variables":[{"name":"x","missing":{"values":[2.5]}}]})"),
-            kMeasureNominal);
+  EXPECT_EQ(
+      AdjustedLevel(Column({"1", "2", "2.5"}), R"({"variables":[{"name":"x","missing":{"values":[2.5]}}]})"),
+      kMeasureNominal);
   // A stated level stands.
-  EXPECT_EQ(AdjustedLevel(Column({"1", "2"}), R"({"variables":[{"name":"x","measure":"scale"}]})"), kMeasureScale);
+  EXPECT_EQ(AdjustedLevel(Column({"1", "2"}), R"({"variables":[{"name":"x","measure":"scale"}]})"),
+            kMeasureScale);
   EXPECT_EQ(AdjustedLevel(Column(manyValues), R"({"variables":[{"name":"x","measure":"ordinal"}]})"),
             kMeasureOrdinal);
 }

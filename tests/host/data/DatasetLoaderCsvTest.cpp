@@ -20,7 +20,8 @@ std::shared_ptr<Dataset> Load(const std::string& csv, const std::string& diction
 
 std::string Text(const Dataset& dataset, int variable, std::size_t caseIndex) {
   const int width = dataset.GetVariable(variable).GetType();
-  std::string text(reinterpret_cast<const char*>(dataset.GetCells(variable, caseIndex)), static_cast<std::size_t>(width));
+  std::string text(reinterpret_cast<const char*>(dataset.GetCells(variable, caseIndex)),
+                   static_cast<std::size_t>(width));
   while (!text.empty() && text.back() == ' ') text.pop_back();
   return text;
 }
@@ -30,7 +31,8 @@ double Number(const Dataset& dataset, int variable, std::size_t caseIndex) {
 }
 
 // Runs a load that must fail and returns its message.
-std::string LoadError(const std::string& csv, const std::string& dictionary = "", DatasetLoadOptions options = {}) {
+std::string LoadError(const std::string& csv, const std::string& dictionary = "",
+                      DatasetLoadOptions options = {}) {
   try {
     Load(csv, dictionary, options);
   } catch (const DataError& error) {
@@ -61,7 +63,8 @@ TEST(DatasetLoaderCsv, QuotedFieldsKeepDelimitersQuotesAndLineEnds) {
 
 TEST(DatasetLoaderCsv, ErrorsAfterAnEmbeddedNewlineCountTheRightLine) {
   // The quoted field of record 2 spans lines 2 and 3, so the bad number stands on line 4.
-  const std::string message = LoadError("id,note\n1,\"a\nb\"\nx,c\n", R"({"variables":[{"name":"id","type":"numeric"}]})");
+  const std::string message =
+      LoadError("id,note\n1,\"a\nb\"\nx,c\n", R"({"variables":[{"name":"id","type":"numeric"}]})");
   EXPECT_EQ(message, "survey.csv:4: column 'id': 'x' is not a number");
 }
 
@@ -79,7 +82,7 @@ TEST(DatasetLoaderCsv, EmptyFieldsAreSystemMissingOrBlank) {
   ASSERT_EQ(dataset->GetCaseCount(), 4u);
   EXPECT_EQ(dataset->GetVariable(0).GetType(), 0);
   EXPECT_EQ(Number(*dataset, 0, 1), TARN_SystemMissing());
-  EXPECT_EQ(Number(*dataset, 0, 2), 3.0);  // blanks around a number are ignored
+  EXPECT_EQ(Number(*dataset, 0, 2), 3.0);                   // blanks around a number are ignored
   EXPECT_EQ(Number(*dataset, 0, 3), TARN_SystemMissing());  // a lone "." is missing too
   EXPECT_EQ(Text(*dataset, 1, 1), "");
 }
@@ -96,9 +99,9 @@ TEST(DatasetLoaderCsv, InfersFormatsFromTheData) {
     const char* format;
   };
   const Row rows[] = {
-      {"x\n1\n22\n333\n", "F3.0"},         // widest integer part 3, no decimals
-      {"x\n1.5\n-10.25\n", "F6.2"},        // "-10" is 3 wide, 2 decimals: 3 + 1 + 2
-      {"x\n\n\n", "F8.2"},                 // nothing seen: the default format
+      {"x\n1\n22\n333\n", "F3.0"},                // widest integer part 3, no decimals
+      {"x\n1.5\n-10.25\n", "F6.2"},               // "-10" is 3 wide, 2 decimals: 3 + 1 + 2
+      {"x\n\n\n", "F8.2"},                        // nothing seen: the default format
       {"x\n0.12345678901234567890\n", "F18.16"},  // decimals stop at 16: 1 + 1 + 16
       {"x\nabc\nde\n", "A3"},
   };
@@ -142,7 +145,8 @@ TEST(DatasetLoaderCsv, MalformedInputNamesFileLineAndColumn) {
 
 TEST(DatasetLoaderCsv, StringLongerThanItsDeclaredWidthIsAnError) {
   const std::string dictionary = R"({"variables":[{"name":"city","type":"string","width":4}]})";
-  EXPECT_EQ(LoadError("city\nRome\nParis\n", dictionary), "survey.csv:3: column 'city': 'Paris' is longer than the width 4");
+  EXPECT_EQ(LoadError("city\nRome\nParis\n", dictionary),
+            "survey.csv:3: column 'city': 'Paris' is longer than the width 4");
 }
 
 TEST(DatasetLoaderCsv, ByteOrderMarkAndBlankLinesAreSkipped) {
@@ -155,7 +159,8 @@ TEST(DatasetLoaderCsv, ByteOrderMarkAndBlankLinesAreSkipped) {
 TEST(DatasetLoaderCsv, ManyRowsFillEveryColumn) {
   // Enough records to pass the row-count estimate's sample, in mixed column kinds.
   std::string csv = "i,half,name\n";
-  for (int i = 0; i < 2500; ++i) csv += std::to_string(i) + "," + std::to_string(i / 2.0) + ",n" + std::to_string(i) + "\n";
+  for (int i = 0; i < 2500; ++i)
+    csv += std::to_string(i) + "," + std::to_string(i / 2.0) + ",n" + std::to_string(i) + "\n";
   const auto dataset = Load(csv);
   ASSERT_EQ(dataset->GetCaseCount(), 2500u);
   EXPECT_EQ(Number(*dataset, 0, 2499), 2499.0);

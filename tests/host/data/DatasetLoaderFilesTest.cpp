@@ -1,4 +1,5 @@
-// DatasetLoaderFilesTest.cpp - loading from files: the dictionary beside the data, explicit paths, unreadable files
+// DatasetLoaderFilesTest.cpp - loading from files: the dictionary beside the data, explicit paths, unreadable
+// files
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -13,11 +14,11 @@ namespace {
 
 // A fresh directory under the temp directory, removed with the fixture.
 class DatasetLoaderFiles : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     _directory = std::filesystem::temp_directory_path() /
-                 ("quilt-data-test-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
+                 ("quilt-data-test-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                  "-" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
     std::filesystem::create_directories(_directory);
   }
   void TearDown() override { std::filesystem::remove_all(_directory); }
@@ -58,8 +59,8 @@ TEST_F(DatasetLoaderFiles, AnExplicitDictionaryWinsAndNamesItsErrors) {
     DatasetLoader::LoadFiles(csv, "", {});
     FAIL() << "the dictionary beside the data names a column that does not exist";
   } catch (const DataError& error) {
-    EXPECT_EQ(std::string(error.what()),
-              (_directory / "poll.dict.json").string() + ": variables[0].name: 'nope' is not a column of " + csv);
+    EXPECT_EQ(std::string(error.what()), (_directory / "poll.dict.json").string() +
+                                             ": variables[0].name: 'nope' is not a column of " + csv);
   }
 }
 
@@ -69,7 +70,8 @@ TEST_F(DatasetLoaderFiles, UnreadableFilesAreDataErrors) {
     DatasetLoader::LoadFiles(missing, "", {});
     FAIL() << "no error for a missing file";
   } catch (const DataError& error) {
-    EXPECT_EQ(std::string(error.what()).rfind(missing + ": cannot open the data file", 0), 0u) << error.what();
+    EXPECT_EQ(std::string(error.what()).rfind(missing + ": cannot open the data file", 0), 0u)
+        << error.what();
   }
   const std::string csv = Write("poll.csv", "x\n1\n");
   const std::string empty = Write("empty.json", "  \n");

@@ -99,7 +99,8 @@ TEST(DictionaryReader, CommandLineOverridesWeightAndSplit) {
   DatasetLoadOptions options;
   options.weightVariable = "region";
   options.splitVariables = {"wave"};
-  const auto dataset = Load(R"({"weight": "wt", "split": {"variables": ["region"], "layout": "layered"}})", options);
+  const auto dataset =
+      Load(R"({"weight": "wt", "split": {"variables": ["region"], "layout": "layered"}})", options);
   EXPECT_EQ(dataset->GetWeightVariable(), dataset->FindVariable("region"));
   EXPECT_EQ(dataset->GetSplitVariables(), std::vector<int>{dataset->FindVariable("wave")});
   EXPECT_EQ(dataset->GetSplitLayout(), kSplitLayered);  // the layout still comes from the dictionary
@@ -114,12 +115,15 @@ TEST(DictionaryReader, EachErrorNamesItsJsonPath) {
       {R"({"variables": [)", nullptr},  // bad JSON: checked by prefix below
       {R"([1, 2])", "survey.dict.json: the dictionary is not a JSON object"},
       {R"({"varables": []})", "survey.dict.json: varables: unknown key"},
-      {R"({"variables": [{"name": "nope"}]})", "survey.dict.json: variables[0].name: 'nope' is not a column of survey.csv"},
-      {R"({"variables": [{"name": "id"}, {"name": "ID"}]})", "survey.dict.json: variables[1].name: 'ID' is listed twice"},
+      {R"({"variables": [{"name": "nope"}]})",
+       "survey.dict.json: variables[0].name: 'nope' is not a column of survey.csv"},
+      {R"({"variables": [{"name": "id"}, {"name": "ID"}]})",
+       "survey.dict.json: variables[1].name: 'ID' is listed twice"},
       {R"({"variables": [{"name": "id"}, {"name": "2x"}]})",
        "survey.dict.json: variables[1].name: '2x' is not a valid variable name"},
       {R"({"variables": [{"label": "x"}]})", "survey.dict.json: variables[0]: the variable has no name"},
-      {R"({"variables": [{"name": "id", "lable": "x"}]})", "survey.dict.json: variables[0]: unknown key 'lable'"},
+      {R"({"variables": [{"name": "id", "lable": "x"}]})",
+       "survey.dict.json: variables[0]: unknown key 'lable'"},
       {R"({"variables": [{"name": "id"}, {"name": "wt"}, {"name": "region", "format": "F8.x"}]})",
        "survey.dict.json: variables[2].format: 'F8.x' is not a format (it has no decimals after the point)"},
       {R"({"variables": [{"name": "id", "format": "Q8"}]})",
@@ -157,7 +161,8 @@ TEST(DictionaryReader, EachErrorNamesItsJsonPath) {
       {R"({"mrsets": [{"name": "$m", "type": "categories", "variables": ["b1", "b2"]},
                       {"name": "$M", "type": "categories", "variables": ["b1", "b2"]}]})",
        "survey.dict.json: mrsets[1].name: '$M' is defined twice"},
-      {R"({"weight": "city"})", "survey.dict.json: weight: 'city' is a string variable; a weight must be numeric"},
+      {R"({"weight": "city"})",
+       "survey.dict.json: weight: 'city' is a string variable; a weight must be numeric"},
       {R"({"weight": "w"})", "survey.dict.json: weight: 'w' is not a variable of survey.csv"},
       {R"({"split": {"variables": ["wave", "wavee"]}})",
        "survey.dict.json: split.variables[1]: 'wavee' is not a variable of survey.csv"},

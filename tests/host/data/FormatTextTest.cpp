@@ -34,10 +34,18 @@ TEST(FormatText, ReadsFormatTexts) {
     int decimals;
   };
   const Row rows[] = {
-      {"F8.2", kFormatF, 8, 2},           {"COMMA10.2", kFormatCOMMA, 10, 2}, {"DOLLAR12.2", kFormatDOLLAR, 12, 2},
-      {"PCT6.1", kFormatPCT, 6, 1},       {"E10.3", kFormatE, 10, 3},         {"N5", kFormatN, 5, 0},
-      {"A20", kFormatA, 20, 0},           {"DATE11", kFormatDATE, 11, 0},     {"f3", kFormatF, 3, 0},
-      {"F60.2", kFormatF, 40, 2},         {"ADATE10", kFormatADATE, 10, 0},   {"DATETIME20", kFormatDATETIME, 20, 0},
+      {"F8.2", kFormatF, 8, 2},
+      {"COMMA10.2", kFormatCOMMA, 10, 2},
+      {"DOLLAR12.2", kFormatDOLLAR, 12, 2},
+      {"PCT6.1", kFormatPCT, 6, 1},
+      {"E10.3", kFormatE, 10, 3},
+      {"N5", kFormatN, 5, 0},
+      {"A20", kFormatA, 20, 0},
+      {"DATE11", kFormatDATE, 11, 0},
+      {"f3", kFormatF, 3, 0},
+      {"F60.2", kFormatF, 40, 2},
+      {"ADATE10", kFormatADATE, 10, 0},
+      {"DATETIME20", kFormatDATETIME, 20, 0},
   };
   for (const Row& row : rows) {
     TARN_Format format;
@@ -48,7 +56,8 @@ TEST(FormatText, ReadsFormatTexts) {
 }
 
 TEST(FormatText, RejectsWhatIsNotAFormat) {
-  const char* texts[] = {"", "8.2", "F", "F0", "F8.", "F8.x", "Q8", "A8.2", "F8.17", "F4.4", "N5.1", "DATE11.2", "F8.2x"};
+  const char* texts[] = {"",     "8.2",   "F",    "F0",   "F8.",      "F8.x", "Q8",
+                         "A8.2", "F8.17", "F4.4", "N5.1", "DATE11.2", "F8.2x"};
   for (const char* text : texts) {
     TARN_Format format;
     std::string reason;

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "host/data/DatasetLoader.h"
 #include "host/data/Dataset.h"
+#include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
 
 TEST(HostRecords, WordsLiveAtTheirByteOffsets) {

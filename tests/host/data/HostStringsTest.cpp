@@ -12,13 +12,23 @@ TEST(HostStrings, KeywordMatchTakesWholeWordsAndAbbreviationsOfThreeOrMore) {
     bool matches;
   };
   const Row rows[] = {
-      {"TABLE", "TABLE", true},     {"table", "TABLE", true},      {"TaB", "TABLE", true},
-      {"TA", "TABLE", false},       {"TABLES", "TABLE", false},    {"TABX", "TABLE", false},
-      {"BY", "BY", true},           {"by", "BY", true},            {"B", "BY", false},
-      {"CAT", "CATEGORIES", true},  {"categ", "CATEGORIES", true}, {"", "TABLE", false},
-      {"NO", "NO", true},           {"N", "NO", false},
+      {"TABLE", "TABLE", true},
+      {"table", "TABLE", true},
+      {"TaB", "TABLE", true},
+      {"TA", "TABLE", false},
+      {"TABLES", "TABLE", false},
+      {"TABX", "TABLE", false},
+      {"BY", "BY", true},
+      {"by", "BY", true},
+      {"B", "BY", false},
+      {"CAT", "CATEGORIES", true},
+      {"categ", "CATEGORIES", true},
+      {"", "TABLE", false},
+      {"NO", "NO", true},
+      {"N", "NO", false},
   };
-  for (const Row& row : rows) EXPECT_EQ(KeywordMatch(row.token, row.keyword), row.matches) << row.token << " " << row.keyword;
+  for (const Row& row : rows)
+    EXPECT_EQ(KeywordMatch(row.token, row.keyword), row.matches) << row.token << " " << row.keyword;
   EXPECT_FALSE(KeywordMatch(nullptr, "TABLE"));
 }
 
@@ -28,12 +38,24 @@ TEST(HostStrings, ValidateTARNName) {
     int result;
   };
   const Row rows[] = {
-      {"age", kNameValid},           {"@x", kNameValid},         {"#tmp", kNameValid},
-      {"$media", kNameValid},        {"q1.a_b@#$", kNameValid},  {"Région", kNameValid},
-      {"", kNameEmpty},              {"1st", kNameBadFirstCharacter}, {"_x", kNameBadFirstCharacter},
-      {"a b", kNameBadCharacter},    {"a-b", kNameBadCharacter}, {"by", kNameReservedWord},
-      {"WITH", kNameReservedWord},   {"ALL", kNameReservedWord}, {"bye", kNameValid},
-      {"q1.", kNameTrailingPeriod},  {std::string(64, 'a'), kNameValid}, {std::string(65, 'a'), kNameTooLong},
+      {"age", kNameValid},
+      {"@x", kNameValid},
+      {"#tmp", kNameValid},
+      {"$media", kNameValid},
+      {"q1.a_b@#$", kNameValid},
+      {"Région", kNameValid},
+      {"", kNameEmpty},
+      {"1st", kNameBadFirstCharacter},
+      {"_x", kNameBadFirstCharacter},
+      {"a b", kNameBadCharacter},
+      {"a-b", kNameBadCharacter},
+      {"by", kNameReservedWord},
+      {"WITH", kNameReservedWord},
+      {"ALL", kNameReservedWord},
+      {"bye", kNameValid},
+      {"q1.", kNameTrailingPeriod},
+      {std::string(64, 'a'), kNameValid},
+      {std::string(65, 'a'), kNameTooLong},
   };
   for (const Row& row : rows) EXPECT_EQ(ValidateTARNName(row.name.c_str()), row.result) << row.name;
 }

@@ -10,7 +10,8 @@ TEST(ObsValue, StringsAreBlankFilledAtTheirWidth) {
   ObsValue value(10, nullptr, -1);
   value = std::string("abc");
   EXPECT_EQ(value.Type(), 10);
-  EXPECT_EQ(std::memcmp(value.Obs(), (std::string("abc") + std::string(13, ' ')).data(), 16), 0);  // ObsLength(10) = 2 cells, all blank past the text
+  EXPECT_EQ(std::memcmp(value.Obs(), (std::string("abc") + std::string(13, ' ')).data(), 16),
+            0);  // ObsLength(10) = 2 cells, all blank past the text
   value = std::string("abcdefghijklmnop");
   EXPECT_EQ(value.Text(), "abcdefghij");  // cut at the width
   value.SetType(4);

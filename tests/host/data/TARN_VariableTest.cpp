@@ -10,7 +10,9 @@
 
 namespace {
 
-bool Missing(const TARN_Variable& variable, double value) { return variable.IsMissing(ObsValue(value).Obs()); }
+bool Missing(const TARN_Variable& variable, double value) {
+  return variable.IsMissing(ObsValue(value).Obs());
+}
 
 ObsValue Text(int width, const std::string& text) {
   ObsValue value(width, nullptr, -1);
@@ -126,7 +128,8 @@ TEST(TARN_ValueLabelMap, LooksUpByCellsByTextAndEnumeratesInOrder) {
   std::string seen;
   for (int pass = 0; pass < 2; ++pass) {
     map.Reset();
-    while (map.GetNextPair(value, label)) seen += std::to_string(static_cast<int>(value->number)) + label + ";";
+    while (map.GetNextPair(value, label))
+      seen += std::to_string(static_cast<int>(value->number)) + label + ";";
   }
   EXPECT_EQ(seen, "2Deux;1One;2Deux;1One;");
   EXPECT_FALSE(map.GetNextPair(value, label));

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "host/data/DatasetLoader.h"
 #include "host/data/Dataset.h"
+#include "host/data/DatasetLoader.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/VariableSet.h"
 
@@ -50,7 +50,8 @@ TEST(VariableSet, Validate) {
       {MakeSet("$d", VariableSet::kMR_Dichotomy, {"a", "b"}), VariableSet::kNoCountedValue},
       {MakeSet("$d", VariableSet::kMR_Dichotomy, {"a", "b"}, "1"), VariableSet::kNoError},
   };
-  for (const Row& row : rows) EXPECT_EQ(row.set.Validate(), row.result) << row.set.GetName(VariableSet::kAsDefined);
+  for (const Row& row : rows)
+    EXPECT_EQ(row.set.Validate(), row.result) << row.set.GetName(VariableSet::kAsDefined);
 }
 
 TEST(VariableSet, CheckedAgainstTheDictionary) {
