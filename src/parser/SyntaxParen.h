@@ -1,0 +1,32 @@
+// SyntaxParen.h - a parenthesised part of a table expression
+#pragma once
+
+#include <string>
+
+#include "parser/SyntaxComposite.h"
+
+/// ( expression ): groups operands so that a following operator or bracket applies to
+/// the whole group. After its ")" the parent becomes current and remembers this paren as
+/// its last paren child, for a square bracket that may follow.
+// TODO(#5): the table-expression work adds cube dissection (VariableComposite).
+class SyntaxParen : public SyntaxComposite {
+ public:
+  SyntaxParen();
+
+  int GetType() const override;
+  SyntaxConverter* LeftParen(const std::string& text) override;
+  SyntaxConverter* LeftSquareBracket(const std::string& text) override;
+  SyntaxConverter* By(const std::string& text) override;
+  SyntaxConverter* Plus(const std::string& text) override;
+  SyntaxConverter* GreaterThan(const std::string& text) override;
+  SyntaxConverter* RightParen(const std::string& text) override;
+  /// An empty paren raises IncorrectSequence.
+  void ValidateAndCommit(const std::string& text) override;
+  virtual bool IsParenClosed() const;
+
+ protected:
+  void DumpDetails(std::ostream& out) const override;
+
+ private:
+  bool _parenClosed = false;  // its ")" has been seen
+};

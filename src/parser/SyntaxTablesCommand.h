@@ -1,0 +1,48 @@
+// SyntaxTablesCommand.h - the root of the converter tree: subcommand order, global settings, the tables
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "parser/SyntaxComposite.h"
+
+class SyntaxTableSubcommand;
+class SyntaxPComputeSubcommand;
+class SyntaxPPropertiesSubcommand;
+
+/// The whole command. It decides which subcommand a word after "/" opens, enforces where
+/// each may stand (global subcommands before the first TABLE, table-level ones after a
+/// TABLE), and on the period commits the global settings into every table. All
+/// subcommands are its children, added with Add and owned through them.
+// TODO(#5): the subcommand work adds FORMAT, SMISSING, VLABELS, WEIGHT, HIDESMALLCOUNTS,
+// MRSETS, PCOMPUTE and PPROPERTIES converters and what they commit into the tables.
+class SyntaxTablesCommand : public SyntaxComposite {
+ public:
+  SyntaxTablesCommand();
+  ~SyntaxTablesCommand() override;
+
+  int GetType() const override;
+  SyntaxConverter* SubCommandString(const std::string& text) override;
+  /// The root has nothing to validate on a slash: it stays current.
+  SyntaxConverter* Slash(const std::string& text) override;
+  /// Commits the global subcommands into the tables and makes equal titles distinct.
+  SyntaxConverter* Period(const std::string& text) override;
+
+  /// The tables in syntax order (not owned by the caller).
+  std::vector<SyntaxTableSubcommand*>& GetTable();
+  std::vector<SyntaxPComputeSubcommand*> GetPComputeSubcommands() const;
+  std::vector<SyntaxPPropertiesSubcommand*> GetPPropertiesSubcommands() const;
+  bool GetHideSmallCountsSet() const;
+  int GetHideSmallCountsValue() const;
+  /// Makes `index` the base weight of the run; with a valid index the host's case
+  /// weighting word is cleared (the entry restores it afterwards).
+  void SetBaseWeightVariable(int index, const std::string& name);
+  std::string GetBaseWeightVarName() const;
+
+ private:
+  void CommitGlobalSubcommands();
+  void MakeTableTitlesUnique();
+
+  struct CommandData;
+  CommandData* _commandData;
+};
