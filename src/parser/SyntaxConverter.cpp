@@ -1,0 +1,452 @@
+// SyntaxConverter.cpp - the default event protocol shared by all parse nodes
+#include "parser/SyntaxConverter.h"
+
+#include <memory>
+#include <ostream>
+#include <vector>
+
+#include "host/QuiltAssert.h"
+#include "host/data/HostStrings.h"
+#include "host/data/Obs.h"
+#include "host/data/TARN_DataSource.h"
+#include "host/data/VariableSet.h"
+#include "parser/SyntaxBy.h"
+#include "parser/SyntaxComposite.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxDummy.h"
+#include "parser/SyntaxGreaterThan.h"
+#include "parser/SyntaxMRVariableSet.h"
+#include "parser/SyntaxParen.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxPlus.h"
+#include "parser/SyntaxSquareBracket.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxVariableName.h"
+
+struct SyntaxConverter::ConverterData {
+  SyntaxConverter* _parent = nullptr;             // null at the root and on a square bracket
+  SyntaxConverter* _lastParenChild = nullptr;     // paren most recently closed directly under this one
+  std::vector<SyntaxConverter*> _squareBrackets;  // brackets opened on this converter; owned
+  bool _byContext = false;                        // BY may follow now
+  bool _greaterThanContext = false;               // > (GT) may follow now
+  bool _parenContext = false;                     // ( may follow now
+  bool _plusContext = false;                      // + may follow now
+  bool _squareBracketContext = false;             // [ may follow now
+  bool _variableContext = false;                  // a variable or set name may follow now
+
+  // Shared by all converters of the run; SetDataSource sets them again for each run.
+  static TARN_DataSource* _pds;    // the active data source; not owned
+  static int _weightVarIndex;      // dictionary index of the case weight; -1 for none
+  static int _baseWeightVarIndex;  // dictionary index of the WEIGHT base weight; -1 for none
+};
+
+TARN_DataSource* SyntaxConverter::ConverterData::_pds = nullptr;
+int SyntaxConverter::ConverterData::_weightVarIndex = -1;
+int SyntaxConverter::ConverterData::_baseWeightVarIndex = -1;
+
+namespace {
+
+const char* TypeName(int type) {
+  static const char* const kNames[] = {
+      "Statistics",  "By",       "Categories", "CLabels",     "Composite",       "Plain",   "Dummy",
+      "GreaterThan", "MRSet",    "Paren",      "Plus",        "SLabels",         "Command", "Table",
+      "Totals",      "Variable", "PCompute",   "PProperties", "HideSmallCounts",
+  };
+  if (type < 0 || type >= static_cast<int>(sizeof(kNames) / sizeof(kNames[0]))) {
+    return "Unknown";
+  }
+  return kNames[type];
+}
+
+}  // namespace
+
+SyntaxConverter::SyntaxConverter() : _converterData(new ConverterData) {}
+
+SyntaxConverter::~SyntaxConverter() {
+  for (SyntaxConverter* bracket : _converterData->_squareBrackets) {
+    delete bracket;
+  }
+  delete _converterData;
+}
+
+std::string SyntaxConverter::GetSubcommandName() const {
+  if (_converterData->_parent == nullptr) {
+    return "QUILT";
+  }
+  return _converterData->_parent->GetSubcommandName();
+}
+
+int SyntaxConverter::GetType() const {
+  return kConverterPlain;
+}
+
+SyntaxConverter* SyntaxConverter::All(const std::string& text) {
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+SyntaxConverter* SyntaxConverter::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
+  if (_converterData->_parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  return _converterData->_parent->AttributeString(text, tokens);
+}
+
+// varlist BY varlist: crosses to the next axis
+SyntaxConverter* SyntaxConverter::By(const std::string& text) {
+  if (!_converterData->_byContext) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  SyntaxTableSubcommand* table = GetTableSubcommandParent();
+  const std::vector<SyntaxVariableName*>& variables = table->GetTableVarList();
+  // An axis with nothing on it still needs an operand: a leading BY leaves the rows empty,
+  // and "a BY BY c" leaves the columns empty.
+  const bool needsPlaceholder =
+      variables.empty() || (variables.back()->GetAxis() == 0 && table->GetNumOfBys() == 1);
+  if (needsPlaceholder) {
+    Add(new SyntaxDummy);
+  }
+  auto* by = new SyntaxBy;
+  InfixBinaryOperator(by);
+  by->Initialize();
+  return by;
+}
+
+// operand > operand: nests the right operand under each category of the left
+SyntaxConverter* SyntaxConverter::GreaterThan(const std::string& text) {
+  if (!_converterData->_greaterThanContext) {
+    SyntaxParserUtility::IncorrectSequence(this, text);
+  }
+  return InfixBinaryOperator(new SyntaxGreaterThan);
+}
+
+SyntaxConverter* SyntaxConverter::LeftParen(const std::string& text) {
+  if (!_converterData->_parenContext) {
+    SyntaxParserUtility::IncorrectSequence(this, text);
+  }
+  auto* paren = new SyntaxParen;
+  Add(paren);
+  return paren;
+}
+
+SyntaxConverter* SyntaxConverter::LeftSquareBracket(const std::string& text) {
+  if (!_converterData->_squareBracketContext) {
+    SyntaxParserUtility::IncorrectSequence(this, text);
+  }
+  // The bracket's constructor may refuse (no operand to refer to), so it is owned here
+  // until it has its place.
+  auto bracket = std::make_unique<SyntaxSquareBracket>(this);
+  _converterData->_squareBrackets.push_back(bracket.get());
+  return bracket.release();
+}
+
+SyntaxConverter* SyntaxConverter::Literal(const std::string& text) {
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+SyntaxConverter* SyntaxConverter::Number(double /*value*/, const std::string& text) {
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+SyntaxConverter* SyntaxConverter::Period(const std::string& text) {
+  if (_converterData->_parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  ValidateAndCommit(".");
+  return _converterData->_parent->Period(text);
+}
+
+// operand + operand: stacks the operands
+SyntaxConverter* SyntaxConverter::Plus(const std::string& text) {
+  if (!_converterData->_plusContext) {
+    SyntaxParserUtility::IncorrectSequence(this, text);
+  }
+  auto* plus = new SyntaxPlus;
+  InfixBinaryOperator(plus);
+  return plus;
+}
+
+SyntaxConverter* SyntaxConverter::RightParen(const std::string& text) {
+  SyntaxConverter* parent = _converterData->_parent;
+  if (parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  // A parenthesis closes within one subcommand; reaching a parent of another subcommand
+  // means it had no partner there.
+  if (!SyntaxParserUtility::ExactWordMatch(GetSubcommandName(), parent->GetSubcommandName())) {
+    SyntaxParserUtility::UnbalancedParen(this, text);
+  }
+  return parent->RightParen(text);
+}
+
+SyntaxConverter* SyntaxConverter::RightSquareBracket(const std::string& text) {
+  SyntaxConverter* parent = _converterData->_parent;
+  if (parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  if (!SyntaxParserUtility::ExactWordMatch(GetSubcommandName(), parent->GetSubcommandName())) {
+    SyntaxParserUtility::UnbalancedParen(this, text);
+  }
+  return parent->RightSquareBracket(text);
+}
+
+SyntaxConverter* SyntaxConverter::Slash(const std::string& text) {
+  // Only the root and the table stop a slash; anything else without a parent cannot take one.
+  if (_converterData->_parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  ValidateAndCommit(text);
+  return _converterData->_parent->Slash(text);
+}
+
+SyntaxConverter* SyntaxConverter::Ampersand(const std::string& text) {
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+// variable | $set
+SyntaxConverter* SyntaxConverter::String(const std::string& text) {
+  if (!_converterData->_variableContext) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  if (text.empty() || text[0] != '$') {
+    const int index = VariableExists(text);
+    if (index < 0) {
+      SyntaxParserUtility::UnknownVariable(this, text);
+    }
+    return AddAsVariable(index, text);
+  }
+
+  std::string name = text;
+  VariableSet set;
+  if (!MRSetExists(name, set)) {
+    SyntaxParserUtility::UnknownVariable(this, text);
+  }
+  if (set.Validate() != VariableSet::kNoError) {
+    // A broken set is dropped with a message; the rest of the command still parses.
+    SyntaxParserUtility::MRSetInvalid(this, text);
+    return this;
+  }
+  auto* mrSet = new SyntaxMRVariableSet(set);
+  const std::string label = set.GetLabel(*ConverterData::_pds);
+  mrSet->SetLabel(label);
+  Add(mrSet);
+
+  // The counted value of a dichotomy set travels as blank-filled case cells, the form in
+  // which the members' data will be compared with it.
+  std::vector<OBS> countedValue;
+  if (set.GetType() == VariableSet::kMR_Dichotomy) {
+    const std::string value = set.GetValue();
+    const int size = static_cast<int>(value.size());
+    countedValue.resize(ObsLength(size));
+    TARNMBCopyToFixed_A(reinterpret_cast<char*>(countedValue.data()),
+                        static_cast<int>(countedValue.size() * sizeof(OBS)), value.c_str(), size);
+  }
+  mrSet->ValidateSetConditions(set, countedValue.empty() ? nullptr : countedValue.data());
+
+  SyntaxTableSubcommand* table = GetTableSubcommandParent();
+  table->AddToVarList(mrSet);
+  if (!label.empty()) {
+    table->AddMRSetLabel(label);
+  }
+  mrSet->SetCountOfBy(table->GetNumOfBys());
+  return mrSet;
+}
+
+SyntaxConverter* SyntaxConverter::SubCommandString(const std::string& text) {
+  if (_converterData->_parent == nullptr) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  return _converterData->_parent->SubCommandString(text);
+}
+
+SyntaxConverter* SyntaxConverter::To(const std::string& text) {
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+SyntaxConverter* SyntaxConverter::Add(SyntaxConverter* child) {
+  if (_converterData->_parent == nullptr) {
+    delete child;
+    SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
+  }
+  return _converterData->_parent->Add(child);
+}
+
+void SyntaxConverter::DissectTableInCubes() {}
+
+void SyntaxConverter::SetDataSource(TARN_DataSource* dataSource) {
+  ConverterData::_pds = dataSource;
+  ConverterData::_weightVarIndex = dataSource == nullptr ? -1 : dataSource->GetWeightVarIndex();
+  ConverterData::_baseWeightVarIndex = -1;
+}
+
+void SyntaxConverter::SetIsLeafNode(bool /*isLeaf*/) {}
+
+void SyntaxConverter::SetLastParenChild(SyntaxConverter* paren) {
+  _converterData->_lastParenChild = paren;
+}
+
+void SyntaxConverter::SetParent(SyntaxConverter* parent) {
+  QUILT_ASSERT(parent != nullptr, "a converter is only ever given a real parent");
+  _converterData->_parent = parent;
+}
+
+std::vector<SyntaxConverter*>& SyntaxConverter::Children() {
+  QUILT_ASSERT(_converterData->_parent != nullptr, "a leaf asked for children has a parent");
+  return _converterData->_parent->Children();
+}
+
+SyntaxConverter* SyntaxConverter::GetParent() const {
+  return _converterData->_parent;
+}
+
+SyntaxConverter* SyntaxConverter::TopParent() {
+  if (_converterData->_parent == nullptr) {
+    return this;
+  }
+  return _converterData->_parent->TopParent();
+}
+
+bool SyntaxConverter::IsDataWeighted() const {
+  return IsDataFreqWeighted() || IsDataBaseWeighted();
+}
+
+bool SyntaxConverter::IsDataFreqWeighted() const {
+  return ConverterData::_weightVarIndex != -1;
+}
+
+bool SyntaxConverter::IsDataBaseWeighted() const {
+  return ConverterData::_baseWeightVarIndex != -1;
+}
+
+SyntaxTableSubcommand* SyntaxConverter::GetTableSubcommandParent() {
+  if (auto* table = dynamic_cast<SyntaxTableSubcommand*>(this)) {
+    return table;
+  }
+  if (_converterData->_parent == nullptr) {
+    SyntaxParserUtility::IncorrectSequence(this, "BY");
+  }
+  return _converterData->_parent->GetTableSubcommandParent();
+}
+
+bool SyntaxConverter::IsLessInert(const SyntaxConverter* op) const {
+  QUILT_ASSERT(_converterData->_parent != nullptr, "an operand asked about precedence has a parent");
+  return _converterData->_parent->IsLessInert(op);
+}
+
+void SyntaxConverter::ValidateAndCommit(const std::string& /*text*/) {}
+
+SyntaxConverter* SyntaxConverter::AddAsVariable(int index, const std::string& name) {
+  auto* variable = new SyntaxVariableName(index, name);
+  Add(variable);
+  SyntaxTableSubcommand* table = GetTableSubcommandParent();
+  table->AddToVarList(variable);
+  variable->SetCountOfBy(table->GetNumOfBys());
+  return variable;
+}
+
+SyntaxConverter* SyntaxConverter::InfixBinaryOperator(SyntaxConverter* op) {
+  if (IsLessInert(op)) {
+    // This node binds at least as tightly as `op`: the operator climbs.
+    return _converterData->_parent->InfixBinaryOperator(op);
+  }
+  // `op` takes the last operand as its left operand, and stands in its place.
+  std::vector<SyntaxConverter*>& children = Children();
+  if (children.empty()) {
+    delete op;
+    SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
+  }
+  const int kind = op->GetType();
+  SyntaxConverter* last = children.back();
+  if (kind == kConverterGreaterThan) {
+    last->SetIsLeafNode(false);
+  }
+  children.pop_back();
+  Add(op);
+  return op->Add(last);
+}
+
+int SyntaxConverter::VariableExists(const std::string& name) const {
+  if (ConverterData::_pds == nullptr) {
+    return -1;
+  }
+  return ConverterData::_pds->FindVarIndex(name.c_str(), 0);
+}
+
+bool SyntaxConverter::MRSetExists(std::string& name, VariableSet& set) const {
+  if (ConverterData::_pds == nullptr) {
+    return false;
+  }
+  for (const VariableSet& candidate : VariableSets(*ConverterData::_pds, 1)) {
+    set = candidate;
+    const std::string setName = set.GetName(2);
+    if (SyntaxParserUtility::ExactWordMatch(setName, name)) {
+      name = setName;
+      return true;
+    }
+  }
+  return false;
+}
+
+TARN_DataSource* SyntaxConverter::GetDataSource() const {
+  return ConverterData::_pds;
+}
+
+SyntaxConverter* SyntaxConverter::GetLastParenChild() const {
+  return _converterData->_lastParenChild;
+}
+
+int SyntaxConverter::GetBaseWeightVarIndex() {
+  return ConverterData::_baseWeightVarIndex;
+}
+
+void SyntaxConverter::SetBaseWeightVarIndex(int index) {
+  ConverterData::_baseWeightVarIndex = index;
+}
+
+void SyntaxConverter::SetByContext(bool isLegal) {
+  _converterData->_byContext = isLegal;
+}
+
+void SyntaxConverter::SetGreaterThanContext(bool isLegal) {
+  _converterData->_greaterThanContext = isLegal;
+}
+
+void SyntaxConverter::SetParenContext(bool isLegal) {
+  _converterData->_parenContext = isLegal;
+}
+
+void SyntaxConverter::SetPlusContext(bool isLegal) {
+  _converterData->_plusContext = isLegal;
+}
+
+void SyntaxConverter::SetSquareBracketContext(bool isLegal) {
+  _converterData->_squareBracketContext = isLegal;
+}
+
+void SyntaxConverter::SetVariableContext(bool isLegal) {
+  _converterData->_variableContext = isLegal;
+}
+
+void SyntaxConverter::Dump(std::ostream& out, int depth) const {
+  const ConverterData& data = *_converterData;
+  out << std::string(static_cast<std::size_t>(depth) * 2, ' ') << TypeName(GetType())
+      << " subcommand=" << GetSubcommandName() << " by=" << data._byContext
+      << " gt=" << data._greaterThanContext << " paren=" << data._parenContext
+      << " plus=" << data._plusContext << " bracket=" << data._squareBracketContext
+      << " variable=" << data._variableContext;
+  DumpDetails(out);
+  out << '\n';
+  for (const SyntaxConverter* bracket : data._squareBrackets) {
+    bracket->Dump(out, depth + 1);
+  }
+  if (const auto* composite = dynamic_cast<const SyntaxComposite*>(this)) {
+    for (const SyntaxConverter* child : composite->GetChildren()) {
+      child->Dump(out, depth + 1);
+    }
+  }
+}
+
+void SyntaxConverter::DumpDetails(std::ostream& /*out*/) const {}
+
+const std::vector<SyntaxConverter*>& SyntaxConverter::GetSquareBrackets() const {
+  return _converterData->_squareBrackets;
+}

@@ -1,0 +1,12 @@
+// SyntaxGreaterThan.cpp - precedence of the nesting operator
+#include "parser/SyntaxGreaterThan.h"
+
+#include "parser/SyntaxConverterType.h"
+
+int SyntaxGreaterThan::GetType() const {
+  return kConverterGreaterThan;
+}
+
+bool SyntaxGreaterThan::IsLessInert(const SyntaxConverter* /*op*/) const {
+  return true;
+}

@@ -1,0 +1,192 @@
+// SyntaxTableSubcommand.cpp - the table node: expression text, variable list, BY count, subcommand order
+#include "parser/SyntaxTableSubcommand.h"
+
+#include <cctype>
+#include <ostream>
+
+#include "host/data/HostStrings.h"
+#include "host/data/TARN_DataSource.h"
+#include "host/data/TARN_Variable.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxVariableName.h"
+
+struct SyntaxTableSubcommand::TableData {
+  int _tableNumber = 0;                            // 1-based number of the table
+  int _numOfBys = 0;                               // count of BY; 0 to 2
+  std::vector<SyntaxVariableName*> _tableVarList;  // variables and sets in order of appearance; not owned
+  std::vector<SyntaxVariableName*> _tableSetList;  // those that are multiple-response sets; not owned
+  std::vector<std::string> _expressionTokens;      // text of the expression, token by token
+  std::string _expression;                         // cached joined text; empty until asked for
+};
+
+namespace {
+
+constexpr int kMaximumBys = 2;
+
+// The subcommand words that belong before the first table.
+constexpr const char* kGlobalSubcommands[] = {"FORMAT", "SMISSING",        "VLABELS",
+                                              "MRSETS", "HIDESMALLCOUNTS", "WEIGHT"};
+
+// The subcommand words that belong to a table.
+constexpr const char* kTableSubcommands[] = {"SLABELS", "CLABELS",     "CATEGORIES", "TITLES",
+                                             "SIGTEST", "COMPARETEST", "CRITERIA"};
+
+}  // namespace
+
+SyntaxTableSubcommand::SyntaxTableSubcommand(int tableNumber) : _tableData(new TableData) {
+  _tableData->_tableNumber = tableNumber;
+  // An expression starts with a variable, a set, a paren, or BY for an empty row axis.
+  SetByContext(true);
+  SetParenContext(true);
+  SetVariableContext(true);
+}
+
+SyntaxTableSubcommand::~SyntaxTableSubcommand() {
+  delete _tableData;
+}
+
+std::string SyntaxTableSubcommand::GetSubcommandName() const {
+  return "TABLE";
+}
+
+int SyntaxTableSubcommand::GetType() const {
+  return kConverterTable;
+}
+
+// TABLE ( expression ) ...
+SyntaxConverter* SyntaxTableSubcommand::LeftParen(const std::string& text) {
+  SyntaxConverter* paren = SyntaxConverter::LeftParen(text);
+  // When the paren closes the table is current again, with a complete operand.
+  SetByContext(true);
+  SetGreaterThanContext(true);
+  SetParenContext(false);
+  SetPlusContext(true);
+  SetSquareBracketContext(true);
+  SetVariableContext(false);
+  return paren;
+}
+
+SyntaxConverter* SyntaxTableSubcommand::Slash(const std::string& /*text*/) {
+  ValidateAndCommit("/");
+  // The expression is over: only a subcommand word may follow.
+  SetByContext(false);
+  SetGreaterThanContext(false);
+  SetParenContext(false);
+  SetPlusContext(false);
+  SetSquareBracketContext(false);
+  SetVariableContext(false);
+  return this;
+}
+
+SyntaxConverter* SyntaxTableSubcommand::Period(const std::string& text) {
+  ValidateAndCommit(text);
+  // TODO(#5): ValidateComperimeterRequest() and ValidateStatisticalTests() come here.
+  return SyntaxConverter::Period(text);
+}
+
+// TABLE expression / SLABELS | CLABELS | CATEGORIES | TITLES | SIGTEST | COMPARETEST | CRITERIA | TABLE
+SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text) {
+  for (const char* keyword : kTableSubcommands) {
+    if (KeywordMatch(text.c_str(), keyword)) {
+      // TODO(#5): each table-level subcommand gets its converter with the subcommand work.
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    }
+  }
+  if (KeywordMatch(text.c_str(), "TABLE")) {
+    // TODO(#5): ValidateComperimeterRequest() and ValidateStatisticalTests() come here.
+    return GetParent()->SubCommandString(text);
+  }
+  for (const char* keyword : kGlobalSubcommands) {
+    if (KeywordMatch(text.c_str(), keyword)) {
+      SyntaxParserUtility::OutOfOrderGlobalSubcommand("TABLE", text);
+    }
+  }
+  // PCOMPUTE and PPROPERTIES after a table land here too.
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+void SyntaxTableSubcommand::ValidateAndCommit(const std::string& /*text*/) {
+  if (Children().empty()) {
+    SyntaxParserUtility::NoTableSubcommand(this);
+  }
+  // TODO(#5): dissection into cubes, default statistics and the CI level of each variable.
+}
+
+int SyntaxTableSubcommand::GetTableNumber() const {
+  return _tableData->_tableNumber;
+}
+
+void SyntaxTableSubcommand::AddExpressionToken(const std::string& token, bool isWord) {
+  std::string copy = token;
+  for (char& character : copy) {
+    character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
+  }
+  if (isWord) {
+    const int index = VariableExists(token);
+    if (index >= 0) {
+      const TARN_Variable* variable = GetDataSource()->GetVariable(index);
+      const char* label = variable == nullptr ? nullptr : variable->GetLabel();
+      if (label != nullptr && *label != '\0') {
+        copy = label;
+      }
+    }
+  }
+  _tableData->_expressionTokens.push_back(copy);
+  _tableData->_expression.clear();
+}
+
+void SyntaxTableSubcommand::AddMRSetLabel(const std::string& label) {
+  if (_tableData->_expressionTokens.empty()) {
+    _tableData->_expressionTokens.push_back(label);
+  } else {
+    _tableData->_expressionTokens.back() = label;
+  }
+  _tableData->_expression.clear();
+}
+
+std::string SyntaxTableSubcommand::GetExpression() {
+  if (_tableData->_expression.empty()) {
+    std::string joined;
+    bool afterParen = true;  // no blank before the first token either
+    for (const std::string& token : _tableData->_expressionTokens) {
+      if (!afterParen && token != ")") {
+        joined += ' ';
+      }
+      joined += token;
+      afterParen = token == "(";
+    }
+    _tableData->_expression = joined;
+  }
+  return _tableData->_expression;
+}
+
+void SyntaxTableSubcommand::AddToVarList(SyntaxVariableName* variable) {
+  _tableData->_tableVarList.push_back(variable);
+  if (variable->GetType() == kConverterMRSet) {
+    _tableData->_tableSetList.push_back(variable);
+  }
+}
+
+const std::vector<SyntaxVariableName*>& SyntaxTableSubcommand::GetTableVarList() const {
+  return _tableData->_tableVarList;
+}
+
+const std::vector<SyntaxVariableName*>& SyntaxTableSubcommand::GetTableSetList() const {
+  return _tableData->_tableSetList;
+}
+
+int SyntaxTableSubcommand::GetNumOfBys() const {
+  return _tableData->_numOfBys;
+}
+
+void SyntaxTableSubcommand::IncrementBys() {
+  ++_tableData->_numOfBys;
+  if (_tableData->_numOfBys > kMaximumBys) {
+    SyntaxParserUtility::IncorrectSequence(this, "BY");
+  }
+}
+
+void SyntaxTableSubcommand::DumpDetails(std::ostream& out) const {
+  out << " number=" << _tableData->_tableNumber << " bys=" << _tableData->_numOfBys;
+}
