@@ -1,0 +1,193 @@
+// TableSettings.cpp - per-table settings of the significance and presentation subcommands
+#include "parser/TableSettings.h"
+
+#include <algorithm>
+
+#include "parser/SyntaxMiscSubcommands.h"
+#include "parser/SyntaxParserUtility.h"
+
+namespace {
+
+// The word a replaced test is named by in the duplicate warning.
+const char* TestName(TableEncryptionCodes::SignificanceTestType type) {
+  switch (type) {
+    case TableEncryptionCodes::kSigTestChiSquare:
+      return "Chi-square";
+    case TableEncryptionCodes::kSigTestProportions:
+      return "Column proportions";
+    case TableEncryptionCodes::kSigTestMeans:
+      return "Pairwise comparisons";
+  }
+  return "";
+}
+
+std::string HolderText(const SyntaxConverter* holder) {
+  const auto* misc = dynamic_cast<const SyntaxMiscSubcommands*>(holder);
+  return misc == nullptr ? std::string() : misc->GetAttributeString();
+}
+
+}  // namespace
+
+struct TableSettings::Data {
+  std::vector<SigTestSettings> _sigTestSettings;  // the requested tests
+  bool _hasChiSquareTest = false;
+  bool _hasColPropTest = false;
+  bool _hasPairWiseTest = false;
+  SLabelPosition _sLabelPosition = PresentationCodes::kSLabelColumn;  // where statistic labels go
+  bool _sLabelPositionSet = false;
+  bool _sLabelVisible = true;
+  bool _sLabelVisibleSet = false;
+  CLabelOption _cLabelOption = TableEncryptionCodes::kCLabelAuto;
+  double _ciLevelValue = 95.0;   // confidence level of CRITERIA
+  std::string _ciLevelString = "95";
+  SyntaxConverter* _titleChild = nullptr;    // not owned
+  SyntaxConverter* _captionChild = nullptr;  // not owned
+  SyntaxConverter* _cornerChild = nullptr;   // not owned
+
+  void AddTest(const char* subcommand, const SigTestSettings& settings) {
+    const auto sameType = [&settings](const SigTestSettings& entry) { return entry._type == settings._type; };
+    const auto existing = std::find_if(_sigTestSettings.begin(), _sigTestSettings.end(), sameType);
+    if (existing != _sigTestSettings.end()) {
+      SyntaxParserUtility::DuplicateWarning(std::string(subcommand), std::string(TestName(settings._type)));
+      _sigTestSettings.erase(existing);
+    }
+    switch (settings._type) {
+      case TableEncryptionCodes::kSigTestChiSquare:
+        _hasChiSquareTest = true;
+        break;
+      case TableEncryptionCodes::kSigTestProportions:
+        _hasColPropTest = true;
+        break;
+      case TableEncryptionCodes::kSigTestMeans:
+        _hasPairWiseTest = true;
+        break;
+    }
+    _sigTestSettings.push_back(settings);
+  }
+};
+
+TableSettings::TableSettings() : _data(std::make_unique<Data>()) {}
+
+TableSettings::~TableSettings() = default;
+
+void TableSettings::AddCompareTest(const SigTestSettings& settings) {
+  _data->AddTest("COMPARETEST", settings);
+}
+
+void TableSettings::AddSignificanceTest(const SigTestSettings& settings) {
+  _data->AddTest("SIGTEST", settings);
+}
+
+const std::vector<SigTestSettings>& TableSettings::GetSigTestSettings() const {
+  return _data->_sigTestSettings;
+}
+
+bool TableSettings::HasChiSquareTest() const {
+  return _data->_hasChiSquareTest;
+}
+
+bool TableSettings::HasColPropTest() const {
+  return _data->_hasColPropTest;
+}
+
+bool TableSettings::HasPairWiseTest() const {
+  return _data->_hasPairWiseTest;
+}
+
+void TableSettings::SetSLabelPosition(SLabelPosition position) {
+  if (_data->_sLabelPositionSet) {
+    SyntaxParserUtility::DuplicateWarning(std::string("SLABELS"), std::string("POSITION"));
+  }
+  _data->_sLabelPosition = position;
+  _data->_sLabelPositionSet = true;
+}
+
+TableSettings::SLabelPosition TableSettings::GetSLabelPosition() const {
+  return _data->_sLabelPosition;
+}
+
+bool TableSettings::IsSLabelPositionSet() const {
+  return _data->_sLabelPositionSet;
+}
+
+void TableSettings::SetSLabelVisibility(bool visible) {
+  if (_data->_sLabelVisibleSet) {
+    SyntaxParserUtility::DuplicateWarning(std::string("SLABELS"), std::string("VISIBLE"));
+  }
+  _data->_sLabelVisible = visible;
+  _data->_sLabelVisibleSet = true;
+}
+
+bool TableSettings::GetSLabelVisibility() const {
+  return _data->_sLabelVisible;
+}
+
+bool TableSettings::IsSLabelVisibilitySet() const {
+  return _data->_sLabelVisibleSet;
+}
+
+void TableSettings::SetCLabelOption(CLabelOption option) {
+  _data->_cLabelOption = option;
+}
+
+TableSettings::CLabelOption TableSettings::GetCLabelOption() const {
+  return _data->_cLabelOption;
+}
+
+void TableSettings::SetCILevel(double value, const std::string& text) {
+  _data->_ciLevelValue = value;
+  _data->_ciLevelString = text;
+}
+
+double TableSettings::GetCILevelValue() const {
+  return _data->_ciLevelValue;
+}
+
+std::string TableSettings::GetCILevelString() const {
+  return _data->_ciLevelString;
+}
+
+void TableSettings::SetTitle(SyntaxConverter* holder) {
+  if (_data->_titleChild != nullptr) {
+    SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("TITLE"));
+  }
+  _data->_titleChild = holder;
+}
+
+void TableSettings::SetCaption(SyntaxConverter* holder) {
+  if (_data->_captionChild != nullptr) {
+    SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("CAPTION"));
+  }
+  _data->_captionChild = holder;
+}
+
+void TableSettings::SetCornerText(SyntaxConverter* holder) {
+  if (_data->_cornerChild != nullptr) {
+    SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("CORNER"));
+  }
+  _data->_cornerChild = holder;
+}
+
+bool TableSettings::HasTitle() const {
+  return _data->_titleChild != nullptr;
+}
+
+bool TableSettings::HasCaption() const {
+  return _data->_captionChild != nullptr;
+}
+
+bool TableSettings::HasCornerText() const {
+  return _data->_cornerChild != nullptr;
+}
+
+std::string TableSettings::GetTitleText() const {
+  return HolderText(_data->_titleChild);
+}
+
+std::string TableSettings::GetCaption() const {
+  return HolderText(_data->_captionChild);
+}
+
+std::string TableSettings::GetCornerText() const {
+  return HolderText(_data->_cornerChild);
+}

@@ -1,0 +1,71 @@
+// TableSettings.h - what the table-level subcommands after one TABLE ask of that table
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/engine/TableEncryptionCodes.h"
+#include "parser/PresentationCodes.h"
+#include "parser/SigTestSettings.h"
+
+class SyntaxConverter;
+
+/// The settings that SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST commit for
+/// one table. The table subcommand owns one and hands it to each of these converters when it
+/// creates them; the converters call the setters from their ValidateAndCommit. The setters
+/// apply the rules that span subcommands: a second request of the same kind on one table
+/// warns and replaces the first.
+class TableSettings {
+ public:
+  using CLabelOption = TableEncryptionCodes::CLabelOption;
+  using SLabelPosition = PresentationCodes::SLabelPosition;
+
+  TableSettings();
+  ~TableSettings();
+  TableSettings(const TableSettings&) = delete;
+  TableSettings& operator=(const TableSettings&) = delete;
+
+  /// Registers a column test; an earlier test of the same type is dropped with a warning.
+  void AddCompareTest(const SigTestSettings& settings);
+  /// Registers the chi-square test; an earlier one is dropped with a warning.
+  void AddSignificanceTest(const SigTestSettings& settings);
+  /// The requested tests, at most one of each type, in order of request.
+  const std::vector<SigTestSettings>& GetSigTestSettings() const;
+  bool HasChiSquareTest() const;
+  bool HasColPropTest() const;
+  bool HasPairWiseTest() const;
+
+  /// Warns ("SLABELS", "POSITION") when a position was already set.
+  void SetSLabelPosition(SLabelPosition position);
+  SLabelPosition GetSLabelPosition() const;
+  bool IsSLabelPositionSet() const;
+  /// Warns ("SLABELS", "VISIBLE") when the visibility was already set.
+  void SetSLabelVisibility(bool visible);
+  bool GetSLabelVisibility() const;
+  bool IsSLabelVisibilitySet() const;
+
+  void SetCLabelOption(CLabelOption option);
+  CLabelOption GetCLabelOption() const;
+
+  void SetCILevel(double value, const std::string& text);
+  double GetCILevelValue() const;
+  std::string GetCILevelString() const;
+
+  /// The holders of the TITLES texts (SyntaxMiscSubcommands, owned by their TITLES
+  /// converter). A second holder of the same kind warns ("TITLES", "TITLE", ...) and wins.
+  void SetTitle(SyntaxConverter* holder);
+  void SetCaption(SyntaxConverter* holder);
+  void SetCornerText(SyntaxConverter* holder);
+  bool HasTitle() const;
+  bool HasCaption() const;
+  bool HasCornerText() const;
+  /// The texts, with their )DATE, )TIME and )TABLE parameters filled; empty without a holder.
+  std::string GetTitleText() const;
+  std::string GetCaption() const;
+  std::string GetCornerText() const;
+
+ private:
+  struct Data;
+  std::unique_ptr<Data> _data;
+};
