@@ -2,51 +2,73 @@
 #include "host/tokens/Lexer.h"
 
 #include <cctype>
-#include <charconv>
 #include <cstdlib>
 #include <string>
 
 #include "host/tokens/LexicalError.h"
+#include "host/tokens/LineComment.h"
 
 namespace {
 
 using OperatorCode = TokenSequenceBase::OperatorCode;
 
-bool IsWordStart(unsigned char character) {
-  // Bytes of 0x80 and above belong to UTF-8 letters of names and labels.
-  return std::isalpha(character) || character == '$' || character == '@' || character == '#' || character == '_' ||
-         character >= 0x80;
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
 }
 
-bool IsWordPart(unsigned char character) {
-  return IsWordStart(character) || std::isdigit(character) || character == '.';
+// Bytes of 0x80 and above belong to UTF-8 letters of names and labels.
+bool IsWordStart(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  return std::isalpha(byte) || character == '$' || character == '@' || character == '#' || character == '_' ||
+         byte >= 0x80;
 }
 
-bool IsDigit(char character) { return std::isdigit(static_cast<unsigned char>(character)) != 0; }
+bool IsWordCharacter(char character) {
+  return IsWordStart(character) || IsDigit(character);
+}
+
+bool IsSeparator(char character) {
+  return character == ' ' || character == '\t' || character == '\r' || character == '\n' ||
+         character == ',' || character == '\f' || character == '\v';
+}
+
+std::string ToUpper(std::string_view word) {
+  std::string upper(word);
+  for (char& character : upper)
+    character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
+  return upper;
+}
 
 OperatorCode ReservedWordCode(std::string_view word) {
-  std::string upper(word);
-  for (char& character : upper) character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-#define RESERVED(name, spelling, code) \
-  if (upper == spelling) return static_cast<OperatorCode>(code);
+  const std::string upper = ToUpper(word);
+#define RESERVED_WORD(code, spelling) \
+  if (upper == spelling) return TokenSequenceBase::kOp##code;
 #include "host/tokens/TokenKinds.def"
   return TokenSequenceBase::kOpNone;
 }
 
-/// Longest operator spelling at the front of `rest`; empty when none.
-std::string_view MatchOperator(std::string_view rest, OperatorCode& code) {
+/// The longest punctuator spelled at the front of `rest`; empty when none.
+std::string_view MatchPunctuator(std::string_view rest, OperatorCode& code) {
   std::string_view best;
-#define OPERATOR(name, spelling, opCode)                                                   \
+#define PUNCTUATOR(opCode, spelling)                                                            \
   if (rest.substr(0, sizeof(spelling) - 1) == spelling && sizeof(spelling) - 1 > best.size()) { \
-    best = rest.substr(0, sizeof(spelling) - 1);                                           \
-    code = static_cast<OperatorCode>(opCode);                                              \
+    best = rest.substr(0, sizeof(spelling) - 1);                                                \
+    code = TokenSequenceBase::kOp##opCode;                                                      \
   }
 #include "host/tokens/TokenKinds.def"
   return best;
 }
 
+std::string ShowByte(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  if (std::isprint(byte)) return std::string("'") + character + "'";
+  const char* digits = "0123456789ABCDEF";
+  return std::string("byte 0x") + digits[byte >> 4] + digits[byte & 0xF];
+}
+
+/// One pass over a command's text. File-local: Lexer::Lex is the interface.
 class Scanner {
-public:
+ public:
   Scanner(std::string_view text, int firstLine) : _text(text), _line(firstLine) {}
 
   LexedCommand Run() {
@@ -56,23 +78,33 @@ public:
       if (character == '\n') {
         ++_line;
         _lineStart = ++_position;
-      } else if (character == ' ' || character == '\t' || character == '\r' || character == ',' ||
-                 character == '\f' || character == '\v') {
+      } else if (IsSeparator(character)) {
         ++_position;
-      } else if (StartsNumber()) {
-        command.tokens.push_back(ScanNumber());
-      } else if (IsWordStart(static_cast<unsigned char>(character))) {
-        command.tokens.push_back(ScanWord());
-      } else if (character == '\'' || character == '"') {
-        command.tokens.push_back(ScanLiteral());
+      } else if (LineComment::StartsAt(_text, _position)) {
+        while (_position < _text.size() && _text[_position] != '\n') ++_position;
       } else {
-        command.tokens.push_back(ScanOperator());
+        Token token = ScanToken();
+        _previousIsOperand = IsOperand(token);
+        _previousEnd = _position;
+        command.tokens.push_back(std::move(token));
       }
     }
     return command;
   }
 
-private:
+ private:
+  Token ScanToken() {
+    const char character = _text[_position];
+    if (StartsNumber()) return ScanNumber();
+    if (IsWordStart(character)) return ScanWord();
+    if (character == '\'' || character == '"') return ScanLiteral();
+    if (character == '.') {
+      throw LexicalError(_line, Column(),
+                         "unexpected '.' (a period ends a command only at the end of a line)");
+    }
+    return ScanOperator();
+  }
+
   int Column() const { return static_cast<int>(_position - _lineStart) + 1; }
 
   Token StartToken(TokenSequenceBase::TokenType type) const {
@@ -87,10 +119,33 @@ private:
     return _position + offset < _text.size() ? _text[_position + offset] : '\0';
   }
 
-  // A number starts with a digit, a point before a digit, or a sign directly before either.
+  // Whether the token just read can be the left side of a binary minus or plus, so that a
+  // sign written straight after it is that operator: `2-1` is two minus one. THRU is an
+  // infix keyword of category ranges, after which `-1` is a bound.
+  static bool IsOperand(const Token& token) {
+    switch (token.type) {
+      case TokenSequenceBase::kTokenNumber:
+      case TokenSequenceBase::kTokenLiteral:
+        return true;
+      case TokenSequenceBase::kTokenWord:
+        return token.operatorCode == TokenSequenceBase::kOpNone && ToUpper(token.text) != "THRU";
+      case TokenSequenceBase::kTokenOperator:
+        return token.operatorCode == TokenSequenceBase::kOpRightParen ||
+               token.operatorCode == TokenSequenceBase::kOpRightBracket;
+      case TokenSequenceBase::kTokenEnd:
+        break;
+    }
+    return false;
+  }
+
+  // A number starts with a digit, a point before a digit, or a sign directly before either
+  // that does not directly follow an operand.
   bool StartsNumber() const {
     std::size_t offset = 0;
-    if (At(0) == '+' || At(0) == '-') offset = 1;
+    if (At(0) == '+' || At(0) == '-') {
+      if (_previousIsOperand && _previousEnd == _position) return false;
+      offset = 1;
+    }
     if (IsDigit(At(offset))) return true;
     return At(offset) == '.' && IsDigit(At(offset + 1));
   }
@@ -103,16 +158,22 @@ private:
     if (At(0) == '.' && IsDigit(At(1))) {
       ++_position;
       while (IsDigit(At(0))) ++_position;
-    } else if (At(0) == '.' && !IsWordPart(static_cast<unsigned char>(At(1)))) {
-      ++_position;  // "5." is five, as in a list of numbers written with points
+    } else if (At(0) == '.' && !IsWordCharacter(At(1)) && At(1) != '.') {
+      ++_position;  // "5." is five
     }
     if ((At(0) == 'e' || At(0) == 'E') &&
         (IsDigit(At(1)) || ((At(1) == '+' || At(1) == '-') && IsDigit(At(2))))) {
       _position += IsDigit(At(1)) ? 1 : 2;
       while (IsDigit(At(0))) ++_position;
     }
+    if (IsWordCharacter(At(0)) || At(0) == '.') {
+      // `2x` or `1.5.2`: neither a number nor a word; show the whole run.
+      while (IsWordCharacter(At(0)) || At(0) == '.') ++_position;
+      throw LexicalError(token.line, token.column,
+                         "malformed number '" + std::string(_text.substr(start, _position - start)) + "'");
+    }
     token.text = std::string(_text.substr(start, _position - start));
-    // strtod accepts the leading '+' that from_chars refuses.
+    // strtod accepts the leading '+' that from_chars refuses; the text is well formed here.
     token.number = std::strtod(token.text.c_str(), nullptr);
     return token;
   }
@@ -120,7 +181,7 @@ private:
   Token ScanWord() {
     Token token = StartToken(TokenSequenceBase::kTokenWord);
     const std::size_t start = _position;
-    while (_position < _text.size() && IsWordPart(static_cast<unsigned char>(_text[_position]))) ++_position;
+    while (IsWordCharacter(At(0)) || (At(0) == '.' && IsWordCharacter(At(1)))) ++_position;
     token.text = std::string(_text.substr(start, _position - start));
     token.operatorCode = ReservedWordCode(token.text);
     return token;
@@ -148,14 +209,9 @@ private:
   Token ScanOperator() {
     Token token = StartToken(TokenSequenceBase::kTokenOperator);
     OperatorCode code = TokenSequenceBase::kOpNone;
-    const std::string_view spelling = MatchOperator(_text.substr(_position), code);
-    if (spelling.empty()) {
-      const unsigned char byte = static_cast<unsigned char>(_text[_position]);
-      std::string shown = std::isprint(byte) ? std::string("'") + static_cast<char>(byte) + "'"
-                                             : "byte 0x" + std::string(1, "0123456789ABCDEF"[byte >> 4]) +
-                                                   "0123456789ABCDEF"[byte & 0xF];
-      throw LexicalError(token.line, token.column, "unexpected " + shown);
-    }
+    const std::string_view spelling = MatchPunctuator(_text.substr(_position), code);
+    if (spelling.empty())
+      throw LexicalError(token.line, token.column, "unexpected " + ShowByte(_text[_position]));
     token.text = std::string(spelling);
     token.operatorCode = code;
     _position += spelling.size();
@@ -163,11 +219,15 @@ private:
   }
 
   std::string_view _text;
-  std::size_t _position = 0;
-  std::size_t _lineStart = 0;
-  int _line;
+  std::size_t _position = 0;        // next byte to read
+  std::size_t _lineStart = 0;       // offset of the current line's first byte
+  int _line;                        // line of the origin at _position
+  bool _previousIsOperand = false;  // the last token read can stand left of a binary sign
+  std::size_t _previousEnd = 0;     // offset just past the last token read
 };
 
 }  // namespace
 
-LexedCommand Lexer::Lex(std::string_view text, int firstLine) { return Scanner(text, firstLine).Run(); }
+LexedCommand Lexer::Lex(std::string_view text, int firstLine) {
+  return Scanner(text, firstLine).Run();
+}

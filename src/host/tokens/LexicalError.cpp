@@ -2,7 +2,8 @@
 #include "host/tokens/LexicalError.h"
 
 LexicalError::LexicalError(int line, int column, const std::string& problem)
-    : std::runtime_error("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + problem),
+    : std::runtime_error("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
+                         problem),
       _line(line),
       _column(column),
       _problem(problem) {}

@@ -5,50 +5,69 @@
 #include "host/tokens/LexedCommand.h"
 
 namespace {
+// The end mark's text; GetText hands out a char*, so it cannot be a string literal.
 char kEmptyText[] = "";
 }  // namespace
 
-TARN_TokenSequence::TARN_TokenSequence(void* handle, bool /*flag*/) : _command(static_cast<LexedCommand*>(handle)) {
-  QUILT_ASSERT(_command != nullptr, "the token handle points at a lexed command");
+struct TARN_TokenSequence::Data {
+  LexedCommand* _command = nullptr;  // not owned
+  int _position = -1;                // index of the current token; -1 before the first Next
+
+  int Size() const { return static_cast<int>(_command->tokens.size()); }
+  const Token* Current() const {
+    return _position >= 0 && _position < Size() ? &_command->tokens[static_cast<std::size_t>(_position)]
+                                                : nullptr;
+  }
+};
+
+TARN_TokenSequence::TARN_TokenSequence(void* handle, bool /*flag*/) : _data(std::make_unique<Data>()) {
+  QUILT_ASSERT(handle != nullptr, "the token handle points at a lexed command");
+  _data->_command = static_cast<LexedCommand*>(handle);
 }
 
-bool TARN_TokenSequence::HasCurrent() const {
-  return _position >= 0 && _position < static_cast<int>(_command->tokens.size());
-}
+TARN_TokenSequence::~TARN_TokenSequence() = default;
 
 bool TARN_TokenSequence::Next() {
-  const int size = static_cast<int>(_command->tokens.size());
-  if (_position < size) ++_position;
-  return _position < size;
+  if (_data->_position < _data->Size()) ++_data->_position;
+  return _data->_position < _data->Size();
 }
 
-int TARN_TokenSequence::PositionBefore() { return _position - 1; }
+int TARN_TokenSequence::PositionBefore() {
+  return _data->_position > -1 ? _data->_position - 1 : -1;
+}
 
 void TARN_TokenSequence::SetPosition(int position) {
-  QUILT_ASSERT(position >= -1 && position <= static_cast<int>(_command->tokens.size()),
-               "a token position lies within the command");
-  _position = position;
+  QUILT_ASSERT(position >= -1 && position <= _data->Size(), "a token position lies within the command");
+  _data->_position = position;
 }
 
-int TARN_TokenSequence::Prepare() { return 0; }
+int TARN_TokenSequence::Prepare() {
+  return _data->Size();
+}
 
 TokenSequenceBase::TokenType TARN_TokenSequence::GetTokenType() {
-  return HasCurrent() ? _command->tokens[_position].type : kTokenEnd;
+  const Token* token = _data->Current();
+  return token != nullptr ? token->type : kTokenEnd;
 }
 
 TokenSequenceBase::OperatorCode TARN_TokenSequence::GetOperatorCode() {
-  return HasCurrent() ? _command->tokens[_position].operatorCode : kOpNone;
+  const Token* token = _data->Current();
+  return token != nullptr ? token->operatorCode : kOpNone;
 }
 
 void TARN_TokenSequence::GetText(char** text, int* length) {
-  if (!HasCurrent()) {
+  QUILT_ASSERT(text != nullptr && length != nullptr, "GetText has somewhere to put the text");
+  if (_data->Current() == nullptr) {
     *text = kEmptyText;
     *length = 0;
     return;
   }
-  std::string& tokenText = _command->tokens[_position].text;
+  std::string& tokenText = _data->_command->tokens[static_cast<std::size_t>(_data->_position)].text;
   *text = tokenText.data();
   *length = static_cast<int>(tokenText.size());
 }
 
-double TARN_TokenSequence::GetNumber() { return HasCurrent() ? _command->tokens[_position].number : 0.0; }
+double TARN_TokenSequence::GetNumber() {
+  const Token* token = _data->Current();
+  return token != nullptr ? token->number : 0.0;
+}

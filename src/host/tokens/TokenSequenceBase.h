@@ -1,43 +1,28 @@
 // TokenSequenceBase.h - the token contract the parser walks: types, operator codes, operations
 #pragma once
 
-/// A forward-only sequence of tokens that can step back one token. The parser reads the
-/// current token's type, operator code, text and number after each Next.
+/// A forward sequence of the tokens of one command that can step back one token. After
+/// each Next the parser reads the current token's type, operator code, text and number.
 class TokenSequenceBase {
-public:
+ public:
+  /// kTokenEnd 1, kTokenWord 2, kTokenNumber 3, kTokenLiteral 4 (quoted text, delivered
+  /// without its quotes), kTokenOperator 5.
   enum TokenType : int {
-    kTokenEnd = 1,       // the end mark
-    kTokenWord = 2,      // a name, keyword or dotted keyword
-    kTokenNumber = 3,
-    kTokenLiteral = 4,   // a quoted string; its text comes without the quotes
-    kTokenOperator = 5,
+#define TOKEN_TYPE(name, value, description) kToken##name = value,
+#include "host/tokens/TokenKinds.def"
   };
 
-  /// Operator codes. Words with a reserved meaning (GT, TO, BY, ALL) arrive as kTokenWord
-  /// with their code; every other word has kOpNone.
+  /// Operator codes. Punctuation arrives as kTokenOperator with its code; the words GT, TO,
+  /// BY and ALL (any letter case) arrive as kTokenWord with theirs; every other token has
+  /// kOpNone.
   enum OperatorCode : int {
-    kOpNone = 0,
-    kOpGreaterThan = 2,
-    kOpEquals = 3,
-    kOpPlus = 8,
-    kOpMinus = 9,
-    kOpTimes = 10,
-    kOpSlash = 11,
-    kOpPower = 12,
-    kOpLeftParen = 13,
-    kOpRightParen = 14,
-    kOpTerminator = 18,  // ends a table expression; the lexer never produces it
-    kOpAmpersand = 23,
-    kOpTo = 30,
-    kOpBy = 34,
-    kOpAll = 35,
-    kOpLeftBracket = 36,
-    kOpRightBracket = 37,
+#define OPERATOR_CODE(name, value, spelling) kOp##name = value,
+#include "host/tokens/TokenKinds.def"
   };
 
   virtual ~TokenSequenceBase() = default;
 
-  /// Moves to the next token; false when there are no more (and on every later call).
+  /// Moves to the next token; false when there are no more, and on every later call.
   virtual bool Next() = 0;
   /// A position such that SetPosition(position) makes the following Next deliver the
   /// current token again.
@@ -47,8 +32,15 @@ public:
   virtual int Prepare() = 0;
   virtual TokenType GetTokenType() = 0;
   virtual OperatorCode GetOperatorCode() = 0;
-  /// The current token's text and its length in bytes; a literal's text has no quotes.
-  /// The text stays valid as long as the sequence.
+  /// The current token's text and its length in bytes; a literal's text has no quotes. The
+  /// text stays valid, and unchanged, as long as the sequence; callers must not write to it.
   virtual void GetText(char** text, int* length) = 0;
   virtual double GetNumber() = 0;
+
+  /// How messages and dumps show a code: ">", "TO", "**"; "" for kOpNone, "?" for a value
+  /// that is no code.
+  static const char* GetOperatorSpelling(OperatorCode code);
+  /// How messages and dumps name a type: "word", "quoted text"; "?" for a value that is no
+  /// type.
+  static const char* GetTokenTypeName(TokenType type);
 };

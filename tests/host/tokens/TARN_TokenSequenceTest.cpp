@@ -1,40 +1,74 @@
 // TARN_TokenSequenceTest.cpp - walking, stepping back and the end of a token sequence
-#include "host/tokens/TARN_TokenSequence.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
+#include "host/QuiltAssert.h"
 #include "host/tokens/Lexer.h"
+#include "host/tokens/TARN_TokenSequence.h"
 
 namespace {
 
-std::string CurrentText(TARN_TokenSequence& tokens) {
+struct Snapshot {
+  TokenSequenceBase::TokenType type;
+  TokenSequenceBase::OperatorCode code;
+  std::string text;
+  double number;
+
+  bool operator==(const Snapshot& other) const {
+    return type == other.type && code == other.code && text == other.text && number == other.number;
+  }
+};
+
+Snapshot Current(TARN_TokenSequence& tokens) {
   char* text = nullptr;
-  int length = 0;
+  int length = -1;
   tokens.GetText(&text, &length);
-  return std::string(text, static_cast<std::size_t>(length));
+  return {tokens.GetTokenType(), tokens.GetOperatorCode(),
+          std::string(text, static_cast<std::size_t>(length)), tokens.GetNumber()};
 }
 
-TEST(TARN_TokenSequence, StepsBackExactlyOneToken) {
-  LexedCommand command = Lexer::Lex("QUILT /TABLE a GT b");
+// Every token, stepped back onto and read again, is delivered with the same text, type,
+// code and number; and the walk then goes on where it was.
+TEST(TARN_TokenSequence, SteppingBackRedeliversEachTokenUnchanged) {
+  LexedCommand command = Lexer::Lex("QUILT /TABLE a GT b > c [COUNT F5.2] 'lit' -2.5 = BY");
+  TARN_TokenSequence plain(&command, true);
+  std::vector<Snapshot> expected;
+  plain.Prepare();
+  while (plain.Next()) expected.push_back(Current(plain));
+  ASSERT_EQ(expected.size(), command.tokens.size());
+
+  TARN_TokenSequence tokens(&command, true);
+  EXPECT_EQ(tokens.Prepare(), static_cast<int>(command.tokens.size()));
+  for (const Snapshot& token : expected) {
+    ASSERT_TRUE(tokens.Next());
+    EXPECT_EQ(Current(tokens), token);
+    tokens.SetPosition(tokens.PositionBefore());
+    ASSERT_TRUE(tokens.Next());
+    EXPECT_EQ(Current(tokens), token) << "after stepping back onto '" << token.text << "'";
+  }
+  EXPECT_FALSE(tokens.Next());
+}
+
+// The reader's look-ahead: take the next token, and if it is not "=", hand it back.
+TEST(TARN_TokenSequence, LookAheadAndHandBack) {
+  LexedCommand command = Lexer::Lex("QUILT TITLE = 'x' CAPTION 'y'");
   TARN_TokenSequence tokens(&command, true);
   tokens.Prepare();
   ASSERT_TRUE(tokens.Next());  // QUILT
-  ASSERT_TRUE(tokens.Next());  // /
-  ASSERT_TRUE(tokens.Next());  // TABLE
-  ASSERT_TRUE(tokens.Next());  // a
-  ASSERT_TRUE(tokens.Next());  // GT
-  const auto type = tokens.GetTokenType();
-  const auto code = tokens.GetOperatorCode();
-  const std::string text = CurrentText(tokens);
+  ASSERT_TRUE(tokens.Next());  // TITLE
+  ASSERT_TRUE(tokens.Next());  // the look-ahead: "=" is consumed
+  EXPECT_EQ(tokens.GetOperatorCode(), TokenSequenceBase::kOpEquals);
+  ASSERT_TRUE(tokens.Next());
+  EXPECT_EQ(Current(tokens).text, "x");
+  ASSERT_TRUE(tokens.Next());  // CAPTION
+  ASSERT_TRUE(tokens.Next());  // the look-ahead finds a literal and hands it back
+  EXPECT_EQ(tokens.GetTokenType(), TokenSequenceBase::kTokenLiteral);
   tokens.SetPosition(tokens.PositionBefore());
   ASSERT_TRUE(tokens.Next());
-  EXPECT_EQ(tokens.GetTokenType(), type);
-  EXPECT_EQ(tokens.GetOperatorCode(), code);
-  EXPECT_EQ(CurrentText(tokens), text);
-  ASSERT_TRUE(tokens.Next());
-  EXPECT_EQ(CurrentText(tokens), "b");
+  EXPECT_EQ(Current(tokens).text, "y");
+  EXPECT_FALSE(tokens.Next());
 }
 
 TEST(TARN_TokenSequence, StaysAtTheEndOnceExhausted) {
@@ -46,8 +80,51 @@ TEST(TARN_TokenSequence, StaysAtTheEndOnceExhausted) {
   EXPECT_DOUBLE_EQ(tokens.GetNumber(), 5.0);
   EXPECT_FALSE(tokens.Next());
   EXPECT_FALSE(tokens.Next());
+  const Snapshot end{TokenSequenceBase::kTokenEnd, TokenSequenceBase::kOpNone, "", 0.0};
+  EXPECT_EQ(Current(tokens), end);
+  // Stepping back at the end stays at the end: the current "token" there is the end mark.
+  tokens.SetPosition(tokens.PositionBefore());
+  EXPECT_FALSE(tokens.Next());
+  EXPECT_EQ(Current(tokens), end);
+}
+
+TEST(TARN_TokenSequence, BeforeTheFirstNextThereIsNoCurrentToken) {
+  LexedCommand command = Lexer::Lex("QUILT");
+  TARN_TokenSequence tokens(&command, true);
   EXPECT_EQ(tokens.GetTokenType(), TokenSequenceBase::kTokenEnd);
-  EXPECT_EQ(CurrentText(tokens), "");
+  // Stepping back from the start stays at the start.
+  tokens.SetPosition(tokens.PositionBefore());
+  ASSERT_TRUE(tokens.Next());
+  EXPECT_EQ(Current(tokens).text, "QUILT");
+  EXPECT_FALSE(tokens.Next());
+}
+
+TEST(TARN_TokenSequence, AnEmptyCommandHasOnlyTheEnd) {
+  LexedCommand command;
+  TARN_TokenSequence tokens(&command, true);
+  EXPECT_EQ(tokens.Prepare(), 0);
+  EXPECT_FALSE(tokens.Next());
+  EXPECT_EQ(tokens.GetTokenType(), TokenSequenceBase::kTokenEnd);
+}
+
+TEST(TARN_TokenSequence, MisuseIsAnAssertion) {
+  EXPECT_THROW(TARN_TokenSequence(nullptr, true), QuiltAssertionFailure);
+  LexedCommand command = Lexer::Lex("QUILT a");
+  TARN_TokenSequence tokens(&command, true);
+  EXPECT_THROW(tokens.SetPosition(3), QuiltAssertionFailure);
+  EXPECT_THROW(tokens.SetPosition(-2), QuiltAssertionFailure);
+  tokens.SetPosition(2);  // the end mark itself is a valid position
+  EXPECT_FALSE(tokens.Next());
+}
+
+TEST(TokenSequenceBase, SpellingsComeFromTheTable) {
+  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpGreaterThan), ">");
+  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpPower), "**");
+  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpBy), "BY");
+  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpNone), "");
+  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(static_cast<TokenSequenceBase::OperatorCode>(1)), "?");
+  EXPECT_STREQ(TokenSequenceBase::GetTokenTypeName(TokenSequenceBase::kTokenLiteral), "quoted text");
+  EXPECT_STREQ(TokenSequenceBase::GetTokenTypeName(static_cast<TokenSequenceBase::TokenType>(0)), "?");
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+// LineComment.cpp - the one rule for `#` and `//` comments
+#include "host/tokens/LineComment.h"
+
+namespace {
+
+bool IsSeparatorBefore(char character) {
+  return character == ' ' || character == '\t' || character == ',' || character == '\n' || character == '\r';
+}
+
+bool IsSeparatorAfter(char character) {
+  return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
+}  // namespace
+
+bool LineComment::StartsAt(std::string_view text, std::size_t position) {
+  std::size_t markerLength = 0;
+  if (text.substr(position, 1) == "#") {
+    markerLength = 1;
+  } else if (text.substr(position, 2) == "//") {
+    markerLength = 2;
+  } else {
+    return false;
+  }
+  if (position > 0 && !IsSeparatorBefore(text[position - 1])) return false;
+  const std::size_t after = position + markerLength;
+  return after >= text.size() || IsSeparatorAfter(text[after]);
+}
+
+std::size_t LineComment::Find(std::string_view line) {
+  char openQuote = '\0';
+  for (std::size_t position = 0; position < line.size(); ++position) {
+    const char character = line[position];
+    if (openQuote != '\0') {
+      // A doubled quote closes and reopens the text, which comes to the same.
+      if (character == openQuote) openQuote = '\0';
+    } else if (character == '\'' || character == '"') {
+      openQuote = character;
+    } else if (StartsAt(line, position)) {
+      return position;
+    }
+  }
+  return std::string_view::npos;
+}
