@@ -1,0 +1,942 @@
+// CubeAggregator.cpp - cell store of one cube: case updates and statistics per cell
+#include "host/engine/CubeAggregator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <sstream>
+#include <unordered_map>
+#include <utility>
+
+#include "aggregator/CellKey.h"
+#include "host/QuiltAssert.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/AggregationStatistic.h"
+#include "host/engine/CellStatistics.h"
+#include "host/engine/StatDistributions.h"
+#include "host/engine/StatValues.h"
+#include "host/engine/TableDimension.h"
+#include "host/engine/TableEncryptionCodes.h"
+#include "host/engine/TableMetadata.h"
+
+namespace {
+
+using Codes = TableEncryptionCodes;
+constexpr double kSysmis = TARN_SystemMissing();
+constexpr int kMaxPositions = 8;
+constexpr int kBitsPerPosition = 16;
+constexpr int kSubtotalSlots = 200;
+constexpr int kValueSlotBase = 256;
+
+// The 128-bit packed key: 16 bits per position.
+struct PackedKey {
+  std::uint64_t _low = 0;
+  std::uint64_t _high = 0;
+  bool operator==(const PackedKey& other) const {
+    return _low == other._low && _high == other._high;
+  }
+};
+
+struct PackedKeyHash {
+  std::size_t operator()(const PackedKey& key) const {
+    std::uint64_t h = key._low * 0x9E3779B97F4A7C15ULL;
+    h ^= (key._high + 0x632BE59BD9B4E019ULL) * 0xC2B2AE3D27D4EB4FULL;
+    return static_cast<std::size_t>(h ^ (h >> 29));
+  }
+};
+
+// Slot of an encoding within its 16 bits; -1 for an encoding that never holds cases.
+int SlotOf(int code) {
+  if (code == kCellKeyTotal) return 0;
+  if (code >= 0) return code + kValueSlotBase < 65536 ? code + kValueSlotBase : -1;
+  const int subtotal = -101 - code;
+  return subtotal >= 0 && subtotal < kSubtotalSlots ? 1 + subtotal : -1;
+}
+
+void PutSlot(PackedKey& key, int position, int slot) {
+  const int bit = position * kBitsPerPosition;
+  const std::uint64_t value = static_cast<std::uint64_t>(slot);
+  if (bit < 64) {
+    key._low |= value << bit;
+  } else {
+    key._high |= value << (bit - 64);
+  }
+}
+
+// Weighted count, squared weights and number of cases of one population.
+struct Population {
+  double _w = 0.0;
+  double _w2 = 0.0;
+  double _u = 0.0;
+  void Consume(double weight) {
+    _w += weight;
+    _w2 += weight * weight;
+    _u += 1.0;
+  }
+  void Merge(const Population& other) {
+    _w += other._w;
+    _w2 += other._w2;
+    _u += other._u;
+  }
+};
+
+// Weighted incremental moments (West): count, mean, sum of squared deviations, and the
+// total of squared weights, laid out as the four doubles GetCountMeanVariance hands out.
+struct Moments {
+  double _values[4] = {0.0, 0.0, 0.0, 0.0};
+  void Consume(double x, double weight) {
+    const double total = _values[0] + weight;
+    const double delta = x - _values[1];
+    _values[1] += delta * weight / total;
+    _values[2] += weight * delta * (x - _values[1]);
+    _values[0] = total;
+    _values[3] += weight * weight;
+  }
+};
+
+// One scale variable in one cell.
+struct ScaleCell {
+  Population _valid;
+  Moments _weighted;
+  Moments _unweighted;
+  double _min = std::numeric_limits<double>::infinity();
+  double _max = -std::numeric_limits<double>::infinity();
+  std::vector<double> _values;   // kept only when an order statistic or mode is asked
+  std::vector<double> _weights;  // parallel to _values, weighted tables only
+};
+
+struct Cell {
+  Population _count;
+  Population _valid;
+  Population _total;
+  double _responses = 0.0;
+  double _uResponses = 0.0;
+};
+
+// A distinct value and its total weight, in ascending order.
+struct WeightedValue {
+  double _value;
+  double _weight;
+};
+
+// What a percentage family divides.
+enum Quantity { kQCount, kQValid, kQTotal, kQSum, kQSquares, kQResponses };
+
+}  // namespace
+
+struct CubeAggregator::Data {
+  std::vector<TableDimension*> _dimensions;
+  std::vector<int> _positions;
+  const TableMetadata* _metadata = nullptr;
+  WeightMode _mode = kWeightNone;
+  CellStatistics _cellStats;
+  CellStatistics _totalStats;
+  int _statPosition = -1;
+  int _totalStatsDim = -1;
+  double _ciLevel = 95.0;
+  const std::vector<CubeAggregator*>* _siblings = nullptr;
+
+  std::vector<int> _scaleVarIndices;  // dictionary index per local scale slot
+  std::vector<int> _scaleTableSlots;  // the table's scale slot per local scale slot
+  bool _keepValues = false;
+
+  std::unordered_map<PackedKey, std::uint32_t, PackedKeyHash> _index;
+  std::vector<Cell> _cells;
+  std::vector<ScaleCell> _scaleCells;  // _scaleVarIndices.size() per cell
+  mutable std::unordered_map<PackedKey, std::unique_ptr<StatValues>, PackedKeyHash> _cache;
+
+  // Per-case scratch, kept to avoid allocations on the hot path.
+  std::vector<const std::vector<DimensionEntry>*> _lists;
+  std::vector<std::size_t> _odometer;
+
+  std::size_t ScaleCount() const { return _scaleVarIndices.size(); }
+
+  int LocalScaleSlot(int varIndex) const {
+    for (std::size_t i = 0; i < _scaleVarIndices.size(); ++i) {
+      if (_scaleVarIndices[i] == varIndex) return static_cast<int>(i);
+    }
+    return -1;
+  }
+
+  bool Pack(const int* codes, PackedKey& key) const {
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      const int slot = SlotOf(codes[i]);
+      if (slot < 0) return false;
+      PutSlot(key, static_cast<int>(i), slot);
+    }
+    return true;
+  }
+
+  const Cell* Find(const int* codes, std::uint32_t* where = nullptr) const {
+    PackedKey key;
+    if (!Pack(codes, key)) return nullptr;
+    auto found = _index.find(key);
+    if (found == _index.end()) return nullptr;
+    if (where != nullptr) *where = found->second;
+    return &_cells[found->second];
+  }
+
+  const ScaleCell* FindScale(const int* codes, int localSlot) const {
+    std::uint32_t where = 0;
+    if (localSlot < 0 || Find(codes, &where) == nullptr) return nullptr;
+    return &_scaleCells[where * ScaleCount() + static_cast<std::size_t>(localSlot)];
+  }
+
+  std::vector<int> CodesOf(const CellKey& key) const {
+    QUILT_ASSERT(key.GetLength() == static_cast<int>(_positions.size()),
+                 "cell key length differs from the cube's key length");
+    std::vector<int> codes(_positions.size());
+    for (std::size_t i = 0; i < codes.size(); ++i) codes[i] = key[static_cast<int>(i)];
+    return codes;
+  }
+
+  double EffectiveN(const Population& p, bool unweighted) const {
+    if (unweighted || _mode == kWeightNone) return p._u;
+    if (_mode == kWeightFrequency) return p._w;
+    return p._w2 > 0.0 ? p._w * p._w / p._w2 : kSysmis;
+  }
+
+  double Denominator(double w, double w2, double u, bool unweighted) const {
+    if (unweighted || _mode == kWeightNone) return u - 1.0;
+    if (_mode == kWeightFrequency) return w - 1.0;
+    return w > 0.0 ? w - w2 / w : -1.0;
+  }
+
+  static double Of(const Population& p, bool unweighted) { return unweighted ? p._u : p._w; }
+
+  double ZValue() const { return StatDistributions::NormalQuantile(1.0 - (1.0 - _ciLevel / 100.0) / 2.0); }
+
+  // The amount of a quantity in one cell of this cube; `varIndex` names the scale
+  // variable where the quantity is about one.
+  double QuantityOf(const int* codes, Quantity quantity, int varIndex, bool unweighted,
+                    Population* population = nullptr) const {
+    const Cell* cell = Find(codes);
+    if (cell == nullptr) return 0.0;
+    const int local = varIndex >= 0 ? LocalScaleSlot(varIndex) : -1;
+    const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
+    const Population* chosen = nullptr;
+    switch (quantity) {
+      case kQCount:
+        chosen = &cell->_count;
+        break;
+      case kQValid:
+        chosen = scale != nullptr ? &scale->_valid : &cell->_valid;
+        break;
+      case kQTotal:
+        chosen = scale != nullptr ? &cell->_count : &cell->_total;
+        break;
+      case kQSum: {
+        if (scale == nullptr) return 0.0;
+        const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
+        return m._values[0] * m._values[1];
+      }
+      case kQSquares: {
+        // Σ w x² from the moments: SS + W m², never Σwx² accumulated directly.
+        if (scale == nullptr) return 0.0;
+        const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
+        return m._values[2] + m._values[0] * m._values[1] * m._values[1];
+      }
+      case kQResponses:
+        return unweighted ? cell->_uResponses : cell->_responses;
+    }
+    if (population != nullptr) population->Merge(*chosen);
+    return Of(*chosen, unweighted);
+  }
+
+  bool SameTerm(const Data& other, int position) const {
+    std::vector<TableDimension*> mine;
+    std::vector<TableDimension*> theirs;
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      if (_positions[i] == position) mine.push_back(_dimensions[i]);
+    }
+    for (std::size_t i = 0; i < other._positions.size(); ++i) {
+      if (other._positions[i] == position) theirs.push_back(other._dimensions[i]);
+    }
+    return mine == theirs;
+  }
+
+  // The codes of `codes` at the kept positions of another cube with the same terms there.
+  std::vector<int> MapKey(const Data& other, const int* codes, bool keepRow, bool keepCol,
+                          bool keepLayer) const {
+    std::vector<int> mapped(other._positions.size(), kCellKeyTotal);
+    int ordinal[4] = {0, 0, 0, 0};
+    for (std::size_t j = 0; j < other._positions.size(); ++j) {
+      const int kind = other._positions[j];
+      const int n = ordinal[kind]++;
+      const bool keep = (kind == Codes::kDimensionRow && keepRow) ||
+                        (kind == Codes::kDimensionColumn && keepCol) ||
+                        (kind == Codes::kDimensionLayer && keepLayer);
+      if (!keep) continue;
+      int seen = 0;
+      for (std::size_t i = 0; i < _positions.size(); ++i) {
+        if (_positions[i] != kind) continue;
+        if (seen++ == n) mapped[j] = codes[i];
+      }
+    }
+    return mapped;
+  }
+
+  // The base of a percentage of base b for the cell `codes`.
+  double BaseOf(const int* codes, int base, Quantity quantity, int varIndex, bool unweighted,
+                Population* population) const {
+    std::vector<int> own(codes, codes + _positions.size());
+    int innerRow = -1;
+    int innerCol = -1;
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      if (_positions[i] == Codes::kDimensionRow) innerRow = static_cast<int>(i);
+      if (_positions[i] == Codes::kDimensionColumn) innerCol = static_cast<int>(i);
+      if (_positions[i] == Codes::kDimensionExtra) own[i] = kCellKeyTotal;
+    }
+    switch (base) {
+      case 0:  // ROW
+        if (innerCol >= 0) own[static_cast<unsigned>(innerCol)] = kCellKeyTotal;
+        return QuantityOf(own.data(), quantity, varIndex, unweighted, population);
+      case 1:  // COL
+        if (innerRow >= 0) own[static_cast<unsigned>(innerRow)] = kCellKeyTotal;
+        return QuantityOf(own.data(), quantity, varIndex, unweighted, population);
+      case 3:  // SUBTABLE
+        if (innerRow >= 0) own[static_cast<unsigned>(innerRow)] = kCellKeyTotal;
+        if (innerCol >= 0) own[static_cast<unsigned>(innerCol)] = kCellKeyTotal;
+        return QuantityOf(own.data(), quantity, varIndex, unweighted, population);
+      default:
+        break;
+    }
+    const bool keepRow = base == 5;
+    const bool keepCol = base == 6;
+    const bool keepLayer = base != 2;
+    const bool needRow = base == 5;
+    const bool needCol = base == 6;
+    double sum = 0.0;
+    auto addFrom = [&](const Data& other) {
+      if (keepLayer && !SameTerm(other, Codes::kDimensionLayer)) return;
+      if (needRow && !SameTerm(other, Codes::kDimensionRow)) return;
+      if (needCol && !SameTerm(other, Codes::kDimensionColumn)) return;
+      const std::vector<int> mapped = MapKey(other, codes, keepRow, keepCol, keepLayer);
+      sum += other.QuantityOf(mapped.data(), quantity, varIndex, unweighted, population);
+    };
+    if (_siblings == nullptr || _siblings->empty()) {
+      addFrom(*this);
+    } else {
+      bool sawSelf = false;
+      for (const CubeAggregator* sibling : *_siblings) {
+        sawSelf = sawSelf || sibling->_data.get() == this;
+        addFrom(*sibling->_data);
+      }
+      // Axis cubes are no sub-table of the table: their bases are their own.
+      if (!sawSelf) {
+        sum = 0.0;
+        if (population != nullptr) *population = Population();
+        addFrom(*this);
+      }
+    }
+    return sum;
+  }
+
+  // Merged (value, weight) pairs of a scale cell in ascending order.
+  std::vector<WeightedValue> Distribution(const ScaleCell& scale, bool unweighted) const {
+    std::vector<WeightedValue> pairs;
+    pairs.reserve(scale._values.size());
+    for (std::size_t i = 0; i < scale._values.size(); ++i) {
+      const double w = unweighted || scale._weights.empty() ? 1.0 : scale._weights[i];
+      pairs.push_back({scale._values[i], w});
+    }
+    std::sort(pairs.begin(), pairs.end(),
+              [](const WeightedValue& a, const WeightedValue& b) { return a._value < b._value; });
+    std::vector<WeightedValue> merged;
+    for (const WeightedValue& pair : pairs) {
+      if (!merged.empty() && merged.back()._value == pair._value) {
+        merged.back()._weight += pair._weight;
+      } else {
+        merged.push_back(pair);
+      }
+    }
+    return merged;
+  }
+
+  static double Percentile(const std::vector<WeightedValue>& merged, double q) {
+    if (merged.empty()) return kSysmis;
+    double total = 0.0;
+    for (const WeightedValue& pair : merged) total += pair._weight;
+    const double target = q * total;
+    const double tolerance = 1e-10 * total;
+    double cumulative = 0.0;
+    for (std::size_t j = 0; j < merged.size(); ++j) {
+      cumulative += merged[j]._weight;
+      if (j + 1 < merged.size() && std::fabs(cumulative - target) <= tolerance) {
+        return (merged[j]._value + merged[j + 1]._value) / 2.0;
+      }
+      if (cumulative > target + tolerance) return merged[j]._value;
+    }
+    return merged.back()._value;
+  }
+
+  // The k-th weighted order statistic out of n (ranks from 1).
+  static double OrderStatistic(const std::vector<WeightedValue>& merged, double k, double n) {
+    double total = 0.0;
+    for (const WeightedValue& pair : merged) total += pair._weight;
+    double cumulative = 0.0;
+    for (const WeightedValue& pair : merged) {
+      cumulative += pair._weight;
+      if (cumulative / total >= k / n - 1e-10) return pair._value;
+    }
+    return merged.empty() ? kSysmis : merged.back()._value;
+  }
+
+  AggregationResult Compute(const int* codes, const Cell& cell,
+                            const AggregationStatistic& statistic) const;
+  AggregationResult ComputePercentage(const int* codes, const Cell& cell, int prime, int conf,
+                                      int varIndex) const;
+  AggregationResult ComputeScale(const int* codes, const Cell& cell, int prime, int conf,
+                                 const AggregationStatistic& statistic) const;
+};
+
+CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions,
+                               std::vector<int> positions, const TableMetadata* metadata,
+                               WeightMode weightMode)
+    : _data(std::make_unique<Data>()) {
+  QUILT_ASSERT(dimensions.size() == positions.size(), "one position per cube variable");
+  QUILT_ASSERT(static_cast<int>(dimensions.size()) <= kMaxPositions,
+               "a cube has at most eight key positions");
+  _data->_dimensions = std::move(dimensions);
+  _data->_positions = std::move(positions);
+  _data->_metadata = metadata;
+  _data->_mode = weightMode;
+  _data->_lists.resize(_data->_positions.size());
+  _data->_odometer.resize(_data->_positions.size());
+}
+
+CubeAggregator::~CubeAggregator() = default;
+
+int CubeAggregator::GetKeyLength() const { return static_cast<int>(_data->_positions.size()); }
+bool CubeAggregator::IsCubeEmpty() const { return _data->_cells.empty(); }
+
+double CubeAggregator::GetCount(const CellKey& key, bool weighted, bool squared) const {
+  const std::vector<int> codes = _data->CodesOf(key);
+  const Cell* cell = _data->Find(codes.data());
+  if (cell == nullptr) return 0.0;
+  if (squared) return _data->_mode == kWeightNone ? cell->_count._u : cell->_count._w2;
+  return weighted ? cell->_count._w : cell->_count._u;
+}
+
+int CubeAggregator::GetMeanVarIndex(int statVarIndex, bool weighted) const {
+  const int local = _data->LocalScaleSlot(statVarIndex);
+  return local < 0 ? -1 : local * 2 + (weighted ? 0 : 1);
+}
+
+const double* CubeAggregator::GetCountMeanVariance(int record, const CellKey& key) const {
+  QUILT_ASSERT(record >= 0 && record < static_cast<int>(_data->ScaleCount()) * 2,
+               "no such moment record in this cube");
+  const std::vector<int> codes = _data->CodesOf(key);
+  const ScaleCell* scale = _data->FindScale(codes.data(), record / 2);
+  if (scale == nullptr || scale->_valid._u == 0.0) return nullptr;
+  return (record % 2 == 0 ? scale->_weighted : scale->_unweighted)._values;
+}
+
+const double* CubeAggregator::GetValuePtr(int record, const CellKey& key) const {
+  return GetCountMeanVariance(record, key);
+}
+
+namespace {
+
+// Encodings of a category vector; false when a computed category is among them.
+bool EncodingsOf(const std::vector<const AggregationCategory*>& categories, int length,
+                 std::vector<int>& codes) {
+  codes.assign(static_cast<std::size_t>(length), kCellKeyTotal);
+  const int n = std::min(length, static_cast<int>(categories.size()));
+  for (int i = 0; i < n; ++i) {
+    const AggregationCategory* category = categories[static_cast<unsigned>(i)];
+    if (category == nullptr || category->GetCatType() == AggregationCategory::kTotal) continue;
+    if (category->GetCatType() == AggregationCategory::kPcompute ||
+        category->GetCatType() == AggregationCategory::kNone) {
+      return false;
+    }
+    codes[static_cast<unsigned>(i)] = category->GetCatEncoding();
+  }
+  return true;
+}
+
+}  // namespace
+
+int CubeAggregator::GetCellStatus(const std::vector<const AggregationCategory*>& categories,
+                                  int /*carriedIndex*/) const {
+  std::vector<int> codes;
+  if (!EncodingsOf(categories, GetKeyLength(), codes)) return 0;
+  const Cell* cell = _data->Find(codes.data());
+  return cell != nullptr && cell->_total._u > 0.0 ? 1 : 0;
+}
+
+StatValues* CubeAggregator::GetStatValues(const std::vector<const AggregationCategory*>& categories,
+                                          int /*carriedIndex*/) const {
+  // A carried category sits in the vector at its own position already, so the encodings
+  // address the cell whatever the carried index.
+  std::vector<int> codes;
+  if (!EncodingsOf(categories, GetKeyLength(), codes)) return nullptr;
+  CellKey key(GetKeyLength());
+  for (int i = 0; i < GetKeyLength(); ++i) key[i] = codes[static_cast<unsigned>(i)];
+  return GetStatValuesByKey(key);
+}
+
+StatValues* CubeAggregator::GetStatValuesByKey(const CellKey& key) const {
+  const std::vector<int> codes = _data->CodesOf(key);
+  PackedKey packed;
+  if (!_data->Pack(codes.data(), packed)) return nullptr;
+  auto cached = _data->_cache.find(packed);
+  if (cached != _data->_cache.end()) return cached->second.get();
+  const Cell* cell = _data->Find(codes.data());
+  if (cell == nullptr || cell->_total._u == 0.0) return nullptr;
+  bool isTotal = false;
+  const int dim = _data->_totalStatsDim;
+  if (dim >= 0 && _data->_totalStats.Size() > 0) {
+    const int code = codes[static_cast<unsigned>(dim)];
+    isTotal = code == kCellKeyTotal || (code <= -101 && code > -101 - kSubtotalSlots);
+  }
+  const CellStatistics& list = isTotal ? _data->_totalStats : _data->_cellStats;
+  std::vector<AggregationResult> values;
+  values.reserve(static_cast<std::size_t>(list.Size()));
+  for (const AggregationStatistic& statistic : list.GetList()) {
+    values.push_back(_data->Compute(codes.data(), *cell, statistic));
+  }
+  auto result = std::make_unique<StatValues>(&list, isTotal, std::move(values));
+  StatValues* pointer = result.get();
+  _data->_cache.emplace(packed, std::move(result));
+  return pointer;
+}
+
+const CellStatistics* CubeAggregator::GetCellStats() const { return &_data->_cellStats; }
+const CellStatistics* CubeAggregator::GetTotalStats() const { return &_data->_totalStats; }
+int CubeAggregator::GetTotalStatsDimIndex() const { return _data->_totalStatsDim; }
+
+void CubeAggregator::DeclareStatistics(const std::vector<AggregationStatistic>& cellList,
+                                       const std::vector<AggregationStatistic>& totalList,
+                                       int statPosition) {
+  QUILT_ASSERT(statPosition < GetKeyLength(), "the statistics variable is not in the cube");
+  QUILT_ASSERT(_data->_cells.empty(), "statistics are declared before the cases");
+  _data->_cellStats = CellStatistics(cellList);
+  _data->_totalStats = CellStatistics(totalList);
+  _data->_statPosition = statPosition;
+  _data->_totalStatsDim = totalList.empty() ? -1 : statPosition;
+  for (const auto* list : {&cellList, &totalList}) {
+    for (const AggregationStatistic& statistic : *list) {
+      int prime = 0;
+      int conf = 0;
+      QUILT_ASSERT(AggregationStatistic::GetStatPrimeAndConf(statistic.GetCode(), prime, conf),
+                   "a cube was given a statistic code that does not exist");
+      if (prime == Codes::kStatPtile || prime == Codes::kStatUPtile) {
+        QUILT_ASSERT(statistic.GetPTileCutPoint() >= 0.0 && statistic.GetPTileCutPoint() <= 100.0,
+                     "a percentile needs its cut point");
+      }
+      if (prime == Codes::kStatMedian || prime == Codes::kStatUMedian ||
+          prime == Codes::kStatPtile || prime == Codes::kStatUPtile ||
+          prime == Codes::kStatMode || prime == Codes::kStatUMode) {
+        _data->_keepValues = true;
+      }
+      if (statistic.GetVarIndex() >= 0 && statPosition < 0 &&
+          _data->LocalScaleSlot(statistic.GetVarIndex()) < 0) {
+        _data->_scaleVarIndices.push_back(statistic.GetVarIndex());
+        _data->_scaleTableSlots.push_back(
+            const_cast<TableMetadata*>(_data->_metadata)->ScaleSlotFor(statistic.GetVarIndex()));
+      }
+    }
+  }
+}
+
+void CubeAggregator::SetCILevel(double level) {
+  QUILT_ASSERT(level > 0.0 && level < 100.0, "a confidence level lies between 0 and 100");
+  _data->_ciLevel = level;
+}
+
+void CubeAggregator::SetSiblings(const std::vector<CubeAggregator*>* siblings) {
+  _data->_siblings = siblings;
+}
+
+void CubeAggregator::AddCase(const CaseContext& context) {
+  Data& d = *_data;
+  const std::size_t n = d._positions.size();
+  bool bucket = false;
+  TableDimension* statDimension =
+      d._statPosition >= 0 ? d._dimensions[static_cast<unsigned>(d._statPosition)] : nullptr;
+  for (std::size_t i = 0; i < n; ++i) {
+    TableDimension* dimension = d._dimensions[i];
+    switch (dimension->GetCaseState()) {
+      case TableDimension::kCaseExcluded:
+        return;
+      case TableDimension::kCaseMissing:
+        // Only the variable carrying the statistics keeps such a case, in its hidden
+        // bucket, for the TOTALN bases.
+        if (dimension != statDimension) return;
+        bucket = true;
+        d._lists[i] = &dimension->GetTotalOnlyEntries();
+        break;
+      case TableDimension::kCaseInCategories:
+        d._lists[i] = &dimension->GetCaseEntries();
+        break;
+    }
+    d._odometer[i] = 0;
+  }
+  const double w = context._weight;
+  const std::size_t scales = d.ScaleCount();
+  while (true) {
+    PackedKey key;
+    const DimensionEntry* statEntry = nullptr;
+    for (std::size_t i = 0; i < n; ++i) {
+      const DimensionEntry& entry = (*d._lists[i])[d._odometer[i]];
+      const int slot = SlotOf(entry._code);
+      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
+      PutSlot(key, static_cast<int>(i), slot);
+      if (static_cast<int>(i) == d._statPosition) statEntry = &entry;
+    }
+    auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
+    if (inserted.second) {
+      d._cells.emplace_back();
+      d._scaleCells.resize(d._scaleCells.size() + scales);
+    }
+    const std::uint32_t where = inserted.first->second;
+    Cell& cell = d._cells[where];
+    cell._total.Consume(w);
+    if (!bucket) {
+      cell._count.Consume(w);
+      const bool valid = statEntry == nullptr || !statEntry->_missingCategory;
+      if (valid) cell._valid.Consume(w);
+      if (statEntry != nullptr) {
+        cell._responses += w * statEntry->_responses;
+        cell._uResponses += statEntry->_responses;
+      }
+      for (std::size_t s = 0; s < scales; ++s) {
+        const int slot = d._scaleTableSlots[s];
+        if (!context._scaleValid[slot]) continue;
+        const double x = context._scaleValues[slot];
+        ScaleCell& scale = d._scaleCells[where * scales + s];
+        scale._valid.Consume(w);
+        scale._weighted.Consume(x, w);
+        scale._unweighted.Consume(x, 1.0);
+        scale._min = std::min(scale._min, x);
+        scale._max = std::max(scale._max, x);
+        if (d._keepValues) {
+          scale._values.push_back(x);
+          if (d._mode != kWeightNone) scale._weights.push_back(w);
+        }
+      }
+    }
+    // Next combination of entries.
+    std::size_t i = 0;
+    for (; i < n; ++i) {
+      if (++d._odometer[i] < d._lists[i]->size()) break;
+      d._odometer[i] = 0;
+    }
+    if (i == n) break;
+  }
+}
+
+void CubeAggregator::Reset() {
+  _data->_index.clear();
+  _data->_cells.clear();
+  _data->_scaleCells.clear();
+  _data->_cache.clear();
+}
+
+int CubeAggregator::GetPosition(int i) const {
+  QUILT_ASSERT(i >= 0 && i < GetKeyLength(), "key position out of range");
+  return _data->_positions[static_cast<unsigned>(i)];
+}
+
+TableDimension* CubeAggregator::GetDimension(int i) const {
+  QUILT_ASSERT(i >= 0 && i < GetKeyLength(), "key position out of range");
+  return _data->_dimensions[static_cast<unsigned>(i)];
+}
+
+std::string CubeAggregator::DebugText() const {
+  std::ostringstream out;
+  out << "cube: " << GetKeyLength() << " positions, " << _data->_cells.size() << " cells\n";
+  for (const auto& entry : _data->_index) {
+    const Cell& cell = _data->_cells[entry.second];
+    out << "  key " << std::hex << entry.first._high << ':' << entry.first._low << std::dec
+        << " count " << cell._count._w << " (" << cell._count._u << " cases), total "
+        << cell._total._w << '\n';
+  }
+  return out.str();
+}
+
+AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& cell,
+                                                const AggregationStatistic& statistic) const {
+  int prime = 0;
+  int conf = 0;
+  AggregationStatistic::GetStatPrimeAndConf(statistic.GetCode(), prime, conf);
+  if (conf == Codes::kConfUnset) conf = Codes::kConfNone;
+  const int varIndex = statistic.GetVarIndex();
+  const int local = varIndex >= 0 ? LocalScaleSlot(varIndex) : -1;
+  const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
+
+  // Percentage families occupy 10..177, 233..288 and 297..464.
+  if ((prime >= 10 && prime < 178) || (prime >= 233 && prime < 289) ||
+      (prime >= 297 && prime < 465)) {
+    return ComputePercentage(codes, cell, prime, conf, varIndex);
+  }
+
+  // Count-type statistics: the population, its unweighted size as value 2, and binomial
+  // limits on the cube's grand total.
+  const Population* population = nullptr;
+  bool unweighted = false;
+  bool effective = false;
+  switch (prime) {
+    case Codes::kStatCount:
+      population = &cell._count;
+      break;
+    case Codes::kStatUCount:
+      population = &cell._count;
+      unweighted = true;
+      break;
+    case Codes::kStatECount:
+      population = &cell._count;
+      effective = true;
+      break;
+    case Codes::kStatTotalN:
+    case Codes::kStatUTotalN:
+    case Codes::kStatETotalN:
+      population = scale != nullptr || local >= 0 ? &cell._count : &cell._total;
+      unweighted = prime == Codes::kStatUTotalN;
+      effective = prime == Codes::kStatETotalN;
+      break;
+    case Codes::kStatValidN:
+    case Codes::kStatUValidN:
+    case Codes::kStatEValidN: {
+      static const Population kEmpty;
+      population = local >= 0 ? (scale != nullptr ? &scale->_valid : &kEmpty) : &cell._valid;
+      unweighted = prime == Codes::kStatUValidN;
+      effective = prime == Codes::kStatEValidN;
+      break;
+    }
+    default:
+      break;
+  }
+  if (population != nullptr) {
+    const double u = population->_u;
+    if (effective) return AggregationResult(EffectiveN(*population, false), u);
+    const double value = Of(*population, unweighted);
+    if (conf == Codes::kConfNone) return AggregationResult(value, u);
+    // The grand total of the same population conditions the multinomial model.
+    std::vector<int> all(_positions.size(), kCellKeyTotal);
+    const Cell* grand = Find(all.data());
+    const Population* total = nullptr;
+    if (grand != nullptr) {
+      if (population == &cell._count) total = &grand->_count;
+      if (population == &cell._total) total = &grand->_total;
+      if (population == &cell._valid) total = &grand->_valid;
+      if (scale != nullptr && population == &scale->_valid) {
+        const ScaleCell* grandScale = FindScale(all.data(), local);
+        total = grandScale != nullptr ? &grandScale->_valid : nullptr;
+      }
+    }
+    if (total == nullptr) return AggregationResult(kSysmis, u);
+    const double big = Of(*total, unweighted);
+    const double nStar = EffectiveN(*total, unweighted);
+    if (big <= 0.0 || nStar == kSysmis || nStar <= 0.0) return AggregationResult(kSysmis, u);
+    bool isGrand = true;
+    for (std::size_t i = 0; i < _positions.size(); ++i) isGrand = isGrand && codes[i] == kCellKeyTotal;
+    if (isGrand) return AggregationResult(conf == Codes::kConfSe ? 0.0 : big, u);
+    const double p = value / big;
+    if (conf == Codes::kConfSe) return AggregationResult(big * std::sqrt(p * (1.0 - p) / nStar), u);
+    double low = 0.0;
+    double high = 0.0;
+    StatDistributions::Wilson(p, nStar, ZValue(), low, high);
+    return AggregationResult(big * (conf == Codes::kConfLcl ? low : high), u);
+  }
+
+  switch (prime) {
+    case Codes::kStatMissing:
+    case Codes::kStatUMissing: {
+      const bool u = prime == Codes::kStatUMissing;
+      const Population& totalPop = local >= 0 ? cell._count : cell._total;
+      const double valid = local >= 0 ? (scale != nullptr ? Of(scale->_valid, u) : 0.0)
+                                      : Of(cell._valid, u);
+      const double uValid = local >= 0 ? (scale != nullptr ? scale->_valid._u : 0.0) : cell._valid._u;
+      return AggregationResult(Of(totalPop, u) - valid, totalPop._u - uValid);
+    }
+    case Codes::kStatResponses:
+      return AggregationResult(cell._responses, cell._count._u);
+    case Codes::kStatUResponses:
+      return AggregationResult(cell._uResponses, cell._count._u);
+    default:
+      break;
+  }
+  return ComputeScale(codes, cell, prime, conf, AggregationStatistic(statistic));
+}
+
+AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, const Cell& cell,
+                                                          int prime, int conf,
+                                                          int varIndex) const {
+  int first = 10;
+  Quantity numerator = kQCount;
+  Quantity denominator = kQCount;
+  if (prime >= 409) {
+    first = 409;
+    numerator = kQCount;
+    denominator = kQResponses;
+  } else if (prime >= 353) {
+    first = 353;
+    numerator = kQResponses;
+    denominator = kQCount;
+  } else if (prime >= 297) {
+    first = 297;
+    numerator = denominator = kQResponses;
+  } else if (prime >= 233) {
+    first = 233;
+    numerator = denominator = kQSum;
+  } else if (prime >= 122) {
+    first = 122;
+    numerator = denominator = kQTotal;
+  } else if (prime >= 66) {
+    first = 66;
+    numerator = denominator = kQValid;
+  }
+  const int offset = prime - first;
+  const int base = offset / 8;
+  const bool unweighted = offset % 8 == 4;
+  (void)cell;
+  const double top = QuantityOf(codes, numerator, varIndex, unweighted);
+  Population basePopulation;
+  const double bottom = BaseOf(codes, base, denominator, varIndex, unweighted, &basePopulation);
+  if (bottom == 0.0) return AggregationResult(kSysmis);
+  const double ratio = top / bottom;
+  if (conf == Codes::kConfNone) return AggregationResult(100.0 * ratio);
+  if (numerator == kQResponses || denominator == kQResponses) return AggregationResult(kSysmis);
+  if (numerator == kQSum) {
+    // Linearised ratio: residual z_i = x_i [i in c] - R x_i over the valid cases of B.
+    const int local = LocalScaleSlot(varIndex);
+    const ScaleCell* cellScale = FindScale(codes, local);
+    double qCell = 0.0;
+    if (cellScale != nullptr) {
+      const Moments& m = unweighted ? cellScale->_unweighted : cellScale->_weighted;
+      qCell = m._values[2] + m._values[0] * m._values[1] * m._values[1];
+    }
+    // The base's Q, W, W2 and U come from the same cells as its sum.
+    double qBase = 0.0;
+    double wBase = 0.0;
+    double w2Base = 0.0;
+    double uBase = 0.0;
+    Population validBase;
+    BaseOf(codes, base, kQValid, varIndex, unweighted, &validBase);
+    wBase = validBase._w;
+    w2Base = validBase._w2;
+    uBase = validBase._u;
+    qBase = BaseOf(codes, base, kQSquares, varIndex, unweighted, nullptr);
+    const double r = ratio;
+    const double residual = (1.0 - r) * (1.0 - r) * qCell + r * r * (qBase - qCell);
+    const double dB = Denominator(wBase, w2Base, uBase, unweighted);
+    if (dB <= 0.0) return AggregationResult(kSysmis);
+    const double sz2 = residual / dB;
+    double scale = 0.0;
+    if (unweighted || _mode == kWeightNone) {
+      scale = uBase;
+    } else if (_mode == kWeightFrequency) {
+      scale = wBase;
+    } else {
+      scale = w2Base;
+    }
+    const double se = 100.0 * std::sqrt(sz2 * scale) / std::fabs(bottom);
+    if (conf == Codes::kConfSe) return AggregationResult(se);
+    const double z = ZValue();
+    return AggregationResult(conf == Codes::kConfLcl ? 100.0 * r - z * se : 100.0 * r + z * se);
+  }
+  const double nStar = EffectiveN(basePopulation, unweighted);
+  if (nStar == kSysmis || nStar <= 0.0) return AggregationResult(kSysmis);
+  if (conf == Codes::kConfSe) {
+    return AggregationResult(100.0 * std::sqrt(ratio * (1.0 - ratio) / nStar));
+  }
+  double low = 0.0;
+  double high = 0.0;
+  StatDistributions::Wilson(ratio, nStar, ZValue(), low, high);
+  return AggregationResult(100.0 * (conf == Codes::kConfLcl ? low : high));
+}
+
+AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const Cell& cell, int prime,
+                                                     int conf,
+                                                     const AggregationStatistic& statistic) const {
+  (void)cell;
+  const int local = LocalScaleSlot(statistic.GetVarIndex());
+  const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
+  if (scale == nullptr || scale->_valid._u == 0.0) return AggregationResult(kSysmis);
+  const bool unweighted = prime == Codes::kStatUMean || prime == Codes::kStatUMedian ||
+                          prime == Codes::kStatUMode || prime == Codes::kStatUStdDev ||
+                          prime == Codes::kStatUSum || prime == Codes::kStatUVariance ||
+                          prime == Codes::kStatUPtile;
+  const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
+  const double w = m._values[0];
+  const double mean = m._values[1];
+  const double ss = m._values[2];
+  const double d = Denominator(w, m._values[3], scale->_valid._u, unweighted);
+  const double variance = d > 0.0 ? ss / d : kSysmis;
+  switch (prime) {
+    case Codes::kStatMaximum:
+      return AggregationResult(scale->_max);
+    case Codes::kStatMinimum:
+      return AggregationResult(scale->_min);
+    case Codes::kStatRange:
+      return AggregationResult(scale->_max - scale->_min);
+    case Codes::kStatVariance:
+    case Codes::kStatUVariance:
+      return AggregationResult(variance);
+    case Codes::kStatStdDev:
+    case Codes::kStatUStdDev:
+      return AggregationResult(variance == kSysmis ? kSysmis : std::sqrt(variance));
+    case Codes::kStatMeanSumSquares:
+      return AggregationResult(ss);
+    case Codes::kStatMean:
+    case Codes::kStatUMean:
+    case Codes::kStatSum:
+    case Codes::kStatUSum: {
+      const bool isSum = prime == Codes::kStatSum || prime == Codes::kStatUSum;
+      const double value = isSum ? w * mean : mean;
+      if (conf == Codes::kConfNone) return AggregationResult(value);
+      const double nStar = EffectiveN(scale->_valid, unweighted);
+      if (variance == kSysmis || nStar == kSysmis || nStar <= 1.0) return AggregationResult(kSysmis);
+      double se = std::sqrt(variance / nStar);
+      if (isSum) se *= w;
+      if (conf == Codes::kConfSe) return AggregationResult(se);
+      const double t = StatDistributions::StudentQuantile(1.0 - (1.0 - _ciLevel / 100.0) / 2.0,
+                                                          nStar - 1.0);
+      return AggregationResult(conf == Codes::kConfLcl ? value - t * se : value + t * se);
+    }
+    case Codes::kStatMode:
+    case Codes::kStatUMode: {
+      const std::vector<WeightedValue> merged = Distribution(*scale, unweighted);
+      double best = 0.0;
+      double total = 0.0;
+      for (const WeightedValue& pair : merged) {
+        best = std::max(best, pair._weight);
+        total += pair._weight;
+      }
+      double smallest = kSysmis;
+      double largest = kSysmis;
+      for (const WeightedValue& pair : merged) {
+        if (best - pair._weight <= 1e-10 * total) {
+          if (smallest == kSysmis) smallest = pair._value;
+          largest = pair._value;
+        }
+      }
+      return AggregationResult(smallest, largest);
+    }
+    case Codes::kStatMedian:
+    case Codes::kStatUMedian:
+    case Codes::kStatPtile:
+    case Codes::kStatUPtile: {
+      const bool isMedian = prime == Codes::kStatMedian || prime == Codes::kStatUMedian;
+      const double q = isMedian ? 0.5 : statistic.GetPTileCutPoint() / 100.0;
+      const std::vector<WeightedValue> merged = Distribution(*scale, unweighted);
+      if (conf == Codes::kConfNone) return AggregationResult(Percentile(merged, q));
+      if (conf == Codes::kConfSe) return AggregationResult(kSysmis);
+      const double nStar = EffectiveN(scale->_valid, unweighted);
+      if (nStar == kSysmis) return AggregationResult(kSysmis);
+      const int n = static_cast<int>(std::floor(nStar + 0.5));
+      const double alpha = 1.0 - _ciLevel / 100.0;
+      if (conf == Codes::kConfLcl) {
+        const int l = StatDistributions::BinomialInverse(alpha / 2.0, n, q);
+        return AggregationResult(l < 1 ? kSysmis : OrderStatistic(merged, l, n));
+      }
+      const int u = StatDistributions::BinomialInverse(1.0 - alpha / 2.0, n, q) + 1;
+      return AggregationResult(u > n ? kSysmis : OrderStatistic(merged, u, n));
+    }
+    default:
+      break;
+  }
+  return AggregationResult(kSysmis);
+}

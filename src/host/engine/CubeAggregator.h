@@ -1,0 +1,76 @@
+// CubeAggregator.h - the accumulated cells of one cube and the statistics read from them
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/engine/CaseContext.h"
+
+class AggregationCategory;
+class AggregationStatistic;
+class CellKey;
+class CellStatistics;
+class StatValues;
+class TableDimension;
+class TableMetadata;
+
+/// The store of one cube. Cases go in through AddCase; after CompleteCases every query
+/// answers. Every cell keeps the weighted and unweighted counts of the COUNT, VALID and
+/// TOTAL populations, the responses, and per scale variable its moments, extremes and
+/// (when a percentile or mode is asked) its values. Cells of every total key are
+/// accumulated as cases arrive, so a total over a set counts each case once.
+class CubeAggregator {
+ public:
+  /// `positions` holds the DimensionPosition of each key position, `scaleVarIndices`
+  /// the scale variables the cube reads (empty for a cube of category statistics).
+  CubeAggregator(std::vector<TableDimension*> dimensions, std::vector<int> positions,
+                 const TableMetadata* metadata, WeightMode weightMode);
+  ~CubeAggregator();
+  CubeAggregator(const CubeAggregator&) = delete;
+  CubeAggregator& operator=(const CubeAggregator&) = delete;
+
+  int GetKeyLength() const;
+  bool IsCubeEmpty() const;
+  /// Total weight of the cell's cases (`weighted`), their number, or with `squared` the
+  /// total of squared weights. 0 for an empty cell.
+  double GetCount(const CellKey& key, bool weighted, bool squared) const;
+  /// The moment record of a scale variable: weighted or unweighted; -1 when the cube does
+  /// not read that variable.
+  int GetMeanVarIndex(int statVarIndex, bool weighted) const;
+  /// Four doubles: count, mean, sum of squared deviations, total of squared weights of the
+  /// valid cases of the record's variable; null for a cell without valid cases.
+  const double* GetCountMeanVariance(int record, const CellKey& key) const;
+  /// The record's count in the cell, or null.
+  const double* GetValuePtr(int record, const CellKey& key) const;
+  /// 0 when the cell holds no case, else 1.
+  int GetCellStatus(const std::vector<const AggregationCategory*>& categories,
+                    int carriedIndex) const;
+  /// The values of a cell, or null when it holds nothing. Owned by the aggregator and
+  /// valid until ResetAggregator.
+  StatValues* GetStatValues(const std::vector<const AggregationCategory*>& categories,
+                            int carriedIndex) const;
+  const CellStatistics* GetCellStats() const;
+  const CellStatistics* GetTotalStats() const;
+  int GetTotalStatsDimIndex() const;
+
+  // Engine side.
+  /// `statPosition` is the key position of the variable carrying the statistics, -1 for
+  /// scale statistics; `totalList` may be empty.
+  void DeclareStatistics(const std::vector<AggregationStatistic>& cellList,
+                         const std::vector<AggregationStatistic>& totalList, int statPosition);
+  void SetCILevel(double level);
+  /// The table's sub-table aggregators, for bases that reach across sub-tables.
+  void SetSiblings(const std::vector<CubeAggregator*>* siblings);
+  void AddCase(const CaseContext& context);
+  void Reset();
+  int GetPosition(int i) const;
+  TableDimension* GetDimension(int i) const;
+  /// The cell values by integer key, for tests and the debug dump; null for an empty cell.
+  StatValues* GetStatValuesByKey(const CellKey& key) const;
+  std::string DebugText() const;
+
+ private:
+  struct Data;
+  std::unique_ptr<Data> _data;
+};

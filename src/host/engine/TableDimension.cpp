@@ -1,0 +1,562 @@
+// TableDimension.cpp - case mapping and category lists of one categorical variable or set
+#include "host/engine/TableDimension.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <unordered_map>
+
+#include "aggregator/CellKey.h"
+#include "host/QuiltAssert.h"
+#include "host/data/ObsValue.h"
+#include "host/data/TARN_DataSource.h"
+#include "host/data/TARN_InputCaseIterator.h"
+#include "host/data/TARN_ValueLabelMap.h"
+#include "host/data/TARN_Variable.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/AggregationMDSet.h"
+#include "host/engine/AggregationStatistic.h"
+#include "host/engine/AggregationVariable.h"
+#include "host/engine/ParsedCategory.h"
+
+namespace {
+
+// Classification of a value against the category list, made once per distinct value.
+constexpr int kItemImplicit = -1;  // implicit list: the value is a category
+constexpr int kItemExcluded = -2;  // left out by the explicit list
+constexpr int kItemMissing = -3;   // excluded user-missing: the hidden bucket
+
+// Integer values in this range skip the hash map: most survey codes are small integers.
+constexpr int kSmallValues = 4096;
+
+// Encoding of a computed category: it receives no cases and never enters a key.
+constexpr int kPcomputeEncodingBase = -1000;
+
+struct ValueInfo {
+  ObsValue _value;
+  int _item = kItemImplicit;  // index in the explicit list, or one of the kItem codes
+  int _subtotal = 0;          // encoding of the subtotal that sums it, 0 for none
+  bool _userMissing = false;
+  bool _labelled = false;
+  bool _seen = false;         // held by some case of the current group
+};
+
+std::uint64_t NumberBits(double value) {
+  if (value == 0.0) value = 0.0;  // -0 and 0 are one category
+  std::uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+// Reads an MD set's counted value for a numeric member: a number written as text when
+// the bytes are such text, else the cell itself.
+double CountedNumber(const std::string& bytes) {
+  std::string text = bytes;
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\0')) text.pop_back();
+  while (!text.empty() && text.front() == ' ') text.erase(text.begin());
+  if (!text.empty()) {
+    char* end = nullptr;
+    const double parsed = std::strtod(text.c_str(), &end);
+    if (end != nullptr && *end == '\0') return parsed;
+  }
+  double number = TARN_SystemMissing();
+  if (bytes.size() >= sizeof number) std::memcpy(&number, bytes.data(), sizeof number);
+  return number;
+}
+
+}  // namespace
+
+struct TableDimension::Data {
+  AggregationVariable* _variable = nullptr;
+  const TARN_DataSource* _source = nullptr;
+  AggregationVariable::VariableKind _kind = AggregationVariable::kSingle;
+  std::vector<const TARN_Variable*> _members;  // the variable, or the set's members
+  const TARN_Variable* _missingDefinition = nullptr;
+  int _valueType = 0;
+  bool _countDuplicates = false;
+
+  // Value registry: ids are the encodings of value categories and never change.
+  std::vector<ValueInfo> _values;
+  std::unordered_map<std::uint64_t, int> _numberIds;
+  std::unordered_map<std::string, int> _stringIds;
+  std::vector<int> _smallIds = std::vector<int>(kSmallValues, -1);
+
+  // Dichotomy set: counted value per member, and which members an explicit list keeps.
+  std::vector<double> _countedNumbers;
+  std::string _countedText;
+
+  // Per-case results.
+  CaseState _state = kCaseInCategories;
+  std::vector<DimensionEntry> _entries;
+  std::vector<DimensionEntry> _totalOnly{{kCellKeyTotal, 0.0, false}};
+  std::vector<int> _scratchCounts;
+
+  // Categories of the last completed group.
+  std::vector<std::unique_ptr<AggregationCategory>> _owned;
+  std::vector<AggregationCategory*> _categories;
+  std::vector<AggregationCategory*> _pcomputeRequired;
+  bool _complete = false;
+
+  const std::vector<ParsedCategory*>* Parsed() const { return _variable->GetParsedCategories(); }
+
+  int Classify(ValueInfo& info) const {
+    const TARN_Variable* definition = _missingDefinition;
+    info._userMissing = definition != nullptr && definition->IsUserMissing(info._value.Obs());
+    const auto* parsed = Parsed();
+    if (parsed == nullptr) {
+      if (info._userMissing && _variable->GetIsMissingExclude()) return kItemMissing;
+      return kItemImplicit;
+    }
+    int otherIndex = -1;
+    int missingIndex = -1;
+    for (std::size_t i = 0; i < parsed->size(); ++i) {
+      const ParsedCategory* item = (*parsed)[i];
+      switch (item->GetPCType()) {
+        case ParsedCategory::kParsedOtherNM:
+          if (otherIndex < 0) otherIndex = static_cast<int>(i);
+          break;
+        case ParsedCategory::kParsedMissing:
+          if (missingIndex < 0) missingIndex = static_cast<int>(i);
+          break;
+        case ParsedCategory::kParsedAll:
+          if (!info._userMissing) return static_cast<int>(i);
+          break;
+        case ParsedCategory::kParsedValue:
+        case ParsedCategory::kParsedRange:
+        case ParsedCategory::kParsedLo:
+        case ParsedCategory::kParsedHi:
+          if (item->Matches(info._value.Obs())) return static_cast<int>(i);
+          break;
+        default:
+          break;
+      }
+    }
+    if (info._userMissing) return missingIndex >= 0 ? missingIndex : kItemMissing;
+    return otherIndex >= 0 ? otherIndex : kItemExcluded;
+  }
+
+  int Register(const OBS* cells) {
+    int id = -1;
+    if (_valueType == 0) {
+      const double number = cells->number;
+      const bool small = number >= 0 && number < kSmallValues &&
+                         number == static_cast<double>(static_cast<int>(number));
+      if (small) {
+        id = _smallIds[static_cast<unsigned>(number)];
+        if (id >= 0) return id;
+      }
+      const std::uint64_t bits = NumberBits(number);
+      auto found = _numberIds.find(bits);
+      if (found != _numberIds.end()) return found->second;
+      id = static_cast<int>(_values.size());
+      _numberIds.emplace(bits, id);
+      if (small) _smallIds[static_cast<unsigned>(number)] = id;
+    } else {
+      std::string key(reinterpret_cast<const char*>(cells), static_cast<std::size_t>(_valueType));
+      auto found = _stringIds.find(key);
+      if (found != _stringIds.end()) return found->second;
+      id = static_cast<int>(_values.size());
+      _stringIds.emplace(std::move(key), id);
+    }
+    ValueInfo info;
+    info._value = ObsValue(_valueType, cells, -1);
+    info._item = Classify(info);
+    if (info._item >= 0) info._subtotal = (*Parsed())[static_cast<unsigned>(info._item)]->GetSubtotalEncoding();
+    QUILT_ASSERT(id < 60000, "too many distinct values in one categorical variable");
+    _values.push_back(std::move(info));
+    return id;
+  }
+
+  void AddEntry(int code, double responses, bool missingCategory) {
+    for (DimensionEntry& entry : _entries) {
+      if (entry._code == code) {
+        entry._responses += responses;
+        entry._missingCategory = entry._missingCategory && missingCategory;
+        return;
+      }
+    }
+    _entries.push_back({code, responses, missingCategory});
+  }
+
+  void MapSingle(const TARN_InputCaseIterator& iterator) {
+    const int index = _variable->GetVarIndex();
+    const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(index));
+    if (_valueType == 0 && cells->number == TARN_SystemMissing()) {
+      _state = kCaseMissing;
+      return;
+    }
+    const int id = Register(cells);
+    ValueInfo& info = _values[static_cast<unsigned>(id)];
+    if (info._item == kItemMissing) {
+      _state = kCaseMissing;
+      return;
+    }
+    if (info._item == kItemExcluded) {
+      _state = kCaseExcluded;
+      return;
+    }
+    info._seen = true;
+    _entries.push_back({id, 1.0, info._userMissing});
+    if (info._subtotal < kCellKeyTotal) _entries.push_back({info._subtotal, 1.0, info._userMissing});
+    _entries.push_back({kCellKeyTotal, 1.0, info._userMissing});
+  }
+
+  void MapCategorySet(const TARN_InputCaseIterator& iterator) {
+    double responses = 0.0;
+    bool anyValid = false;
+    const auto& indices = _variable->GetVarIndices();
+    for (int index : indices) {
+      const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(index));
+      if (_valueType == 0 && cells->number == TARN_SystemMissing()) continue;
+      const int id = Register(cells);
+      ValueInfo& info = _values[static_cast<unsigned>(id)];
+      if (info._item < 0 && info._item != kItemImplicit) continue;
+      info._seen = true;
+      // Without duplicates a category gets one response per case however many members hold it.
+      bool already = false;
+      for (const DimensionEntry& entry : _entries) already = already || entry._code == id;
+      const double add = already && !_countDuplicates ? 0.0 : 1.0;
+      AddEntry(id, add, info._userMissing);
+      if (info._subtotal < kCellKeyTotal) AddEntry(info._subtotal, add, info._userMissing);
+      responses += add;
+      anyValid = anyValid || !info._userMissing;
+    }
+    if (_entries.empty()) {
+      _state = kCaseMissing;
+      return;
+    }
+    _entries.push_back({kCellKeyTotal, responses, !anyValid});
+  }
+
+  void MapDichotomySet(const TARN_InputCaseIterator& iterator) {
+    const auto& indices = _variable->GetVarIndices();
+    double responses = 0.0;
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      if (!IsMemberListed(static_cast<int>(i))) continue;
+      const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(indices[i]));
+      const TARN_Variable* member = _members[i];
+      bool counts = false;
+      if (member == nullptr || member->GetType() == 0) {
+        counts = cells->number == _countedNumbers[i] && cells->number != TARN_SystemMissing();
+      } else {
+        const std::size_t width = static_cast<std::size_t>(member->GetType());
+        std::string counted = _countedText.substr(0, std::min(width, _countedText.size()));
+        counted.resize(width, ' ');
+        counts = std::memcmp(cells, counted.data(), width) == 0;
+      }
+      if (!counts) continue;
+      _entries.push_back({static_cast<int>(i), 1.0, false});
+      responses += 1.0;
+      _memberHit[i] = true;
+    }
+    if (_entries.empty()) {
+      _state = kCaseMissing;
+      return;
+    }
+    _entries.push_back({kCellKeyTotal, responses, false});
+  }
+
+  std::vector<bool> _memberListed;
+  std::vector<bool> _memberHit;
+  bool IsMemberListed(int i) const { return _memberListed[static_cast<unsigned>(i)]; }
+
+  std::string LabelOf(const ObsValue& value) const {
+    if (_missingDefinition == nullptr) return std::string();
+    TARN_ValueLabelMap labels(_missingDefinition->GetValueLabels());
+    const char* text = labels.GetLabel(value.Obs());
+    return text != nullptr ? std::string(text) : std::string();
+  }
+
+  void RegisterLabelledValues() {
+    if (_missingDefinition == nullptr) return;
+    TARN_ValueLabelMap labels(_missingDefinition->GetValueLabels());
+    const OBS* value = nullptr;
+    const char* label = nullptr;
+    while (labels.GetNextPair(value, label)) {
+      const int id = Register(value);
+      _values[static_cast<unsigned>(id)]._labelled = true;
+    }
+  }
+
+  AggregationCategory* MakeValueCategory(int id) {
+    const ValueInfo& info = _values[static_cast<unsigned>(id)];
+    auto category = std::make_unique<AggregationCategory>(AggregationCategory::kValue, id,
+                                                          _variable->GetVarIndex());
+    category->SetCatValue(_valueType, info._value.Obs());
+    const std::string label = LabelOf(info._value);
+    category->SetCatLabel(label, label.empty());
+    category->SetIsMissingCategory(info._userMissing);
+    _owned.push_back(std::move(category));
+    return _owned.back().get();
+  }
+
+  bool Shown(const ValueInfo& info) const {
+    return info._seen || (info._labelled && _variable->GetIsEmptyInclude());
+  }
+
+  // Orders value ids by value, or by label where asked, ascending or descending.
+  void SortIds(std::vector<int>& ids) const {
+    const bool byLabel = _variable->GetSortKey() == AggregationVariable::kSortKeyLabel;
+    const bool ascending = _variable->GetIsOrderA();
+    auto compare = [&](int a, int b) {
+      const ValueInfo& left = _values[static_cast<unsigned>(a)];
+      const ValueInfo& right = _values[static_cast<unsigned>(b)];
+      int order = 0;
+      if (byLabel) {
+        const std::string l = LabelOf(left._value);
+        const std::string r = LabelOf(right._value);
+        order = l < r ? -1 : (r < l ? 1 : 0);
+      }
+      if (order == 0) {
+        order = _valueType == 0 ? left._value.Compare(right._value)
+                                : std::memcmp(left._value.Obs(), right._value.Obs(),
+                                              static_cast<std::size_t>(_valueType));
+      }
+      return ascending ? order < 0 : order > 0;
+    };
+    std::stable_sort(ids.begin(), ids.end(), compare);
+  }
+};
+
+TableDimension::TableDimension(AggregationVariable* variable, const TARN_DataSource* source)
+    : _data(std::make_unique<Data>()) {
+  QUILT_ASSERT(variable != nullptr, "a dimension needs its variable");
+  _data->_variable = variable;
+  _data->_source = source;
+  _data->_kind = variable->GetKind();
+  for (int index : variable->GetVarIndices()) {
+    const TARN_Variable* member = source != nullptr ? source->GetVariable(index) : nullptr;
+    QUILT_ASSERT(member != nullptr, "a categorical variable is not in the dictionary");
+    _data->_members.push_back(member);
+  }
+  _data->_valueType = _data->_members.front()->GetType();
+  _data->_missingDefinition = _data->_members.front();
+  if (_data->_kind == AggregationVariable::kCategorySet &&
+      variable->GetUserMissingVarIndex() >= 0) {
+    const TARN_Variable* chosen = source->GetVariable(variable->GetUserMissingVarIndex());
+    if (chosen != nullptr) _data->_missingDefinition = chosen;
+  }
+  if (_data->_kind == AggregationVariable::kDichotomySet) {
+    const auto* set = static_cast<const AggregationMDSet*>(variable);
+    _data->_countedText = set->GetCountedBytes();
+    const double number = CountedNumber(set->GetCountedBytes());
+    _data->_countedNumbers.assign(_data->_members.size(), number);
+    const std::size_t n = _data->_members.size();
+    _data->_memberListed.assign(n, true);
+    _data->_memberHit.assign(n, false);
+    const auto* parsed = variable->GetParsedCategories();
+    if (parsed != nullptr) {
+      _data->_memberListed.assign(n, false);
+      for (const ParsedCategory* item : *parsed) {
+        if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
+        const auto& indices = variable->GetVarIndices();
+        for (std::size_t i = 0; i < n; ++i) {
+          if (indices[i] == item->GetVarIndex()) _data->_memberListed[i] = true;
+        }
+      }
+    }
+  }
+}
+
+TableDimension::~TableDimension() = default;
+
+const std::vector<AggregationCategory*>& TableDimension::GetCategories() {
+  if (!_data->_complete) CompleteCategories();
+  return _data->_categories;
+}
+
+std::vector<int> TableDimension::GetSourceVarIndices() const {
+  return _data->_variable->GetVarIndices();
+}
+
+int TableDimension::GetNumberOfCategories() {
+  return static_cast<int>(GetCategories().size());
+}
+
+const std::vector<AggregationCategory*>& TableDimension::GetPcomputeRequiredCats() const {
+  return _data->_pcomputeRequired;
+}
+
+void TableDimension::SetComputingTotal() {
+  // Every cube accumulates the total of every position, so nothing needs switching on.
+}
+
+void TableDimension::SetComputingCounts(bool flag) { _data->_countDuplicates = flag; }
+
+void TableDimension::SetSortByScaleStats(TableMetadata* /*metadata*/,
+                                         const AggregationStatistic& /*statistic*/) {}
+
+void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/,
+                                             TableDimension* /*dimension*/,
+                                             const AggregationStatistic& /*statistic*/) {}
+
+AggregationVariable* TableDimension::GetVariable() const { return _data->_variable; }
+bool TableDimension::GetIncludeEmpty() const { return _data->_variable->GetIsEmptyInclude(); }
+bool TableDimension::GetCountDuplicates() const { return _data->_countDuplicates; }
+
+void TableDimension::MapCase(const TARN_InputCaseIterator& iterator) {
+  Data& d = *_data;
+  d._entries.clear();
+  d._state = kCaseInCategories;
+  switch (d._kind) {
+    case AggregationVariable::kSingle:
+      d.MapSingle(iterator);
+      break;
+    case AggregationVariable::kCategorySet:
+      d.MapCategorySet(iterator);
+      break;
+    case AggregationVariable::kDichotomySet:
+      d.MapDichotomySet(iterator);
+      break;
+  }
+}
+
+TableDimension::CaseState TableDimension::GetCaseState() const { return _data->_state; }
+const std::vector<DimensionEntry>& TableDimension::GetCaseEntries() const {
+  return _data->_entries;
+}
+const std::vector<DimensionEntry>& TableDimension::GetTotalOnlyEntries() const {
+  return _data->_totalOnly;
+}
+
+void TableDimension::CompleteCategories() {
+  Data& d = *_data;
+  d._owned.clear();
+  d._categories.clear();
+  d._pcomputeRequired.clear();
+  AggregationVariable& variable = *d._variable;
+  const auto* parsed = variable.GetParsedCategories();
+
+  if (d._kind == AggregationVariable::kDichotomySet) {
+    for (std::size_t i = 0; i < d._members.size(); ++i) {
+      if (!d._memberListed[i]) continue;
+      if (!d._memberHit[i] && !variable.GetIsEmptyInclude()) continue;
+      const TARN_Variable* member = d._members[i];
+      auto category = std::make_unique<AggregationCategory>(
+          AggregationCategory::kVariable, static_cast<int>(i), variable.GetVarIndices()[i]);
+      const auto* set = static_cast<const AggregationMDSet*>(&variable);
+      std::string label = member->GetLabel();
+      if (set->GetUseCountedValueLabels()) {
+        TARN_ValueLabelMap labels(member->GetValueLabels());
+        ObsValue counted(member->GetType(), nullptr, -1);
+        if (member->GetType() == 0) {
+          counted = d._countedNumbers[i];
+        } else {
+          counted = d._countedText;
+        }
+        const char* text = labels.GetLabel(counted.Obs());
+        if (text != nullptr) label = text;
+      }
+      if (label.empty()) label = member->GetName();
+      category->SetCatLabel(label, false);
+      category->SetUseLabelForVar(true);
+      d._categories.push_back(category.get());
+      d._owned.push_back(std::move(category));
+    }
+  } else if (parsed == nullptr) {
+    if (variable.GetIsEmptyInclude()) d.RegisterLabelledValues();
+    std::vector<int> ids;
+    for (std::size_t id = 0; id < d._values.size(); ++id) {
+      const ValueInfo& info = d._values[id];
+      if (info._item == kItemImplicit && d.Shown(info)) ids.push_back(static_cast<int>(id));
+    }
+    d.SortIds(ids);
+    for (int id : ids) d._categories.push_back(d.MakeValueCategory(id));
+  } else {
+    if (variable.GetIsEmptyInclude()) d.RegisterLabelledValues();
+    for (std::size_t i = 0; i < parsed->size(); ++i) {
+      const ParsedCategory* item = (*parsed)[i];
+      switch (item->GetPCType()) {
+        case ParsedCategory::kParsedValue: {
+          const int id = d.Register(item->GetCatValue());
+          const ValueInfo& info = d._values[static_cast<unsigned>(id)];
+          if (info._item == static_cast<int>(i) &&
+              (info._seen || variable.GetIsEmptyInclude())) {
+            d._categories.push_back(d.MakeValueCategory(id));
+          }
+          break;
+        }
+        case ParsedCategory::kParsedRange:
+        case ParsedCategory::kParsedLo:
+        case ParsedCategory::kParsedHi:
+        case ParsedCategory::kParsedAll:
+        case ParsedCategory::kParsedMissing:
+        case ParsedCategory::kParsedOtherNM: {
+          std::vector<int> ids;
+          for (std::size_t id = 0; id < d._values.size(); ++id) {
+            const ValueInfo& info = d._values[id];
+            if (info._item == static_cast<int>(i) && d.Shown(info)) {
+              ids.push_back(static_cast<int>(id));
+            }
+          }
+          d.SortIds(ids);
+          for (int id : ids) d._categories.push_back(d.MakeValueCategory(id));
+          break;
+        }
+        case ParsedCategory::kParsedSubtotal:
+        case ParsedCategory::kParsedHSubtotal: {
+          const int type = item->GetPCType() == ParsedCategory::kParsedSubtotal
+                               ? AggregationCategory::kSubtotal
+                               : AggregationCategory::kHSubtotal;
+          auto category = std::make_unique<AggregationCategory>(
+              type, item->GetSubtotalEncoding(), variable.GetVarIndex());
+          category->SetCatLabel(item->GetLabel(), item->IsLabelDefault());
+          d._categories.push_back(category.get());
+          d._owned.push_back(std::move(category));
+          break;
+        }
+        case ParsedCategory::kParsedComputed: {
+          auto category = std::make_unique<AggregationCategory>(
+              AggregationCategory::kPcompute, kPcomputeEncodingBase - item->GetIndex(),
+              variable.GetVarIndex());
+          category->SetPCatName(item->GetPCatName());
+          const auto& labels = item->GetCategories();
+          category->SetCatLabel(labels.empty() ? item->GetPCatName() : labels.front(),
+                                labels.empty());
+          const int format = item->GetFormats().empty() ? 0 : item->GetFormats().front();
+          const int display =
+              item->GetDisplayFormats().empty() ? 0 : item->GetDisplayFormats().front();
+          category->SetPCFormats(format, display, 0);
+          d._categories.push_back(category.get());
+          d._owned.push_back(std::move(category));
+          break;
+        }
+        case ParsedCategory::kParsedVariable:
+          break;
+      }
+    }
+    // Categories that computed categories refer to are the value categories of the list.
+    for (AggregationCategory* category : d._categories) {
+      if (category->GetCatType() == AggregationCategory::kValue) {
+        d._pcomputeRequired.push_back(category);
+      }
+    }
+  }
+
+  if (!variable.GetIsTotalNo()) {
+    auto total = std::make_unique<AggregationCategory>(AggregationCategory::kTotal, kCellKeyTotal,
+                                                       variable.GetVarIndex());
+    total->SetCatLabel(variable.GetTotalLabel(), variable.GetIsTotalLabelDefault());
+    if (variable.GetIsTotalPositionAfter()) {
+      d._categories.push_back(total.get());
+    } else {
+      d._categories.insert(d._categories.begin(), total.get());
+    }
+    d._owned.push_back(std::move(total));
+  }
+  d._complete = true;
+}
+
+void TableDimension::Reset() {
+  for (ValueInfo& info : _data->_values) info._seen = false;
+  std::fill(_data->_memberHit.begin(), _data->_memberHit.end(), false);
+  _data->_complete = false;
+}
+
+const AggregationCategory* TableDimension::FindCategory(int encoding) const {
+  for (const AggregationCategory* category : _data->_categories) {
+    if (category->GetCatEncoding() == encoding) return category;
+  }
+  return nullptr;
+}

@@ -1,0 +1,76 @@
+// TableDimension.h - one categorical variable or set of a table: case mapping and categories
+#pragma once
+
+#include <memory>
+#include <vector>
+
+class AggregationCategory;
+class AggregationStatistic;
+class AggregationVariable;
+class TARN_DataSource;
+class TARN_InputCaseIterator;
+class TableMetadata;
+
+/// One entry of a case at a dimension: the encoding of a category (or subtotal, or the
+/// total), the responses it carries, and whether it is a category flagged missing.
+struct DimensionEntry {
+  int _code;
+  double _responses;
+  bool _missingCategory;
+};
+
+/// The categories of one variable or set of a table. During the data pass it maps each
+/// case's value to its categories once, for every cube that shares the dimension. At
+/// CompleteCases it fixes the displayed categories with totals and subtotals in place.
+class TableDimension {
+ public:
+  /// How a case stands at this dimension.
+  enum CaseState {
+    kCaseInCategories = 0,  // entries hold its categories
+    kCaseMissing = 1,       // system-missing or excluded user-missing: the hidden bucket
+    kCaseExcluded = 2,      // a valid value that the explicit list leaves out
+  };
+
+  TableDimension(AggregationVariable* variable, const TARN_DataSource* source);
+  virtual ~TableDimension();
+  TableDimension(const TableDimension&) = delete;
+  TableDimension& operator=(const TableDimension&) = delete;
+
+  /// The displayed categories in order, totals and subtotals in place; valid after
+  /// CompleteCases.
+  virtual const std::vector<AggregationCategory*>& GetCategories();
+  /// The dictionary indices behind the dimension (the members for a set).
+  virtual std::vector<int> GetSourceVarIndices() const;
+  int GetNumberOfCategories();
+  const std::vector<AggregationCategory*>& GetPcomputeRequiredCats() const;
+  /// The total is accumulated whether or not it is displayed (it always is here).
+  void SetComputingTotal();
+  /// For a category set: whether a member repeating a category adds a response.
+  void SetComputingCounts(bool flag);
+  void SetSortByScaleStats(TableMetadata* metadata, const AggregationStatistic& statistic);
+  void SetSortByDimensionStats(TableMetadata* metadata, TableDimension* dimension,
+                               const AggregationStatistic& statistic);
+
+  AggregationVariable* GetVariable() const;
+  bool GetIncludeEmpty() const;
+  bool GetCountDuplicates() const;
+
+  /// Maps the iterator's current case; the results stay until the next call.
+  void MapCase(const TARN_InputCaseIterator& iterator);
+  CaseState GetCaseState() const;
+  /// The case's entries; the last one is always the total.
+  const std::vector<DimensionEntry>& GetCaseEntries() const;
+  /// The entry of the total alone, for a case in the hidden bucket.
+  const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
+
+  /// Fixes the categories of the group just read.
+  void CompleteCategories();
+  /// Forgets which values the last group held.
+  void Reset();
+  /// The category with this encoding, null when there is none.
+  const AggregationCategory* FindCategory(int encoding) const;
+
+ private:
+  struct Data;
+  std::unique_ptr<Data> _data;
+};
