@@ -6,6 +6,7 @@
 
 #include "host/tokens/LexicalError.h"
 #include "host/tokens/LineComment.h"
+#include "host/tokens/TokenCharacters.h"
 
 namespace {
 
@@ -37,8 +38,7 @@ bool StartsWithWord(std::string_view line, std::string_view word) {
   // As in the lexer, a period continues a word only when a word character follows it.
   std::size_t after = word.size();
   if (line[after] == '.' && after + 1 < line.size()) ++after;
-  const auto next = static_cast<unsigned char>(line[after]);
-  return !(std::isalnum(next) || next == '_' || next == '$' || next == '@' || next == '#' || next >= 0x80);
+  return !token_characters::IsWordCharacter(line[after]);
 }
 
 bool StartsCommand(std::string_view trimmedLine) {

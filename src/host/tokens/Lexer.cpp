@@ -7,25 +7,15 @@
 
 #include "host/tokens/LexicalError.h"
 #include "host/tokens/LineComment.h"
+#include "host/tokens/TokenCharacters.h"
 
 namespace {
 
 using OperatorCode = TokenSequenceBase::OperatorCode;
 
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
-// Bytes of 0x80 and above belong to UTF-8 letters of names and labels.
-bool IsWordStart(char character) {
-  const auto byte = static_cast<unsigned char>(character);
-  return std::isalpha(byte) || character == '$' || character == '@' || character == '#' || character == '_' ||
-         byte >= 0x80;
-}
-
-bool IsWordCharacter(char character) {
-  return IsWordStart(character) || IsDigit(character);
-}
+using token_characters::IsDigit;
+using token_characters::IsWordCharacter;
+using token_characters::IsWordStart;
 
 bool IsSeparator(char character) {
   return character == ' ' || character == '\t' || character == '\r' || character == '\n' ||

@@ -20,8 +20,8 @@
 /// - Literals: in single or double quotes; the other quote kind stands for itself inside, a
 ///   doubled quote of the same kind for one. A literal ends on its line.
 /// - Operators: > = + - * ** / ( ) [ ] &, the longest spelling first.
-/// - Comments: `#` or `//` standing alone (after a blank, tab, comma or the line start, and
-///   followed by a blank or the line end) run to the end of the line (LineComment).
+/// - Comments: `#` or `//` that does not continue a word or number and is followed by a
+///   blank or the line end runs to the end of the line (LineComment).
 /// - A period standing alone is an error: it may only end a command, and the command
 ///   splitter has removed that one.
 class Lexer {

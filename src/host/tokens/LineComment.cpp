@@ -1,10 +1,13 @@
 // LineComment.cpp - the one rule for `#` and `//` comments
 #include "host/tokens/LineComment.h"
 
+#include "host/tokens/TokenCharacters.h"
+
 namespace {
 
-bool IsSeparatorBefore(char character) {
-  return character == ' ' || character == '\t' || character == ',' || character == '\n' || character == '\r';
+// A marker right after a word character, or a period, would continue a word or number.
+bool MayPrecedeComment(char character) {
+  return !token_characters::IsWordCharacter(character) && character != '.';
 }
 
 bool IsSeparatorAfter(char character) {
@@ -22,7 +25,7 @@ bool LineComment::StartsAt(std::string_view text, std::size_t position) {
   } else {
     return false;
   }
-  if (position > 0 && !IsSeparatorBefore(text[position - 1])) return false;
+  if (position > 0 && !MayPrecedeComment(text[position - 1])) return false;
   const std::size_t after = position + markerLength;
   return after >= text.size() || IsSeparatorAfter(text[after]);
 }

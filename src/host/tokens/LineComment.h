@@ -5,11 +5,12 @@
 #include <string_view>
 
 /// The rule for comments that run to the end of the line: a `#` or a `//` outside quoted
-/// text that stands alone, that is, at the start of a line or after a blank, tab or comma,
-/// and followed by a blank, a tab or the end of the line. So `# note` and `// note` are
-/// comments, while `#temp` stays a variable name and `//TABLE` stays two slashes (which the
-/// parser refuses). The lexer and the command splitter both go by this one rule, so a period
-/// inside a comment never ends a command.
+/// text that does not continue a word or number (it is at the start of the text, or what
+/// precedes it is no letter, digit, period, `_`, `$`, `@` or `#`) and is followed by a
+/// blank, a tab or the end of the line. So `# note`, `x # note` and `[COUNT]// note` hold
+/// comments, while `#temp` stays a variable name, `Q# x` holds the name `Q#`, and `//TABLE`
+/// stays two slashes (which the parser refuses). The lexer and the command splitter both go
+/// by this one rule, so a period inside a comment never ends a command.
 class LineComment {
  public:
   /// Whether a comment starts at `position` of `text`, which may hold several lines. The

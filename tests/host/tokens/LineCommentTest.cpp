@@ -14,18 +14,16 @@ TEST(LineComment, FindsTheMarkerOnlyWhereItStandsAlone) {
     std::size_t expected;  // offset of the marker, counted by hand
   };
   const Case cases[] = {
-      {"# note", 0},
-      {"a # note", 2},
-      {"a,# note", 2},
-      {"a\t// note", 2},
-      {"//", 0},
-      {"a #", 2},
-      {"#temp", kNone},        // a name that begins with '#'
-      {"Q#1 x", kNone},        // '#' inside a name
-      {"a //TABLE b", kNone},  // two slashes before a word
-      {"a//b", kNone},
-      {"x>#y", kNone},  // the marker must follow a blank, tab or comma
-      {"'# in quotes' # out", 14},
+      {"# note", 0},           {"a # note", 2}, {"a,# note", 2},
+      {"a\t// note", 2},       {"//", 0},       {"a #", 2},
+      {"#temp", kNone},                          // a name that begins with '#'
+      {"Q#1 x", kNone},                          // '#' inside a name
+      {"a //TABLE b", kNone},                    // two slashes before a word
+      {"a//b", kNone},         {"x>#y", kNone},  // followed by a word character
+      {"x># note", 2},                           // after an operator
+      {"[COUNT]// note", 7},   {"Q# x", kNone},  // the name "Q#"
+      {"5# x", kNone},                           // continues the number, which the lexer refuses
+      {"a.# x", kNone},        {"'a'# x", 3},   {"'# in quotes' # out", 14},
       {"\"it's\" // out", 7},   // the other quote kind inside does not close
       {"'a''b # c'", kNone},    // a doubled quote does not end the text
       {"'open # here", kNone},  // an open quote hides the rest of the line
