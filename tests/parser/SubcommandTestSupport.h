@@ -30,6 +30,61 @@ EventOutcome RunEvents(Events events) {
   return outcome;
 }
 
+/// One event of a subcommand: a keyword (followed by "="), a word, a literal or a number.
+struct Event {
+  enum Kind { kKeyword, kWord, kLiteral, kNumber, kTo, kAll } kind;
+  std::string text;
+  double value = 0;
+};
+
+inline Event Key(const std::string& text) {
+  return {Event::kKeyword, text};
+}
+inline Event Word(const std::string& text) {
+  return {Event::kWord, text};
+}
+inline Event Lit(const std::string& text) {
+  return {Event::kLiteral, text};
+}
+inline Event Num(double value, const std::string& text) {
+  return {Event::kNumber, text, value};
+}
+inline Event To() {
+  return {Event::kTo, "TO"};
+}
+inline Event All() {
+  return {Event::kAll, "ALL"};
+}
+
+/// Delivers the events as the reader would, each to the converter the previous one returned.
+/// Returns the converter current at the end.
+inline SyntaxConverter* Deliver(SyntaxConverter& converter, const std::vector<Event>& events) {
+  SyntaxConverter* current = &converter;
+  for (const Event& event : events) {
+    switch (event.kind) {
+      case Event::kKeyword:
+        current = current->AttributeString(event.text, nullptr);
+        break;
+      case Event::kWord:
+        current = current->String(event.text);
+        break;
+      case Event::kLiteral:
+        current = current->Literal(event.text);
+        break;
+      case Event::kNumber:
+        current = current->Number(event.value, event.text);
+        break;
+      case Event::kTo:
+        current = current->To(event.text);
+        break;
+      case Event::kAll:
+        current = current->All(event.text);
+        break;
+    }
+  }
+  return current;
+}
+
 /// Attaches every converter of the run to a small data set: numeric a, b, c, w, d1, d2 in this
 /// dictionary order, the string variable s (between c and w), and the dichotomy set $dich of
 /// d1 and d2. The data source is a static of the converters, so one call serves all.

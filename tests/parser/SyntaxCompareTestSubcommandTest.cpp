@@ -1,0 +1,254 @@
+// SyntaxCompareTestSubcommandTest.cpp - COMPARETEST keywords, ALPHA levels, and what reaches the table
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "SubcommandTestSupport.h"
+#include "parser/SyntaxCompareTestSubcommand.h"
+#include "parser/TableSettings.h"
+
+namespace {
+
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kIncomplete = "Text ^1. Incomplete subcommand ^2.";
+const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
+const char* const kInvalidAlpha = "Subcommand ^1. Text ^2. Invalid ALPHA.";
+
+// A COMPARETEST under a table, as the table subcommand creates it.
+struct Fixture {
+  TableSettings settings;
+  RecordingParent table{"TABLE"};
+  SyntaxCompareTestSubcommand* compare = nullptr;
+
+  Fixture() {
+    compare = new SyntaxCompareTestSubcommand(settings);
+    table.Add(compare);
+  }
+
+  EventOutcome Run(const std::vector<Event>& events) {
+    return RunEvents([&] {
+      Deliver(*compare, events);
+      compare->ValidateAndCommit("/");
+    });
+  }
+};
+
+TEST(SyntaxCompareTestSubcommandTest, DefaultsOfAPlainRequest) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP")});
+  ASSERT_FALSE(outcome.threw);
+  EXPECT_TRUE(outcome.reported.empty());
+  ASSERT_EQ(fixture.settings.GetSigTestSettings().size(), 1u);
+  const SigTestSettings& test = fixture.settings.GetSigTestSettings()[0];
+  EXPECT_EQ(test._type, TableEncryptionCodes::kSigTestProportions);
+  EXPECT_EQ(test._alpha, 0.05);
+  EXPECT_EQ(test._alphaText, "0.05");
+  EXPECT_EQ(test._alpha2, 0.0);
+  EXPECT_EQ(test._adjustType, PresentationCodes::kAdjustBonferroni);
+  EXPECT_TRUE(test._originColumn);
+  EXPECT_TRUE(test._includeMRSets);
+  EXPECT_FALSE(test._includeSubtotals);
+  EXPECT_TRUE(test._meansVarianceAllCats);
+  EXPECT_FALSE(test._merge);
+  EXPECT_FALSE(test._showSig);
+  EXPECT_EQ(test._sigDigits, 3);
+  EXPECT_TRUE(test._styleApa);
+  EXPECT_TRUE(fixture.settings.HasColPropTest());
+  EXPECT_FALSE(fixture.settings.HasPairWiseTest());
+}
+
+TEST(SyntaxCompareTestSubcommandTest, EveryKeywordReachesTheSettings) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("mean"), Key("ADJUST"), Word("BH"), Key("ORIGIN"),
+                                            Word("COLUMN"), Key("CATEGORIES"), Word("SUBTOTALS"),
+                                            Key("INCLUDEMRSETS"), Word("NO"), Key("MEANSVARIANCE"),
+                                            Word("TESTEDCATS"), Key("STYLE"), Word("SIMPLE"), Key("SHOWSIG"),
+                                            Word("YES"), Key("SIGDIGS"), Num(5, "5")});
+  ASSERT_FALSE(outcome.threw);
+  const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
+  EXPECT_EQ(test._type, TableEncryptionCodes::kSigTestMeans);
+  EXPECT_EQ(test._adjustType, PresentationCodes::kAdjustBH);
+  EXPECT_TRUE(test._includeSubtotals);
+  EXPECT_FALSE(test._includeMRSets);
+  EXPECT_FALSE(test._meansVarianceAllCats);
+  EXPECT_FALSE(test._styleApa);
+  EXPECT_TRUE(test._showSig);
+  EXPECT_EQ(test._sigDigits, 5);
+}
+
+TEST(SyntaxCompareTestSubcommandTest, AlphaBoundsAreOpen) {
+  for (const double value : {0.0, 1.0, -0.5, 1.5}) {
+    Fixture fixture;
+    const std::string text = std::to_string(value);
+    const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP"), Key("ALPHA"), Num(value, text)});
+    ASSERT_TRUE(outcome.threw) << text;
+    EXPECT_EQ(outcome.error.key, kInvalidAlpha);
+    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"COMPARETEST", text}));
+  }
+  // The second level is held to the same bounds.
+  Fixture second;
+  const EventOutcome outcome = second.Run({Key("ALPHA"), Num(0.05, "0.05"), Num(1, "1")});
+  ASSERT_TRUE(outcome.threw);
+  EXPECT_EQ(outcome.error.key, kInvalidAlpha);
+}
+
+TEST(SyntaxCompareTestSubcommandTest, TwoAlphaLevelsKeepTheSmallerFirst) {
+  Fixture fixture;
+  const EventOutcome outcome =
+      fixture.Run({Key("TYPE"), Word("PROP"), Key("ALPHA"), Num(0.05, "0.05"), Num(0.01, ".01")});
+  ASSERT_FALSE(outcome.threw);
+  const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
+  EXPECT_EQ(test._alpha, 0.01);
+  EXPECT_EQ(test._alphaText, ".01");  // texts move with their values
+  EXPECT_EQ(test._alpha2, 0.05);
+  EXPECT_EQ(test._alpha2Text, "0.05");
+
+  Fixture ascending;
+  ascending.Run({Key("TYPE"), Word("PROP"), Key("ALPHA"), Num(0.01, "0.01"), Num(0.1, "0.1")});
+  EXPECT_EQ(ascending.settings.GetSigTestSettings().at(0)._alpha2Text, "0.1");
+}
+
+TEST(SyntaxCompareTestSubcommandTest, EqualAlphaLevelsAreReportedAndOneIsKept) {
+  Fixture fixture;
+  const EventOutcome outcome =
+      fixture.Run({Key("TYPE"), Word("PROP"), Key("ALPHA"), Num(0.05, "0.05"), Num(0.05, "0.05")});
+  ASSERT_FALSE(outcome.threw);
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, "The two ALPHA values are equal...");
+  const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
+  EXPECT_EQ(test._alpha, 0.05);
+  EXPECT_EQ(test._alpha2, 0.0);
+  EXPECT_TRUE(test._alpha2Text.empty());
+}
+
+TEST(SyntaxCompareTestSubcommandTest, MergeConflictsAreReportedAndResolved) {
+  {
+    // Merged results cannot show p-values: the test runs unmerged.
+    Fixture fixture;
+    const EventOutcome outcome =
+        fixture.Run({Key("TYPE"), Word("PROP"), Key("MERGE"), Word("YES"), Key("SHOWSIG"), Word("YES")});
+    ASSERT_FALSE(outcome.threw);
+    ASSERT_EQ(outcome.reported.size(), 1u);
+    EXPECT_EQ(outcome.reported[0].key, "SigTests cant merge and show pvalue.");
+    EXPECT_FALSE(fixture.settings.GetSigTestSettings().at(0)._merge);
+  }
+  {
+    // APA marks in the main table allow one level: the smaller one, 0.01, stays.
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP"), Key("MERGE"), Word("YES"), Key("STYLE"),
+                                              Word("APA"), Key("ALPHA"), Num(0.05, "0.05"), Num(0.01, "0.01")});
+    ASSERT_FALSE(outcome.threw);
+    ASSERT_EQ(outcome.reported.size(), 1u);
+    EXPECT_EQ(outcome.reported[0].key, "Only one ALPHA level is allowed with STYLE=APA...");
+    const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
+    EXPECT_TRUE(test._merge);
+    EXPECT_EQ(test._alpha, 0.01);
+    EXPECT_EQ(test._alpha2, 0.0);
+    EXPECT_TRUE(test._alpha2Text.empty());
+  }
+}
+
+TEST(SyntaxCompareTestSubcommandTest, WhatCountsAsARequest) {
+  {
+    // MERGE alone is no request: nothing is registered and nothing reported.
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run({Key("MERGE"), Word("YES")});
+    EXPECT_FALSE(outcome.threw);
+    EXPECT_TRUE(outcome.reported.empty());
+    EXPECT_TRUE(fixture.settings.GetSigTestSettings().empty());
+  }
+  {
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run({Key("ALPHA"), Num(0.01, "0.01")});
+    ASSERT_TRUE(outcome.threw);
+    EXPECT_EQ(outcome.error.key, kIncomplete);
+    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"/", "COMPARETEST"}));
+  }
+  {
+    // A keyword still waiting for its value at the end.
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP"), Key("ADJUST")});
+    ASSERT_TRUE(outcome.threw);
+    EXPECT_EQ(outcome.error.key, kIncomplete);
+  }
+}
+
+TEST(SyntaxCompareTestSubcommandTest, SigDigitsIsTruncatedAndHeldInRange) {
+  struct Case {
+    double value;
+    int expected;
+  };
+  for (const Case& row : std::vector<Case>{{0, 1}, {40, 16}, {2.9, 2}, {16, 16}, {-3, 1}}) {
+    Fixture fixture;
+    fixture.Run({Key("TYPE"), Word("PROP"), Key("SIGDIGS"), Num(row.value, std::to_string(row.value))});
+    EXPECT_EQ(fixture.settings.GetSigTestSettings().at(0)._sigDigits, row.expected) << row.value;
+  }
+}
+
+TEST(SyntaxCompareTestSubcommandTest, UnknownWordsAndKeywordsEndTheCommand) {
+  struct Case {
+    std::vector<Event> events;
+    std::string offending;
+  };
+  const std::vector<Case> cases = {
+      {{Key("TYPE"), Word("CHISQUARE")}, "CHISQUARE"},      // a SIGTEST type
+      {{Key("ORIGIN"), Word("ROW")}, "ROW"},                // only COLUMN exists
+      {{Key("MERGE"), Word("MAYBE")}, "MAYBE"},
+      {{Key("NOSUCH")}, "NOSUCH"},
+      {{Key("TYPE"), Key("ALPHA")}, "ALPHA"},               // a keyword where a value is awaited
+      {{Word("PROP")}, "PROP"},                             // a value with no keyword
+      {{Key("SIGDIGS"), Word("three")}, "three"},
+      {{Key("ADJUST"), Num(1, "1")}, "1"},                  // ADJUST takes words
+  };
+  for (const Case& row : cases) {
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run(row.events);
+    ASSERT_TRUE(outcome.threw) << row.offending;
+    EXPECT_EQ(outcome.error.key, kUnknownKeyword) << row.offending;
+    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"COMPARETEST", row.offending}));
+  }
+}
+
+TEST(SyntaxCompareTestSubcommandTest, RepeatedKeywordsWarnExceptThePresentationOnes) {
+  Fixture fixture;
+  const EventOutcome outcome =
+      fixture.Run({Key("TYPE"), Word("PROP"), Key("TYPE"), Word("MEAN"), Key("ADJUST"), Word("NONE"), Key("ADJ"),
+                   Word("BH"), Key("MERGE"), Word("NO"), Key("MERGE"), Word("NO"), Key("STYLE"), Word("APA"),
+                   Key("STYLE"), Word("SIMPLE")});
+  ASSERT_FALSE(outcome.threw);
+  ASSERT_EQ(outcome.reported.size(), 2u);
+  EXPECT_EQ(outcome.reported[0].key, kDuplicate);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"COMPARETEST", "TYPE"}));
+  EXPECT_EQ(outcome.reported[1].arguments, (std::vector<std::string>{"COMPARETEST", "ADJUST"}));
+  const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
+  EXPECT_EQ(test._type, TableEncryptionCodes::kSigTestMeans);
+  EXPECT_EQ(test._adjustType, PresentationCodes::kAdjustBH);
+  EXPECT_FALSE(test._styleApa);
+}
+
+TEST(SyntaxCompareTestSubcommandTest, OneTestOfEachTypePerTableTheLastStands) {
+  TableSettings settings;
+  RecordingParent table("TABLE");
+  auto request = [&](std::vector<Event> events) {
+    auto* compare = new SyntaxCompareTestSubcommand(settings);
+    table.Add(compare);
+    return RunEvents([&] {
+      Deliver(*compare, events);
+      compare->ValidateAndCommit("/");
+    });
+  };
+  request({Key("TYPE"), Word("MEAN"), Key("ALPHA"), Num(0.1, "0.1")});
+  request({Key("TYPE"), Word("PROP")});
+  const EventOutcome third = request({Key("TYPE"), Word("MEAN"), Key("ALPHA"), Num(0.01, "0.01")});
+  ASSERT_EQ(third.reported.size(), 1u);
+  EXPECT_EQ(third.reported[0].key, kDuplicate);
+  EXPECT_EQ(third.reported[0].arguments, (std::vector<std::string>{"COMPARETEST", "Pairwise comparisons"}));
+  const std::vector<SigTestSettings>& tests = settings.GetSigTestSettings();
+  ASSERT_EQ(tests.size(), 2u);
+  EXPECT_EQ(tests[0]._type, TableEncryptionCodes::kSigTestProportions);
+  EXPECT_EQ(tests[1]._type, TableEncryptionCodes::kSigTestMeans);
+  EXPECT_EQ(tests[1]._alphaText, "0.01");
+}
+
+}  // namespace
