@@ -1,0 +1,183 @@
+// HtmlWriter.cpp - headings as sections, tables with spanning headers, notes in the footer
+#include "writers/HtmlWriter.h"
+
+#include <algorithm>
+
+#include "writers/TableLayout.h"
+
+namespace {
+
+constexpr const char* kStyle =
+    R"(body{font-family:system-ui,-apple-system,"Segoe UI",Arial,sans-serif;margin:1.5em;color:#111}
+section{margin-left:0.5em}
+table{border-collapse:collapse;margin:0.5em 0 1.5em 0;font-size:0.9em;page-break-inside:avoid}
+caption{text-align:left;font-weight:bold;padding:0.3em 0}
+caption .merged,caption .layer{display:block;font-weight:normal}
+th,td{border:1px solid #999;padding:0.2em 0.5em;vertical-align:top}
+thead th{background:#eef;text-align:center}
+tbody th{background:#f6f6f6;text-align:left;font-weight:normal}
+td{text-align:right;font-variant-numeric:tabular-nums}
+tfoot td{text-align:left;border:none;font-size:0.9em}
+.marker{font-size:0.8em;padding-left:0.2em}
+.message{padding:0.3em 0.6em;border-left:4px solid #c90}
+.message.error,.message.fatal{border-left-color:#c00}
+@media print{body{margin:0}thead{display:table-header-group}})";
+
+const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
+  for (const HeaderLabel& label : axis.labels) {
+    if (label.level <= level && level < label.level + label.depth && label.start <= index &&
+        index < label.start + label.span) {
+      return &label;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string HtmlWriter::Escape(const std::string& text) {
+  std::string out;
+  for (char c : text) {
+    switch (c) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      case '\n':
+        out += "<br>";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out;
+}
+
+std::string HtmlWriter::Marks(const std::vector<std::string>& marks) {
+  if (marks.empty()) return "";
+  std::string joined;
+  for (std::size_t i = 0; i < marks.size(); ++i) joined += (i == 0 ? "" : ",") + Escape(marks[i]);
+  return "<sup>" + joined + "</sup>";
+}
+
+void HtmlWriter::BeginDocument(std::ostream& out) {
+  out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Quilt "
+         "output</title>\n"
+      << "<style>\n"
+      << kStyle << "\n</style>\n</head>\n<body>\n";
+}
+
+void HtmlWriter::EndDocument(std::ostream& out) {
+  out << "</body>\n</html>\n";
+}
+
+void HtmlWriter::BeginHeading(const std::string& text, int depth, std::ostream& out) {
+  const int level = std::min(depth + 1, 6);
+  out << "<section>\n<h" << level << '>' << Escape(text) << "</h" << level << ">\n";
+}
+
+void HtmlWriter::EndHeading(int /*depth*/, std::ostream& out) {
+  out << "</section>\n";
+}
+
+void HtmlWriter::WriteMessage(int level, const std::string& text, std::ostream& out) {
+  const char* kind = level >= 4 ? "fatal" : level >= 3 ? "error" : "warning";
+  out << "<p class=\"message " << kind << "\"><strong>" << Escape(LevelName(level)) << ":</strong> "
+      << Escape(text) << "</p>\n";
+}
+
+void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
+  const DeliveredTable& table = layout.GetTable();
+  const AxisLayout& rows = layout.GetRows();
+  const AxisLayout& columns = layout.GetColumns();
+  const int rowLevels = rows.levels;
+  const int columnCount = static_cast<int>(columns.entries.size());
+  const int totalColumns = std::max(rowLevels, 1) + columnCount;
+  const auto& layers = layout.GetLayers();
+  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
+    out << "<table>\n<caption>";
+    if (!table.titleHidden) out << Escape(table.title) << Marks(layout.GetTitleMarks());
+    if (!table.mergedTitle.empty())
+      out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
+    if (!layers[layerIndex].labelPath.empty()) {
+      std::string path;
+      for (const std::string& label : layers[layerIndex].labelPath)
+        path += (path.empty() ? "" : " / ") + label;
+      out << "<span class=\"layer\">" << Escape(path) << "</span>";
+    }
+    out << "</caption>\n";
+
+    // Header rows: the corner spans the row-header columns and every header level.
+    out << "<thead>\n";
+    const int headerRows = std::max(columns.levels, 1);
+    for (int level = 0; level < headerRows; ++level) {
+      out << "<tr>";
+      if (level == 0) {
+        out << "<td colspan=\"" << std::max(rowLevels, 1) << "\" rowspan=\"" << headerRows << "\">"
+            << Escape(table.corner) << "</td>";
+      }
+      for (const HeaderLabel& label : columns.labels) {
+        if (label.level != level) continue;
+        out << "<th scope=\"" << (label.span > 1 ? "colgroup" : "col") << "\"";
+        if (label.span > 1) out << " colspan=\"" << label.span << "\"";
+        if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
+        out << '>' << Escape(label.text) << "</th>";
+      }
+      if (columns.levels == 0) {
+        for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) out << "<td></td>";
+      }
+      out << "</tr>\n";
+    }
+    out << "</thead>\n<tbody>\n";
+    for (std::size_t rowIndex = 0; rowIndex < rows.entries.size(); ++rowIndex) {
+      out << "<tr>";
+      if (rowLevels == 0) out << "<th scope=\"row\"></th>";
+      for (int level = 0; level < rowLevels; ++level) {
+        const HeaderLabel* label = LabelAt(rows, level, static_cast<int>(rowIndex));
+        if (label == nullptr) {
+          out << "<th scope=\"row\"></th>";
+          continue;
+        }
+        if (label->level != level || label->start != static_cast<int>(rowIndex)) continue;
+        out << "<th scope=\"" << (label->span > 1 ? "rowgroup" : "row") << "\"";
+        if (label->span > 1) out << " rowspan=\"" << label->span << "\"";
+        if (label->depth > 1) out << " colspan=\"" << label->depth << "\"";
+        out << '>' << Escape(label->text) << "</th>";
+      }
+      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+        const LayoutCell& cell =
+            layout.GetCell(static_cast<int>(layerIndex), static_cast<int>(rowIndex), columnIndex);
+        out << "<td>" << Escape(cell.text);
+        if (!cell.markers.empty()) {
+          std::string markers;
+          for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;
+          out << "<span class=\"marker\">" << Escape(markers) << "</span>";
+        }
+        out << Marks(cell.noteMarks) << "</td>";
+      }
+      out << "</tr>\n";
+    }
+    out << "</tbody>\n";
+    if (!table.caption.empty() || !table.notes.empty()) {
+      out << "<tfoot>\n";
+      if (!table.caption.empty()) {
+        out << "<tr><td colspan=\"" << totalColumns << "\">" << Escape(table.caption)
+            << Marks(table.captionNoteMarks) << "</td></tr>\n";
+      }
+      for (const DeliveredNote& note : table.notes) {
+        out << "<tr><td colspan=\"" << totalColumns << "\"><sup>" << Escape(note.mark) << "</sup> "
+            << Escape(note.text) << "</td></tr>\n";
+      }
+      out << "</tfoot>\n";
+    }
+    out << "</table>\n";
+  }
+}

@@ -1,0 +1,24 @@
+// HtmlWriter.h - the output document as one self-contained HTML5 page
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "writers/OutputWriter.h"
+
+/// One page with inline CSS. Each layer of a table is its own <table> whose <caption>
+/// holds the title and the layer's labels; nested headers use rowspan and colspan; notes
+/// stand in a <tfoot> and are referred to by <sup> marks.
+class HtmlWriter : public OutputWriter {
+ protected:
+  void BeginDocument(std::ostream& out) override;
+  void EndDocument(std::ostream& out) override;
+  void BeginHeading(const std::string& text, int depth, std::ostream& out) override;
+  void EndHeading(int depth, std::ostream& out) override;
+  void WriteMessage(int level, const std::string& text, std::ostream& out) override;
+  void WriteTable(const TableLayout& layout, std::ostream& out) override;
+
+ private:
+  static std::string Escape(const std::string& text);
+  static std::string Marks(const std::vector<std::string>& marks);
+};

@@ -1,0 +1,331 @@
+// TextWriter.cpp - boxed grids with spanning headers, wrapping labels and column panels
+#include "writers/TextWriter.h"
+
+#include <algorithm>
+#include <set>
+
+#include "writers/TableLayout.h"
+
+namespace {
+
+constexpr int kDefaultWidth = 100;
+constexpr int kMaxLabelWidth = 20;     // data column labels wrap beyond this
+constexpr int kMaxRowLabelWidth = 30;  // row labels wrap beyond this
+
+// Width on the terminal: one column per UTF-8 code point.
+int DisplayWidth(const std::string& text) {
+  int width = 0;
+  for (unsigned char c : text) {
+    if ((c & 0xC0) != 0x80) ++width;
+  }
+  return width;
+}
+
+// Cuts a word of more than `width` code points into pieces.
+std::vector<std::string> CutWord(const std::string& word, int width) {
+  std::vector<std::string> pieces;
+  std::string piece;
+  int pieceWidth = 0;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    const unsigned char c = static_cast<unsigned char>(word[i]);
+    if ((c & 0xC0) != 0x80 && pieceWidth == width) {
+      pieces.push_back(piece);
+      piece.clear();
+      pieceWidth = 0;
+    }
+    if ((c & 0xC0) != 0x80) ++pieceWidth;
+    piece += word[i];
+  }
+  if (!piece.empty()) pieces.push_back(piece);
+  return pieces;
+}
+
+// Greedy word wrap into lines of at most `width` code points.
+std::vector<std::string> Wrap(const std::string& text, int width) {
+  std::vector<std::string> lines;
+  width = std::max(width, 1);
+  std::size_t start = 0;
+  while (start <= text.size()) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    const std::string paragraph = text.substr(start, end - start);
+    std::string line;
+    std::size_t position = 0;
+    while (position < paragraph.size()) {
+      const std::size_t wordEnd = std::min(paragraph.find(' ', position), paragraph.size());
+      const std::string word = paragraph.substr(position, wordEnd - position);
+      position = wordEnd + 1;
+      if (word.empty()) continue;
+      for (const std::string& piece : CutWord(word, width)) {
+        if (line.empty()) {
+          line = piece;
+        } else if (DisplayWidth(line) + 1 + DisplayWidth(piece) <= width) {
+          line += " " + piece;
+        } else {
+          lines.push_back(line);
+          line = piece;
+        }
+      }
+    }
+    lines.push_back(line);
+    start = end + 1;
+  }
+  if (lines.empty()) lines.emplace_back();
+  return lines;
+}
+
+int LongestWord(const std::string& text) {
+  int longest = 0;
+  std::size_t position = 0;
+  while (position <= text.size()) {
+    std::size_t end = text.find_first_of(" \n", position);
+    if (end == std::string::npos) end = text.size();
+    longest = std::max(longest, DisplayWidth(text.substr(position, end - position)));
+    position = end + 1;
+  }
+  return longest;
+}
+
+// The width a label asks for: all of it up to `limit`, but never less than its longest word
+// (cut at `limit`).
+int LabelWidth(const std::string& text, int limit) {
+  return std::min(std::max(std::min(DisplayWidth(text), limit), LongestWord(text)), limit);
+}
+
+std::string Pad(const std::string& text, int width, bool alignRight) {
+  const int padding = std::max(0, width - DisplayWidth(text));
+  return alignRight ? std::string(static_cast<std::size_t>(padding), ' ') + text
+                    : text + std::string(static_cast<std::size_t>(padding), ' ');
+}
+
+std::string MarkList(const std::vector<std::string>& marks) {
+  if (marks.empty()) return "";
+  std::string text = " [";
+  for (std::size_t i = 0; i < marks.size(); ++i) text += (i == 0 ? "" : ",") + marks[i];
+  return text + "]";
+}
+
+const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
+  for (const HeaderLabel& label : axis.labels) {
+    if (label.level <= level && level < label.level + label.depth && label.start <= index &&
+        index < label.start + label.span) {
+      return &label;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+TextWriter::TextWriter(const WriterOptions& options)
+    : _width(options.width > 0 ? options.width : kDefaultWidth), _ascii(options.ascii) {}
+
+void TextWriter::BeginDocument(std::ostream& /*out*/) {}
+
+void TextWriter::EndDocument(std::ostream& /*out*/) {}
+
+void TextWriter::BeginHeading(const std::string& text, int depth, std::ostream& out) {
+  out << text << '\n'
+      << std::string(static_cast<std::size_t>(DisplayWidth(text)), depth == 0 ? '=' : '-') << "\n\n";
+}
+
+void TextWriter::EndHeading(int /*depth*/, std::ostream& /*out*/) {}
+
+void TextWriter::WriteMessage(int level, const std::string& text, std::ostream& out) {
+  WriteWrapped(LevelName(level) + ": " + text, out);
+  out << '\n';
+}
+
+void TextWriter::WriteWrapped(const std::string& text, std::ostream& out) const {
+  for (const std::string& line : Wrap(text, _width)) out << line << '\n';
+}
+
+std::string TextWriter::Rule(const std::vector<int>& widths, const GridRow* above,
+                             const GridRow* below) const {
+  // Column boundaries where a vertical line meets the rule from above or below.
+  auto boundaries = [](const GridRow* row) {
+    std::set<int> found;
+    if (row == nullptr) return found;
+    for (const Segment& segment : *row) found.insert(segment.first);
+    return found;
+  };
+  const std::set<int> up = boundaries(above);
+  const std::set<int> down = boundaries(below);
+  const char* horizontal = _ascii ? "-" : "─";
+  auto junction = [&](int column, bool first, bool last) -> std::string {
+    const bool fromAbove = up.count(column) != 0 || (first && above) || (last && above);
+    const bool fromBelow = down.count(column) != 0 || (first && below) || (last && below);
+    if (_ascii) return (fromAbove || fromBelow) ? "+" : "-";
+    if (first) return fromAbove && fromBelow ? "├" : fromBelow ? "┌" : "└";
+    if (last) return fromAbove && fromBelow ? "┤" : fromBelow ? "┐" : "┘";
+    if (fromAbove && fromBelow) return "┼";
+    if (fromBelow) return "┬";
+    if (fromAbove) return "┴";
+    return horizontal;
+  };
+  std::string line = junction(0, true, false);
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    for (int i = 0; i < widths[column] + 2; ++i) line += horizontal;
+    const bool last = column + 1 == widths.size();
+    line += junction(static_cast<int>(column) + 1, false, last);
+  }
+  return line;
+}
+
+void TextWriter::WriteGrid(const std::vector<GridRow>& header, const std::vector<GridRow>& body,
+                           const std::vector<int>& widths, std::ostream& out) const {
+  const char* vertical = _ascii ? "|" : "│";
+  auto segmentWidth = [&](const Segment& segment) {
+    int width = 0;
+    for (int column = segment.first; column < segment.first + segment.span; ++column) {
+      width += widths[static_cast<std::size_t>(column)];
+    }
+    return width + 3 * (segment.span - 1);
+  };
+  auto writeRow = [&](const GridRow& row) {
+    std::vector<std::vector<std::string>> wrapped;
+    std::size_t height = 1;
+    for (const Segment& segment : row) {
+      wrapped.push_back(Wrap(segment.text, segmentWidth(segment)));
+      height = std::max(height, wrapped.back().size());
+    }
+    for (std::size_t lineIndex = 0; lineIndex < height; ++lineIndex) {
+      std::string line = vertical;
+      for (std::size_t segmentIndex = 0; segmentIndex < row.size(); ++segmentIndex) {
+        const std::string& text =
+            lineIndex < wrapped[segmentIndex].size() ? wrapped[segmentIndex][lineIndex] : std::string();
+        line +=
+            " " + Pad(text, segmentWidth(row[segmentIndex]), row[segmentIndex].alignRight) + " " + vertical;
+      }
+      out << line << '\n';
+    }
+  };
+  const GridRow* first = header.empty() ? (body.empty() ? nullptr : &body.front()) : &header.front();
+  out << Rule(widths, nullptr, first) << '\n';
+  for (const GridRow& row : header) writeRow(row);
+  if (!header.empty() && !body.empty()) out << Rule(widths, &header.back(), &body.front()) << '\n';
+  for (const GridRow& row : body) writeRow(row);
+  const GridRow* last = body.empty() ? (header.empty() ? nullptr : &header.back()) : &body.back();
+  out << Rule(widths, last, nullptr) << '\n';
+}
+
+void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
+  const DeliveredTable& table = layout.GetTable();
+  const AxisLayout& rows = layout.GetRows();
+  const AxisLayout& columns = layout.GetColumns();
+  const auto& layers = layout.GetLayers();
+  const int rowLevels = std::max(rows.levels, 1);
+  const int columnCount = static_cast<int>(columns.entries.size());
+  const int rowCount = static_cast<int>(rows.entries.size());
+
+  if (!table.titleHidden) WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
+  if (!table.mergedTitle.empty()) WriteWrapped(table.mergedTitle, out);
+
+  // Widths, decided once for every layer so that the sections line up.
+  std::vector<int> rowWidths(static_cast<std::size_t>(rowLevels), 1);
+  for (const HeaderLabel& label : rows.labels) {
+    int& width = rowWidths[static_cast<std::size_t>(label.level + label.depth - 1)];
+    width = std::max(width, LabelWidth(label.text, kMaxRowLabelWidth) - 3 * (label.depth - 1));
+  }
+  if (!table.corner.empty()) {
+    int available = 0;
+    for (int width : rowWidths) available += width;
+    available += 3 * (rowLevels - 1);
+    const int wanted = LabelWidth(table.corner, kMaxRowLabelWidth);
+    if (wanted > available) rowWidths.back() += wanted - available;
+  }
+  std::vector<int> dataWidths(static_cast<std::size_t>(columnCount), 1);
+  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
+    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+        const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
+        int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
+        width = std::max(width, DisplayWidth(CellDisplay(cell)));
+      }
+    }
+  }
+  // Spanning labels are widened into their last column; narrow ones first.
+  std::vector<HeaderLabel> bySpan = columns.labels;
+  std::stable_sort(bySpan.begin(), bySpan.end(),
+                   [](const auto& a, const auto& b) { return a.span < b.span; });
+  for (const HeaderLabel& label : bySpan) {
+    int available = 3 * (label.span - 1);
+    for (int column = label.start; column < label.start + label.span; ++column) {
+      available += dataWidths[static_cast<std::size_t>(column)];
+    }
+    const int wanted = LabelWidth(label.text, kMaxLabelWidth * label.span);
+    if (wanted > available)
+      dataWidths[static_cast<std::size_t>(label.start + label.span - 1)] += wanted - available;
+  }
+
+  // Column panels: as many data columns as fit beside the repeated row headers.
+  int rowBlock = 1;
+  for (int width : rowWidths) rowBlock += width + 3;
+  std::vector<std::pair<int, int>> panels;  // [first, end)
+  for (int start = 0; start < columnCount || (start == 0 && columnCount == 0);) {
+    int end = start;
+    int used = rowBlock;
+    while (end < columnCount &&
+           (end == start || used + dataWidths[static_cast<std::size_t>(end)] + 3 <= _width)) {
+      used += dataWidths[static_cast<std::size_t>(end)] + 3;
+      ++end;
+    }
+    panels.emplace_back(start, end);
+    if (end == start) break;
+    start = end;
+  }
+
+  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
+    if (!layers[layerIndex].labelPath.empty()) {
+      std::string path;
+      for (const std::string& label : layers[layerIndex].labelPath)
+        path += (path.empty() ? "" : " / ") + label;
+      WriteWrapped(path, out);
+    }
+    for (std::size_t panelIndex = 0; panelIndex < panels.size(); ++panelIndex) {
+      const auto [panelStart, panelEnd] = panels[panelIndex];
+      if (panels.size() > 1) {
+        out << "(columns " << panelStart + 1 << "-" << panelEnd << " of " << columnCount << ")\n";
+      }
+      std::vector<int> widths = rowWidths;
+      for (int column = panelStart; column < panelEnd; ++column)
+        widths.push_back(dataWidths[static_cast<std::size_t>(column)]);
+
+      std::vector<GridRow> header;
+      for (int level = 0; level < columns.levels; ++level) {
+        GridRow row;
+        row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
+        for (int column = panelStart; column < panelEnd;) {
+          const HeaderLabel* label = LabelAt(columns, level, column);
+          const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);
+          const bool shows = label != nullptr && label->level == level;
+          row.push_back(
+              {rowLevels + column - panelStart, end - column, shows ? label->text : std::string(), false});
+          column = end;
+        }
+        header.push_back(std::move(row));
+      }
+
+      std::vector<GridRow> body;
+      for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+        GridRow row;
+        for (int level = 0; level < rowLevels;) {
+          const HeaderLabel* label = rows.levels == 0 ? nullptr : LabelAt(rows, level, rowIndex);
+          const int depth = label == nullptr ? 1 : label->level + label->depth - level;
+          const bool shows = label != nullptr && label->start == rowIndex && label->level == level;
+          row.push_back({level, depth, shows ? label->text : std::string(), false});
+          level += depth;
+        }
+        for (int column = panelStart; column < panelEnd; ++column) {
+          const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, column);
+          row.push_back({rowLevels + column - panelStart, 1, CellDisplay(cell), true});
+        }
+        body.push_back(std::move(row));
+      }
+      WriteGrid(header, body, widths, out);
+    }
+  }
+  if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
+  for (const DeliveredNote& note : table.notes) WriteWrapped(note.mark + ". " + note.text, out);
+  out << '\n';
+}

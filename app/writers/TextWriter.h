@@ -1,0 +1,43 @@
+// TextWriter.h - the output document as text for the terminal, tables drawn as boxed grids
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "writers/OutputWriter.h"
+
+struct AxisLayout;
+
+/// Plain text. Tables are boxed grids with nested column headers spanning their children
+/// and one header column per row nesting level; labels wrap; a table wider than the line
+/// width is cut into column panels that repeat the row headers.
+class TextWriter : public OutputWriter {
+ public:
+  explicit TextWriter(const WriterOptions& options);
+
+ protected:
+  void BeginDocument(std::ostream& out) override;
+  void EndDocument(std::ostream& out) override;
+  void BeginHeading(const std::string& text, int depth, std::ostream& out) override;
+  void EndHeading(int depth, std::ostream& out) override;
+  void WriteMessage(int level, const std::string& text, std::ostream& out) override;
+  void WriteTable(const TableLayout& layout, std::ostream& out) override;
+
+ private:
+  /// One box of a grid line: columns [first, first + span), its wrapped text.
+  struct Segment {
+    int first = 0;
+    int span = 1;
+    std::string text;
+    bool alignRight = false;
+  };
+  using GridRow = std::vector<Segment>;
+
+  void WriteGrid(const std::vector<GridRow>& header, const std::vector<GridRow>& body,
+                 const std::vector<int>& widths, std::ostream& out) const;
+  std::string Rule(const std::vector<int>& widths, const GridRow* above, const GridRow* below) const;
+  void WriteWrapped(const std::string& text, std::ostream& out) const;
+
+  int _width;
+  bool _ascii;
+};
