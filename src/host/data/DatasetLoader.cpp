@@ -20,16 +20,10 @@
 #include "host/data/DataError.h"
 #include "host/data/Dataset.h"
 #include "host/data/DictionaryReader.h"
+#include "host/data/FormatConversion.h"
 #include "host/data/FormatText.h"
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_Variable.h"
-
-#if __has_include("host/data/FormatConversion.h")
-#include "host/data/FormatConversion.h"
-#define QUILT_HAS_FORMAT_CONVERSION 1
-#else
-#define QUILT_HAS_FORMAT_CONVERSION 0
-#endif
 
 namespace {
 
@@ -312,15 +306,6 @@ class Loader {
     for (std::size_t c = 0; c < _columns.size(); ++c) {
       if (_columns[c].declaration < 0) _order.push_back(c);
     }
-#if !QUILT_HAS_FORMAT_CONVERSION
-    for (const Column& column : _columns) {
-      if (column.kind == kColumnDateTime) {
-        throw DataError(
-            _dictionary->Where(_dictionary->GetDeclarations()[column.declaration].path + ".format") +
-            "date and time columns cannot be read yet");
-      }
-    }
-#endif
   }
 
   // Checks the field count of the record just read.
@@ -400,7 +385,6 @@ class Loader {
     std::size_t end = field.size();
     while (begin < end && IsBlank(field[begin])) ++begin;
     while (end > begin && IsBlank(field[end - 1])) --end;
-#if QUILT_HAS_FORMAT_CONVERSION
     if (begin < end) {
       const std::string text(field.substr(begin, end - begin));
       if (FromString(text.c_str(), column.format, &cell) != 0) {
@@ -408,7 +392,6 @@ class Loader {
                         "': " + Quote(text) + " is not a " + FormatToText(column.format) + " value");
       }
     }
-#endif
     column.cells.push_back(cell);
   }
 

@@ -6,8 +6,6 @@
 #include "host/data/DataError.h"
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
-
-#if __has_include("host/data/FormatConversion.h")
 #include "host/data/FormatConversion.h"
 
 TEST(DatasetLoaderDate, DateColumnsReadIsoTextThroughTheirFormat) {
@@ -24,6 +22,22 @@ TEST(DatasetLoaderDate, DateColumnsReadIsoTextThroughTheirFormat) {
   OBS nextDay{};
   ASSERT_EQ(FromString("2024-10-13", dataset->GetVariable(0).GetFormat(), &nextDay), 0);
   EXPECT_DOUBLE_EQ(nextDay.number - second, second - first);
+  // Seconds since 1582-10-14, computed with Python's datetime:
+  // (date(2024, 10, 11) - date(1582, 10, 14)).days * 86400.
+  EXPECT_EQ(first, 13947984000.0);
+  char text[16];
+  ToString(dataset->GetCells(0, 0), dataset->GetVariable(0).GetFormat(), text);
+  EXPECT_STREQ(text, "11-OCT-2024");
+}
+
+TEST(DatasetLoaderDate, DateTimesAndTimes) {
+  const auto dataset = DatasetLoader::LoadText("when,clock\n2024-10-11T13:45:30,13:45:30\n",
+                                               R"({"variables": [{"name": "when", "format": "DATETIME20"},
+      {"name": "clock", "format": "TIME8"}]})",
+                                               {});
+  // (datetime(2024, 10, 11, 13, 45, 30) - datetime(1582, 10, 14)).total_seconds(), by Python.
+  EXPECT_EQ(dataset->GetCells(0, 0)->number, 13948033530.0);
+  EXPECT_EQ(dataset->GetCells(1, 0)->number, 49530.0);  // 13 * 3600 + 45 * 60 + 30
 }
 
 TEST(DatasetLoaderDate, BadDateTextNamesLineAndColumn) {
@@ -35,20 +49,3 @@ TEST(DatasetLoaderDate, BadDateTextNamesLineAndColumn) {
     EXPECT_EQ(std::string(error.what()), "survey.csv:3: column 'd': 'soon' is not a DATE11 value");
   }
 }
-
-#else
-
-TEST(DatasetLoaderDate, DateColumnsNeedTheValueConversion) {
-  // Until value conversion is part of the data library, a date column is refused plainly
-  // rather than read wrongly.
-  try {
-    DatasetLoader::LoadText("d\n2024-10-11\n", R"({"variables": [{"name": "d", "format": "DATE11"}]})", {},
-                            "survey.csv", "survey.dict.json");
-    FAIL() << "a date column loaded without value conversion";
-  } catch (const DataError& error) {
-    EXPECT_EQ(std::string(error.what()),
-              "survey.dict.json: variables[0].format: date and time columns cannot be read yet");
-  }
-}
-
-#endif
