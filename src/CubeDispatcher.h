@@ -1,0 +1,44 @@
+// CubeDispatcher.h - the bridge from one parsed table to the aggregation engine and delivery
+#pragma once
+
+#include <string>
+
+class BpProcedure;
+class ProcDSIterator;
+class ProcedureDataSource;
+class SyntaxTableSubcommand;
+
+/// Stands for one TABLE subcommand during the data pass. It declares the engine's table,
+/// cubes, variables and statistics once, forwards each accepted case, and at a group's end
+/// reports the table's warnings and hands the table to delivery.
+///
+/// Calling order: CreateCubes once; per group any number of Aggregate, one Finalize, one
+/// BuildTable; Reset when another group can follow; ClearDeep right before deletion.
+class CubeDispatcher {
+public:
+  /// `table` is not owned and must outlive the dispatcher. Nothing is declared yet.
+  explicit CubeDispatcher(SyntaxTableSubcommand* table);
+  virtual ~CubeDispatcher();
+  CubeDispatcher(const CubeDispatcher&) = delete;
+  CubeDispatcher& operator=(const CubeDispatcher&) = delete;
+
+  /// Declares the table to the engine over `iterator`; returns the number of cubes.
+  int CreateCubes(ProcDSIterator& iterator);
+  /// Reads the iterator's current case into every cube of the table.
+  void Aggregate();
+  /// Closes the data of the current split group.
+  void Finalize();
+  /// Empties the cubes for the next split group, keeping every declaration.
+  void Reset();
+  /// Releases what hangs under the table's metadata; called right before deletion.
+  void ClearDeep();
+  /// Reports the table's warnings, then renders and delivers it. `tableNumber` counts from 1.
+  void BuildTable(BpProcedure* procedure, ProcedureDataSource* dataSource, int tableNumber,
+                  bool controlPackageMode, const std::string& splitText);
+  /// Writes the engine's cells to the debug channel.
+  void PrintDataDbg();
+
+private:
+  struct Data;
+  Data* _data;
+};
