@@ -51,26 +51,6 @@ TEST(TARN_TokenSequence, SteppingBackRedeliversEachTokenUnchanged) {
   EXPECT_FALSE(tokens.Next());
 }
 
-// The reader's look-ahead: take the next token, and if it is not "=", hand it back.
-TEST(TARN_TokenSequence, LookAheadAndHandBack) {
-  LexedCommand command = Lexer::Lex("QUILT TITLE = 'x' CAPTION 'y'");
-  TARN_TokenSequence tokens(&command, true);
-  tokens.Prepare();
-  ASSERT_TRUE(tokens.Next());  // QUILT
-  ASSERT_TRUE(tokens.Next());  // TITLE
-  ASSERT_TRUE(tokens.Next());  // the look-ahead: "=" is consumed
-  EXPECT_EQ(tokens.GetOperatorCode(), TokenSequenceBase::kOpEquals);
-  ASSERT_TRUE(tokens.Next());
-  EXPECT_EQ(Current(tokens).text, "x");
-  ASSERT_TRUE(tokens.Next());  // CAPTION
-  ASSERT_TRUE(tokens.Next());  // the look-ahead finds a literal and hands it back
-  EXPECT_EQ(tokens.GetTokenType(), TokenSequenceBase::kTokenLiteral);
-  tokens.SetPosition(tokens.PositionBefore());
-  ASSERT_TRUE(tokens.Next());
-  EXPECT_EQ(Current(tokens).text, "y");
-  EXPECT_FALSE(tokens.Next());
-}
-
 TEST(TARN_TokenSequence, StaysAtTheEndOnceExhausted) {
   LexedCommand command = Lexer::Lex("QUILT 5");
   TARN_TokenSequence tokens(&command, true);
@@ -97,14 +77,6 @@ TEST(TARN_TokenSequence, BeforeTheFirstNextThereIsNoCurrentToken) {
   ASSERT_TRUE(tokens.Next());
   EXPECT_EQ(Current(tokens).text, "QUILT");
   EXPECT_FALSE(tokens.Next());
-}
-
-TEST(TARN_TokenSequence, AnEmptyCommandHasOnlyTheEnd) {
-  LexedCommand command;
-  TARN_TokenSequence tokens(&command, true);
-  EXPECT_EQ(tokens.Prepare(), 0);
-  EXPECT_FALSE(tokens.Next());
-  EXPECT_EQ(tokens.GetTokenType(), TokenSequenceBase::kTokenEnd);
 }
 
 TEST(TARN_TokenSequence, MisuseIsAnAssertion) {
