@@ -85,8 +85,8 @@ inline SyntaxConverter* Deliver(SyntaxConverter& converter, const std::vector<Ev
   return current;
 }
 
-/// Attaches every converter of the run to a small data set: numeric a, b, c, w, d1, d2 in this
-/// dictionary order, the string variable s (between c and w), and the dichotomy set $dich of
+/// Attaches every converter of the run to a small data set: the string variable s first (it is
+/// declared in the dictionary), then numeric a, b, c, w, d1, d2 in this order, and the dichotomy set $dich of
 /// d1 and d2. The data source is a static of the converters, so one call serves all.
 void AttachTestDataSource(SyntaxConverter& anyConverter);
 

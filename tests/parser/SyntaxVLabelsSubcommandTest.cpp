@@ -1,0 +1,148 @@
+// SyntaxVLabelsSubcommandTest.cpp - VLABELS lists with ranges, sets and ALL, and how requests merge
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "SubcommandTestSupport.h"
+#include "parser/SyntaxVLabelsSubcommand.h"
+#include "parser/VLabelsSettings.h"
+
+namespace {
+
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
+
+// Dictionary of the test data: s 0 (declared in the dictionary, so first), a 1, b 2, c 3, w 4, d1 5, d2 6.
+struct Fixture {
+  VLabelsSettings settings;
+  RecordingParent root{"QUILT"};
+  SyntaxVLabelsSubcommand* vlabels = nullptr;
+
+  Fixture() {
+    vlabels = new SyntaxVLabelsSubcommand(settings);
+    root.Add(vlabels);
+    AttachTestDataSource(*vlabels);
+  }
+
+  EventOutcome Run(const std::vector<Event>& events) {
+    return RunEvents([&] {
+      Deliver(*vlabels, events);
+      vlabels->ValidateAndCommit(".");
+    });
+  }
+};
+
+TEST(SyntaxVLabelsSubcommandTest, RangesFollowTheDictionaryOrder) {
+  Fixture fixture;
+  const EventOutcome outcome =
+      fixture.Run({Key("VARIABLES"), Word("a"), To(), Word("c"), Word("w"), Key("DISPLAY"), Word("NAME")});
+  ASSERT_FALSE(outcome.threw) << outcome.error.key;
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{1, 2, 3, 4}));
+  const std::map<int, PresentationCodes::VLabelOption> expected = {{1, PresentationCodes::kVLabelName},
+                                                                   {2, PresentationCodes::kVLabelName},
+                                                                   {3, PresentationCodes::kVLabelName},
+                                                                   {4, PresentationCodes::kVLabelName}};
+  EXPECT_EQ(fixture.settings.GetByIndex(), expected);
+  EXPECT_FALSE(fixture.settings.IsForAll());
+
+  Fixture backwards;
+  const EventOutcome reversed =
+      backwards.Run({Key("VARIABLES"), Word("c"), To(), Word("a"), Key("DISPLAY"), Word("NAME")});
+  ASSERT_TRUE(reversed.threw);
+  EXPECT_EQ(reversed.error.key, "Subcommand ^1. Dictionary order violation.");
+  EXPECT_EQ(reversed.error.arguments, (std::vector<std::string>{"VLABELS"}));
+}
+
+TEST(SyntaxVLabelsSubcommandTest, UnknownNamesWarnAndCannotStartARange) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run({Key("VARIABLES"), Word("nosuch"), To(), Word("b")});
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, "Unknown variable ^1 in ^2 subcommand.");
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"nosuch", "VLABELS"}));
+  ASSERT_TRUE(outcome.threw);
+  EXPECT_EQ(outcome.error.key, kUnknownKeyword);
+  EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"VLABELS", "TO"}));
+}
+
+TEST(SyntaxVLabelsSubcommandTest, ARepeatedVariableMovesToTheEnd) {
+  Fixture fixture;
+  const EventOutcome outcome =
+      fixture.Run({Key("VARIABLES"), Word("a"), Word("b"), Word("a"), Key("DISPLAY"), Word("LABEL")});
+  ASSERT_FALSE(outcome.threw);
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kDuplicate);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"VLABELS", "A"}));
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{2, 1}));
+}
+
+TEST(SyntaxVLabelsSubcommandTest, SetsAreKeptByName) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run(
+      {Key("VARIABLES"), Word("$DICH"), Word("b"), Word("$nosuch"), Key("DISPLAY"), Word("BOTH")});
+  ASSERT_FALSE(outcome.threw) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);  // the unknown set
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"$nosuch", "VLABELS"}));
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{-100, 2, -500}));
+  // The set is stored in the dictionary's spelling.
+  EXPECT_EQ(fixture.vlabels->GetSetNames(), (std::vector<std::string>{"$dich"}));
+  ASSERT_EQ(fixture.settings.GetBySet().size(), 1u);
+  EXPECT_TRUE(fixture.settings.GetBySet()[0] == "$DICH");
+  EXPECT_EQ(fixture.settings.GetBySet()[0]._option, PresentationCodes::kVLabelBoth);
+  EXPECT_EQ(fixture.settings.GetByIndex().size(), 1u);
+
+  Fixture range;
+  const EventOutcome setInRange = range.Run({Key("VARIABLES"), Word("a"), To(), Word("$dich")});
+  ASSERT_TRUE(setInRange.threw);
+  EXPECT_EQ(setInRange.error.arguments, (std::vector<std::string>{"VLABELS", "$dich"}));
+}
+
+TEST(SyntaxVLabelsSubcommandTest, AllStandsAlone) {
+  Fixture fixture;
+  ASSERT_FALSE(fixture.Run({Key("VARIABLES"), All(), Key("DISPLAY"), Word("NONE")}).threw);
+  EXPECT_TRUE(fixture.settings.IsForAll());
+  EXPECT_EQ(fixture.settings.GetAllOption(), PresentationCodes::kVLabelNone);
+
+  const char* const listError = "Subcommand ^1. ALL and VAR appears in same list.";
+  Fixture afterName;
+  EXPECT_EQ(afterName.Run({Key("VARIABLES"), Word("a"), All()}).error.key, listError);
+  Fixture beforeName;
+  EXPECT_EQ(beforeName.Run({Key("VARIABLES"), All(), Word("a")}).error.key, listError);
+}
+
+TEST(SyntaxVLabelsSubcommandTest, IncompleteRequests) {
+  const char* const incomplete = "Text ^1. Incomplete subcommand ^2.";
+  Fixture noDisplay;
+  EXPECT_EQ(noDisplay.Run({Key("VARIABLES"), Word("a")}).error.key, incomplete);
+  Fixture noList;
+  EXPECT_EQ(noList.Run({Key("DISPLAY"), Word("NAME")}).error.key, incomplete);
+  Fixture emptyList;
+  EXPECT_EQ(emptyList.Run({Key("VARIABLES"), Key("DISPLAY"), Word("NAME")}).error.key, kUnknownKeyword);
+  Fixture openRange;
+  const EventOutcome outcome = openRange.Run({Key("VARIABLES"), Word("a"), To()});
+  EXPECT_EQ(outcome.error.key, kUnknownKeyword);
+  EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"VLABELS", "."}));
+  Fixture badOption;
+  EXPECT_EQ(badOption.Run({Key("VARIABLES"), Word("a"), Key("DISPLAY"), Word("SHORT")}).error.arguments,
+            (std::vector<std::string>{"VLABELS", "SHORT"}));
+}
+
+TEST(SyntaxVLabelsSubcommandTest, LaterRequestsWinAndAllWipesEarlierOnes) {
+  VLabelsSettings settings;
+  settings.SetVLabels(std::vector<int>{0, 1}, PresentationCodes::kVLabelName);
+  settings.SetVLabels(std::vector<int>{1}, PresentationCodes::kVLabelLabel);
+  settings.SetVLabels(std::vector<std::string>{"$dich"}, PresentationCodes::kVLabelName);
+  settings.SetVLabels(std::vector<std::string>{"$DICH"}, PresentationCodes::kVLabelNone);
+  EXPECT_EQ(settings.GetByIndex().at(0), PresentationCodes::kVLabelName);
+  EXPECT_EQ(settings.GetByIndex().at(1), PresentationCodes::kVLabelLabel);
+  ASSERT_EQ(settings.GetBySet().size(), 1u);
+  EXPECT_EQ(settings.GetBySet()[0]._option, PresentationCodes::kVLabelNone);
+  settings.SetVLabels(PresentationCodes::kVLabelBoth);
+  EXPECT_TRUE(settings.GetByIndex().empty());
+  EXPECT_TRUE(settings.GetBySet().empty());
+  EXPECT_TRUE(settings.IsForAll());
+  EXPECT_FALSE(settings.IsEmpty());
+}
+
+}  // namespace
