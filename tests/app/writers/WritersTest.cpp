@@ -1,0 +1,185 @@
+// WritersTest.cpp - every writer against golden files, JSON read back by label paths, and one
+// table through all writers
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "GoldenFile.h"
+#include "SampleTables.h"
+#include "host/output/OutputDocument.h"
+#include "writers/OutputWriter.h"
+
+namespace {
+
+std::string Render(const OutputDocument& document, const std::string& format, WriterOptions options = {}) {
+  std::unique_ptr<OutputWriter> writer = OutputWriter::Create(format, options);
+  EXPECT_NE(writer, nullptr);
+  std::ostringstream out;
+  writer->Write(document, out);
+  return out.str();
+}
+
+// The cell whose row, column and layer label paths are exactly those given.
+const nlohmann::json* FindCell(const nlohmann::json& table, const std::vector<std::string>& row,
+                               const std::vector<std::string>& column,
+                               const std::vector<std::string>& layer) {
+  for (const nlohmann::json& cell : table["cells"]) {
+    if (cell["row"] == row && cell["column"] == column && cell["layer"] == layer) return &cell;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+TEST(OutputWriter, CreateKnowsEachFormatAndRejectsOthers) {
+  EXPECT_NE(OutputWriter::Create("text", {}), nullptr);
+  EXPECT_NE(OutputWriter::Create("json", {}), nullptr);
+  EXPECT_NE(OutputWriter::Create("html", {}), nullptr);
+  EXPECT_EQ(OutputWriter::Create("pdf", {}), nullptr);
+}
+
+TEST(TextWriter, MatchesGoldenWithBoxDrawing) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  EXPECT_TRUE(MatchesGoldenFile("output/sample.txt", Render(document, "text")));
+}
+
+TEST(TextWriter, MatchesGoldenInAsciiMode) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  WriterOptions options;
+  options.ascii = true;
+  EXPECT_TRUE(MatchesGoldenFile("output/sample-ascii.txt", Render(document, "text", options)));
+}
+
+TEST(TextWriter, WideTableIsCutIntoPanelsThatRepeatRowHeaders) {
+  OutputDocument document;
+  BuildWideDocument(document, 12);
+  WriterOptions options;
+  options.width = 80;
+  options.ascii = true;
+  const std::string text = Render(document, "text", options);
+  EXPECT_TRUE(MatchesGoldenFile("output/wide-panels.txt", text));
+  std::istringstream lines(text);
+  std::string line;
+  int panels = 0;
+  int rowHeaderRepeats = 0;
+  while (std::getline(lines, line)) {
+    EXPECT_LE(static_cast<int>(line.size()), 80) << line;
+    if (line.rfind("(columns ", 0) == 0) ++panels;
+    if (line.find("New customers") != std::string::npos) ++rowHeaderRepeats;
+  }
+  EXPECT_GT(panels, 1);
+  EXPECT_EQ(rowHeaderRepeats, panels);
+  // Cell values name their place (1000 * row + column): the last column's value shows.
+  EXPECT_NE(text.find("2012"), std::string::npos);
+}
+
+TEST(HtmlWriter, MatchesGolden) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  EXPECT_TRUE(MatchesGoldenFile("output/sample.html", Render(document, "html")));
+}
+
+TEST(JsonWriter, MatchesGolden) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  EXPECT_TRUE(MatchesGoldenFile("output/sample.json", Render(document, "json")));
+}
+
+TEST(JsonWriter, CellsAreFoundByTheLabelsAReaderSees) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  const nlohmann::json parsed = nlohmann::json::parse(Render(document, "json"));
+  const nlohmann::json& procedure = parsed["items"][0];
+  ASSERT_EQ(procedure["type"], "heading");
+  const nlohmann::json& children = procedure["children"];
+  ASSERT_EQ(children.size(), 3u);  // the warning, the first table, the composite-titled table
+  EXPECT_EQ(children[0]["type"], "message");
+  EXPECT_EQ(children[0]["level"], "warning");
+  const nlohmann::json& table = children[1];
+  EXPECT_EQ(table["title"], "Brand use by region");
+
+  // 2024, South, Female: count 60 and 60/80 = 75.0% (by hand, see SampleTables.cpp).
+  const nlohmann::json* count =
+      FindCell(table, {"Region", "South"}, {"Gender", "Female", "Count"}, {"Wave", "2024"});
+  ASSERT_NE(count, nullptr);
+  EXPECT_EQ((*count)["text"], "60");
+  EXPECT_DOUBLE_EQ((*count)["number"].get<double>(), 60.0);
+  const nlohmann::json* share =
+      FindCell(table, {"Region", "South"}, {"Gender", "Female", "Column N %"}, {"Wave", "2024"});
+  ASSERT_NE(share, nullptr);
+  EXPECT_EQ((*share)["text"], "75.0%");
+
+  // The hidden group adds no label: the total row is found by "Total" alone.
+  const nlohmann::json* total = FindCell(table, {"Total"}, {"Gender", "Male", "Count"}, {"Wave", "2025"});
+  ASSERT_NE(total, nullptr);
+  EXPECT_EQ((*total)["text"], "40");
+
+  // The marked cell keeps its marker and note, and the note is listed with its mark.
+  const nlohmann::json* marked =
+      FindCell(table, {"Region", "North"}, {"Gender", "Male", "Column N %"}, {"Wave", "2024"});
+  ASSERT_NE(marked, nullptr);
+  EXPECT_EQ((*marked)["markers"], nlohmann::json::array({"B"}));
+  ASSERT_EQ((*marked)["notes"].size(), 1u);
+  bool noteListed = false;
+  for (const auto& note : table["notes"]) noteListed |= note["mark"] == (*marked)["notes"][0];
+  EXPECT_TRUE(noteListed);
+
+  // "Other" never received a cell, so no cell and no category carries it.
+  EXPECT_EQ(table.dump().find("\"Other\""), std::string::npos);
+  EXPECT_EQ(parsed.dump().find("Never shown"), std::string::npos);
+
+  const nlohmann::json& composite = children[2];
+  EXPECT_EQ(composite["title"], "Quilt Table 3");
+  EXPECT_EQ(composite["titleHidden"], true);
+  const nlohmann::json* missing = FindCell(composite, {"Age group", "Unknown"}, {"Mean"}, {});
+  ASSERT_NE(missing, nullptr);
+  EXPECT_EQ((*missing)["text"], ".");
+  EXPECT_FALSE(missing->contains("number"));
+}
+
+TEST(OutputWriter, EveryWriterShowsTheSameLabelsAndNumbers) {
+  OutputDocument document;
+  BuildSampleDocument(document);
+  const std::string text = Render(document, "text");
+  const std::string html = Render(document, "html");
+  const std::string json = Render(document, "json");
+  // Labels and numbers of the sample, each worked out by hand in SampleTables.cpp.
+  const char* expected[] = {"Brand use by region",
+                            "Region",
+                            "North",
+                            "South",
+                            "Total",
+                            "Gender",
+                            "Male",
+                            "Female",
+                            "Wave",
+                            "2024",
+                            "2025",
+                            "75.0%",
+                            "25.0%",
+                            "90.0%",
+                            "10.0%",
+                            "60",
+                            "Survey wave 3",
+                            "Weighted by design weight.",
+                            "Fewer than 50 cases.",
+                            "25.00",
+                            "50.00",
+                            "Age group",
+                            "35+"};
+  for (const char* item : expected) {
+    EXPECT_NE(text.find(item), std::string::npos) << "text lacks " << item;
+    EXPECT_NE(html.find(item), std::string::npos) << "html lacks " << item;
+    EXPECT_NE(json.find(item), std::string::npos) << "json lacks " << item;
+  }
+  for (const std::string* output : {&text, &html, &json}) {
+    EXPECT_EQ(output->find("Other"), std::string::npos);
+    EXPECT_EQ(output->find("Never shown"), std::string::npos);
+  }
+  // The JSON tree keeps the hidden group (marked not shown); the drawn formats never show it.
+  EXPECT_EQ(text.find("DummyGroup"), std::string::npos);
+  EXPECT_EQ(html.find("DummyGroup"), std::string::npos);
+}
