@@ -1,0 +1,204 @@
+// SyntaxReaderTest.cpp - which event each token becomes, and the errors the reader raises on its own
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "ParserTestSupport.h"
+
+namespace {
+
+// Catalogue keys the reader and the root raise (copied from the catalogue).
+const char* const kNoTable = "Subcommand ^1. Missing ^2 subcommand.";
+const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
+const char* const kUnbalancedParen = "Subcommand ^1. Unbalanced paren ^2.";
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kUnknownVariable = "Unrecognized variable ^1 in ^2 subcommand.";
+const char* const kOutOfOrder = "Parent subcommand ^1. Out of order subcommand ^2.";
+const char* const kOutOfOrderGlobal = "Parent subcommand ^1. Out of order global subcommand ^2.";
+const char* const kMissingKeyword = "SubCmd ^1. Missing required keyword ^2.";
+const char* const kSetInvalid = "Subcommand ^1. Set ^2 is invalid.";
+
+struct InvalidCase {
+  const char* command;
+  const char* key;
+  std::vector<std::string> arguments;
+};
+
+void PrintTo(const InvalidCase& row, std::ostream* out) {
+  *out << row.command;
+}
+
+class SyntaxReaderInvalid : public testing::TestWithParam<InvalidCase> {};
+
+TEST_P(SyntaxReaderInvalid, RaisesTheCatalogueError) {
+  const InvalidCase& row = GetParam();
+  const ParseOutcome outcome = ParseCommand(row.command);
+  ASSERT_FALSE(outcome.succeeded);
+  EXPECT_EQ(outcome.error.key, row.key);
+  EXPECT_EQ(outcome.error.arguments, row.arguments);
+}
+
+// The first placeholder is the subcommand name of the converter that was current: "QUILT" at
+// the root, "TABLE" on the table and everything in its expression.
+const InvalidCase kInvalidCases[] = {
+    // End of tokens.
+    {"QUILT.", kNoTable, {"QUILT", "TABLE"}},
+    {"QUILT /TABLE.", kNoTable, {"TABLE", "TABLE"}},
+    {"QUILT /TABLE /TABLE a.", kNoTable, {"TABLE", "TABLE"}},
+    {"QUILT /TABLE a /.", kIncorrectSequence, {"TABLE", "/"}},
+    // An empty literal is a token without text.
+    {"QUILT /TABLE a ''.", kNoTable, {"TABLE", "TABLE"}},
+    // Slashes and subcommand words.
+    // ("//" at the end of a line starts a comment, so the doubled slash is followed by a word.)
+    {"QUILT //TABLE a.", kIncorrectSequence, {"QUILT", "/"}},
+    {"QUILT /TABLE a //TABLE b.", kIncorrectSequence, {"TABLE", "/"}},
+    {"QUILT / TABLE = a.", kIncorrectSequence, {"QUILT", "/ TABLE ="}},
+    {"QUILT /TABLE a / TITLES = 'x'.", kIncorrectSequence, {"TABLE", "/ TITLES ="}},
+    {"QUILT /NOSUCH.", kUnknownKeyword, {"QUILT", "NOSUCH"}},
+    // Depth tests: BY, ALL and "/" inside parentheses or brackets.
+    {"QUILT /TABLE (a BY b).", kUnbalancedParen, {"TABLE", "BY"}},
+    {"QUILT /TABLE (a ALL).", kUnbalancedParen, {"TABLE", "ALL"}},
+    {"QUILT /TABLE (a / b).", kUnbalancedParen, {"TABLE", "/"}},
+    {"QUILT /TABLE a [BY].", kUnbalancedParen, {"TABLE", "BY"}},
+    {"QUILT /TABLE a [ / ].", kUnbalancedParen, {"TABLE", "/"}},
+    // A plus sign right before a right parenthesis.
+    {"QUILT /TABLE (a + ) b.", kIncorrectSequence, {"TABLE", ")"}},
+    // Unpartnered closers: the table's parent is the root, whose name differs; the root has none.
+    {"QUILT /TABLE a ).", kUnbalancedParen, {"TABLE", ")"}},
+    {"QUILT ).", kUnknownKeyword, {"QUILT", ")"}},
+    {"QUILT ].", kUnknownKeyword, {"QUILT", "]"}},
+    // Stray operators and words the current converter cannot use.
+    {"QUILT /TABLE a + = b.", kUnknownKeyword, {"TABLE", "="}},
+    {"QUILT /TABLE a - b.", kUnknownKeyword, {"TABLE", "-"}},
+    {"QUILT /TABLE a & b.", kUnknownKeyword, {"TABLE", "&"}},
+    {"QUILT /TABLE a TO b.", kUnknownKeyword, {"TABLE", "TO"}},
+    {"QUILT /TABLE 5.", kUnknownKeyword, {"TABLE", "5"}},
+    {"QUILT /TABLE 'text'.", kUnknownKeyword, {"TABLE", "text"}},
+    {"QUILT /TABLE a b.", kUnknownKeyword, {"TABLE", "b"}},
+    // A word followed by "=" travels up as an attribute and nobody takes it.
+    {"QUILT /TABLE a = b.", kUnknownKeyword, {"QUILT", "a"}},
+    // Contexts: after a variable no paren; no operator or bracket before an operand.
+    {"QUILT /TABLE a (b).", kIncorrectSequence, {"TABLE", "("}},
+    {"QUILT /TABLE > a.", kIncorrectSequence, {"TABLE", ">"}},
+    {"QUILT /TABLE + a.", kIncorrectSequence, {"TABLE", "+"}},
+    {"QUILT /TABLE [ ].", kIncorrectSequence, {"TABLE", "["}},
+    {"QUILT /TABLE a + [ ].", kIncorrectSequence, {"TABLE", "["}},
+    {"QUILT /TABLE ().", kIncorrectSequence, {"TABLE", ")"}},
+    {"QUILT /TABLE a + /TABLE b.", kIncorrectSequence, {"TABLE", "/"}},
+    {"QUILT /TABLE a BY b BY c BY d.", kIncorrectSequence, {"TABLE", "BY"}},
+    // Variables and sets.
+    {"QUILT /TABLE nosuch.", kUnknownVariable, {"nosuch", "TABLE"}},
+    {"QUILT /TABLE $nosuch.", kUnknownVariable, {"$nosuch", "TABLE"}},
+    // Subcommand order.
+    {"QUILT /CATEGORIES.", kOutOfOrder, {"TABLE", "CATEGORIES"}},
+    {"QUILT /titles.", kOutOfOrder, {"TABLE", "titles"}},
+    {"QUILT /TABLE a /FORMAT.", kOutOfOrderGlobal, {"TABLE", "FORMAT"}},
+    {"QUILT /TABLE a /MRSETS.", kOutOfOrderGlobal, {"TABLE", "MRSETS"}},
+    {"QUILT /TABLE a /PCOMPUTE.", kUnknownKeyword, {"TABLE", "PCOMPUTE"}},
+    {"QUILT /PPROPERTIES.", kMissingKeyword, {"QUILT", "PCOMPUTE"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(EventTable, SyntaxReaderInvalid, testing::ValuesIn(kInvalidCases));
+
+TEST(SyntaxReader, ValidCommandsEndWithTheRootCurrentAndTheirTablesNumbered) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a /TABLE b BY c /TABLE (d).");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_EQ(outcome.tableNumbers, (std::vector<int>{1, 2, 3}));
+  EXPECT_TRUE(outcome.reported.empty());
+}
+
+TEST(SyntaxReader, AParenLeftOpenAtTheEndRaisesNothingByItself) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE (a + b.");
+  EXPECT_TRUE(outcome.succeeded) << outcome.error.key;
+}
+
+TEST(SyntaxReader, KeywordsAndSubcommandsMatchInAnyCaseAndAbbreviated) {
+  EXPECT_TRUE(ParseCommand("QUILT /table a by b.").succeeded);
+  EXPECT_TRUE(ParseCommand("QUILT /TAB a gt b.").succeeded);
+}
+
+TEST(SyntaxReader, MissingKeywordIsShownAsAWarningAndThenThrown) {
+  const ParseOutcome outcome = ParseCommand("QUILT /PPROPERTIES.");
+  ASSERT_FALSE(outcome.succeeded);
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kMissingKeyword);
+  EXPECT_EQ(outcome.reported[0].arguments, outcome.error.arguments);
+  EXPECT_EQ(outcome.reported[0].level, 2);  // kBpLevelWarning
+}
+
+TEST(SyntaxReader, AnInvalidSetIsReportedAndDroppedAndParsingGoesOn) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE $broken BY a.");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kSetInvalid);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "$broken"}));
+  EXPECT_EQ(outcome.reported[0].level, 3);  // kBpLevelError
+}
+
+TEST(SyntaxReader, ExpressionTextReadsInUpperCaseWithLabelsAndWithoutBrackets) {
+  struct Row {
+    const char* command;
+    const char* expression;
+  };
+  const Row rows[] = {
+      // a carries the label "Age group"; GT writes as ">".
+      {"QUILT /TABLE b GT c.", "B > C"},
+      {"QUILT /TABLE b > c.", "B > C"},
+      {"QUILT /TABLE (b + c) BY a.", "(B + C) BY Age group"},
+      {"QUILT /TABLE b [ ] + c.", "B + C"},
+      // A set is shown by its label when it has one.
+      {"QUILT /TABLE $dich BY $cats.", "Media used BY $CATS"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    const ParseOutcome outcome = ParseCommand(row.command);
+    ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+    ASSERT_EQ(outcome.expressions.size(), 1u);
+    EXPECT_EQ(outcome.expressions[0], row.expression);
+  }
+}
+
+TEST(SyntaxReader, EachTableWritesOnlyItsOwnExpression) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE b /TABLE c > d.");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_EQ(outcome.expressions, (std::vector<std::string>{"B", "C > D"}));
+}
+
+TEST(SyntaxReader, LookingAheadForEqualsStepsBackSoNoTokenIsLost) {
+  // After each word the reader peeks for "="; the peeked token must come again as an event.
+  const ParseOutcome stacked = ParseCommand("QUILT /TABLE a + b.");
+  ASSERT_TRUE(stacked.succeeded) << stacked.error.key;
+  EXPECT_EQ(stacked.expressions, (std::vector<std::string>{"Age group + B"}));
+
+  const ParseOutcome literal = ParseCommand("QUILT /TABLE a 'x'.");
+  ASSERT_FALSE(literal.succeeded);
+  EXPECT_EQ(literal.error.key, kUnknownKeyword);
+  EXPECT_EQ(literal.error.arguments, (std::vector<std::string>{"TABLE", "x"}));
+}
+
+TEST(SyntaxReader, ATokenLongerThanTheBufferIsCutAtACharacterBoundary) {
+  // The working buffer keeps 1023 bytes of a token. A literal of 1500 bytes arrives cut to
+  // 1023; one whose 1023rd byte starts a two-byte character ("é") loses that character whole.
+  const std::string plain(1500, 'x');
+  const ParseOutcome cut = ParseCommand("QUILT /TABLE '" + plain + "'.");
+  ASSERT_FALSE(cut.succeeded);
+  ASSERT_EQ(cut.error.arguments.size(), 2u);
+  EXPECT_EQ(cut.error.arguments[1], std::string(1023, 'x'));
+
+  const std::string accented = std::string(1022, 'x') + "\xC3\xA9" + std::string(10, 'x');
+  const ParseOutcome boundary = ParseCommand("QUILT /TABLE '" + accented + "'.");
+  ASSERT_FALSE(boundary.succeeded);
+  ASSERT_EQ(boundary.error.arguments.size(), 2u);
+  EXPECT_EQ(boundary.error.arguments[1], std::string(1022, 'x'));
+}
+
+TEST(SyntaxReader, GreaterThanWordAndOperatorGiveTheSameTree) {
+  const ParseOutcome word = ParseCommand("QUILT /TABLE a GT b + c.");
+  const ParseOutcome symbol = ParseCommand("QUILT /TABLE a > b + c.");
+  ASSERT_TRUE(word.succeeded);
+  EXPECT_EQ(word.dump, symbol.dump);
+}
+
+}  // namespace
