@@ -1,0 +1,75 @@
+// SyntaxWeightSubcommandTest.cpp - WEIGHT picks a numeric base weight and hands it to the command root
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "SubcommandTestSupport.h"
+#include "parser/SyntaxTablesCommand.h"
+#include "parser/SyntaxWeightSubcommand.h"
+
+namespace {
+
+struct Fixture {
+  SyntaxTablesCommand root;
+  SyntaxWeightSubcommand* weight = nullptr;
+
+  Fixture() {
+    weight = new SyntaxWeightSubcommand(&root);
+    root.Add(weight);
+    AttachTestDataSource(*weight);  // also clears the run's base weight
+  }
+
+  EventOutcome Run(const std::vector<Event>& events) {
+    return RunEvents([&] {
+      Deliver(*weight, events);
+      weight->ValidateAndCommit(".");
+    });
+  }
+};
+
+TEST(SyntaxWeightSubcommandTest, ANumericVariableBecomesTheBaseWeight) {
+  Fixture fixture;
+  ASSERT_FALSE(fixture.Run({Key("VARIABLE"), Word("w")}).threw);
+  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 4);  // w is the fifth variable of the test dictionary
+  EXPECT_EQ(fixture.root.GetBaseWeightVarName(), "w");
+  EXPECT_TRUE(fixture.weight->IsDataBaseWeighted());
+  SyntaxConverter::SetBaseWeightVarIndex(-1);
+}
+
+TEST(SyntaxWeightSubcommandTest, RejectedVariables) {
+  struct Case {
+    std::vector<Event> events;
+    const char* key;
+    std::vector<std::string> arguments;
+  };
+  const std::vector<Case> cases = {
+      {{Key("VARIABLE"), Word("s")}, "Subcommand ^1. Variable ^2 is not numeric.", {"WEIGHT", "s"}},
+      {{Key("VARIABLE"), Word("nosuch")}, "Unrecognized variable ^1 in ^2 subcommand.", {"nosuch", "WEIGHT"}},
+      {{Key("VARIABLE")}, "Text ^1. Incomplete subcommand ^2.", {".", "WEIGHT"}},
+      {{Key("VAR"), Num(1, "1")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "1"}},
+      {{Word("w")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "w"}},
+      {{Key("CASES")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "CASES"}},
+  };
+  for (const Case& row : cases) {
+    Fixture fixture;
+    const EventOutcome outcome = fixture.Run(row.events);
+    ASSERT_TRUE(outcome.threw) << row.arguments.back();
+    EXPECT_EQ(outcome.error.key, row.key);
+    EXPECT_EQ(outcome.error.arguments, row.arguments);
+    EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), -1);
+  }
+}
+
+TEST(SyntaxWeightSubcommandTest, ARepeatedVariableWarnsAndTheLaterOneStands) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run({Key("VARIABLE"), Word("a"), Key("VARIABLE"), Word("b")});
+  ASSERT_FALSE(outcome.threw);
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"WEIGHT", "VARIABLE"}));
+  EXPECT_EQ(fixture.root.GetBaseWeightVarName(), "b");
+  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 2);
+  SyntaxConverter::SetBaseWeightVarIndex(-1);
+}
+
+}  // namespace
