@@ -1,4 +1,4 @@
-// LineComment.cpp - the one rule for `#` and `//` comments
+// LineComment.cpp - the one rule for `#` comments
 #include "host/tokens/LineComment.h"
 
 #include "host/tokens/TokenCharacters.h"
@@ -17,14 +17,10 @@ bool IsSeparatorAfter(char character) {
 }  // namespace
 
 bool LineComment::StartsAt(std::string_view text, std::size_t position) {
-  std::size_t markerLength = 0;
-  if (text.substr(position, 1) == "#") {
-    markerLength = 1;
-  } else if (text.substr(position, 2) == "//") {
-    markerLength = 2;
-  } else {
-    return false;
-  }
+  // Only '#' marks a comment: two slashes are a command error the parser must see
+  // (an empty subcommand), so they never hide the rest of a line.
+  constexpr std::size_t markerLength = 1;
+  if (text.substr(position, 1) != "#") return false;
   if (position > 0 && !MayPrecedeComment(text[position - 1])) return false;
   const std::size_t after = position + markerLength;
   return after >= text.size() || IsSeparatorAfter(text[after]);

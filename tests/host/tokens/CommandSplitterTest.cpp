@@ -53,8 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
                   "QUILT /TITLES TITLE='a.\n/TABLE x.",
                   {{1, "QUILT /TITLES TITLE='a.\n/TABLE x"}}},
         SplitCase{"a period in a comment does not end the command; one before it does",
-                  "QUILT /TABLE a # rows.\n  // first split.\n  BY b. # done.\nQUILT /TABLE c.",
-                  {{1, "QUILT /TABLE a # rows.\n  // first split.\n  BY b"}, {4, "QUILT /TABLE c"}}},
+                  "QUILT /TABLE a # rows.\n  # first split.\n  BY b. # done.\nQUILT /TABLE c.",
+                  {{1, "QUILT /TABLE a # rows.\n  # first split.\n  BY b"}, {4, "QUILT /TABLE c"}}},
         SplitCase{"comment commands run to a period, a blank line or a QUILT line",
                   "*  one line.\n"
                   "COMMENT two\n lines, don't stop here\n  but here.\n"
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         SplitCase{"byte order mark and CR LF line ends",
                   "\xEF\xBB\xBFQUILT /TABLE a\r\n  BY b.\r\n",
                   {{1, "QUILT /TABLE a\n  BY b"}}},
-        SplitCase{"nothing but comments", "# a\n\n* b.\n   // c\n", {}}));
+        SplitCase{"nothing but comments", "# a\n\n* b.\n   # c\n", {}}));
 
 TEST(CommandSplitter, PiecesLexWithPositionsOfTheFile) {
   const auto commands = CommandSplitter::Split("# header\nQUILT /TABLE a\n  BY 'b.\n", false);

@@ -67,7 +67,7 @@ std::string Quote(const std::string& text, char quote) {
 
 // Separators never let two tokens touch, so every token keeps its own reading.
 const char* const kSeparators[] = {" ",          ",", "\t", " ,\t", "\n", "\r\n  ", "  # a comment. 'x\n",
-                                   "\n// note\n"};
+                                   "\n# note\n"};
 
 struct Placed {
   Vocabulary token;

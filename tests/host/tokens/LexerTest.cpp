@@ -200,7 +200,7 @@ INSTANTIATE_TEST_SUITE_P(
                                {kOperator, Code::kOpPower, "**"},
                                {kOperator, Code::kOpTimes, "*"},
                                {kWord, kNone, "c"}}},
-                      // "//" not standing alone is two slashes, for the parser to refuse.
+                      // "//" is always two slashes, for the parser to refuse.
                       LexCase{"a //TABLE b//",
                               {{kWord, kNone, "a"},
                                {kOperator, Code::kOpSlash, "/"},
@@ -210,8 +210,12 @@ INSTANTIATE_TEST_SUITE_P(
                                {kOperator, Code::kOpSlash, "/"},
                                {kOperator, Code::kOpSlash, "/"}}},
                       // Comments run to the end of the line; blanks, tabs and CR LF line ends separate.
-                      LexCase{"a # note, with 'quote\r\n\tb // more. text\n//\nc,# last",
-                              {{kWord, kNone, "a"}, {kWord, kNone, "b"}, {kWord, kNone, "c"}}}));
+                      LexCase{"a # note, with 'quote\r\n\tb # more. text\n#\nc,# last",
+                              {{kWord, kNone, "a"}, {kWord, kNone, "b"}, {kWord, kNone, "c"}}},
+                      LexCase{"QUILT //",
+                              {{kWord, kNone, "QUILT"},
+                               {kOperator, Code::kOpSlash, "/"},
+                               {kOperator, Code::kOpSlash, "/"}}}));
 
 // The expectations of every punctuator and reserved word come from the one table.
 TEST(Lexer, EveryPunctuatorOfTheTableLexesToItsCode) {
