@@ -124,9 +124,14 @@ struct TableDimension::Data {
           break;
         case ParsedCategory::kParsedValue:
         case ParsedCategory::kParsedRange:
+          // Naming a value or closing a range around it brings a user-missing value in.
+          if (item->Matches(info._value.Obs())) return static_cast<int>(i);
+          break;
         case ParsedCategory::kParsedLo:
         case ParsedCategory::kParsedHi:
-          if (item->Matches(info._value.Obs())) return static_cast<int>(i);
+          // An open end means "all valid values from here": missing codes such as 99 at
+          // the top of the scale stay out unless named.
+          if (!info._userMissing && item->Matches(info._value.Obs())) return static_cast<int>(i);
           break;
         default:
           break;
