@@ -406,7 +406,9 @@ bool ReadClock(const std::string& text, std::size_t position, double& seconds) {
 bool ReadDate(const std::string& text, FormatType type, double& out) {
   std::string datePart = text;
   std::string timePart;
-  const std::size_t split = text.find_first_of(" T", 4);
+  // The time follows a blank, or the 'T' of ISO 8601 right after YYYY-MM-DD.
+  std::size_t split = text.find(' ');
+  if (split == std::string::npos && text.size() > 10 && text[4] == '-' && text[10] == 'T') split = 10;
   if (split != std::string::npos) {
     datePart = text.substr(0, split);
     timePart = Trim(text.substr(split + 1));
