@@ -58,7 +58,7 @@ double CountedNumber(const std::string& bytes) {
   if (!text.empty()) {
     char* end = nullptr;
     const double parsed = std::strtod(text.c_str(), &end);
-    if (end != nullptr && *end == '\0') return parsed;
+    if (end == text.c_str() + text.size()) return parsed;
   }
   double number = TARN_SystemMissing();
   if (bytes.size() >= sizeof number) std::memcpy(&number, bytes.data(), sizeof number);

@@ -1,0 +1,142 @@
+// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension, axis cubes
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "EngineTestSupport.h"
+#include "host/engine/AggregationMCSet.h"
+#include "host/engine/AggregationMDSet.h"
+
+namespace {
+
+using namespace enginetest;
+
+// Example E: members m1, m2, m3 over four cases (1,1,2), (2,.,3), (.,.,.), (1,3,3).
+// COUNT: 1 -> 2, 2 -> 2, 3 -> 2, total 3 cases; TOTALN total 4.
+// Without duplicates RESPONSES 2/2/2 (6); with them 3/2/3 (8).
+TEST(MultipleResponse, CategorySetWithAndWithoutDuplicates) {
+  const std::string csv = "m1,m2,m3,z\n1,1,2,0\n2,,3,0\n,,,0\n1,3,3,0\n";
+  struct Expect {
+    bool duplicates;
+    double responses[3];
+    double colResponses[3];
+    double colResponsesCount[3];
+    double colResponsesCountTotal;
+    double colCountResponses[3];
+    double colCountResponsesTotal;
+  };
+  const Expect rows[] = {
+      {false, {2, 2, 2}, {100.0 / 3, 100.0 / 3, 100.0 / 3}, {200.0 / 3, 200.0 / 3, 200.0 / 3}, 200,
+       {100.0 / 3, 100.0 / 3, 100.0 / 3}, 50},
+      {true, {3, 2, 3}, {37.5, 25, 37.5}, {100, 200.0 / 3, 100}, 800.0 / 3, {25, 25, 25}, 37.5},
+  };
+  for (const Expect& e : rows) {
+    Harness h(csv, "");
+    auto* set = h.Own(std::make_unique<AggregationMCSet>(
+        std::vector<int>{h.Index("m1"), h.Index("m2"), h.Index("m3")}, "$m"));
+    AggregationCube* cube = h._table->CreateCube();
+    cube->AddCategoricalVariable(set, Codes::kDimensionRow);
+    set->GetTableDimension()->SetComputingCounts(e.duplicates);
+    CubeAggregator* agg = cube->CreateCubeAggregator();
+    std::vector<AggregationStatistic> list;
+    for (int code : {1, 289, 305, 361, 417, 18, 130, 213}) list.emplace_back(code);
+    cube->AddCategoryStatistics(list, set);
+    h.RunGroup();
+    TableDimension* dim = set->GetTableDimension();
+    ASSERT_EQ(dim->GetNumberOfCategories(), 3);
+    for (int k = 1; k <= 3; ++k) {
+      const CellKey key = Key({Encoding(dim, k)});
+      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(1)), 2);
+      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(289)), e.responses[k - 1]);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(305)), e.colResponses[k - 1], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(361)), e.colResponsesCount[k - 1], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(417)), e.colCountResponses[k - 1], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(18)), 200.0 / 3, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(130)), 50, 1e-9);
+    }
+    const CellKey total = Key({kCellKeyTotal});
+    EXPECT_DOUBLE_EQ(Value(*agg, total, AggregationStatistic(1)), 3);  // each case once
+    EXPECT_DOUBLE_EQ(Value(*agg, total, AggregationStatistic(213)), 4);
+    EXPECT_NEAR(Value(*agg, total, AggregationStatistic(361)), e.colResponsesCountTotal, 1e-9);
+    EXPECT_NEAR(Value(*agg, total, AggregationStatistic(417)), e.colCountResponsesTotal, 1e-9);
+  }
+}
+
+// Dichotomy set d1..d3 counted 1 over (1,0,1), (0,0,0), (1,1,0), crossed with g = 1, 2, 1.
+// COUNT d1 2, d2 1, d3 1; the total counts cases with any counted member: 2. With the
+// set a second time in the extra position, (d1, d2) reads the cases holding both: 1.
+TEST(MultipleResponse, DichotomySetAndExtraDimension) {
+  const std::string csv = "d1,d2,d3,g\n1,0,1,1\n0,0,0,2\n1,1,0,1\n";
+  const std::string dict =
+      R"({"variables":[{"name":"d1","label":"First"},{"name":"d2","label":"Second"},)"
+      R"({"name":"d3","label":"Third","values":{"1":"Third yes"}},{"name":"g"}]})";
+  Harness h(csv, dict);
+  OBS counted;
+  counted.number = 1;
+  auto* set = h.Own(std::make_unique<AggregationMDSet>(
+      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 8, false));
+  AggregationVariable* g = h.Variable("g");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(set, Codes::kDimensionColumn);
+  cube->AddCategoricalVariable(set, Codes::kDimensionExtra);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
+  h.RunGroup();
+  const auto& cats = set->GetTableDimension()->GetCategories();
+  ASSERT_EQ(cats.size(), 3u);
+  EXPECT_EQ(cats[0]->GetCatType(), AggregationCategory::kVariable);
+  EXPECT_EQ(cats[1]->GetCatLabel(), "Second");
+  ASSERT_EQ(agg->GetKeyLength(), 3);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 0, kCellKeyTotal}), true, false), 2);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 1, kCellKeyTotal}), true, false), 1);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), true, false), 2);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 0, 1}), true, false), 1);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 1, 2}), true, false), 0);
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}),
+                         AggregationStatistic(289)),
+                   4);  // 2 + 1 + 1 responses
+  // Labels from the counted value's label where asked: only d3 has one.
+  Harness h2(csv, dict);
+  auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(
+      std::vector<int>{h2.Index("d1"), h2.Index("d3")}, "$e", &counted, 8, true));
+  AggregationCube* cube2 = h2._table->CreateCube();
+  cube2->AddCategoricalVariable(labelled, Codes::kDimensionRow);
+  cube2->CreateCubeAggregator();
+  cube2->AddCategoryStatistics({AggregationStatistic(1)}, labelled);
+  h2.RunGroup();
+  EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[1]->GetCatLabel(), "Third yes");
+  EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[0]->GetCatLabel(), "First");
+}
+
+// Axis cubes count the categories of one axis by nesting level, read like any cube.
+TEST(MultipleResponse, AxisCubesCountByNestingLevel) {
+  Harness h("a,b\n1,1\n1,2\n2,2\n", "");
+  AggregationVariable* a = h.Variable("a");
+  AggregationVariable* b = h.Variable("b");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(b, Codes::kDimensionRow);
+  cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(1)}, b);
+  std::vector<AggregationCube*> axis = h._table->CreateAxisCubes(2, 0, Codes::kDimensionRow);
+  axis[0]->AddCategoricalVariable(a, Codes::kDimensionRow);
+  axis[0]->CreateCubeAggregator();
+  axis[0]->AddCategoryStatistics({AggregationStatistic(1)}, a);
+  axis[1]->AddCategoricalVariable(a, Codes::kDimensionRow);
+  axis[1]->AddCategoricalVariable(b, Codes::kDimensionRow);
+  axis[1]->CreateCubeAggregator();
+  axis[1]->AddCategoryStatistics({AggregationStatistic(1)}, b);
+  h.RunGroup();
+  auto levels = h._table->GetAxisCubeAggregators(Codes::kDimensionRow);
+  ASSERT_EQ(levels.size(), 1u);
+  ASSERT_EQ(levels[0].size(), 2u);
+  const AggregationCategory* a1 = a->GetTableDimension()->GetCategories()[0];
+  const AggregationCategory* b2 = b->GetTableDimension()->GetCategories()[1];
+  EXPECT_DOUBLE_EQ(levels[0][0]->GetStatValues({a1}, -1)->GetStatValue(0), 2);
+  EXPECT_DOUBLE_EQ(levels[0][1]->GetStatValues({a1, b2}, -1)->GetStatValue(0), 1);
+  EXPECT_TRUE(h._table->GetAxisCubeAggregators(Codes::kDimensionColumn).empty());
+}
+
+}  // namespace
