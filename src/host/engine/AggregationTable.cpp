@@ -162,6 +162,7 @@ void AggregationTable::AddNewCase() {
 
 void AggregationTable::CompleteCases() {
   _data->Wire();
+  for (CubeAggregator* aggregator : _data->_allAggregators) aggregator->Complete();
   for (int i = 0; i < _data->_metadata.NumberOfDimensions(); ++i) {
     _data->_metadata.GetDimension(i)->CompleteCategories();
   }

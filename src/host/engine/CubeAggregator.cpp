@@ -92,6 +92,22 @@ struct Moments {
     _values[0] = total;
     _values[3] += weight * weight;
   }
+  // Chan's pairwise update: exact for any split of the cases.
+  void Merge(const Moments& other) {
+    const double n1 = _values[0];
+    const double n2 = other._values[0];
+    if (n2 == 0.0) return;
+    if (n1 == 0.0) {
+      *this = other;
+      return;
+    }
+    const double total = n1 + n2;
+    const double delta = other._values[1] - _values[1];
+    _values[1] += delta * n2 / total;
+    _values[2] += other._values[2] + delta * delta * n1 * n2 / total;
+    _values[0] = total;
+    _values[3] += other._values[3];
+  }
 };
 
 // One scale variable in one cell.
@@ -103,6 +119,15 @@ struct ScaleCell {
   double _max = -std::numeric_limits<double>::infinity();
   std::vector<double> _values;   // kept only when an order statistic or mode is asked
   std::vector<double> _weights;  // parallel to _values, weighted tables only
+  void Merge(const ScaleCell& other) {
+    _valid.Merge(other._valid);
+    _weighted.Merge(other._weighted);
+    _unweighted.Merge(other._unweighted);
+    _min = std::min(_min, other._min);
+    _max = std::max(_max, other._max);
+    _values.insert(_values.end(), other._values.begin(), other._values.end());
+    _weights.insert(_weights.end(), other._weights.begin(), other._weights.end());
+  }
 };
 
 struct Cell {
@@ -111,6 +136,13 @@ struct Cell {
   Population _total;
   double _responses = 0.0;
   double _uResponses = 0.0;
+  void Merge(const Cell& other) {
+    _count.Merge(other._count);
+    _valid.Merge(other._valid);
+    _total.Merge(other._total);
+    _responses += other._responses;
+    _uResponses += other._uResponses;
+  }
 };
 
 // A distinct value and its total weight, in ascending order.
@@ -144,6 +176,12 @@ struct CubeAggregator::Data {
   std::vector<Cell> _cells;
   std::vector<ScaleCell> _scaleCells;  // _scaleVarIndices.size() per cell
   mutable std::unordered_map<PackedKey, std::unique_ptr<StatValues>, PackedKeyHash> _cache;
+
+  // Positions of single variables hold only the case's own category while cases are read;
+  // their totals and subtotals are merged in at CompleteCases. Sets are expanded per case,
+  // since a case can stand in several of their categories but counts once in their total.
+  std::vector<char> _single;
+  bool _complete = false;
 
   // Per-case scratch, kept to avoid allocations on the hot path.
   std::vector<const std::vector<DimensionEntry>*> _lists;
@@ -402,6 +440,9 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions,
   _data->_metadata = metadata;
   _data->_mode = weightMode;
   _data->_lists.resize(_data->_positions.size());
+  for (TableDimension* dimension : _data->_dimensions) {
+    _data->_single.push_back(dimension->IsSingleVariable() ? 1 : 0);
+  }
   _data->_odometer.resize(_data->_positions.size());
 }
 
@@ -573,6 +614,7 @@ void CubeAggregator::AddCase(const CaseContext& context) {
     }
     d._odometer[i] = 0;
   }
+  QUILT_ASSERT(!d._complete, "cases arrive before CompleteCases or after ResetAggregator");
   const double w = context._weight;
   const std::size_t scales = d.ScaleCount();
   while (true) {
@@ -620,14 +662,72 @@ void CubeAggregator::AddCase(const CaseContext& context) {
     // Next combination of entries.
     std::size_t i = 0;
     for (; i < n; ++i) {
-      if (++d._odometer[i] < d._lists[i]->size()) break;
+      if (!d._single[i] && ++d._odometer[i] < d._lists[i]->size()) break;
       d._odometer[i] = 0;
     }
     if (i == n) break;
   }
 }
 
+void CubeAggregator::Complete() {
+  Data& d = *_data;
+  if (d._complete) return;
+  d._complete = true;
+  const std::size_t n = d._positions.size();
+  const std::size_t scales = d.ScaleCount();
+  // Take the leaf cells out and merge each into every key it contributes to.
+  std::vector<std::pair<PackedKey, std::uint32_t>> leaves(d._index.begin(), d._index.end());
+  std::vector<Cell> cells = std::move(d._cells);
+  std::vector<ScaleCell> scaleCells = std::move(d._scaleCells);
+  d._index.clear();
+  d._cells.clear();
+  d._scaleCells.clear();
+  std::vector<std::vector<int>> options(n);
+  std::vector<std::size_t> odometer(n);
+  std::vector<int> codes(n);
+  for (const auto& leaf : leaves) {
+    const std::uint32_t source = leaf.second;
+    // Decode the leaf's codes from its slots.
+    for (std::size_t i = 0; i < n; ++i) {
+      const int bit = static_cast<int>(i) * kBitsPerPosition;
+      const std::uint64_t word = bit < 64 ? leaf.first._low >> bit : leaf.first._high >> (bit - 64);
+      const int slot = static_cast<int>(word & 0xFFFF);
+      const int code = slot == 0 ? kCellKeyTotal
+                                 : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
+      options[i].assign(1, code);
+      if (d._single[i] && code != kCellKeyTotal) {
+        const int subtotal = d._dimensions[i]->SubtotalOf(code);
+        if (subtotal != 0) options[i].push_back(subtotal);
+        options[i].push_back(kCellKeyTotal);
+      }
+      odometer[i] = 0;
+    }
+    while (true) {
+      for (std::size_t i = 0; i < n; ++i) codes[i] = options[i][odometer[i]];
+      PackedKey key;
+      d.Pack(codes.data(), key);
+      auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
+      if (inserted.second) {
+        d._cells.emplace_back();
+        d._scaleCells.resize(d._scaleCells.size() + scales);
+      }
+      const std::uint32_t target = inserted.first->second;
+      d._cells[target].Merge(cells[source]);
+      for (std::size_t s = 0; s < scales; ++s) {
+        d._scaleCells[target * scales + s].Merge(scaleCells[source * scales + s]);
+      }
+      std::size_t i = 0;
+      for (; i < n; ++i) {
+        if (++odometer[i] < options[i].size()) break;
+        odometer[i] = 0;
+      }
+      if (i == n) break;
+    }
+  }
+}
+
 void CubeAggregator::Reset() {
+  _data->_complete = false;
   _data->_index.clear();
   _data->_cells.clear();
   _data->_scaleCells.clear();

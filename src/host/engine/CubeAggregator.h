@@ -18,8 +18,10 @@ class TableMetadata;
 /// The store of one cube. Cases go in through AddCase; after CompleteCases every query
 /// answers. Every cell keeps the weighted and unweighted counts of the COUNT, VALID and
 /// TOTAL populations, the responses, and per scale variable its moments, extremes and
-/// (when a percentile or mode is asked) its values. Cells of every total key are
-/// accumulated as cases arrive, so a total over a set counts each case once.
+/// (when a percentile or mode is asked) its values. While cases arrive a single variable's
+/// position holds the case's own category only; a set's position is expanded per case into
+/// its categories and its total, so the total counts each case once. CompleteCases merges
+/// the single variables' totals and subtotals from those cells.
 class CubeAggregator {
  public:
   /// `positions` holds the DimensionPosition of each key position, `scaleVarIndices`
@@ -63,6 +65,8 @@ class CubeAggregator {
   /// The table's sub-table aggregators, for bases that reach across sub-tables.
   void SetSiblings(const std::vector<CubeAggregator*>* siblings);
   void AddCase(const CaseContext& context);
+  /// Closes the group: builds the total and subtotal cells of single-variable positions.
+  void Complete();
   void Reset();
   int GetPosition(int i) const;
   TableDimension* GetDimension(int i) const;

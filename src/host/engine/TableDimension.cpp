@@ -425,6 +425,16 @@ const std::vector<DimensionEntry>& TableDimension::GetTotalOnlyEntries() const {
   return _data->_totalOnly;
 }
 
+bool TableDimension::IsSingleVariable() const {
+  return _data->_kind == AggregationVariable::kSingle;
+}
+
+int TableDimension::SubtotalOf(int code) const {
+  if (code < 0 || code >= static_cast<int>(_data->_values.size())) return 0;
+  const int subtotal = _data->_values[static_cast<unsigned>(code)]._subtotal;
+  return subtotal < kCellKeyTotal ? subtotal : 0;
+}
+
 void TableDimension::CompleteCategories() {
   Data& d = *_data;
   d._owned.clear();

@@ -63,6 +63,11 @@ class TableDimension {
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
 
+  /// True for a single variable: a case then stands in exactly one category.
+  bool IsSingleVariable() const;
+  /// The encoding of the subtotal that sums the value category `code`, 0 for none.
+  int SubtotalOf(int code) const;
+
   /// Fixes the categories of the group just read.
   void CompleteCategories();
   /// Forgets which values the last group held.
