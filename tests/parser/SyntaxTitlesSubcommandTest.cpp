@@ -1,0 +1,117 @@
+// SyntaxTitlesSubcommandTest.cpp - TITLES texts: lines, parameters, repeats, and what reaches the table
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "SubcommandTestSupport.h"
+#include "parser/SyntaxMiscSubcommands.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxTitlesSubcommand.h"
+#include "parser/TableSettings.h"
+
+namespace {
+
+// A TITLES under a real table whose expression text is "A > B".
+struct Fixture {
+  TableSettings settings;
+  SyntaxTableSubcommand table{1};
+  SyntaxTitlesSubcommand* titles = nullptr;
+
+  Fixture() {
+    AttachTestDataSource(table);
+    table.AddExpressionToken("a", /*isWord=*/true);
+    table.AddExpressionToken(">", /*isWord=*/false);
+    table.AddExpressionToken("b", /*isWord=*/true);
+    titles = new SyntaxTitlesSubcommand(settings);
+    table.Add(titles);
+  }
+
+  // Delivers the events as the reader does, then the end of the subcommand from the
+  // converter that is current, up to (not including) the table.
+  EventOutcome Run(const std::vector<Event>& events) {
+    return RunEvents([&] {
+      SyntaxConverter* current = Deliver(*titles, events);
+      while (current != &table) {
+        current->ValidateAndCommit("/");
+        current = current->GetParent();
+      }
+    });
+  }
+};
+
+std::string Today(const char* pattern) {
+  const std::time_t now = std::time(nullptr);
+  char buffer[128] = {};
+  std::strftime(buffer, sizeof buffer, pattern, std::localtime(&now));
+  return buffer;
+}
+
+TEST(SyntaxTitlesSubcommandTest, EachKeywordFillsItsSlot) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run(
+      {Key("TITLE"), Lit("Sales"), Lit("by region"), Key("CAPTION"), Lit("Source: survey"), Key("CORNER"), Lit("n")});
+  ASSERT_FALSE(outcome.threw) << outcome.error.key;
+  EXPECT_TRUE(outcome.reported.empty());
+  // Two literals under one keyword are two lines.
+  EXPECT_EQ(fixture.settings.GetTitleText(), "Sales\nby region");
+  EXPECT_EQ(fixture.settings.GetCaption(), "Source: survey");
+  EXPECT_EQ(fixture.settings.GetCornerText(), "n");
+}
+
+TEST(SyntaxTitlesSubcommandTest, ParametersAreReplacedAsWritten) {
+  Fixture fixture;
+  ASSERT_FALSE(fixture.Run({Key("TITLE"), Lit(")TABLE on )DATE; )table stays")}).threw);
+  EXPECT_EQ(fixture.settings.GetTitleText(), "A > B on " + Today("%x") + "; )table stays");
+
+  Fixture time;
+  ASSERT_FALSE(time.Run({Key("CAPTION"), Lit(")TIME")}).threw);
+  // The time is taken when the text completes; it can only have moved forward since.
+  EXPECT_EQ(time.settings.GetCaption().size(), Today("%X").size());
+  EXPECT_EQ(time.settings.GetCaption().find(")TIME"), std::string::npos);
+}
+
+TEST(SyntaxTitlesSubcommandTest, RepeatedKeywordsAndSubcommandsWarnAndTheLaterTextStands) {
+  Fixture fixture;
+  const EventOutcome outcome = fixture.Run({Key("TITLE"), Lit("first"), Key("TITLE"), Lit("second")});
+  ASSERT_FALSE(outcome.threw);
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TITLES", "TITLE"}));
+  EXPECT_EQ(fixture.settings.GetTitleText(), "second");
+
+  // A second TITLES on the same table replaces the first one's title.
+  auto* again = new SyntaxTitlesSubcommand(fixture.settings);
+  fixture.table.Add(again);
+  const EventOutcome second = RunEvents([&] {
+    SyntaxConverter* holder = Deliver(*again, {Key("TITLE"), Lit("third")});
+    holder->ValidateAndCommit("/");
+    again->ValidateAndCommit("/");
+  });
+  ASSERT_EQ(second.reported.size(), 1u);
+  EXPECT_EQ(second.reported[0].arguments, (std::vector<std::string>{"TITLES", "TITLE"}));
+  EXPECT_EQ(fixture.settings.GetTitleText(), "third");
+}
+
+TEST(SyntaxTitlesSubcommandTest, IncompleteAndUnknown) {
+  Fixture empty;
+  const EventOutcome noLines = empty.Run({Key("TITLE")});
+  ASSERT_TRUE(noLines.threw);
+  EXPECT_EQ(noLines.error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(noLines.error.arguments, (std::vector<std::string>{"/", "TITLES"}));
+
+  Fixture emptyBeforeNext;
+  EXPECT_EQ(emptyBeforeNext.Run({Key("TITLE"), Key("CAPTION"), Lit("x")}).error.arguments,
+            (std::vector<std::string>{"CAPTION", "TITLES"}));
+
+  Fixture unknown;
+  EXPECT_EQ(unknown.Run({Key("HEADER")}).error.arguments, (std::vector<std::string>{"TITLES", "HEADER"}));
+  Fixture word;
+  EXPECT_EQ(word.Run({Key("TITLE"), Lit("x"), Word("more")}).error.arguments,
+            (std::vector<std::string>{"TITLES", "more"}));
+  Fixture nothing;
+  EXPECT_FALSE(nothing.Run({}).threw);
+  EXPECT_FALSE(nothing.settings.HasTitle());
+}
+
+}  // namespace
