@@ -7,9 +7,16 @@
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
+#include "parser/SyntaxCLabelsSubcommand.h"
+#include "parser/SyntaxCompareTestSubcommand.h"
 #include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxCriteriaSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxSLabelsSubcommand.h"
+#include "parser/SyntaxSigTestSubcommand.h"
+#include "parser/SyntaxTitlesSubcommand.h"
 #include "parser/SyntaxVariableName.h"
+#include "parser/TableSettings.h"
 
 struct SyntaxTableSubcommand::TableData {
   int _tableNumber = 0;                            // 1-based number of the table
@@ -18,6 +25,7 @@ struct SyntaxTableSubcommand::TableData {
   std::vector<SyntaxVariableName*> _tableSetList;  // those that are multiple-response sets; not owned
   std::vector<std::string> _expressionTokens;      // text of the expression, token by token
   std::string _expression;                         // cached joined text; empty until asked for
+  TableSettings _settings;                         // what the table-level subcommands commit
 };
 
 namespace {
@@ -87,11 +95,28 @@ SyntaxConverter* SyntaxTableSubcommand::Period(const std::string& text) {
 
 // TABLE expression / SLABELS | CLABELS | CATEGORIES | TITLES | SIGTEST | COMPARETEST | CRITERIA | TABLE
 SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text) {
-  for (const char* keyword : kTableSubcommands) {
-    if (KeywordMatch(text.c_str(), keyword)) {
-      // TODO(#5): each table-level subcommand gets its converter with the subcommand work.
-      SyntaxParserUtility::UnknownKeyword(this, text);
-    }
+  TableSettings& settings = _tableData->_settings;
+  SyntaxConverter* subcommand = nullptr;
+  if (KeywordMatch(text.c_str(), "SLABELS")) {
+    subcommand = new SyntaxSLabelsSubcommand(settings);
+  } else if (KeywordMatch(text.c_str(), "CLABELS")) {
+    subcommand = new SyntaxCLabelsSubcommand(settings);
+  } else if (KeywordMatch(text.c_str(), "CATEGORIES")) {
+    // TODO(#5): CATEGORIES gets its converter with the category work.
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  } else if (KeywordMatch(text.c_str(), "TITLES")) {
+    subcommand = new SyntaxTitlesSubcommand(settings);
+  } else if (KeywordMatch(text.c_str(), "SIGTEST")) {
+    // TODO(#5): the check that no PPROPERTIES hides the sources of a computed category.
+    subcommand = new SyntaxSigTestSubcommand(settings);
+  } else if (KeywordMatch(text.c_str(), "COMPARETEST")) {
+    subcommand = new SyntaxCompareTestSubcommand(settings);
+  } else if (KeywordMatch(text.c_str(), "CRITERIA")) {
+    subcommand = new SyntaxCriteriaSubcommand(settings);
+  }
+  if (subcommand != nullptr) {
+    Add(subcommand);
+    return subcommand;
   }
   if (KeywordMatch(text.c_str(), "TABLE")) {
     // TODO(#5): ValidateComperimeterRequest() and ValidateStatisticalTests() come here.

@@ -7,12 +7,13 @@
 #include "parser/SyntaxComposite.h"
 
 class SyntaxVariableName;
+class TableSettings;
 
 /// The parsed form of one table. Its first child is the expression; table-level
 /// subcommands follow as further children. It stops the slash: after "/" the table stays
 /// current, with all contexts cleared, to receive the next subcommand word.
-// TODO(#5): the table-expression work adds dissection into cubes, the presentation and
-// significance settings, titles, and the converters of the table-level subcommands.
+// TODO(#5): the table-expression work adds dissection into cubes, the commit of the global
+// settings, titles from the TITLES texts, and the CATEGORIES converter.
 class SyntaxTableSubcommand : public SyntaxComposite {
  public:
   /// `tableNumber` is the 1-based position of the table in the command.
@@ -30,6 +31,9 @@ class SyntaxTableSubcommand : public SyntaxComposite {
   void ValidateAndCommit(const std::string& text) override;
 
   int GetTableNumber() const;
+  /// What SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST committed for this table.
+  TableSettings& GetTableSettings();
+  const TableSettings& GetTableSettings() const;
   /// Records one token of the expression text for titles: upper-cased, and a word that
   /// names a labelled variable is replaced by its label.
   void AddExpressionToken(const std::string& token, bool isWord);

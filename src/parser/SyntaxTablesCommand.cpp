@@ -6,21 +6,30 @@
 #include "host/data/HostRecords.h"
 #include "host/data/HostStrings.h"
 #include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxFormatSubcommand.h"
+#include "parser/SyntaxHideSmallCountsSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxSMissingSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxVLabelsSubcommand.h"
+#include "parser/SyntaxWeightSubcommand.h"
+#include "parser/VLabelsSettings.h"
 
 struct SyntaxTablesCommand::CommandData {
-  std::string _baseWeightVarName;                          // WEIGHT variable; empty for none
-  std::vector<SyntaxPComputeSubcommand*> _pComputes;       // in syntax order; children of the root
-  std::vector<SyntaxPPropertiesSubcommand*> _pProperties;  // in syntax order; children of the root
-  std::vector<SyntaxTableSubcommand*> _tables;             // in syntax order; children of the root
+  SyntaxFormatSubcommand* _format = nullptr;                    // the latest FORMAT; a child of the root
+  VLabelsSettings _vLabels;                                     // what every VLABELS asked for, later wins
+  SyntaxSMissingSubcommand* _sMissing = nullptr;                // the latest SMISSING; a child of the root
+  SyntaxHideSmallCountsSubcommand* _hideSmallCounts = nullptr;  // the latest HIDESMALLCOUNTS; a child
+  std::string _baseWeightVarName;                               // WEIGHT variable; empty for none
+  std::vector<SyntaxPComputeSubcommand*> _pComputes;            // in syntax order; children of the root
+  std::vector<SyntaxPPropertiesSubcommand*> _pProperties;       // in syntax order; children of the root
+  std::vector<SyntaxTableSubcommand*> _tables;                  // in syntax order; children of the root
 };
 
 namespace {
 
-// Subcommands that belong to the command as a whole; each must come before the first TABLE.
-constexpr const char* kGlobalSubcommands[] = {"FORMAT",          "SMISSING", "VLABELS", "WEIGHT",
-                                              "HIDESMALLCOUNTS", "MRSETS",   "PCOMPUTE"};
+// Global subcommands whose converters are still to come.
+constexpr const char* kPendingGlobalSubcommands[] = {"MRSETS", "PCOMPUTE"};
 
 // Subcommands that belong to one table; before any TABLE they are out of order.
 constexpr const char* kTableSubcommands[] = {"CLABELS",     "SLABELS", "CATEGORIES", "TITLES",
@@ -38,6 +47,12 @@ int SyntaxTablesCommand::GetType() const {
   return kConverterCommand;
 }
 
+template <typename Subcommand>
+Subcommand* SyntaxTablesCommand::AddSubcommand(Subcommand* subcommand) {
+  Add(subcommand);
+  return subcommand;
+}
+
 // / TABLE | FORMAT | SMISSING | VLABELS | WEIGHT | HIDESMALLCOUNTS | MRSETS | PCOMPUTE | PPROPERTIES
 SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) {
   if (KeywordMatch(text.c_str(), "TABLE")) {
@@ -47,9 +62,37 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
     _commandData->_tables.push_back(added);
     return added;
   }
-  for (const char* keyword : kGlobalSubcommands) {
+  if (KeywordMatch(text.c_str(), "FORMAT")) {
+    if (_commandData->_format != nullptr) {
+      SyntaxParserUtility::DuplicateWarning(this, "FORMAT");
+    }
+    _commandData->_format = AddSubcommand(new SyntaxFormatSubcommand);
+    return _commandData->_format;
+  }
+  if (KeywordMatch(text.c_str(), "SMISSING")) {
+    if (_commandData->_sMissing != nullptr) {
+      SyntaxParserUtility::DuplicateWarning(this, "SMISSING");
+    }
+    _commandData->_sMissing = AddSubcommand(new SyntaxSMissingSubcommand);
+    return _commandData->_sMissing;
+  }
+  if (KeywordMatch(text.c_str(), "VLABELS")) {
+    // Repeating VLABELS is normal: each adds to the settings, and later requests win.
+    return AddSubcommand(new SyntaxVLabelsSubcommand(_commandData->_vLabels));
+  }
+  if (KeywordMatch(text.c_str(), "WEIGHT")) {
+    return AddSubcommand(new SyntaxWeightSubcommand(this));
+  }
+  if (KeywordMatch(text.c_str(), "HIDESMALLCOUNTS")) {
+    if (_commandData->_hideSmallCounts != nullptr) {
+      SyntaxParserUtility::DuplicateWarning(this, "HIDESMALLCOUNTS");
+    }
+    _commandData->_hideSmallCounts = AddSubcommand(new SyntaxHideSmallCountsSubcommand);
+    return _commandData->_hideSmallCounts;
+  }
+  for (const char* keyword : kPendingGlobalSubcommands) {
     if (KeywordMatch(text.c_str(), keyword)) {
-      // TODO(#5): the global subcommands get their converters with the subcommand work.
+      // TODO(#5): MRSETS and PCOMPUTE get their converters with the set and computed-category work.
       SyntaxParserUtility::UnknownKeyword(this, text);
     }
   }

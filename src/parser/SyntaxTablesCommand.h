@@ -9,13 +9,14 @@
 class SyntaxTableSubcommand;
 class SyntaxPComputeSubcommand;
 class SyntaxPPropertiesSubcommand;
+class VLabelsSettings;
 
 /// The whole command. It decides which subcommand a word after "/" opens, enforces where
 /// each may stand (global subcommands before the first TABLE, table-level ones after a
 /// TABLE), and on the period commits the global settings into every table. All
 /// subcommands are its children, added with Add and owned through them.
-// TODO(#5): the subcommand work adds FORMAT, SMISSING, VLABELS, WEIGHT, HIDESMALLCOUNTS,
-// MRSETS, PCOMPUTE and PPROPERTIES converters and what they commit into the tables.
+// TODO(#5): MRSETS, PCOMPUTE and PPROPERTIES converters, and the commit of FORMAT, VLABELS,
+// MRSETS and SMISSING into the tables, come with the table-expression work.
 class SyntaxTablesCommand : public SyntaxComposite {
  public:
   SyntaxTablesCommand();
@@ -38,8 +39,14 @@ class SyntaxTablesCommand : public SyntaxComposite {
   /// weighting word is cleared (the entry restores it afterwards).
   void SetBaseWeightVariable(int index, const std::string& name);
   std::string GetBaseWeightVarName() const;
+  /// What the VLABELS subcommands asked for, for the commit into the tables.
+  const VLabelsSettings& GetVLabelsSettings() const;
 
  private:
+  /// Makes `subcommand` a child of the root (owned from then on) and returns it.
+  template <typename Subcommand>
+  Subcommand* AddSubcommand(Subcommand* subcommand);
+
   void CommitGlobalSubcommands();
   void MakeTableTitlesUnique();
 

@@ -1,0 +1,81 @@
+// SyntaxTablesCommandTest.cpp - the command root: which subcommand opens where, duplicates, the base weight
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ParserTestSupport.h"
+#include "host/data/HostRecords.h"
+#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxTablesCommand.h"
+
+namespace {
+
+const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
+
+TEST(SyntaxTablesCommand, AGlobalSubcommandGivenTwiceWarnsOnceAndParsingGoesOn) {
+  struct Row {
+    const char* command;
+    const char* word;
+  };
+  const Row rows[] = {
+      {"QUILT /FORMAT EMPTY=BLANK /FORMAT MISSING='-' /TABLE a.", "FORMAT"},
+      {"QUILT /SMISSING VARIABLE /SMISSING LISTWISE /TABLE a.", "SMISSING"},
+      {"QUILT /HIDESMALLCOUNTS COUNT=5 /HIDESMALLCOUNTS COUNT=4 /TABLE a.", "HIDESMALLCOUNTS"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    const ParseOutcome outcome = ParseCommand(row.command);
+    ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+    ASSERT_EQ(outcome.reported.size(), 1u);
+    EXPECT_EQ(outcome.reported[0].key, kDuplicate);
+    EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"QUILT", row.word}));
+    EXPECT_EQ(outcome.reported[0].level, 2);  // kBpLevelWarning
+  }
+}
+
+TEST(SyntaxTablesCommand, RepeatedVLabelsAndWeightAreNoDuplicates) {
+  const ParseOutcome outcome =
+      ParseCommand("QUILT /VLABELS VARIABLES=a DISPLAY=NAME /VLABELS VARIABLES=b DISPLAY=LABEL /TABLE a.");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_TRUE(outcome.reported.empty());
+}
+
+TEST(SyntaxTablesCommand, TableLevelSubcommandsOpenAfterTheirTable) {
+  const ParseOutcome outcome = ParseCommand(
+      "QUILT /TABLE a /TITLES TITLE='x' /SLABELS POSITION=ROW /CLABELS AUTO /CRITERIA CILEVEL=90 "
+      "/COMPARETEST TYPE=PROP /SIGTEST TYPE=CHISQUARE /TABLE b.");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_EQ(outcome.tableNumbers, (std::vector<int>{1, 2}));
+}
+
+TEST(SyntaxTablesCommand, ABaseWeightReplacesTheCaseWeightForTheRun) {
+  // The host's weighting word is positive while case weighting is active; a valid base
+  // weight clears it (the entry restores it afterwards).
+  const std::int64_t saved = ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset);
+  WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 1);
+  SyntaxTablesCommand root;
+  root.SetBaseWeightVariable(3, "d");
+  EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), 0);
+  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 3);
+  EXPECT_EQ(root.GetBaseWeightVarName(), "d");
+
+  // An unknown variable keeps its name for messages but changes nothing.
+  WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 1);
+  SyntaxConverter::SetBaseWeightVarIndex(-1);
+  SyntaxTablesCommand other;
+  other.SetBaseWeightVariable(-1, "nosuch");
+  EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), 1);
+  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), -1);
+  WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, saved);
+}
+
+TEST(SyntaxTablesCommand, WithoutHideSmallCountsNothingIsHidden) {
+  SyntaxTablesCommand root;
+  EXPECT_FALSE(root.GetHideSmallCountsSet());
+  EXPECT_EQ(root.GetHideSmallCountsValue(), 0);
+  EXPECT_TRUE(root.GetTable().empty());
+}
+
+}  // namespace
