@@ -1,0 +1,209 @@
+// QuiltProgram.cpp - reads options, loads the active data set, runs each command, writes output
+#include "QuiltProgram.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include "host/data/ActiveDataSet.h"
+#include "host/data/DataError.h"
+#include "host/data/DatasetLoader.h"
+#include "host/data/HostRecords.h"
+#include "host/output/BpError.h"
+#include "host/output/BpString.h"
+#include "host/output/OutputDocument.h"
+#include "host/tokens/CommandSplitter.h"
+#include "host/tokens/CommandText.h"
+#include "host/tokens/Lexer.h"
+#include "host/tokens/LexicalError.h"
+#include "quilt.h"
+#include "writers/OutputWriter.h"
+
+#ifndef QUILT_EXAMPLES_DIR
+#define QUILT_EXAMPLES_DIR "examples"
+#endif
+
+namespace {
+
+// "origin:line:column: problem", the form of every position the program reports.
+std::string DescribeLexicalError(const std::string& origin, const LexicalError& error) {
+  return origin + ":" + std::to_string(error.GetLine()) + ":" + std::to_string(error.GetColumn()) + ": " +
+         error.GetProblem();
+}
+
+bool ReadWholeFile(const std::string& path, std::string& text) {
+  if (path == "-") {
+    std::ostringstream buffer;
+    buffer << std::cin.rdbuf();
+    text = buffer.str();
+    return true;
+  }
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) return false;
+  std::ostringstream buffer;
+  buffer << stream.rdbuf();
+  text = buffer.str();
+  return !stream.bad();
+}
+
+// Checks that the output file can be written without touching what it holds now, so a run
+// that fails later loses nothing.
+bool CanWriteFile(const std::string& path) {
+  const bool existed = std::filesystem::exists(path);
+  {
+    std::ofstream probe(path, std::ios::app);
+    if (!probe) return false;
+  }
+  if (!existed) std::filesystem::remove(path);
+  return true;
+}
+
+}  // namespace
+
+QuiltProgram::QuiltProgram(ProgramOptions options, std::ostream& errors)
+    : _options(std::move(options)), _errors(errors) {}
+
+std::string QuiltProgram::DefaultDataPath() { return std::string(QUILT_EXAMPLES_DIR) + "/survey.csv"; }
+
+int QuiltProgram::Main(int argc, char** argv) {
+  ProgramOptions options;
+  CLI::App app{"quilt - tabulates survey data into pivot tables"};
+  app.add_option("COMMAND_FILE", options.commandFiles, "command files, run in order ('-' reads standard input)");
+  app.add_option("-d,--data", options.dataPath, "the active data set, CSV (default: the bundled sample survey)");
+  app.add_option("--dict", options.dictionaryPath, "its dictionary (default: NAME.dict.json beside NAME.csv)");
+  std::string delimiter = ",";
+  app.add_option("--delimiter", delimiter, "field separator of the CSV file (one character, or 'tab')");
+  app.add_option("-e,--execute", options.commandTexts, "command text to run (repeatable; after the files)");
+  app.add_option("-f,--format", options.format, "output format")
+      ->check(CLI::IsMember({"text", "json", "html"}));
+  app.add_option("-o,--output", options.outputPath, "write there instead of standard output");
+  app.add_option("--weight", options.weightVariable, "case weight variable, overriding the dictionary");
+  app.add_option("--split", options.splitVariables, "split variables, overriding the dictionary")->delimiter(',');
+  app.add_option("--split-layout", options.splitLayout, "how split groups are laid out")
+      ->check(CLI::IsMember({"separate", "layered"}));
+  app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
+  app.add_flag("--ascii", options.ascii, "draw text tables with plain characters");
+  app.add_flag("--control-package", options.controlPackage, "run as the control package front end");
+  app.add_flag("--dump-parse", options.dumpParse, "print how each table was parsed, then stop");
+  app.add_flag("--dump-tables", options.dumpTables, "print the header trees of each table and split group");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    const int status = app.exit(error);
+    return status == 0 ? kExitSuccess : kExitBadInvocation;
+  }
+  if (delimiter == "tab") delimiter = "\t";
+  if (delimiter.size() != 1) {
+    std::cerr << "quilt: --delimiter: '" << delimiter << "' is not a single character\n";
+    return kExitBadInvocation;
+  }
+  options.delimiter = delimiter[0];
+  if (options.commandFiles.empty() && options.commandTexts.empty()) options.commandFiles.push_back("-");
+
+  QuiltProgram program(std::move(options), std::cerr);
+  return program.Run(std::cout);
+}
+
+bool QuiltProgram::CollectCommands(std::vector<Command>& commands) {
+  for (const std::string& path : _options.commandFiles) {
+    std::string text;
+    if (!ReadWholeFile(path, text)) {
+      _errors << "quilt: cannot read command file '" << path << "'\n";
+      return false;
+    }
+    const std::string origin = path == "-" ? "<stdin>" : path;
+    try {
+      for (const CommandText& piece : CommandSplitter::Split(text, /*requireFinalPeriod=*/false)) {
+        commands.push_back({origin, piece.firstLine, piece.text});
+      }
+    } catch (const LexicalError& error) {
+      _errors << "quilt: " << DescribeLexicalError(origin, error) << "\n";
+      return false;
+    }
+  }
+  for (const std::string& text : _options.commandTexts) {
+    try {
+      for (const CommandText& piece : CommandSplitter::Split(text, /*requireFinalPeriod=*/false)) {
+        commands.push_back({"-e", piece.firstLine, piece.text});
+      }
+    } catch (const LexicalError& error) {
+      _errors << "quilt: " << DescribeLexicalError("-e", error) << "\n";
+      return false;
+    }
+  }
+  return true;
+}
+
+bool QuiltProgram::LoadActiveDataSet() {
+  DatasetLoadOptions loadOptions;
+  loadOptions.delimiter = _options.delimiter;
+  loadOptions.weightVariable = _options.weightVariable;
+  loadOptions.splitVariables = _options.splitVariables;
+  loadOptions.splitLayout = _options.splitLayout;
+  const std::string dataPath = _options.dataPath.empty() ? DefaultDataPath() : _options.dataPath;
+  try {
+    ActiveDataSet::Install(DatasetLoader::LoadFiles(dataPath, _options.dictionaryPath, loadOptions));
+  } catch (const DataError& error) {
+    _errors << "quilt: " << error.what() << "\n";
+    return false;
+  }
+  SetUpHostRecords(*ActiveDataSet::Get(), _options.controlPackage);
+  return true;
+}
+
+void QuiltProgram::RunCommand(const Command& command) {
+  LexedCommand lexed;
+  try {
+    lexed = Lexer::Lex(command.text, command.firstLine);
+  } catch (const LexicalError& error) {
+    // A command that cannot be read is reported where the user reads the rest of the run.
+    BpString text(DescribeLexicalError(command.origin, error), /*translate=*/false);
+    BpError(text, kBpShowAlways, kBpLevelFatal);
+    return;
+  }
+  quilt_(&lexed);
+}
+
+int QuiltProgram::WriteDocument(const OutputDocument& document, std::ostream& output) {
+  WriterOptions writerOptions;
+  writerOptions.width = _options.width;
+  writerOptions.ascii = _options.ascii;
+  std::unique_ptr<OutputWriter> writer = OutputWriter::Create(_options.format, writerOptions);
+  if (_options.outputPath.empty()) {
+    writer->Write(document, output);
+    output.flush();
+    return output ? kExitSuccess : kExitBadInvocation;
+  }
+  std::ofstream file(_options.outputPath, std::ios::binary | std::ios::trunc);
+  if (!file) {
+    _errors << "quilt: cannot write output file '" << _options.outputPath << "'\n";
+    return kExitBadInvocation;
+  }
+  writer->Write(document, file);
+  return file ? kExitSuccess : kExitBadInvocation;
+}
+
+int QuiltProgram::Run(std::ostream& output) {
+  if (!_options.outputPath.empty() && !CanWriteFile(_options.outputPath)) {
+    _errors << "quilt: cannot write output file '" << _options.outputPath << "'\n";
+    return kExitBadInvocation;
+  }
+  std::vector<Command> commands;
+  if (!CollectCommands(commands)) return kExitBadInvocation;
+  if (!LoadActiveDataSet()) return kExitBadInvocation;
+
+  OutputDocument document;
+  OutputDocument::Install(&document);
+  for (const Command& command : commands) RunCommand(command);
+  OutputDocument::Install(nullptr);
+
+  const int writeStatus = WriteDocument(document, output);
+  ActiveDataSet::Clear();
+  if (writeStatus != kExitSuccess) return writeStatus;
+  return document.HasMessageAtLeast(kBpLevelError) ? kExitCommandError : kExitSuccess;
+}
