@@ -201,22 +201,20 @@ void AdviseHugePages(void* address, std::size_t bytes) {
   if (end > begin) ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
 }
 
-// Guesses the number of records from the first ones, so numeric columns are allocated once.
-std::size_t EstimateRecordCount(std::string_view text, char delimiter, std::size_t headerEnd) {
-  constexpr std::size_t kSample = 1000;
-  CsvReader reader(text.substr(headerEnd), delimiter, std::string());
-  std::size_t records = 0;
-  try {
-    while (records < kSample && reader.NextRecord()) {
-      reader.SkipRestOfRecord();
-      ++records;
-    }
-  } catch (const DataError&) {
-    // The real pass reports the problem with its line.
+// An upper bound of the number of records after the header: the line ends left in the text,
+// plus one for a last line without one. Exact for files without quoted line ends or blank
+// lines, and cheap (memchr runs at memory speed), so numeric columns are allocated once.
+std::size_t CountRecordsAtMost(std::string_view text, std::size_t headerEnd) {
+  std::size_t count = 0;
+  const char* position = text.data() + headerEnd;
+  const char* const end = text.data() + text.size();
+  while (position < end) {
+    const void* found = std::memchr(position, '\n', static_cast<std::size_t>(end - position));
+    if (found == nullptr) return count + 1;
+    ++count;
+    position = static_cast<const char*>(found) + 1;
   }
-  if (records < kSample) return records;
-  const double bytesPerRecord = static_cast<double>(reader.GetOffset()) / static_cast<double>(records);
-  return static_cast<std::size_t>(static_cast<double>(text.size() - headerEnd) / bytesPerRecord * 1.02) + 16;
+  return count;
 }
 
 class Loader {
@@ -318,7 +316,7 @@ class Loader {
   }
 
   void ReadNumbers() {
-    const std::size_t estimate = EstimateRecordCount(_text, _options.delimiter, _headerEnd);
+    const std::size_t estimate = CountRecordsAtMost(_text, _headerEnd);
     for (Column& column : _columns) {
       if (column.kind == kColumnString) continue;
       column.cells.reserve(estimate);
