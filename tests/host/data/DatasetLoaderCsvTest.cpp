@@ -157,7 +157,7 @@ TEST(DatasetLoaderCsv, ByteOrderMarkAndBlankLinesAreSkipped) {
 }
 
 TEST(DatasetLoaderCsv, ManyRowsFillEveryColumn) {
-  // Enough records to pass the row-count estimate's sample, in mixed column kinds.
+  // Records of growing length, in mixed column kinds.
   std::string csv = "i,half,name\n";
   for (int i = 0; i < 2500; ++i)
     csv += std::to_string(i) + "," + std::to_string(i / 2.0) + ",n" + std::to_string(i) + "\n";
@@ -167,6 +167,9 @@ TEST(DatasetLoaderCsv, ManyRowsFillEveryColumn) {
   EXPECT_EQ(Number(*dataset, 1, 2499), 1249.5);
   EXPECT_EQ(Text(*dataset, 2, 2499), "n2499");
   EXPECT_EQ(dataset->GetColumn(0).size(), 2500u);
+  // Columns are allocated once at their final size, although later lines are longer than
+  // the first ones: 3 columns of one 8-byte cell ("n2499" fits in one) for 2,500 cases.
+  EXPECT_EQ(dataset->GetDataBytes(), 3u * 2500u * 8u);
 }
 
 TEST(DatasetLoaderCsv, NumbersMatchTheGeneralParserExactly) {
