@@ -202,9 +202,10 @@ struct TableDimension::Data {
       return;
     }
     info._seen = true;
-    _entries.push_back({id, 1.0, info._userMissing});
-    if (info._subtotal < kCellKeyTotal) _entries.push_back({info._subtotal, 1.0, info._userMissing});
-    _entries.push_back({kCellKeyTotal, 1.0, info._userMissing});
+    // The cubes take a single variable's subtotal and total from this one entry when the
+    // group completes; the entry vector keeps its storage from case to case.
+    if (_entries.size() != 1) _entries.resize(1);
+    _entries[0] = DimensionEntry{id, 1.0, info._userMissing};
   }
 
   void MapCategorySet(const TARN_InputCaseIterator& iterator) {
@@ -402,16 +403,17 @@ bool TableDimension::GetCountDuplicates() const { return _data->_countDuplicates
 
 void TableDimension::MapCase(const TARN_InputCaseIterator& iterator) {
   Data& d = *_data;
-  d._entries.clear();
   d._state = kCaseInCategories;
   switch (d._kind) {
     case AggregationVariable::kSingle:
       d.MapSingle(iterator);
       break;
     case AggregationVariable::kCategorySet:
+      d._entries.clear();
       d.MapCategorySet(iterator);
       break;
     case AggregationVariable::kDichotomySet:
+      d._entries.clear();
       d.MapDichotomySet(iterator);
       break;
   }

@@ -58,7 +58,8 @@ class TableDimension {
   /// Maps the iterator's current case; the results stay until the next call.
   void MapCase(const TARN_InputCaseIterator& iterator);
   CaseState GetCaseState() const;
-  /// The case's entries; the last one is always the total.
+  /// The case's entries. A single variable gives its own category alone (its subtotal and
+  /// total are derived from it); a set gives its categories, subtotals and, last, its total.
   const std::vector<DimensionEntry>& GetCaseEntries() const;
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
