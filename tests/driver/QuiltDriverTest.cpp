@@ -93,14 +93,21 @@ TEST_P(IncorrectSequences, EndTheCommandBeforeAnyCaseIsRead) {
 INSTANTIATE_TEST_SUITE_P(QuiltDriver, IncorrectSequences,
                          ::testing::Values(SequenceCase{"QUILT //", "/"}, SequenceCase{"QUILT /TABLE region /", "/"}));
 
-TEST_F(RunFixture, HostWordsAreRestoredAfterAFailedCommand) {
+class HostWords : public RunFixture, public ::testing::WithParamInterface<const char*> {};
+
+// A failed parse, and a base weight that clears the host's weight word while parsing, both
+// leave the words as they were before the command.
+TEST_P(HostWords, AreRestoredAfterTheCommand) {
   Install(kSmallSurvey);
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 7);
   WriteHostWord(CmnGlb, kCmnGlbSecondWordOffset, -12345);
-  RunCommand("QUILT //");
+  RunCommand(GetParam());
   EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), 7);
   EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbSecondWordOffset), -12345);
 }
+
+INSTANTIATE_TEST_SUITE_P(QuiltDriver, HostWords,
+                         ::testing::Values("QUILT //", "QUILT /WEIGHT VARIABLE=wt /TABLE region"));
 
 struct CallerCase {
   const char* frontEndId;
