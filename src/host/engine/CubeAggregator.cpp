@@ -182,6 +182,14 @@ struct CubeAggregator::Data {
   // since a case can stand in several of their categories but counts once in their total.
   std::vector<char> _single;
   bool _complete = false;
+  std::vector<PackedKey> _cellKeys;  // the key of each cell, parallel to _cells
+
+  // While reading, cells of small encodings are found by direct index instead of by hash:
+  // position i holds encodings -1 (total) .. _denseCapacity - 2 at stride _denseStride[i].
+  // The slot holds the cell index + 1, 0 for none.
+  std::vector<std::uint32_t> _dense;
+  std::vector<std::size_t> _denseStride;
+  int _denseCapacity = 0;
 
   // Per-case scratch, kept to avoid allocations on the hot path.
   std::vector<const std::vector<DimensionEntry>*> _lists;
@@ -443,6 +451,19 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions,
   for (TableDimension* dimension : _data->_dimensions) {
     _data->_single.push_back(dimension->IsSingleVariable() ? 1 : 0);
   }
+  // 65,536 direct slots (256 KB) at most, shared evenly by the positions.
+  const std::size_t n = _data->_positions.size();
+  int capacity = 1 << 16;
+  if (n > 0) capacity = static_cast<int>(std::floor(std::pow(double(1 << 16), 1.0 / double(n))));
+  if (capacity >= 4) {
+    _data->_denseCapacity = capacity;
+    std::size_t stride = 1;
+    for (std::size_t i = 0; i < n; ++i) {
+      _data->_denseStride.push_back(stride);
+      stride *= static_cast<std::size_t>(capacity);
+    }
+    _data->_dense.assign(stride, 0);
+  }
   _data->_odometer.resize(_data->_positions.size());
 }
 
@@ -618,21 +639,36 @@ void CubeAggregator::AddCase(const CaseContext& context) {
   const double w = context._weight;
   const std::size_t scales = d.ScaleCount();
   while (true) {
-    PackedKey key;
     const DimensionEntry* statEntry = nullptr;
+    std::size_t denseIndex = 0;
+    bool dense = d._denseCapacity > 0;
     for (std::size_t i = 0; i < n; ++i) {
       const DimensionEntry& entry = (*d._lists[i])[d._odometer[i]];
-      const int slot = SlotOf(entry._code);
-      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
-      PutSlot(key, static_cast<int>(i), slot);
+      const int shifted = entry._code == kCellKeyTotal ? 0 : entry._code + 1;
+      dense = dense && entry._code >= kCellKeyTotal && shifted < d._denseCapacity &&
+              (entry._code >= 0 || entry._code == kCellKeyTotal);
+      denseIndex += static_cast<std::size_t>(shifted) * (dense ? d._denseStride[i] : 0);
       if (static_cast<int>(i) == d._statPosition) statEntry = &entry;
     }
-    auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
-    if (inserted.second) {
-      d._cells.emplace_back();
-      d._scaleCells.resize(d._scaleCells.size() + scales);
+    std::uint32_t where = 0;
+    if (dense && d._dense[denseIndex] != 0) {
+      where = d._dense[denseIndex] - 1;
+    } else {
+      PackedKey key;
+      for (std::size_t i = 0; i < n; ++i) {
+        const int slot = SlotOf((*d._lists[i])[d._odometer[i]]._code);
+        QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
+        PutSlot(key, static_cast<int>(i), slot);
+      }
+      auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
+      if (inserted.second) {
+        d._cells.emplace_back();
+        d._cellKeys.push_back(key);
+        d._scaleCells.resize(d._scaleCells.size() + scales);
+      }
+      where = inserted.first->second;
+      if (dense) d._dense[denseIndex] = where + 1;
     }
-    const std::uint32_t where = inserted.first->second;
     Cell& cell = d._cells[where];
     cell._total.Consume(w);
     if (!bucket) {
@@ -676,21 +712,23 @@ void CubeAggregator::Complete() {
   const std::size_t n = d._positions.size();
   const std::size_t scales = d.ScaleCount();
   // Take the leaf cells out and merge each into every key it contributes to.
-  std::vector<std::pair<PackedKey, std::uint32_t>> leaves(d._index.begin(), d._index.end());
+  std::vector<PackedKey> leafKeys = std::move(d._cellKeys);
   std::vector<Cell> cells = std::move(d._cells);
   std::vector<ScaleCell> scaleCells = std::move(d._scaleCells);
   d._index.clear();
   d._cells.clear();
+  d._cellKeys.clear();
   d._scaleCells.clear();
+  std::fill(d._dense.begin(), d._dense.end(), 0);
   std::vector<std::vector<int>> options(n);
   std::vector<std::size_t> odometer(n);
   std::vector<int> codes(n);
-  for (const auto& leaf : leaves) {
-    const std::uint32_t source = leaf.second;
+  for (std::uint32_t source = 0; source < leafKeys.size(); ++source) {
+    const PackedKey& leafKey = leafKeys[source];
     // Decode the leaf's codes from its slots.
     for (std::size_t i = 0; i < n; ++i) {
       const int bit = static_cast<int>(i) * kBitsPerPosition;
-      const std::uint64_t word = bit < 64 ? leaf.first._low >> bit : leaf.first._high >> (bit - 64);
+      const std::uint64_t word = bit < 64 ? leafKey._low >> bit : leafKey._high >> (bit - 64);
       const int slot = static_cast<int>(word & 0xFFFF);
       const int code = slot == 0 ? kCellKeyTotal
                                  : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
@@ -709,6 +747,7 @@ void CubeAggregator::Complete() {
       auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
       if (inserted.second) {
         d._cells.emplace_back();
+        d._cellKeys.push_back(key);
         d._scaleCells.resize(d._scaleCells.size() + scales);
       }
       const std::uint32_t target = inserted.first->second;
@@ -728,6 +767,8 @@ void CubeAggregator::Complete() {
 
 void CubeAggregator::Reset() {
   _data->_complete = false;
+  _data->_cellKeys.clear();
+  std::fill(_data->_dense.begin(), _data->_dense.end(), 0);
   _data->_index.clear();
   _data->_cells.clear();
   _data->_scaleCells.clear();
