@@ -6,6 +6,11 @@
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
 #include "host/data/ProcedureDataSource.h"
+#include "host/tokens/CommandSplitter.h"
+#include "host/tokens/Lexer.h"
+#include "host/tokens/TARN_TokenSequence.h"
+#include "parser/SyntaxReader.h"
+#include "parser/SyntaxTablesCommand.h"
 
 namespace {
 
@@ -20,9 +25,33 @@ const char* const kDictionary = R"({
 
 }  // namespace
 
-void AttachTestDataSource(SyntaxConverter& anyConverter) {
+namespace {
+
+ProcedureDataSource& TestDataSource() {
   static std::shared_ptr<const Dataset> dataset =
       DatasetLoader::LoadText(kCsv, kDictionary, DatasetLoadOptions());
   static ProcedureDataSource dataSource(dataset);
-  anyConverter.SetDataSource(&dataSource);
+  return dataSource;
+}
+
+}  // namespace
+
+void AttachTestDataSource(SyntaxConverter& anyConverter) {
+  anyConverter.SetDataSource(&TestDataSource());
+}
+
+EventOutcome ParseAndInspect(const std::string& command, const std::function<void(SyntaxTablesCommand&)>& inspect) {
+  const std::vector<CommandText> commands = CommandSplitter::Split(command, /*requireFinalPeriod=*/false);
+  LexedCommand lexed = Lexer::Lex(commands.at(0).text, commands.at(0).firstLine);
+  TARN_TokenSequence tokens(&lexed, /*flag=*/true);
+  SyntaxReader reader;
+  reader.SetDataSource(&TestDataSource());
+  EventOutcome outcome = RunEvents([&] { reader.ReadTokens(&tokens); });
+  if (!outcome.threw) {
+    auto* root = dynamic_cast<SyntaxTablesCommand*>(reader.GetCurrent()->TopParent());
+    if (root != nullptr) {
+      inspect(*root);
+    }
+  }
+  return outcome;
 }
