@@ -1,4 +1,5 @@
-// PresentationCodes.h - enumerations of the statistics clause, the significance and the presentation subcommands
+// PresentationCodes.h - enumerations of the statistics clause, the significance and the presentation
+// subcommands
 #pragma once
 
 // Holds enumerations only. They belong with TableEncryptionCodes; they live here until that

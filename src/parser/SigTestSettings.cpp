@@ -3,8 +3,8 @@
 
 SigTestSettings::SigTestSettings(SignificanceTestType type, double alpha, double alpha2,
                                  const std::string& alphaText, const std::string& alpha2Text,
-                                 SignificanceAdjustType adjustType, bool originColumn, bool merge, bool showSig,
-                                 int sigDigits)
+                                 SignificanceAdjustType adjustType, bool originColumn, bool merge,
+                                 bool showSig, int sigDigits)
     : _type(type),
       _alpha(alpha),
       _alpha2(alpha2),

@@ -19,11 +19,11 @@ struct SigTestSettings {
   /// The SIGTEST form: one level, everything else at its default.
   SigTestSettings(SignificanceTestType type, double alpha, const std::string& alphaText);
 
-  SignificanceTestType _type;                                        // chi-square, proportions or means
-  double _alpha = 0.05;                                              // the (smaller) significance level
-  double _alpha2 = 0.0;                                              // the second, larger level; 0: none
-  std::string _alphaText = "0.05";                                   // _alpha as written, for footnotes
-  std::string _alpha2Text;                                           // _alpha2 as written
+  SignificanceTestType _type;       // chi-square, proportions or means
+  double _alpha = 0.05;             // the (smaller) significance level
+  double _alpha2 = 0.0;             // the second, larger level; 0: none
+  std::string _alphaText = "0.05";  // _alpha as written, for footnotes
+  std::string _alpha2Text;          // _alpha2 as written
   SignificanceAdjustType _adjustType = PresentationCodes::kAdjustBonferroni;
   bool _originColumn = true;          // the test runs along the columns
   bool _includeMRSets = true;         // tables with multiple-response sets are tested

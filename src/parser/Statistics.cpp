@@ -74,26 +74,27 @@ bool ParseWholeInteger(const std::string& text, long& value) {
 }  // namespace
 
 struct Statistics::Data {
-  StatisticCodes _statType;                                         // the code
+  StatisticCodes _statType;                                            // the code
   StatisticCodes _primaryStatistic = TableEncryptionCodes::kStatNone;  // the primary code
   StatisticConf _confSubType = TableEncryptionCodes::kConfUnset;       // the confidence variant
-  DisplayFormat _displayFormat = PresentationCodes::kDisplayPlain;    // decoration of the value
-  std::string _nameToken;          // the keyword as typed
-  std::string _label;              // label to show
-  std::string _defaultLabel;       // the vocabulary's label
-  std::string _statText;           // everything written for this statistic so far
-  bool _labelIsDefault = true;     // _label was not given by the user
-  bool _hasLabelParameter = false; // _label holds "^1" for the confidence level
+  DisplayFormat _displayFormat = PresentationCodes::kDisplayPlain;     // decoration of the value
+  std::string _nameToken;                                              // the keyword as typed
+  std::string _label;                                                  // label to show
+  std::string _defaultLabel;                                           // the vocabulary's label
+  std::string _statText;            // everything written for this statistic so far
+  bool _labelIsDefault = true;      // _label was not given by the user
+  bool _hasLabelParameter = false;  // _label holds "^1" for the confidence level
   StatisticsGroup _statGroup = TableEncryptionCodes::kStatGroupCounts;
-  double _cutPoint = -1.0;         // the percentile; negative: none
-  std::string _cutPointText;       // the percentile as typed
+  double _cutPoint = -1.0;               // the percentile; negative: none
+  std::string _cutPointText;             // the percentile as typed
   std::unique_ptr<TARN_Format> _format;  // the user's format, or null
   bool _hasFormat = false;
   double _ciLevelValue = 95.0;
   std::string _ciLevelString = "95";
 };
 
-Statistics::Statistics(StatisticCodes code, const std::string& keywordAsTyped, const std::string& defaultLabel)
+Statistics::Statistics(StatisticCodes code, const std::string& keywordAsTyped,
+                       const std::string& defaultLabel)
     : _data(std::make_unique<Data>()) {
   _data->_statType = code;
   _data->_nameToken = keywordAsTyped;
@@ -106,8 +107,8 @@ Statistics::Statistics(StatisticCodes code, const std::string& keywordAsTyped, c
     _data->_primaryStatistic = static_cast<StatisticCodes>(prime);
     _data->_confSubType = static_cast<StatisticConf>(conf);
   }
-  _data->_hasLabelParameter =
-      _data->_confSubType == TableEncryptionCodes::kConfLcl || _data->_confSubType == TableEncryptionCodes::kConfUcl;
+  _data->_hasLabelParameter = _data->_confSubType == TableEncryptionCodes::kConfLcl ||
+                              _data->_confSubType == TableEncryptionCodes::kConfUcl;
 }
 
 Statistics::~Statistics() = default;
@@ -149,7 +150,8 @@ SyntaxConverter* Statistics::Literal(const std::string& text) {
   _data->_label = text;
   _data->_labelIsDefault = false;
   _data->_hasLabelParameter = false;
-  if (_data->_confSubType == TableEncryptionCodes::kConfLcl || _data->_confSubType == TableEncryptionCodes::kConfUcl) {
+  if (_data->_confSubType == TableEncryptionCodes::kConfLcl ||
+      _data->_confSubType == TableEncryptionCodes::kConfUcl) {
     static const std::string kLevelWord = ")CILEVEL";
     const std::size_t at = _data->_label.find(kLevelWord);
     if (at != std::string::npos) {
@@ -291,8 +293,8 @@ bool Statistics::SetFormat(const std::string& text, int& type, int& width, int& 
   return false;
 }
 
-bool Statistics::IsItThisFormat(const std::string& text, const std::string& keyword, int& width, int& decimals,
-                                bool decimalsAllowed) {
+bool Statistics::IsItThisFormat(const std::string& text, const std::string& keyword, int& width,
+                                int& decimals, bool decimalsAllowed) {
   if (text.size() < keyword.size() ||
       !SyntaxParserUtility::ExactNWordMatch(text, keyword, static_cast<int>(keyword.size()))) {
     return false;
@@ -326,15 +328,18 @@ bool Statistics::IsItThisFormat(const std::string& text, const std::string& keyw
     return false;
   }
   width = widthValue >= INT_MAX ? INT_MAX : widthValue <= INT_MIN ? INT_MIN : static_cast<int>(widthValue);
-  decimals = decimalsValue >= INT_MAX ? INT_MAX : decimalsValue <= INT_MIN ? INT_MIN : static_cast<int>(decimalsValue);
+  decimals = decimalsValue >= INT_MAX   ? INT_MAX
+             : decimalsValue <= INT_MIN ? INT_MIN
+                                        : static_cast<int>(decimalsValue);
   return true;
 }
 
 void Statistics::DumpDetails(std::ostream& out) const {
-  out << "code=" << _data->_statType << " prime=" << _data->_primaryStatistic << " conf=" << _data->_confSubType
-      << " name=" << GetNameToken() << " label=\"" << _data->_label << "\" labelDefault=" << _data->_labelIsDefault
-      << " labelParameter=" << _data->_hasLabelParameter << " group=" << _data->_statGroup
-      << " cutPoint=" << _data->_cutPoint << " display=" << _data->_displayFormat;
+  out << "code=" << _data->_statType << " prime=" << _data->_primaryStatistic
+      << " conf=" << _data->_confSubType << " name=" << GetNameToken() << " label=\"" << _data->_label
+      << "\" labelDefault=" << _data->_labelIsDefault << " labelParameter=" << _data->_hasLabelParameter
+      << " group=" << _data->_statGroup << " cutPoint=" << _data->_cutPoint
+      << " display=" << _data->_displayFormat;
   if (_data->_format != nullptr) {
     out << " format=" << static_cast<int>(_data->_format->Type()) << "/" << _data->_format->Width() << "."
         << static_cast<int>(_data->_format->Decimals());

@@ -42,7 +42,8 @@ int SyntaxCLabelsSubcommand::GetType() const {
 }
 
 // CLABELS ROWLABELS '=' | COLLABELS '='
-SyntaxConverter* SyntaxCLabelsSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxCLabelsSubcommand::AttributeString(const std::string& text,
+                                                          TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

@@ -91,7 +91,8 @@ std::string SyntaxCompareTestSubcommand::GetSubcommandName() const {
 }
 
 // COMPARETEST keyword '='
-SyntaxConverter* SyntaxCompareTestSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxCompareTestSubcommand::AttributeString(const std::string& text,
+                                                              TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     _data->_state = kStateNone;
     SyntaxParserUtility::UnknownKeyword(this, text);
@@ -158,7 +159,8 @@ SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::st
       SyntaxParserUtility::InvalidAlpha(this, text);
     }
     if (value == _data->_alpha) {
-      SyntaxParserUtility::GenericMessage("The two ALPHA values are equal...", /*warning=*/true, nullptr, nullptr);
+      SyntaxParserUtility::GenericMessage("The two ALPHA values are equal...", /*warning=*/true, nullptr,
+                                          nullptr);
       return this;
     }
     if (value < _data->_alpha) {
@@ -173,7 +175,7 @@ SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::st
     return this;
   }
   if (_data->_state == kStateSigDigits) {
-    const double clamped = value < kMinimumSigDigits ? kMinimumSigDigits
+    const double clamped = value < kMinimumSigDigits   ? kMinimumSigDigits
                            : value > kMaximumSigDigits ? kMaximumSigDigits
                                                        : value;
     _data->_sigDigits = static_cast<int>(clamped);
@@ -303,8 +305,8 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
     data._alpha2 = 0.0;
   }
   SigTestSettings settings(static_cast<TableEncryptionCodes::SignificanceTestType>(data._type), data._alpha,
-                           data._alpha2, data._alphaText, data._alpha2Text, data._adjustType, data._originColumn,
-                           data._merge, data._showSig, data._sigDigits);
+                           data._alpha2, data._alphaText, data._alpha2Text, data._adjustType,
+                           data._originColumn, data._merge, data._showSig, data._sigDigits);
   settings._includeMRSets = data._includeMRSets;
   settings._includeSubtotals = data._includeSubtotals;
   settings._meansVarianceAllCats = data._meansVarianceAllCats;
@@ -315,5 +317,6 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
 void SyntaxCompareTestSubcommand::DumpDetails(std::ostream& out) const {
   out << "state=" << _data->_state << " type=" << _data->_type << " alpha=" << _data->_alphaText
       << " alpha2=" << _data->_alpha2Text << " adjust=" << _data->_adjustType << " merge=" << _data->_merge
-      << " showSig=" << _data->_showSig << " sigDigits=" << _data->_sigDigits << " styleApa=" << _data->_styleApa;
+      << " showSig=" << _data->_showSig << " sigDigits=" << _data->_sigDigits
+      << " styleApa=" << _data->_styleApa;
 }

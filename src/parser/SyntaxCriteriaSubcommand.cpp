@@ -21,9 +21,9 @@ struct SyntaxCriteriaSubcommand::Data {
 
   TableSettings& _settings;  // the table's
   CriteriaState _state = kStateNone;
-  bool _set = false;          // CILEVEL has its value
-  int _count = 0;             // how many values were read
-  double _ciLevel = 95.0;     // percent
+  bool _set = false;                // CILEVEL has its value
+  int _count = 0;                   // how many values were read
+  double _ciLevel = 95.0;           // percent
   std::string _ciLevelText = "95";  // as written, for labels
 };
 
@@ -37,7 +37,8 @@ std::string SyntaxCriteriaSubcommand::GetSubcommandName() const {
 }
 
 // CRITERIA CILEVEL '='
-SyntaxConverter* SyntaxCriteriaSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxCriteriaSubcommand::AttributeString(const std::string& text,
+                                                           TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone || !KeywordMatch(text.c_str(), "CILEVEL")) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

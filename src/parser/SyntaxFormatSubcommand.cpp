@@ -24,8 +24,11 @@ struct KeywordState {
 };
 
 constexpr KeywordState kKeywords[] = {
-    {"MINCOLWIDTH", kStateMinColWidth}, {"MAXCOLWIDTH", kStateMaxColWidth}, {"UNITS", kStateUnits},
-    {"EMPTY", kStateEmpty},             {"MISSING", kStateMissing},
+    {"MINCOLWIDTH", kStateMinColWidth},
+    {"MAXCOLWIDTH", kStateMaxColWidth},
+    {"UNITS", kStateUnits},
+    {"EMPTY", kStateEmpty},
+    {"MISSING", kStateMissing},
 };
 
 constexpr double kPointsPerInch = 72.0;
@@ -48,9 +51,9 @@ struct SyntaxFormatSubcommand::Data {
   bool _missingSet = false;
   bool _minIsDefault = true;  // no numeric minimum: the host's default stands
   bool _maxIsDefault = true;
-  double _minWidth = 0.0;     // as written, then in points after ValidateAndCommit
+  double _minWidth = 0.0;  // as written, then in points after ValidateAndCommit
   double _maxWidth = 0.0;
-  std::string _minText;       // the minimum as written, for messages
+  std::string _minText;  // the minimum as written, for messages
   std::string _maxText;
   int _emptyStringType = PresentationCodes::kEmptyFormatZero;
   int _units = PresentationCodes::kUnitsPoints;
@@ -78,7 +81,8 @@ std::string SyntaxFormatSubcommand::GetSubcommandName() const {
 }
 
 // FORMAT keyword '='
-SyntaxConverter* SyntaxFormatSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxFormatSubcommand::AttributeString(const std::string& text,
+                                                         TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

@@ -39,7 +39,8 @@ struct SyntaxMiscSubcommands::Data {
   std::string _text;                         // the finished text
 };
 
-SyntaxMiscSubcommands::SyntaxMiscSubcommands(SyntaxTitlesSubcommand* owner) : _data(std::make_unique<Data>()) {
+SyntaxMiscSubcommands::SyntaxMiscSubcommands(SyntaxTitlesSubcommand* owner)
+    : _data(std::make_unique<Data>()) {
   _data->_owner = owner;
 }
 

@@ -48,7 +48,8 @@ int SyntaxSLabelsSubcommand::GetType() const {
 }
 
 // SLABELS POSITION '=' | VISIBLE '='
-SyntaxConverter* SyntaxSLabelsSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxSLabelsSubcommand::AttributeString(const std::string& text,
+                                                          TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

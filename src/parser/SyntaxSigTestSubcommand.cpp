@@ -61,7 +61,8 @@ std::string SyntaxSigTestSubcommand::GetSubcommandName() const {
 }
 
 // SIGTEST keyword '='
-SyntaxConverter* SyntaxSigTestSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxSigTestSubcommand::AttributeString(const std::string& text,
+                                                          TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     _data->_state = kStateNone;
     SyntaxParserUtility::UnknownKeyword(this, text);

@@ -23,13 +23,14 @@ struct SyntaxTitlesSubcommand::Data {
   explicit Data(TableSettings& settings) : _settings(settings) {}
 
   TableSettings& _settings;                 // the table's
-  SyntaxMiscSubcommands* _title = nullptr;    // children of this converter, owned through them
+  SyntaxMiscSubcommands* _title = nullptr;  // children of this converter, owned through them
   SyntaxMiscSubcommands* _caption = nullptr;
   SyntaxMiscSubcommands* _corner = nullptr;
-  TitlesState _state = kStateNone;          // the keyword whose text is being read
+  TitlesState _state = kStateNone;  // the keyword whose text is being read
 };
 
-SyntaxTitlesSubcommand::SyntaxTitlesSubcommand(TableSettings& settings) : _data(std::make_unique<Data>(settings)) {}
+SyntaxTitlesSubcommand::SyntaxTitlesSubcommand(TableSettings& settings)
+    : _data(std::make_unique<Data>(settings)) {}
 
 SyntaxTitlesSubcommand::~SyntaxTitlesSubcommand() = default;
 
@@ -38,7 +39,8 @@ std::string SyntaxTitlesSubcommand::GetSubcommandName() const {
 }
 
 // TITLES TITLE '=' | CAPTION '=' | CORNER '='
-SyntaxConverter* SyntaxTitlesSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxTitlesSubcommand::AttributeString(const std::string& text,
+                                                         TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

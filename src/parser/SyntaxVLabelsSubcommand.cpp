@@ -41,14 +41,14 @@ constexpr OptionWord kOptionWords[] = {
 struct SyntaxVLabelsSubcommand::VLData {
   explicit VLData(VLabelsSettings& settings) : _settings(settings) {}
 
-  VLabelsSettings& _settings;        // the root's, where the choice is merged
-  std::vector<int> _indices;         // the list in order; markers for sets and unknown names
+  VLabelsSettings& _settings;          // the root's, where the choice is merged
+  std::vector<int> _indices;           // the list in order; markers for sets and unknown names
   std::vector<std::string> _setNames;  // the sets of the list, in the dictionary's spelling
   bool _isAll = false;
   PresentationCodes::VLabelOption _option = PresentationCodes::kVLabelDefault;
   SyntaxVLabelsSubcommand* _self = nullptr;
   VLabelsState _state = kStateNone;
-  bool _toPending = false;   // "TO" was read; the range's end comes next
+  bool _toPending = false;  // "TO" was read; the range's end comes next
   bool _displaySet = false;
 };
 
@@ -70,7 +70,8 @@ void SyntaxVLabelsSubcommand::CheckVarListCompletion() {
 }
 
 // VLABELS VARIABLES '=' | DISPLAY '='
-SyntaxConverter* SyntaxVLabelsSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxVLabelsSubcommand::AttributeString(const std::string& text,
+                                                          TARN_TokenSequence* /*tokens*/) {
   CheckVarListCompletion();
   if (_data->_state != kStateNone || _data->_toPending) {
     SyntaxParserUtility::UnknownKeyword(this, text);
@@ -144,7 +145,8 @@ void SyntaxVLabelsSubcommand::AddIndex(int index) {
   const auto existing = std::find(indices.begin(), indices.end(), index);
   if (existing != indices.end()) {
     const TARN_Variable* variable = GetDataSource()->GetVariable(index);
-    SyntaxParserUtility::DuplicateWarning(this, variable == nullptr ? std::string() : variable->GetUpperCaseName());
+    SyntaxParserUtility::DuplicateWarning(this,
+                                          variable == nullptr ? std::string() : variable->GetUpperCaseName());
     indices.erase(existing);
   }
   indices.push_back(index);
@@ -166,9 +168,9 @@ void SyntaxVLabelsSubcommand::AddToVariableList(const std::string& name) {
     if (data._toPending) {
       SyntaxParserUtility::UnknownKeyword(this, name);
     }
-    const auto existing = std::find_if(data._setNames.begin(), data._setNames.end(), [&setName](const std::string& known) {
-      return SyntaxParserUtility::ExactWordMatch(known, setName);
-    });
+    const auto existing = std::find_if(
+        data._setNames.begin(), data._setNames.end(),
+        [&setName](const std::string& known) { return SyntaxParserUtility::ExactWordMatch(known, setName); });
     if (existing != data._setNames.end()) {
       SyntaxParserUtility::DuplicateWarning(this, name);
       data._setNames.erase(existing);

@@ -19,10 +19,10 @@ enum WeightState {
 }  // namespace
 
 struct SyntaxWeightSubcommand::WeightData {
-  int _index = -1;         // dictionary index of the weight variable
-  std::string _name;       // as typed
-  bool _set = false;       // a variable has been given
-  int _count = 0;          // how many were given
+  int _index = -1;    // dictionary index of the weight variable
+  std::string _name;  // as typed
+  bool _set = false;  // a variable has been given
+  int _count = 0;     // how many were given
   SyntaxWeightSubcommand* _self = nullptr;
   SyntaxTablesCommand* _parent = nullptr;  // the root, not owned
   WeightState _state = kStateNone;
@@ -41,7 +41,8 @@ std::string SyntaxWeightSubcommand::GetSubcommandName() const {
 }
 
 // WEIGHT VARIABLE '='
-SyntaxConverter* SyntaxWeightSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
+SyntaxConverter* SyntaxWeightSubcommand::AttributeString(const std::string& text,
+                                                         TARN_TokenSequence* /*tokens*/) {
   if (_data->_state != kStateNone || !KeywordMatch(text.c_str(), "VARIABLE")) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }

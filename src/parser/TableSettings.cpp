@@ -38,7 +38,7 @@ struct TableSettings::Data {
   bool _sLabelVisible = true;
   bool _sLabelVisibleSet = false;
   CLabelOption _cLabelOption = TableEncryptionCodes::kCLabelAuto;
-  double _ciLevelValue = 95.0;   // confidence level of CRITERIA
+  double _ciLevelValue = 95.0;  // confidence level of CRITERIA
   std::string _ciLevelString = "95";
   SyntaxConverter* _titleChild = nullptr;    // not owned
   SyntaxConverter* _captionChild = nullptr;  // not owned

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 struct VLabelsSettings::Data {
-  std::map<int, VLabelOption> _vLabelsByIndex;      // dictionary index to option
-  std::vector<MRSetVLabelsOption> _vLabelsBySet;    // in order of request
+  std::map<int, VLabelOption> _vLabelsByIndex;    // dictionary index to option
+  std::vector<MRSetVLabelsOption> _vLabelsBySet;  // in order of request
   bool _vLabelsForAll = false;
   VLabelOption _allVLabelsOption = PresentationCodes::kVLabelDefault;
 };

@@ -40,7 +40,8 @@ void AttachTestDataSource(SyntaxConverter& anyConverter) {
   anyConverter.SetDataSource(&TestDataSource());
 }
 
-EventOutcome ParseAndInspect(const std::string& command, const std::function<void(SyntaxTablesCommand&)>& inspect) {
+EventOutcome ParseAndInspect(const std::string& command,
+                             const std::function<void(SyntaxTablesCommand&)>& inspect) {
   const std::vector<CommandText> commands = CommandSplitter::Split(command, /*requireFinalPeriod=*/false);
   LexedCommand lexed = Lexer::Lex(commands.at(0).text, commands.at(0).firstLine);
   TARN_TokenSequence tokens(&lexed, /*flag=*/true);

@@ -95,7 +95,8 @@ class SyntaxTablesCommand;
 
 /// Parses a whole command (lexer and reader) against the data set of AttachTestDataSource and,
 /// when it succeeds, lets `inspect` read the finished tree before it is destroyed.
-EventOutcome ParseAndInspect(const std::string& command, const std::function<void(SyntaxTablesCommand&)>& inspect);
+EventOutcome ParseAndInspect(const std::string& command,
+                             const std::function<void(SyntaxTablesCommand&)>& inspect);
 
 /// A stand-in for the converter a subcommand or statistic hangs under: it answers `name` to
 /// GetSubcommandName and records the words handed up to it by String.

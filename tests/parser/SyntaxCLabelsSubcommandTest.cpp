@@ -68,10 +68,8 @@ TEST(SyntaxCLabelsSubcommandTest, WordsOutOfPlace) {
   };
   const std::vector<Case> cases = {
       {{Word("OPPOSITE")}, "OPPOSITE"},  // only after ROWLABELS or COLLABELS
-      {{Word("LAYER")}, "LAYER"},
-      {{Key("ROWLABELS"), Word("AUTO")}, "AUTO"},
-      {{Key("AUTO")}, "AUTO"},
-      {{Key("ROWLABELS"), Key("COLLABELS")}, "COLLABELS"},
+      {{Word("LAYER")}, "LAYER"},       {{Key("ROWLABELS"), Word("AUTO")}, "AUTO"},
+      {{Key("AUTO")}, "AUTO"},          {{Key("ROWLABELS"), Key("COLLABELS")}, "COLLABELS"},
   };
   for (const Case& row : cases) {
     const Outcome outcome = Request(row.events);

@@ -60,11 +60,10 @@ TEST(SyntaxCompareTestSubcommandTest, DefaultsOfAPlainRequest) {
 
 TEST(SyntaxCompareTestSubcommandTest, EveryKeywordReachesTheSettings) {
   Fixture fixture;
-  const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("mean"), Key("ADJUST"), Word("BH"), Key("ORIGIN"),
-                                            Word("COLUMN"), Key("CATEGORIES"), Word("SUBTOTALS"),
-                                            Key("INCLUDEMRSETS"), Word("NO"), Key("MEANSVARIANCE"),
-                                            Word("TESTEDCATS"), Key("STYLE"), Word("SIMPLE"), Key("SHOWSIG"),
-                                            Word("YES"), Key("SIGDIGS"), Num(5, "5")});
+  const EventOutcome outcome = fixture.Run(
+      {Key("TYPE"), Word("mean"), Key("ADJUST"), Word("BH"), Key("ORIGIN"), Word("COLUMN"), Key("CATEGORIES"),
+       Word("SUBTOTALS"), Key("INCLUDEMRSETS"), Word("NO"), Key("MEANSVARIANCE"), Word("TESTEDCATS"),
+       Key("STYLE"), Word("SIMPLE"), Key("SHOWSIG"), Word("YES"), Key("SIGDIGS"), Num(5, "5")});
   ASSERT_FALSE(outcome.threw);
   const SigTestSettings& test = fixture.settings.GetSigTestSettings().at(0);
   EXPECT_EQ(test._type, TableEncryptionCodes::kSigTestMeans);
@@ -136,8 +135,9 @@ TEST(SyntaxCompareTestSubcommandTest, MergeConflictsAreReportedAndResolved) {
   {
     // APA marks in the main table allow one level: the smaller one, 0.01, stays.
     Fixture fixture;
-    const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP"), Key("MERGE"), Word("YES"), Key("STYLE"),
-                                              Word("APA"), Key("ALPHA"), Num(0.05, "0.05"), Num(0.01, "0.01")});
+    const EventOutcome outcome =
+        fixture.Run({Key("TYPE"), Word("PROP"), Key("MERGE"), Word("YES"), Key("STYLE"), Word("APA"),
+                     Key("ALPHA"), Num(0.05, "0.05"), Num(0.01, "0.01")});
     ASSERT_FALSE(outcome.threw);
     ASSERT_EQ(outcome.reported.size(), 1u);
     EXPECT_EQ(outcome.reported[0].key, "Only one ALPHA level is allowed with STYLE=APA...");
@@ -192,14 +192,14 @@ TEST(SyntaxCompareTestSubcommandTest, UnknownWordsAndKeywordsEndTheCommand) {
     std::string offending;
   };
   const std::vector<Case> cases = {
-      {{Key("TYPE"), Word("CHISQUARE")}, "CHISQUARE"},      // a SIGTEST type
-      {{Key("ORIGIN"), Word("ROW")}, "ROW"},                // only COLUMN exists
+      {{Key("TYPE"), Word("CHISQUARE")}, "CHISQUARE"},  // a SIGTEST type
+      {{Key("ORIGIN"), Word("ROW")}, "ROW"},            // only COLUMN exists
       {{Key("MERGE"), Word("MAYBE")}, "MAYBE"},
       {{Key("NOSUCH")}, "NOSUCH"},
-      {{Key("TYPE"), Key("ALPHA")}, "ALPHA"},               // a keyword where a value is awaited
-      {{Word("PROP")}, "PROP"},                             // a value with no keyword
+      {{Key("TYPE"), Key("ALPHA")}, "ALPHA"},  // a keyword where a value is awaited
+      {{Word("PROP")}, "PROP"},                // a value with no keyword
       {{Key("SIGDIGS"), Word("three")}, "three"},
-      {{Key("ADJUST"), Num(1, "1")}, "1"},                  // ADJUST takes words
+      {{Key("ADJUST"), Num(1, "1")}, "1"},  // ADJUST takes words
   };
   for (const Case& row : cases) {
     Fixture fixture;
@@ -213,9 +213,9 @@ TEST(SyntaxCompareTestSubcommandTest, UnknownWordsAndKeywordsEndTheCommand) {
 TEST(SyntaxCompareTestSubcommandTest, RepeatedKeywordsWarnExceptThePresentationOnes) {
   Fixture fixture;
   const EventOutcome outcome =
-      fixture.Run({Key("TYPE"), Word("PROP"), Key("TYPE"), Word("MEAN"), Key("ADJUST"), Word("NONE"), Key("ADJ"),
-                   Word("BH"), Key("MERGE"), Word("NO"), Key("MERGE"), Word("NO"), Key("STYLE"), Word("APA"),
-                   Key("STYLE"), Word("SIMPLE")});
+      fixture.Run({Key("TYPE"), Word("PROP"), Key("TYPE"), Word("MEAN"), Key("ADJUST"), Word("NONE"),
+                   Key("ADJ"), Word("BH"), Key("MERGE"), Word("NO"), Key("MERGE"), Word("NO"), Key("STYLE"),
+                   Word("APA"), Key("STYLE"), Word("SIMPLE")});
   ASSERT_FALSE(outcome.threw);
   ASSERT_EQ(outcome.reported.size(), 2u);
   EXPECT_EQ(outcome.reported[0].key, kDuplicate);

@@ -45,13 +45,15 @@ TEST(SyntaxCriteriaSubcommandTest, BoundsAreOpen) {
 
 TEST(SyntaxCriteriaSubcommandTest, RepeatsAndMisplacedValues) {
   TableSettings settings;
-  const EventOutcome repeated = Request(settings, {Key("CILEVEL"), Num(90, "90"), Key("CILEVEL"), Num(80, "80")});
+  const EventOutcome repeated =
+      Request(settings, {Key("CILEVEL"), Num(90, "90"), Key("CILEVEL"), Num(80, "80")});
   ASSERT_EQ(repeated.reported.size(), 1u);
   EXPECT_EQ(repeated.reported[0].arguments, (std::vector<std::string>{"CRITERIA", "CILEVEL"}));
   EXPECT_EQ(settings.GetCILevelString(), "80");
 
   EXPECT_EQ(Request(settings, {Num(90, "90")}).error.arguments, (std::vector<std::string>{"CRITERIA", "90"}));
-  EXPECT_EQ(Request(settings, {Key("ALPHA")}).error.arguments, (std::vector<std::string>{"CRITERIA", "ALPHA"}));
+  EXPECT_EQ(Request(settings, {Key("ALPHA")}).error.arguments,
+            (std::vector<std::string>{"CRITERIA", "ALPHA"}));
   EXPECT_EQ(Request(settings, {Key("CILEVEL")}).error.key, "Text ^1. Incomplete subcommand ^2.");
 }
 

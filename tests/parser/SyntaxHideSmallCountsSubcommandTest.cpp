@@ -31,8 +31,8 @@ TEST(SyntaxHideSmallCountsSubcommandTest, CountIsReadAsAnInteger) {
     const char* text;
     int expected;  // 0: InvalidHideSmallCountValue
   };
-  const std::vector<Case> cases = {{2, "2", 2}, {10, "10", 10}, {5.9, "5.9", 5}, {1, "1", 0}, {1.9, "1.9", 0},
-                                   {-4, "-4", 0}};
+  const std::vector<Case> cases = {{2, "2", 2}, {10, "10", 10},  {5.9, "5.9", 5},
+                                   {1, "1", 0}, {1.9, "1.9", 0}, {-4, "-4", 0}};
   for (const Case& row : cases) {
     SyntaxHideSmallCountsSubcommand hide;
     const EventOutcome outcome = RunHide(hide, {Key("COUNT"), Num(row.value, row.text)});

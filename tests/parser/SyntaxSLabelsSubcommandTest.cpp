@@ -52,7 +52,8 @@ TEST(SyntaxSLabelsSubcommandTest, RepeatsAndErrors) {
   EXPECT_EQ(Request(other, table, {Key("POSITION"), Word("TOP")}).error.arguments,
             (std::vector<std::string>{"SLABELS", "TOP"}));
   EXPECT_EQ(Request(other, table, {Key("POSITION")}).error.key, "Text ^1. Incomplete subcommand ^2.");
-  EXPECT_EQ(Request(other, table, {Word("ROW")}).error.arguments, (std::vector<std::string>{"SLABELS", "ROW"}));
+  EXPECT_EQ(Request(other, table, {Word("ROW")}).error.arguments,
+            (std::vector<std::string>{"SLABELS", "ROW"}));
   EXPECT_FALSE(other.IsSLabelPositionSet());
 }
 

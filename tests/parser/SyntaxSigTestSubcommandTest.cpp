@@ -1,4 +1,5 @@
-// SyntaxSigTestSubcommandTest.cpp - SIGTEST keywords, its ALPHA level, and the chi-square request it registers
+// SyntaxSigTestSubcommandTest.cpp - SIGTEST keywords, its ALPHA level, and the chi-square request it
+// registers
 #include <gtest/gtest.h>
 
 #include <string>

@@ -50,8 +50,8 @@ std::string Today(const char* pattern) {
 
 TEST(SyntaxTitlesSubcommandTest, EachKeywordFillsItsSlot) {
   Fixture fixture;
-  const EventOutcome outcome = fixture.Run(
-      {Key("TITLE"), Lit("Sales"), Lit("by region"), Key("CAPTION"), Lit("Source: survey"), Key("CORNER"), Lit("n")});
+  const EventOutcome outcome = fixture.Run({Key("TITLE"), Lit("Sales"), Lit("by region"), Key("CAPTION"),
+                                            Lit("Source: survey"), Key("CORNER"), Lit("n")});
   ASSERT_FALSE(outcome.threw) << outcome.error.key;
   EXPECT_TRUE(outcome.reported.empty());
   // Two literals under one keyword are two lines.
