@@ -22,7 +22,10 @@ std::string SplitHeadingText(const OutputDocument& document, int groupNumber) {
 // opens the group's heading first.
 OutputItem* ContainerFor(BpHeading::ImplData& data) {
   if (!data.isProcedure) return data.item.get();
-  if (data.splitPending) {
+  // A procedure starts pending: when the driver has named the first group's split pairs its
+  // tables get a heading too, even where no SplitChange came before the first group.
+  const bool named = !data.document->GetSplitPairs().empty();
+  if (data.splitPending && (data.splitChanged || named)) {
     data.splitPending = false;
     ++data.splitCount;
     data.splitItem =

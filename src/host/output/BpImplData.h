@@ -19,7 +19,8 @@ struct BpHeading::ImplData {
   OutputDocument* document = nullptr;
   std::shared_ptr<OutputItem> item;
   bool isProcedure = false;
-  bool splitPending = false;              // SplitChange called, heading not made yet
+  bool splitPending = false;              // the next table or heading opens a split heading
+  bool splitChanged = false;              // SplitChange was called at least once
   int splitCount = 0;                     // split headings made so far
   std::shared_ptr<OutputItem> splitItem;  // the current split group's heading, if any
 };

@@ -36,6 +36,9 @@ BpFormatSpec VariableFamily(int varIndex) {
 }  // namespace
 
 BpProcedure::BpProcedure(std::string name, int /*kind*/) : BpHeading(MakeProcedure(name)) {
+  // Pairs left from an earlier command must not name this command's groups.
+  _impl->document->SetSplitPairs({});
+  _impl->splitPending = true;
   _impl->document->OpenProcedure(_impl->item.get());
 }
 
@@ -45,6 +48,7 @@ BpProcedure::~BpProcedure() {
 
 void BpProcedure::SplitChange() {
   _impl->splitPending = true;
+  _impl->splitChanged = true;
 }
 
 BpFormatSpec BpProcedure::Count() {

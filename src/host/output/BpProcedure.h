@@ -18,7 +18,8 @@ class BpProcedure : public BpHeading {
 
   /// The tables made after this call belong to a new split group: they stand under a
   /// heading of their own, named after the group's split pairs (OutputDocument::SetSplitPairs)
-  /// as they are when the group's first table or heading is made.
+  /// as they are when the group's first table or heading is made ("Split group N" without
+  /// pairs). The first group gets its heading without a call when its pairs are set.
   void SplitChange();
 
   /// Counts: F40.0.

@@ -7,6 +7,11 @@
 
 #include "GoldenFile.h"
 #include "SampleTables.h"
+#include "host/output/BpCategory.h"
+#include "host/output/BpDimension.h"
+#include "host/output/BpPivotTable.h"
+#include "host/output/BpProcedure.h"
+#include "host/output/BpString.h"
 #include "host/output/OutputDocument.h"
 #include "writers/OutputWriter.h"
 
@@ -182,4 +187,23 @@ TEST(OutputWriter, EveryWriterShowsTheSameLabelsAndNumbers) {
   // The JSON tree keeps the hidden group (marked not shown); the drawn formats never show it.
   EXPECT_EQ(text.find("DummyGroup"), std::string::npos);
   EXPECT_EQ(html.find("DummyGroup"), std::string::npos);
+}
+
+TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
+  OutputDocument document;
+  OutputDocument::Install(&document);
+  {
+    BpProcedure procedure("Quilt", 4);
+    BpPivotTable pivot =
+        procedure.PivotTable(BpString("Nothing here", false), BpString("Quilt Table", true), true);
+    BpDimension rows = pivot.Dimension(BpString("Row", false), BpPivotTable::kSortAsCreated);
+    rows.Position(BpDimension::kPlaceRow, 1, true, false);
+    rows.Category(BpString("never written", false));
+  }
+  OutputDocument::Install(nullptr);
+  for (const char* format : {"text", "html", "json"}) {
+    const std::string output = Render(document, format);
+    EXPECT_NE(output.find("Nothing here"), std::string::npos) << format;
+    EXPECT_EQ(output.find("never written"), std::string::npos) << format;
+  }
 }

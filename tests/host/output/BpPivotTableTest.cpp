@@ -223,6 +223,22 @@ TEST_F(BpPivotTableTest, EachSplitGroupGetsItsOwnHeading) {
   EXPECT_EQ(groups[1]->GetChildren()[0]->GetTable()->title, "table in South");
 }
 
+TEST_F(BpPivotTableTest, FirstGroupNamedByItsPairsNeedsNoSplitChange) {
+  _document.SetSplitPairs({{"Stale", "pair"}});  // left from an earlier command
+  {
+    BpProcedure procedure("Quilt", 4);
+    _document.SetSplitPairs({{"Region", "North"}, {"Wave", "2"}});
+    { BpPivotTable first = procedure.PivotTable(Text("first group"), Text("Quilt Table"), true); }
+    procedure.SplitChange();
+    _document.SetSplitPairs({});
+    { BpPivotTable second = procedure.PivotTable(Text("second group"), Text("Quilt Table"), true); }
+  }
+  const auto groups = _document.Items()[0]->GetChildren();
+  ASSERT_EQ(groups.size(), 2u);
+  EXPECT_EQ(groups[0]->GetText(), "Region: North, Wave: 2");
+  EXPECT_EQ(groups[1]->GetText(), "Split group 2");  // no pairs were set for it
+}
+
 TEST_F(BpPivotTableTest, FormatFamilies) {
   // Counts without decimals, percentages with one and a percent sign, significance with three.
   EXPECT_EQ(BpNumber(1234, BpProcedure::Count()).GetText(), "1234");
