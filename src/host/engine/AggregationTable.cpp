@@ -8,7 +8,11 @@
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/TARN_InputCaseIterator.h"
 #include "host/data/TARN_Variable.h"
+#include "aggregator/CellKey.h"
 #include "host/engine/AggregationCube.h"
+#include "host/engine/AggregationStatistic.h"
+#include "host/engine/CellStatistics.h"
+#include "host/engine/StatValues.h"
 #include "host/engine/CaseContext.h"
 #include "host/engine/CubeAggregator.h"
 #include "host/engine/TableDimension.h"
@@ -47,6 +51,28 @@ struct AggregationTable::Data {
     } else if (weighted && source != nullptr && source->GetWeightVarIndex() >= 0) {
       _mode = kWeightFrequency;
       _weightIndex = source->GetWeightVarIndex();
+    }
+  }
+
+  // Orders a dimension's categories by a statistic read in the first sub-table cube that
+  // holds both, with every other position at its total.
+  void SortDimension(TableDimension& dimension, const AggregationStatistic& statistic) {
+    for (CubeAggregator* aggregator : _subTableAggregators) {
+      const int length = aggregator->GetKeyLength();
+      int position = -1;
+      for (int p = 0; p < length && position < 0; ++p) {
+        if (aggregator->GetDimension(p) == &dimension) position = p;
+      }
+      if (position < 0) continue;
+      const int index = aggregator->GetCellStats()->GetIndex(statistic, statistic.GetVarIndex() < 0);
+      if (index < 0) continue;
+      dimension.SortByStatistic([&](int encoding) {
+        CellKey key(length);
+        key[position] = encoding;
+        const StatValues* values = aggregator->GetStatValuesByKey(key);
+        return values == nullptr ? TARN_SystemMissing() : values->GetStatValue(index).GetValue1();
+      });
+      return;
     }
   }
 
@@ -164,7 +190,10 @@ void AggregationTable::CompleteCases() {
   _data->Wire();
   for (CubeAggregator* aggregator : _data->_allAggregators) aggregator->Complete();
   for (int i = 0; i < _data->_metadata.NumberOfDimensions(); ++i) {
-    _data->_metadata.GetDimension(i)->CompleteCategories();
+    TableDimension* dimension = _data->_metadata.GetDimension(i);
+    dimension->CompleteCategories();
+    const AggregationStatistic* statistic = dimension->GetSortStatistic();
+    if (statistic != nullptr) _data->SortDimension(*dimension, *statistic);
   }
 }
 

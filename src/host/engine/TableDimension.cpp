@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -97,6 +98,7 @@ struct TableDimension::Data {
   std::vector<AggregationCategory*> _categories;
   std::vector<AggregationCategory*> _pcomputeRequired;
   bool _complete = false;
+  std::optional<AggregationStatistic> _sortStatistic;
 
   const std::vector<ParsedCategory*>* Parsed() const { return _variable->GetParsedCategories(); }
 
@@ -391,11 +393,65 @@ void TableDimension::SetComputingTotal() {
 void TableDimension::SetComputingCounts(bool flag) { _data->_countDuplicates = flag; }
 
 void TableDimension::SetSortByScaleStats(TableMetadata* /*metadata*/,
-                                         const AggregationStatistic& /*statistic*/) {}
+                                         const AggregationStatistic& statistic) {
+  _data->_sortStatistic = statistic;
+}
 
 void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/,
                                              TableDimension* /*dimension*/,
-                                             const AggregationStatistic& /*statistic*/) {}
+                                             const AggregationStatistic& statistic) {
+  // The statistic is read in a cube holding this dimension, with every other position at
+  // its total, which is where the other dimension's statistic of each category stands.
+  _data->_sortStatistic = statistic;
+}
+
+const AggregationStatistic* TableDimension::GetSortStatistic() const {
+  if (_data->_sortStatistic.has_value()) return &*_data->_sortStatistic;
+  const AggregationVariable& variable = *_data->_variable;
+  if (variable.GetSortKey() != AggregationVariable::kSortKeyStatistic ||
+      variable.GetSortStatistic() <= 0) {
+    return nullptr;
+  }
+  const int varIndex = variable.GetSortVarIndex();
+  const bool scale = varIndex >= 0 && !variable.GetVarIndices().empty() &&
+                     std::find(variable.GetVarIndices().begin(), variable.GetVarIndices().end(),
+                               varIndex) == variable.GetVarIndices().end() &&
+                     _data->_source != nullptr && _data->_source->GetVariable(varIndex) != nullptr &&
+                     _data->_source->GetVariable(varIndex)->GetMeasurementLevel() == kMeasureScale;
+  _data->_sortStatistic = scale ? AggregationStatistic(varIndex, variable.GetSortStatistic())
+                                : AggregationStatistic(variable.GetSortStatistic());
+  return &*_data->_sortStatistic;
+}
+
+void TableDimension::SortByStatistic(const std::function<double(int)>& valueOf) {
+  auto& categories = _data->_categories;
+  const bool ascending = _data->_variable->GetIsOrderA();
+  auto isValue = [](const AggregationCategory* c) {
+    return c->GetCatType() == AggregationCategory::kValue ||
+           c->GetCatType() == AggregationCategory::kVariable;
+  };
+  std::size_t start = 0;
+  while (start < categories.size()) {
+    if (!isValue(categories[start])) {
+      ++start;
+      continue;
+    }
+    std::size_t end = start;
+    while (end < categories.size() && isValue(categories[end])) ++end;
+    std::vector<std::pair<double, AggregationCategory*>> keyed;
+    for (std::size_t i = start; i < end; ++i) {
+      double value = valueOf(categories[i]->GetCatEncoding());
+      // Categories without a value go last whatever the direction.
+      if (value == TARN_SystemMissing()) value = ascending ? 1e308 : -1e308;
+      keyed.emplace_back(value, categories[i]);
+    }
+    std::stable_sort(keyed.begin(), keyed.end(), [ascending](const auto& a, const auto& b) {
+      return ascending ? a.first < b.first : a.first > b.first;
+    });
+    for (std::size_t i = start; i < end; ++i) categories[i] = keyed[i - start].second;
+    start = end;
+  }
+}
 
 AggregationVariable* TableDimension::GetVariable() const { return _data->_variable; }
 bool TableDimension::GetIncludeEmpty() const { return _data->_variable->GetIsEmptyInclude(); }

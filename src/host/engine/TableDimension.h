@@ -1,6 +1,7 @@
 // TableDimension.h - one categorical variable or set of a table: case mapping and categories
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -68,6 +69,12 @@ class TableDimension {
   bool IsSingleVariable() const;
   /// The encoding of the subtotal that sums the value category `code`, 0 for none.
   int SubtotalOf(int code) const;
+
+  /// The statistic that orders the categories, or null when they keep value or label order.
+  const AggregationStatistic* GetSortStatistic() const;
+  /// Reorders each run of value categories by `valueOf(encoding)`, ascending or descending
+  /// as ORDER says; totals and subtotals keep their places.
+  void SortByStatistic(const std::function<double(int)>& valueOf);
 
   /// Fixes the categories of the group just read.
   void CompleteCategories();

@@ -231,3 +231,50 @@ TEST(Categories, StringValuesAndMergedLists) {
 }
 
 }  // namespace
+
+namespace {
+
+using namespace enginetest;
+
+// g = 1 once, 2 three times, 3 twice; x per case 9 | 1 1 1 | 5 5. By COUNT descending the
+// order is 2 (3 cases), 3 (2), 1 (1); by MEAN of x ascending 2 (1), 3 (5), 1 (9).
+TEST(Categories, SortedByAStatistic) {
+  const std::string csv = "g,x\n1,9\n2,1\n2,1\n2,1\n3,5\n3,5\n";
+  {
+    Harness h(csv, "");
+    AggregationVariable* g = h.Variable("g");
+    g->SetSortKey(AggregationVariable::kSortKeyStatistic);
+    g->SetSortInfo(Codes::kStatCount, -1);
+    g->SetIsOrderA(false);
+    g->SetIsTotalNo(false);
+    AggregationCube* cube = h._table->CreateCube();
+    cube->AddCategoricalVariable(g, Codes::kDimensionRow);
+    cube->CreateCubeAggregator();
+    cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, g);
+    h.RunGroup();
+    const auto& cats = g->GetTableDimension()->GetCategories();
+    ASSERT_EQ(cats.size(), 4u);
+    EXPECT_EQ(cats[0]->GetCatValue()->number, 2);
+    EXPECT_EQ(cats[1]->GetCatValue()->number, 3);
+    EXPECT_EQ(cats[2]->GetCatValue()->number, 1);
+    EXPECT_EQ(cats[3]->GetCatType(), AggregationCategory::kTotal);  // the total stays last
+  }
+  {
+    Harness h(csv, "");
+    AggregationVariable* g = h.Variable("g");
+    AggregationCube* cube = h._table->CreateCube();
+    cube->AddCategoricalVariable(g, Codes::kDimensionRow);
+    cube->CreateCubeAggregator();
+    const AggregationStatistic mean(h.Index("x"), Codes::kStatMean);
+    cube->AddScaleStatistics({mean});
+    g->GetTableDimension()->SetSortByScaleStats(&h._table->GetTableMetaData(), mean);
+    h.RunGroup();
+    const auto& cats = g->GetTableDimension()->GetCategories();
+    ASSERT_EQ(cats.size(), 3u);
+    EXPECT_EQ(cats[0]->GetCatValue()->number, 2);
+    EXPECT_EQ(cats[1]->GetCatValue()->number, 3);
+    EXPECT_EQ(cats[2]->GetCatValue()->number, 1);
+  }
+}
+
+}  // namespace
