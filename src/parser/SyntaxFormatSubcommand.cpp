@@ -243,7 +243,8 @@ double SyntaxFormatSubcommand::GetMaxColumnWidthPoints() const {
 
 void SyntaxFormatSubcommand::DumpDetails(std::ostream& out) const {
   out << "state=" << _data->_state << " min=" << (_data->_minIsDefault ? "default" : _data->_minText)
-      << " max=" << (_data->_maxIsDefault ? "default" : _data->_maxText) << " units=" << _data->_units
+      << " minPoints=" << _data->_minWidth << " max=" << (_data->_maxIsDefault ? "default" : _data->_maxText)
+      << " maxPoints=" << _data->_maxWidth << " units=" << _data->_units
       << " emptyType=" << _data->_emptyStringType << " empty=\"" << _data->_emptyString << "\" missing=\""
       << _data->_missingString << "\"";
 }
