@@ -14,6 +14,7 @@
 #include "host/data/DataError.h"
 #include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
+#include "host/data/SplitGroupListener.h"
 #include "host/output/BpError.h"
 #include "host/output/BpString.h"
 #include "host/output/OutputDocument.h"
@@ -199,7 +200,10 @@ int QuiltProgram::Run(std::ostream& output) {
 
   OutputDocument document;
   OutputDocument::Install(&document);
+  // Split group headings and messages name the group the data pass is in.
+  SplitGroupListener::Install([](const SplitGroupPairs& pairs) { OutputDocument::Current().SetSplitPairs(pairs); });
   for (const Command& command : commands) RunCommand(command);
+  SplitGroupListener::Install(nullptr);
   OutputDocument::Install(nullptr);
 
   const int writeStatus = WriteDocument(document, output);

@@ -7,6 +7,9 @@
 
 #include "host/QuiltAssert.h"
 #include "host/data/Dataset.h"
+#include "host/data/FormatConversion.h"
+#include "host/data/SplitGroupListener.h"
+#include "host/data/TARN_ValueLabelMap.h"
 
 struct ProcDSIterator::Data {
   std::shared_ptr<const Dataset> _dataset;
@@ -34,6 +37,30 @@ bool SameSplitValues(const Dataset& dataset, std::size_t left, std::size_t right
     }
   }
   return true;
+}
+
+// How a reader names one split variable's value in case `caseIndex`: its label, else the
+// value as the variable prints it, without surrounding blanks.
+std::string DescribeSplitValue(const Dataset& dataset, int index, std::size_t caseIndex) {
+  const TARN_Variable& variable = dataset.GetVariable(index);
+  const OBS* value = dataset.GetCells(index, caseIndex);
+  TARN_ValueLabelMap labels(variable.GetValueLabels());
+  if (const char* label = labels.GetLabel(value)) return label;
+  if (variable.GetType() == 0) return FormatNumber(value->number, variable.GetFormat());
+  std::string text(reinterpret_cast<const char*>(value), static_cast<std::size_t>(variable.GetType()));
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+void AnnounceSplitGroup(const Dataset& dataset, std::size_t caseIndex) {
+  SplitGroupPairs pairs;
+  for (const int index : dataset.GetSplitVariables()) {
+    const TARN_Variable& variable = dataset.GetVariable(index);
+    const char* label = variable.GetLabel();
+    pairs.emplace_back(label != nullptr && *label != '\0' ? label : variable.GetName(),
+                       DescribeSplitValue(dataset, index, caseIndex));
+  }
+  SplitGroupListener::Announce(pairs);
 }
 
 }  // namespace
@@ -80,10 +107,12 @@ int ProcDSIterator::DoNextCase() {
       return 1;
     }
   }
+  const bool firstOfGroup = data._nextCase == 0 || data._boundaryGiven;
   data._boundaryGiven = false;
   data._splitGroupEnd = false;
   data._currentCase = data._nextCase++;
   data._hasCurrent = true;
+  if (hasSplits && firstOfGroup && SplitGroupListener::IsInstalled()) AnnounceSplitGroup(dataset, data._currentCase);
   return 1;
 }
 
