@@ -232,3 +232,37 @@ TEST(PercentageBase, AgreesWithANaiveReference) {
 }
 
 }  // namespace
+
+namespace {
+
+using namespace enginetest;
+
+// Base-weight variant of Example C: weights 0.5, 1, 1 in cell (a1,b1) and 1.5, 2, 1 in the
+// other three cells. W_c 2.5, W 7, W2 9.5, neff = 49/9.5 = 5.157895, p = 2.5/7:
+// TABLEPCT limits [9.918393, 73.706162]; COUNT SE 1.476862, limits [0.694287, 5.159431];
+// ECOUNT of the cell 2.5²/2.25 = 2.777778.
+TEST(PercentageBase, BaseWeightLimitsUseTheEffectiveBase) {
+  Harness h("a,b,bw\n1,1,0.5\n1,1,1\n1,1,1\n1,2,1.5\n2,1,2\n2,2,1\n", "", false, true, "bw");
+  AggregationVariable* a = h.Variable("a");
+  AggregationVariable* b = h.Variable("b");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(b, Codes::kDimensionColumn);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  std::vector<AggregationStatistic> list;
+  for (int code : {1, 2, 3, 4, 9, 27, 28}) list.emplace_back(code);
+  cube->AddCategoryStatistics(list, b);
+  h.RunGroup();
+  const CellKey key = Key({Encoding(a->GetTableDimension(), 1), Encoding(b->GetTableDimension(), 1)});
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(1)), 2.5, 1e-12);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(9)), 2.5 * 2.5 / 2.25, 1e-9);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(27)), 9.918393, 1e-5);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(28)), 73.706162, 1e-5);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(4)), 1.476862, 1e-6);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(2)), 0.694287, 1e-5);
+  EXPECT_NEAR(Value(*agg, key, AggregationStatistic(3)), 5.159431, 1e-5);
+  EXPECT_NEAR(agg->GetCount(key, true, true), 2.25, 1e-12);  // 0.25 + 1 + 1
+  EXPECT_DOUBLE_EQ(agg->GetCount(key, false, false), 3);
+}
+
+}  // namespace
