@@ -193,7 +193,13 @@ struct TableDimension::Data {
       _state = kCaseMissing;
       return;
     }
-    const int id = Register(cells);
+    // Known small integer codes skip the registry's general path.
+    int id = -1;
+    if (_valueType == 0 && cells->number >= 0.0 && cells->number < kSmallValues) {
+      const int small = static_cast<int>(cells->number);
+      if (small == cells->number) id = _smallIds[static_cast<unsigned>(small)];
+    }
+    if (id < 0) id = Register(cells);
     ValueInfo& info = _values[static_cast<unsigned>(id)];
     if (info._item == kItemMissing) {
       _state = kCaseMissing;
