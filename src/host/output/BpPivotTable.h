@@ -6,7 +6,7 @@
 class BpAnnotation;
 class BpCellText;
 class BpDimension;
-class OutputItem;
+struct OutputItem;
 class OutputDocument;
 
 /// A pivot table being built. Returned by value from BpHeading::PivotTable and movable, not
