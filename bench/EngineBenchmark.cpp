@@ -39,9 +39,8 @@ std::shared_ptr<ProcedureDataSource> Source() {
              std::to_string(1 + random() % 6) + "," + std::to_string(random() % 100000) + "," +
              std::to_string(0.5 + (random() % 100) / 100.0) + "\n";
     }
-    const std::string dict =
-        R"({"variables":[{"name":"region"},{"name":"gender"},{"name":"agegrp"},)"
-        R"({"name":"income"},{"name":"wt"}],"weight":"wt"})";
+    const std::string dict = R"({"variables":[{"name":"region"},{"name":"gender"},{"name":"agegrp"},)"
+                             R"({"name":"income"},{"name":"wt"}],"weight":"wt"})";
     return std::make_shared<ProcedureDataSource>(DatasetLoader::LoadText(csv, dict, {}));
   }();
   return source;
@@ -66,12 +65,11 @@ void RunTable(benchmark::State& state) {
     cube->CreateCubeAggregator();
     if (kind == 2) {
       const int income = source->FindVarIndex("income");
-      cube->AddScaleStatistics({AggregationStatistic(income, Codes::kStatMean),
-                                AggregationStatistic(income, Codes::kStatMedian)});
+      cube->AddScaleStatistics(
+          {AggregationStatistic(income, Codes::kStatMean), AggregationStatistic(income, Codes::kStatMedian)});
     } else {
-      cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount),
-                                   AggregationStatistic(Codes::kStatColPctCount)},
-                                  &gender);
+      cube->AddCategoryStatistics(
+          {AggregationStatistic(Codes::kStatCount), AggregationStatistic(Codes::kStatColPctCount)}, &gender);
     }
     auto* reader = static_cast<ProcDSIterator*>(iterator.get());
     while (reader->NextCase() != 0) {

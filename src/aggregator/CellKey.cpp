@@ -24,7 +24,9 @@ CellKey& CellKey::operator=(const CellKey& other) {
   return *this;
 }
 
-CellKey::~CellKey() { delete[] _positions; }
+CellKey::~CellKey() {
+  delete[] _positions;
+}
 
 int& CellKey::operator[](int i) {
   QUILT_ASSERT(i >= 0 && i < arLength, "cell key position out of range");

@@ -40,8 +40,7 @@ struct AggregationCube::Data {
   }
 };
 
-AggregationCube::AggregationCube(TableMetadata* metadata, const TARN_DataSource* source,
-                                 WeightMode mode)
+AggregationCube::AggregationCube(TableMetadata* metadata, const TARN_DataSource* source, WeightMode mode)
     : _data(std::make_unique<Data>()) {
   _data->_metadata = metadata;
   _data->_source = source;
@@ -52,17 +51,17 @@ AggregationCube::~AggregationCube() = default;
 
 void AggregationCube::AddCategoricalVariable(AggregationVariable* variable, int position) {
   QUILT_ASSERT(_data->_aggregator == nullptr, "variables come before CreateCubeAggregator");
-  QUILT_ASSERT(position >= TableEncryptionCodes::kDimensionRow &&
-                   position <= TableEncryptionCodes::kDimensionExtra,
-               "unknown dimension position");
+  QUILT_ASSERT(
+      position >= TableEncryptionCodes::kDimensionRow && position <= TableEncryptionCodes::kDimensionExtra,
+      "unknown dimension position");
   _data->_dimensions.push_back(_data->_metadata->DimensionFor(variable, _data->_source));
   _data->_positions.push_back(position);
 }
 
 CubeAggregator* AggregationCube::CreateCubeAggregator() {
   QUILT_ASSERT(_data->_aggregator == nullptr, "a cube has one aggregator");
-  _data->_aggregator = std::make_unique<CubeAggregator>(_data->_dimensions, _data->_positions,
-                                                        _data->_metadata, _data->_mode);
+  _data->_aggregator =
+      std::make_unique<CubeAggregator>(_data->_dimensions, _data->_positions, _data->_metadata, _data->_mode);
   _data->_aggregator->SetCILevel(_data->_ciLevel);
   return _data->_aggregator.get();
 }
@@ -84,10 +83,12 @@ void AggregationCube::AddCategoryStatistics(const std::vector<AggregationStatist
   _data->Declare(list, {}, _data->PositionOf(computationalVariable));
 }
 
-void AggregationCube::AddCategoryAndTotalStatistics(
-    const std::vector<AggregationStatistic>& list, AggregationVariable* variable,
-    const std::vector<AggregationStatistic>& totalList) {
+void AggregationCube::AddCategoryAndTotalStatistics(const std::vector<AggregationStatistic>& list,
+                                                    AggregationVariable* variable,
+                                                    const std::vector<AggregationStatistic>& totalList) {
   _data->Declare(list, totalList, _data->PositionOf(variable));
 }
 
-CubeAggregator* AggregationCube::GetCubeAggregator() const { return _data->_aggregator.get(); }
+CubeAggregator* AggregationCube::GetCubeAggregator() const {
+  return _data->_aggregator.get();
+}

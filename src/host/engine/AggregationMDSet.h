@@ -12,8 +12,8 @@
 class AggregationMDSet : public AggregationVariable {
  public:
   /// `countedValue` holds `countedValueSize` bytes: 0 or 8 for a number, else the string.
-  AggregationMDSet(const std::vector<int>& varIndices, const std::string& name,
-                   const OBS* countedValue, int countedValueSize, bool useCountedValueLabels);
+  AggregationMDSet(const std::vector<int>& varIndices, const std::string& name, const OBS* countedValue,
+                   int countedValueSize, bool useCountedValueLabels);
   ~AggregationMDSet() override;
 
   /// The counted value's bytes as given: one numeric cell, a number written as text, or

@@ -10,15 +10,37 @@ namespace {
 using Codes = TableEncryptionCodes;
 
 // The primaries that stand alone, in code order; percentage families are added by rule.
-constexpr std::array<int, 31> kSinglePrimaries = {
-    Codes::kStatCount,     Codes::kStatUCount,    Codes::kStatECount,     Codes::kStatMaximum,
-    Codes::kStatMean,      Codes::kStatUMean,     Codes::kStatMedian,     Codes::kStatUMedian,
-    Codes::kStatMinimum,   Codes::kStatMissing,   Codes::kStatUMissing,   Codes::kStatMode,
-    Codes::kStatUMode,     Codes::kStatRange,     Codes::kStatStdDev,     Codes::kStatUStdDev,
-    Codes::kStatSum,       Codes::kStatUSum,      Codes::kStatTotalN,     Codes::kStatUTotalN,
-    Codes::kStatETotalN,   Codes::kStatValidN,    Codes::kStatUValidN,    Codes::kStatEValidN,
-    Codes::kStatVariance,  Codes::kStatUVariance, Codes::kStatResponses,  Codes::kStatUResponses,
-    Codes::kStatMeanSumSquares, Codes::kStatPtile, Codes::kStatUPtile};
+constexpr std::array<int, 31> kSinglePrimaries = {Codes::kStatCount,
+                                                  Codes::kStatUCount,
+                                                  Codes::kStatECount,
+                                                  Codes::kStatMaximum,
+                                                  Codes::kStatMean,
+                                                  Codes::kStatUMean,
+                                                  Codes::kStatMedian,
+                                                  Codes::kStatUMedian,
+                                                  Codes::kStatMinimum,
+                                                  Codes::kStatMissing,
+                                                  Codes::kStatUMissing,
+                                                  Codes::kStatMode,
+                                                  Codes::kStatUMode,
+                                                  Codes::kStatRange,
+                                                  Codes::kStatStdDev,
+                                                  Codes::kStatUStdDev,
+                                                  Codes::kStatSum,
+                                                  Codes::kStatUSum,
+                                                  Codes::kStatTotalN,
+                                                  Codes::kStatUTotalN,
+                                                  Codes::kStatETotalN,
+                                                  Codes::kStatValidN,
+                                                  Codes::kStatUValidN,
+                                                  Codes::kStatEValidN,
+                                                  Codes::kStatVariance,
+                                                  Codes::kStatUVariance,
+                                                  Codes::kStatResponses,
+                                                  Codes::kStatUResponses,
+                                                  Codes::kStatMeanSumSquares,
+                                                  Codes::kStatPtile,
+                                                  Codes::kStatUPtile};
 
 constexpr std::array<int, 7> kFamilyFirst = {10, 66, 122, 233, 297, 353, 409};
 
@@ -46,8 +68,7 @@ const PrimaryList& Primaries() {
 }  // namespace
 
 AggregationStatistic::AggregationStatistic(int code) : _code(code) {}
-AggregationStatistic::AggregationStatistic(int varIndex, int code)
-    : _code(code), _varIndex(varIndex) {}
+AggregationStatistic::AggregationStatistic(int varIndex, int code) : _code(code), _varIndex(varIndex) {}
 AggregationStatistic::AggregationStatistic(const AggregationStatistic& other) = default;
 AggregationStatistic& AggregationStatistic::operator=(const AggregationStatistic& other) = default;
 AggregationStatistic::~AggregationStatistic() = default;

@@ -4,17 +4,17 @@
 #include <cmath>
 #include <iostream>
 
+#include "aggregator/CellKey.h"
 #include "host/QuiltAssert.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/TARN_InputCaseIterator.h"
 #include "host/data/TARN_Variable.h"
-#include "aggregator/CellKey.h"
 #include "host/engine/AggregationCube.h"
 #include "host/engine/AggregationStatistic.h"
-#include "host/engine/CellStatistics.h"
-#include "host/engine/StatValues.h"
 #include "host/engine/CaseContext.h"
+#include "host/engine/CellStatistics.h"
 #include "host/engine/CubeAggregator.h"
+#include "host/engine/StatValues.h"
 #include "host/engine/TableDimension.h"
 #include "host/engine/TableMetadata.h"
 
@@ -102,35 +102,38 @@ struct AggregationTable::Data {
   }
 };
 
-AggregationTable::AggregationTable(TARN_InputCaseIterator* iterator, bool weighted,
-                                   bool pairwiseMissing, int baseWeightIndex)
+AggregationTable::AggregationTable(TARN_InputCaseIterator* iterator, bool weighted, bool pairwiseMissing,
+                                   int baseWeightIndex)
     : _data(std::make_unique<Data>()) {
   _data->_ownSource = std::make_unique<ProcedureDataSource>();
   _data->Init(iterator, _data->_ownSource.get(), weighted, pairwiseMissing, baseWeightIndex);
 }
 
-AggregationTable::AggregationTable(TARN_InputCaseIterator* iterator,
-                                   const TARN_DataSource* source, bool weighted,
-                                   bool pairwiseMissing, int baseWeightIndex)
+AggregationTable::AggregationTable(TARN_InputCaseIterator* iterator, const TARN_DataSource* source,
+                                   bool weighted, bool pairwiseMissing, int baseWeightIndex)
     : _data(std::make_unique<Data>()) {
   _data->Init(iterator, source, weighted, pairwiseMissing, baseWeightIndex);
 }
 
 AggregationTable::~AggregationTable() = default;
 
-void AggregationTable::SetCLabelOption(int option) { _data->_cLabelOption = option; }
-int AggregationTable::GetCLabelOption() const { return _data->_cLabelOption; }
-void AggregationTable::SetPairWiseTest(bool flag) { _data->_pairWiseTest = flag; }
+void AggregationTable::SetCLabelOption(int option) {
+  _data->_cLabelOption = option;
+}
+int AggregationTable::GetCLabelOption() const {
+  return _data->_cLabelOption;
+}
+void AggregationTable::SetPairWiseTest(bool flag) {
+  _data->_pairWiseTest = flag;
+}
 
 AggregationCube* AggregationTable::CreateCube() {
   QUILT_ASSERT(!_data->_wired, "cubes are declared before the first case");
-  _data->_cubes.push_back(
-      std::make_unique<AggregationCube>(&_data->_metadata, _data->_source, _data->_mode));
+  _data->_cubes.push_back(std::make_unique<AggregationCube>(&_data->_metadata, _data->_source, _data->_mode));
   return _data->_cubes.back().get();
 }
 
-std::vector<AggregationCube*> AggregationTable::CreateAxisCubes(int n, int cubeIndexInDim,
-                                                                int position) {
+std::vector<AggregationCube*> AggregationTable::CreateAxisCubes(int n, int cubeIndexInDim, int position) {
   QUILT_ASSERT(!_data->_wired, "axis cubes are declared before the first case");
   QUILT_ASSERT(position >= 0 && position < 4, "unknown dimension position");
   QUILT_ASSERT(n >= 0 && cubeIndexInDim >= 0, "axis cubes need a count and a slot");
@@ -166,8 +169,8 @@ void AggregationTable::AddNewCase() {
     const int index = metadata.GetCaseReaderVarIndex(s);
     const OBS* cell = d._iterator->GetObsPointer(static_cast<unsigned>(index));
     const TARN_Variable* variable = d._source->GetVariable(index);
-    const bool valid = cell->number != TARN_SystemMissing() &&
-                       (variable == nullptr || !variable->IsMissing(cell));
+    const bool valid =
+        cell->number != TARN_SystemMissing() && (variable == nullptr || !variable->IsMissing(cell));
     d._scaleValues[static_cast<unsigned>(s)] = cell->number;
     d._scaleValid[static_cast<unsigned>(s)] = valid ? 1 : 0;
     allValid = allValid && valid;
@@ -205,7 +208,9 @@ void AggregationTable::ResetAggregator() {
   for (double& count : _data->_metadata.ValidCounts()) count = 0.0;
 }
 
-TableMetadata& AggregationTable::GetTableMetaData() { return _data->_metadata; }
+TableMetadata& AggregationTable::GetTableMetaData() {
+  return _data->_metadata;
+}
 
 std::vector<CubeAggregator*> AggregationTable::GetCubeAggregators() const {
   std::vector<CubeAggregator*> result;
@@ -213,8 +218,7 @@ std::vector<CubeAggregator*> AggregationTable::GetCubeAggregators() const {
   return result;
 }
 
-std::vector<std::vector<CubeAggregator*>> AggregationTable::GetAxisCubeAggregators(
-    int position) const {
+std::vector<std::vector<CubeAggregator*>> AggregationTable::GetAxisCubeAggregators(int position) const {
   QUILT_ASSERT(position >= 0 && position < 4, "unknown dimension position");
   std::vector<std::vector<CubeAggregator*>> result;
   for (const auto& slot : _data->_axisCubes[static_cast<unsigned>(position)]) {

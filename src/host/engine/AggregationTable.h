@@ -20,8 +20,8 @@ class AggregationTable {
   AggregationTable(TARN_InputCaseIterator* iterator, bool weighted, bool pairwiseMissing,
                    int baseWeightIndex);
   /// The same over a given data source (tests and tools); `source` must outlive the table.
-  AggregationTable(TARN_InputCaseIterator* iterator, const TARN_DataSource* source,
-                   bool weighted, bool pairwiseMissing, int baseWeightIndex);
+  AggregationTable(TARN_InputCaseIterator* iterator, const TARN_DataSource* source, bool weighted,
+                   bool pairwiseMissing, int baseWeightIndex);
   ~AggregationTable();
   AggregationTable(const AggregationTable&) = delete;
   AggregationTable& operator=(const AggregationTable&) = delete;

@@ -61,8 +61,7 @@ class AggregationVariable {
   void AttachDimension(TableDimension* dimension) { _dimension = dimension; }
 
  protected:
-  AggregationVariable(VariableKind kind, const std::vector<int>& varIndices,
-                      const std::string& name);
+  AggregationVariable(VariableKind kind, const std::vector<int>& varIndices, const std::string& name);
   int _userMissingVarIndex = -1;
 
  private:

@@ -56,4 +56,6 @@ const std::vector<AggregationCategory*>& CategoryManager::GetCategories() const 
   return _data->_categories;
 }
 
-bool CategoryManager::GetIncludeEmpty() const { return _data->_includeEmpty; }
+bool CategoryManager::GetIncludeEmpty() const {
+  return _data->_includeEmpty;
+}

@@ -12,8 +12,8 @@ class TableDimension;
 /// and label is in the list yet, keeping first-seen order.
 class CategoryManager {
  public:
-  CategoryManager(const std::vector<AggregationCategory*>& categories,
-                  AggregationVariable* variable, TableDimension* dimension);
+  CategoryManager(const std::vector<AggregationCategory*>& categories, AggregationVariable* variable,
+                  TableDimension* dimension);
   ~CategoryManager();
   void AddCategories(const std::vector<AggregationCategory*>& categories);
   const std::vector<AggregationCategory*>& GetCategories() const;

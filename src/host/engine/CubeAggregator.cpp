@@ -32,9 +32,7 @@ constexpr int kValueSlotBase = 256;
 struct PackedKey {
   std::uint64_t _low = 0;
   std::uint64_t _high = 0;
-  bool operator==(const PackedKey& other) const {
-    return _low == other._low && _high == other._high;
-  }
+  bool operator==(const PackedKey& other) const { return _low == other._low && _high == other._high; }
 };
 
 struct PackedKeyHash {
@@ -428,17 +426,15 @@ struct CubeAggregator::Data {
     return merged.empty() ? kSysmis : merged.back()._value;
   }
 
-  AggregationResult Compute(const int* codes, const Cell& cell,
-                            const AggregationStatistic& statistic) const;
+  AggregationResult Compute(const int* codes, const Cell& cell, const AggregationStatistic& statistic) const;
   AggregationResult ComputePercentage(const int* codes, const Cell& cell, int prime, int conf,
                                       int varIndex) const;
   AggregationResult ComputeScale(const int* codes, const Cell& cell, int prime, int conf,
                                  const AggregationStatistic& statistic) const;
 };
 
-CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions,
-                               std::vector<int> positions, const TableMetadata* metadata,
-                               WeightMode weightMode)
+CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vector<int> positions,
+                               const TableMetadata* metadata, WeightMode weightMode)
     : _data(std::make_unique<Data>()) {
   QUILT_ASSERT(dimensions.size() == positions.size(), "one position per cube variable");
   QUILT_ASSERT(static_cast<int>(dimensions.size()) <= kMaxPositions,
@@ -469,8 +465,12 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions,
 
 CubeAggregator::~CubeAggregator() = default;
 
-int CubeAggregator::GetKeyLength() const { return static_cast<int>(_data->_positions.size()); }
-bool CubeAggregator::IsCubeEmpty() const { return _data->_cells.empty(); }
+int CubeAggregator::GetKeyLength() const {
+  return static_cast<int>(_data->_positions.size());
+}
+bool CubeAggregator::IsCubeEmpty() const {
+  return _data->_cells.empty();
+}
 
 double CubeAggregator::GetCount(const CellKey& key, bool weighted, bool squared) const {
   const std::vector<int> codes = _data->CodesOf(key);
@@ -564,13 +564,18 @@ StatValues* CubeAggregator::GetStatValuesByKey(const CellKey& key) const {
   return pointer;
 }
 
-const CellStatistics* CubeAggregator::GetCellStats() const { return &_data->_cellStats; }
-const CellStatistics* CubeAggregator::GetTotalStats() const { return &_data->_totalStats; }
-int CubeAggregator::GetTotalStatsDimIndex() const { return _data->_totalStatsDim; }
+const CellStatistics* CubeAggregator::GetCellStats() const {
+  return &_data->_cellStats;
+}
+const CellStatistics* CubeAggregator::GetTotalStats() const {
+  return &_data->_totalStats;
+}
+int CubeAggregator::GetTotalStatsDimIndex() const {
+  return _data->_totalStatsDim;
+}
 
 void CubeAggregator::DeclareStatistics(const std::vector<AggregationStatistic>& cellList,
-                                       const std::vector<AggregationStatistic>& totalList,
-                                       int statPosition) {
+                                       const std::vector<AggregationStatistic>& totalList, int statPosition) {
   QUILT_ASSERT(statPosition < GetKeyLength(), "the statistics variable is not in the cube");
   QUILT_ASSERT(_data->_cells.empty(), "statistics are declared before the cases");
   _data->_cellStats = CellStatistics(cellList);
@@ -587,9 +592,8 @@ void CubeAggregator::DeclareStatistics(const std::vector<AggregationStatistic>& 
         QUILT_ASSERT(statistic.GetPTileCutPoint() >= 0.0 && statistic.GetPTileCutPoint() <= 100.0,
                      "a percentile needs its cut point");
       }
-      if (prime == Codes::kStatMedian || prime == Codes::kStatUMedian ||
-          prime == Codes::kStatPtile || prime == Codes::kStatUPtile ||
-          prime == Codes::kStatMode || prime == Codes::kStatUMode) {
+      if (prime == Codes::kStatMedian || prime == Codes::kStatUMedian || prime == Codes::kStatPtile ||
+          prime == Codes::kStatUPtile || prime == Codes::kStatMode || prime == Codes::kStatUMode) {
         _data->_keepValues = true;
       }
       if (statistic.GetVarIndex() >= 0 && statPosition < 0 &&
@@ -730,8 +734,8 @@ void CubeAggregator::Complete() {
       const int bit = static_cast<int>(i) * kBitsPerPosition;
       const std::uint64_t word = bit < 64 ? leafKey._low >> bit : leafKey._high >> (bit - 64);
       const int slot = static_cast<int>(word & 0xFFFF);
-      const int code = slot == 0 ? kCellKeyTotal
-                                 : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
+      const int code =
+          slot == 0 ? kCellKeyTotal : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
       options[i].assign(1, code);
       if (d._single[i] && code != kCellKeyTotal) {
         const int subtotal = d._dimensions[i]->SubtotalOf(code);
@@ -790,9 +794,8 @@ std::string CubeAggregator::DebugText() const {
   out << "cube: " << GetKeyLength() << " positions, " << _data->_cells.size() << " cells\n";
   for (const auto& entry : _data->_index) {
     const Cell& cell = _data->_cells[entry.second];
-    out << "  key " << std::hex << entry.first._high << ':' << entry.first._low << std::dec
-        << " count " << cell._count._w << " (" << cell._count._u << " cases), total "
-        << cell._total._w << '\n';
+    out << "  key " << std::hex << entry.first._high << ':' << entry.first._low << std::dec << " count "
+        << cell._count._w << " (" << cell._count._u << " cases), total " << cell._total._w << '\n';
   }
   return out.str();
 }
@@ -808,8 +811,7 @@ AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& ce
   const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
 
   // Percentage families occupy 10..177, 233..288 and 297..464.
-  if ((prime >= 10 && prime < 178) || (prime >= 233 && prime < 289) ||
-      (prime >= 297 && prime < 465)) {
+  if ((prime >= 10 && prime < 178) || (prime >= 233 && prime < 289) || (prime >= 297 && prime < 465)) {
     return ComputePercentage(codes, cell, prime, conf, varIndex);
   }
 
@@ -887,8 +889,7 @@ AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& ce
     case Codes::kStatUMissing: {
       const bool u = prime == Codes::kStatUMissing;
       const Population& totalPop = local >= 0 ? cell._count : cell._total;
-      const double valid = local >= 0 ? (scale != nullptr ? Of(scale->_valid, u) : 0.0)
-                                      : Of(cell._valid, u);
+      const double valid = local >= 0 ? (scale != nullptr ? Of(scale->_valid, u) : 0.0) : Of(cell._valid, u);
       const double uValid = local >= 0 ? (scale != nullptr ? scale->_valid._u : 0.0) : cell._valid._u;
       return AggregationResult(Of(totalPop, u) - valid, totalPop._u - uValid);
     }
@@ -902,9 +903,8 @@ AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& ce
   return ComputeScale(codes, cell, prime, conf, AggregationStatistic(statistic));
 }
 
-AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, const Cell& cell,
-                                                          int prime, int conf,
-                                                          int varIndex) const {
+AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, const Cell& cell, int prime,
+                                                          int conf, int varIndex) const {
   int first = 10;
   Quantity numerator = kQCount;
   Quantity denominator = kQCount;
@@ -989,8 +989,7 @@ AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, cons
   return AggregationResult(100.0 * (conf == Codes::kConfLcl ? low : high));
 }
 
-AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const Cell& cell, int prime,
-                                                     int conf,
+AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const Cell& cell, int prime, int conf,
                                                      const AggregationStatistic& statistic) const {
   (void)cell;
   const int local = LocalScaleSlot(statistic.GetVarIndex());
@@ -1033,8 +1032,7 @@ AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const Cel
       double se = std::sqrt(variance / nStar);
       if (isSum) se *= w;
       if (conf == Codes::kConfSe) return AggregationResult(se);
-      const double t = StatDistributions::StudentQuantile(1.0 - (1.0 - _ciLevel / 100.0) / 2.0,
-                                                          nStar - 1.0);
+      const double t = StatDistributions::StudentQuantile(1.0 - (1.0 - _ciLevel / 100.0) / 2.0, nStar - 1.0);
       return AggregationResult(conf == Codes::kConfLcl ? value - t * se : value + t * se);
     }
     case Codes::kStatMode:

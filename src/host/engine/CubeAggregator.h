@@ -46,8 +46,7 @@ class CubeAggregator {
   /// The record's count in the cell, or null.
   const double* GetValuePtr(int record, const CellKey& key) const;
   /// 0 when the cell holds no case, else 1.
-  int GetCellStatus(const std::vector<const AggregationCategory*>& categories,
-                    int carriedIndex) const;
+  int GetCellStatus(const std::vector<const AggregationCategory*>& categories, int carriedIndex) const;
   /// The values of a cell, or null when it holds nothing. Owned by the aggregator and
   /// valid until ResetAggregator.
   StatValues* GetStatValues(const std::vector<const AggregationCategory*>& categories,

@@ -17,12 +17,10 @@ int CompareCells(const OBS* left, const OBS* right, int type) {
 }  // namespace
 
 ParsedCategory::ParsedCategory(const OBS* value, int dataType)
-    : _type(kParsedValue), _low(dataType, value, -1), _high(dataType, value, -1),
-      _valueType(dataType) {}
+    : _type(kParsedValue), _low(dataType, value, -1), _high(dataType, value, -1), _valueType(dataType) {}
 
 ParsedCategory::ParsedCategory(const OBS* low, const OBS* high, int dataType)
-    : _type(kParsedRange), _low(dataType, low, -1), _high(dataType, high, -1),
-      _valueType(dataType) {}
+    : _type(kParsedRange), _low(dataType, low, -1), _high(dataType, high, -1), _valueType(dataType) {}
 
 ParsedCategory::ParsedCategory(const OBS* value, int dataType, ParsedCatType type)
     : _type(type), _low(dataType, value, -1), _high(dataType, value, -1), _valueType(dataType) {
@@ -30,22 +28,29 @@ ParsedCategory::ParsedCategory(const OBS* value, int dataType, ParsedCatType typ
 }
 
 ParsedCategory::ParsedCategory(ParsedCatType type) : _type(type) {
-  QUILT_ASSERT(type == kParsedAll || type == kParsedMissing || type == kParsedOtherNM ||
-                   type == kParsedVariable,
-               "this constructor makes ALL, MISSING, OTHERNM or a set member");
+  QUILT_ASSERT(
+      type == kParsedAll || type == kParsedMissing || type == kParsedOtherNM || type == kParsedVariable,
+      "this constructor makes ALL, MISSING, OTHERNM or a set member");
 }
 
-ParsedCategory::ParsedCategory(const std::string& label, bool isDefaultLabel, int encoding,
-                               bool isSubtotal)
-    : _type(isSubtotal ? kParsedSubtotal : kParsedHSubtotal), _subtotalEncoding(encoding),
-      _label(label), _isDefaultLabel(isDefaultLabel) {}
+ParsedCategory::ParsedCategory(const std::string& label, bool isDefaultLabel, int encoding, bool isSubtotal)
+    : _type(isSubtotal ? kParsedSubtotal : kParsedHSubtotal),
+      _subtotalEncoding(encoding),
+      _label(label),
+      _isDefaultLabel(isDefaultLabel) {}
 
 ParsedCategory::ParsedCategory(const std::string& catName, const std::vector<std::string>& labels,
                                bool hideSource, const std::vector<int>& statCodes,
-                               const std::vector<int>& displayFormats,
-                               const std::vector<int>& formats, ParsedCatType type, int index)
-    : _type(type), _catName(catName), _labels(labels), _hideSource(hideSource),
-      _statCodes(statCodes), _displayFormats(displayFormats), _formats(formats), _index(index) {
+                               const std::vector<int>& displayFormats, const std::vector<int>& formats,
+                               ParsedCatType type, int index)
+    : _type(type),
+      _catName(catName),
+      _labels(labels),
+      _hideSource(hideSource),
+      _statCodes(statCodes),
+      _displayFormats(displayFormats),
+      _formats(formats),
+      _index(index) {
   QUILT_ASSERT(type == kParsedComputed, "this constructor makes a computed category");
 }
 
@@ -63,8 +68,7 @@ bool ParsedCategory::operator==(const ParsedCategory& other) const {
     return false;
   }
   if (_type <= kParsedHi) {
-    return _valueType == other._valueType &&
-           CompareCells(_low.Obs(), other._low.Obs(), _valueType) == 0 &&
+    return _valueType == other._valueType && CompareCells(_low.Obs(), other._low.Obs(), _valueType) == 0 &&
            CompareCells(_high.Obs(), other._high.Obs(), _valueType) == 0;
   }
   return true;

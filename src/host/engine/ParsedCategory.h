@@ -37,10 +37,9 @@ class ParsedCategory {
   ParsedCategory(const std::string& label, bool isDefaultLabel, int encoding, bool isSubtotal);
   /// A computed category: its name, labels, whether its sources are hidden, and per
   /// statistic the codes, display formats and formats; `index` is its place in the list.
-  ParsedCategory(const std::string& catName, const std::vector<std::string>& labels,
-                 bool hideSource, const std::vector<int>& statCodes,
-                 const std::vector<int>& displayFormats, const std::vector<int>& formats,
-                 ParsedCatType type, int index);
+  ParsedCategory(const std::string& catName, const std::vector<std::string>& labels, bool hideSource,
+                 const std::vector<int>& statCodes, const std::vector<int>& displayFormats,
+                 const std::vector<int>& formats, ParsedCatType type, int index);
 
   void SetVarIndex(int index) { _varIndex = index; }
   void SetValueType(int type);

@@ -49,17 +49,14 @@ double StudentCdf(double t, double df) {
 double StatDistributions::NormalQuantile(double p) {
   QUILT_ASSERT(p > 0.0 && p < 1.0, "a normal quantile needs 0 < p < 1");
   // Acklam's rational approximation, refined by one Halley step on erfc.
-  static const double a[] = {-3.969683028665376e+01, 2.209460984245205e+02,
-                             -2.759285104469687e+02, 1.383577518672690e+02,
-                             -3.066479806614716e+01, 2.506628277459239e+00};
-  static const double b[] = {-5.447609879822406e+01, 1.615858368580409e+02,
-                             -1.556989798598866e+02, 6.680131188771972e+01,
-                             -1.328068155288572e+01};
-  static const double c[] = {-7.784894002430293e-03, -3.223964580411365e-01,
-                             -2.400758277161838e+00, -2.549732539343734e+00,
-                             4.374664141464968e+00,  2.938163982698783e+00};
-  static const double d[] = {7.784695709041462e-03, 3.224671290700398e-01,
-                             2.445134137142996e+00, 3.754408661907416e+00};
+  static const double a[] = {-3.969683028665376e+01, 2.209460984245205e+02,  -2.759285104469687e+02,
+                             1.383577518672690e+02,  -3.066479806614716e+01, 2.506628277459239e+00};
+  static const double b[] = {-5.447609879822406e+01, 1.615858368580409e+02, -1.556989798598866e+02,
+                             6.680131188771972e+01, -1.328068155288572e+01};
+  static const double c[] = {-7.784894002430293e-03, -3.223964580411365e-01, -2.400758277161838e+00,
+                             -2.549732539343734e+00, 4.374664141464968e+00,  2.938163982698783e+00};
+  static const double d[] = {7.784695709041462e-03, 3.224671290700398e-01, 2.445134137142996e+00,
+                             3.754408661907416e+00};
   double x = 0.0;
   if (p < 0.02425) {
     const double q = std::sqrt(-2.0 * std::log(p));
@@ -83,8 +80,8 @@ double StatDistributions::NormalQuantile(double p) {
 double StatDistributions::IncompleteBeta(double x, double a, double b) {
   if (x <= 0.0) return 0.0;
   if (x >= 1.0) return 1.0;
-  const double front = std::exp(std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) +
-                                a * std::log(x) + b * std::log(1.0 - x));
+  const double front = std::exp(std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) + a * std::log(x) +
+                                b * std::log(1.0 - x));
   if (x < (a + 1.0) / (a + b + 2.0)) return front * BetaFraction(x, a, b) / a;
   return 1.0 - front * BetaFraction(1.0 - x, b, a) / b;
 }

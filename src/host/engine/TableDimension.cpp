@@ -40,7 +40,7 @@ struct ValueInfo {
   int _subtotal = 0;          // encoding of the subtotal that sums it, 0 for none
   bool _userMissing = false;
   bool _labelled = false;
-  bool _seen = false;         // held by some case of the current group
+  bool _seen = false;  // held by some case of the current group
 };
 
 std::uint64_t NumberBits(double value) {
@@ -147,8 +147,8 @@ struct TableDimension::Data {
     int id = -1;
     if (_valueType == 0) {
       const double number = cells->number;
-      const bool small = number >= 0 && number < kSmallValues &&
-                         number == static_cast<double>(static_cast<int>(number));
+      const bool small =
+          number >= 0 && number < kSmallValues && number == static_cast<double>(static_cast<int>(number));
       if (small) {
         id = _smallIds[static_cast<unsigned>(number)];
         if (id >= 0) return id;
@@ -169,7 +169,8 @@ struct TableDimension::Data {
     ValueInfo info;
     info._value = ObsValue(_valueType, cells, -1);
     info._item = Classify(info);
-    if (info._item >= 0) info._subtotal = (*Parsed())[static_cast<unsigned>(info._item)]->GetSubtotalEncoding();
+    if (info._item >= 0)
+      info._subtotal = (*Parsed())[static_cast<unsigned>(info._item)]->GetSubtotalEncoding();
     QUILT_ASSERT(id < 60000, "too many distinct values in one categorical variable");
     _values.push_back(std::move(info));
     return id;
@@ -295,8 +296,8 @@ struct TableDimension::Data {
 
   AggregationCategory* MakeValueCategory(int id) {
     const ValueInfo& info = _values[static_cast<unsigned>(id)];
-    auto category = std::make_unique<AggregationCategory>(AggregationCategory::kValue, id,
-                                                          _variable->GetVarIndex());
+    auto category =
+        std::make_unique<AggregationCategory>(AggregationCategory::kValue, id, _variable->GetVarIndex());
     category->SetCatValue(_valueType, info._value.Obs());
     const std::string label = LabelOf(info._value);
     category->SetCatLabel(label, label.empty());
@@ -346,8 +347,7 @@ TableDimension::TableDimension(AggregationVariable* variable, const TARN_DataSou
   }
   _data->_valueType = _data->_members.front()->GetType();
   _data->_missingDefinition = _data->_members.front();
-  if (_data->_kind == AggregationVariable::kCategorySet &&
-      variable->GetUserMissingVarIndex() >= 0) {
+  if (_data->_kind == AggregationVariable::kCategorySet && variable->GetUserMissingVarIndex() >= 0) {
     const TARN_Variable* chosen = source->GetVariable(variable->GetUserMissingVarIndex());
     if (chosen != nullptr) _data->_missingDefinition = chosen;
   }
@@ -396,15 +396,15 @@ void TableDimension::SetComputingTotal() {
   // Every cube accumulates the total of every position, so nothing needs switching on.
 }
 
-void TableDimension::SetComputingCounts(bool flag) { _data->_countDuplicates = flag; }
+void TableDimension::SetComputingCounts(bool flag) {
+  _data->_countDuplicates = flag;
+}
 
-void TableDimension::SetSortByScaleStats(TableMetadata* /*metadata*/,
-                                         const AggregationStatistic& statistic) {
+void TableDimension::SetSortByScaleStats(TableMetadata* /*metadata*/, const AggregationStatistic& statistic) {
   _data->_sortStatistic = statistic;
 }
 
-void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/,
-                                             TableDimension* /*dimension*/,
+void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/, TableDimension* /*dimension*/,
                                              const AggregationStatistic& statistic) {
   // The statistic is read in a cube holding this dimension, with every other position at
   // its total, which is where the other dimension's statistic of each category stands.
@@ -414,14 +414,13 @@ void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/,
 const AggregationStatistic* TableDimension::GetSortStatistic() const {
   if (_data->_sortStatistic.has_value()) return &*_data->_sortStatistic;
   const AggregationVariable& variable = *_data->_variable;
-  if (variable.GetSortKey() != AggregationVariable::kSortKeyStatistic ||
-      variable.GetSortStatistic() <= 0) {
+  if (variable.GetSortKey() != AggregationVariable::kSortKeyStatistic || variable.GetSortStatistic() <= 0) {
     return nullptr;
   }
   const int varIndex = variable.GetSortVarIndex();
   const bool scale = varIndex >= 0 && !variable.GetVarIndices().empty() &&
-                     std::find(variable.GetVarIndices().begin(), variable.GetVarIndices().end(),
-                               varIndex) == variable.GetVarIndices().end() &&
+                     std::find(variable.GetVarIndices().begin(), variable.GetVarIndices().end(), varIndex) ==
+                         variable.GetVarIndices().end() &&
                      _data->_source != nullptr && _data->_source->GetVariable(varIndex) != nullptr &&
                      _data->_source->GetVariable(varIndex)->GetMeasurementLevel() == kMeasureScale;
   _data->_sortStatistic = scale ? AggregationStatistic(varIndex, variable.GetSortStatistic())
@@ -459,9 +458,15 @@ void TableDimension::SortByStatistic(const std::function<double(int)>& valueOf) 
   }
 }
 
-AggregationVariable* TableDimension::GetVariable() const { return _data->_variable; }
-bool TableDimension::GetIncludeEmpty() const { return _data->_variable->GetIsEmptyInclude(); }
-bool TableDimension::GetCountDuplicates() const { return _data->_countDuplicates; }
+AggregationVariable* TableDimension::GetVariable() const {
+  return _data->_variable;
+}
+bool TableDimension::GetIncludeEmpty() const {
+  return _data->_variable->GetIsEmptyInclude();
+}
+bool TableDimension::GetCountDuplicates() const {
+  return _data->_countDuplicates;
+}
 
 void TableDimension::MapCase(const TARN_InputCaseIterator& iterator) {
   Data& d = *_data;
@@ -481,7 +486,9 @@ void TableDimension::MapCase(const TARN_InputCaseIterator& iterator) {
   }
 }
 
-TableDimension::CaseState TableDimension::GetCaseState() const { return _data->_state; }
+TableDimension::CaseState TableDimension::GetCaseState() const {
+  return _data->_state;
+}
 const std::vector<DimensionEntry>& TableDimension::GetCaseEntries() const {
   return _data->_entries;
 }
@@ -512,8 +519,8 @@ void TableDimension::CompleteCategories() {
       if (!d._memberListed[i]) continue;
       if (!d._memberHit[i] && !variable.GetIsEmptyInclude()) continue;
       const TARN_Variable* member = d._members[i];
-      auto category = std::make_unique<AggregationCategory>(
-          AggregationCategory::kVariable, static_cast<int>(i), variable.GetVarIndices()[i]);
+      auto category = std::make_unique<AggregationCategory>(AggregationCategory::kVariable,
+                                                            static_cast<int>(i), variable.GetVarIndices()[i]);
       const auto* set = static_cast<const AggregationMDSet*>(&variable);
       std::string label = member->GetLabel();
       if (set->GetUseCountedValueLabels()) {
@@ -550,8 +557,7 @@ void TableDimension::CompleteCategories() {
         case ParsedCategory::kParsedValue: {
           const int id = d.Register(item->GetCatValue());
           const ValueInfo& info = d._values[static_cast<unsigned>(id)];
-          if (info._item == static_cast<int>(i) &&
-              (info._seen || variable.GetIsEmptyInclude())) {
+          if (info._item == static_cast<int>(i) && (info._seen || variable.GetIsEmptyInclude())) {
             d._categories.push_back(d.MakeValueCategory(id));
           }
           break;
@@ -578,24 +584,22 @@ void TableDimension::CompleteCategories() {
           const int type = item->GetPCType() == ParsedCategory::kParsedSubtotal
                                ? AggregationCategory::kSubtotal
                                : AggregationCategory::kHSubtotal;
-          auto category = std::make_unique<AggregationCategory>(
-              type, item->GetSubtotalEncoding(), variable.GetVarIndex());
+          auto category = std::make_unique<AggregationCategory>(type, item->GetSubtotalEncoding(),
+                                                                variable.GetVarIndex());
           category->SetCatLabel(item->GetLabel(), item->IsLabelDefault());
           d._categories.push_back(category.get());
           d._owned.push_back(std::move(category));
           break;
         }
         case ParsedCategory::kParsedComputed: {
-          auto category = std::make_unique<AggregationCategory>(
-              AggregationCategory::kPcompute, kPcomputeEncodingBase - item->GetIndex(),
-              variable.GetVarIndex());
+          auto category = std::make_unique<AggregationCategory>(AggregationCategory::kPcompute,
+                                                                kPcomputeEncodingBase - item->GetIndex(),
+                                                                variable.GetVarIndex());
           category->SetPCatName(item->GetPCatName());
           const auto& labels = item->GetCategories();
-          category->SetCatLabel(labels.empty() ? item->GetPCatName() : labels.front(),
-                                labels.empty());
+          category->SetCatLabel(labels.empty() ? item->GetPCatName() : labels.front(), labels.empty());
           const int format = item->GetFormats().empty() ? 0 : item->GetFormats().front();
-          const int display =
-              item->GetDisplayFormats().empty() ? 0 : item->GetDisplayFormats().front();
+          const int display = item->GetDisplayFormats().empty() ? 0 : item->GetDisplayFormats().front();
           category->SetPCFormats(format, display, 0);
           d._categories.push_back(category.get());
           d._owned.push_back(std::move(category));

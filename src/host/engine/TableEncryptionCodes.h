@@ -183,4 +183,10 @@ class TableEncryptionCodes {
     kSigTestProportions = 2,
     kSigTestMeans = 3,
   };
+
+  // How a variable enters a table: its categories, or summary statistics of its values.
+  enum VariableCodes {
+    kVariableCategorical = 150,
+    kVariableScale = 151,
+  };
 };

@@ -24,8 +24,12 @@ TableDimension* TableMetadata::GetDimension(int i) const {
   return _data->_dimensions[static_cast<unsigned>(i)].get();
 }
 
-bool TableMetadata::GetListwise() const { return _data->_listwise; }
-const std::vector<double>& TableMetadata::GetValidCount() const { return _data->_validCounts; }
+bool TableMetadata::GetListwise() const {
+  return _data->_listwise;
+}
+const std::vector<double>& TableMetadata::GetValidCount() const {
+  return _data->_validCounts;
+}
 
 int TableMetadata::GetCaseReaderVarIndex(int i) const {
   QUILT_ASSERT(i >= 0 && i < NumberOfScaleVariables(), "scale slot out of range");
@@ -41,8 +45,7 @@ void TableMetadata::ClearDeep() {
   _data->_dimensions.clear();
 }
 
-TableDimension* TableMetadata::DimensionFor(AggregationVariable* variable,
-                                            const TARN_DataSource* source) {
+TableDimension* TableMetadata::DimensionFor(AggregationVariable* variable, const TARN_DataSource* source) {
   QUILT_ASSERT(variable != nullptr, "a cube position needs a variable");
   if (variable->GetTableDimension() != nullptr) return variable->GetTableDimension();
   _data->_dimensions.push_back(std::make_unique<TableDimension>(variable, source));
@@ -50,7 +53,9 @@ TableDimension* TableMetadata::DimensionFor(AggregationVariable* variable,
   return _data->_dimensions.back().get();
 }
 
-void TableMetadata::SetListwise(bool flag) { _data->_listwise = flag; }
+void TableMetadata::SetListwise(bool flag) {
+  _data->_listwise = flag;
+}
 
 int TableMetadata::ScaleSlotFor(int varIndex) {
   for (std::size_t i = 0; i < _data->_scaleVarIndices.size(); ++i) {
@@ -61,4 +66,6 @@ int TableMetadata::ScaleSlotFor(int varIndex) {
   return static_cast<int>(_data->_scaleVarIndices.size() - 1);
 }
 
-std::vector<double>& TableMetadata::ValidCounts() { return _data->_validCounts; }
+std::vector<double>& TableMetadata::ValidCounts() {
+  return _data->_validCounts;
+}

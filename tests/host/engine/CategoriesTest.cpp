@@ -13,9 +13,8 @@ using namespace enginetest;
 
 // q: 1 "Yes", 2 "No", 4 "Maybe" (no cases), 9 "NA" user-missing; data 1, 1, 2, 9, empty, 3.
 const char* kCsv = "q,z\n1,0\n1,0\n2,0\n9,0\n,0\n3,0\n";
-const char* kDict =
-    R"({"variables":[{"name":"q","values":{"1":"Yes","2":"No","4":"Maybe","9":"NA"},)"
-    R"("missing":{"values":[9]}},{"name":"z"}]})";
+const char* kDict = R"({"variables":[{"name":"q","values":{"1":"Yes","2":"No","4":"Maybe","9":"NA"},)"
+                    R"("missing":{"values":[9]}},{"name":"z"}]})";
 
 struct OneWay {
   Harness _h{kCsv, kDict};
@@ -127,10 +126,9 @@ TEST(Categories, ExplicitListWithSubtotalAndOtherNonMissing) {
     OneWay t;
     const OBS one = Number(1);
     const OBS two = Number(2);
-    std::vector<ParsedCategory*> items = {
-        new ParsedCategory(&two, 0), new ParsedCategory(&one, 0),
-        new ParsedCategory("One or two", false, -101, shown),
-        new ParsedCategory(ParsedCategory::kParsedOtherNM)};
+    std::vector<ParsedCategory*> items = {new ParsedCategory(&two, 0), new ParsedCategory(&one, 0),
+                                          new ParsedCategory("One or two", false, -101, shown),
+                                          new ParsedCategory(ParsedCategory::kParsedOtherNM)};
     items[0]->SetSubtotalEncoding(-101);
     items[1]->SetSubtotalEncoding(-101);
     t._q->AddParsedCategories(&items);
@@ -171,8 +169,7 @@ TEST(Categories, OneSidedRangesAndComputedPlaceholder) {
   std::vector<ParsedCategory*> items = {
       new ParsedCategory(&one, 0, ParsedCategory::kParsedLo),
       new ParsedCategory(&three, 0, ParsedCategory::kParsedHi),
-      new ParsedCategory("diff", {"Difference"}, false, {1}, {0}, {0},
-                         ParsedCategory::kParsedComputed, 0)};
+      new ParsedCategory("diff", {"Difference"}, false, {1}, {0}, {0}, ParsedCategory::kParsedComputed, 0)};
   t._q->AddParsedCategories(&items);
   t.Run();
   EXPECT_EQ(t.Describe(), "1:Yes 3: 4:Maybe S:Difference");
@@ -187,7 +184,8 @@ TEST(Categories, OneSidedRangesAndComputedPlaceholder) {
 // Two split groups: s = 1 holds g = 1, 2, 2; s = 2 holds g = 3. After the reset the
 // second group's categories and counts stand alone.
 TEST(Categories, ResetStartsTheNextSplitGroupClean) {
-  Harness h("s,g\n1,1\n1,2\n1,2\n2,3\n", R"({"variables":[{"name":"s"},{"name":"g"}],"split":{"variables":["s"]}})");
+  Harness h("s,g\n1,1\n1,2\n1,2\n2,3\n",
+            R"({"variables":[{"name":"s"},{"name":"g"}],"split":{"variables":["s"]}})");
   AggregationVariable* g = h.Variable("g");
   AggregationCube* cube = h._table->CreateCube();
   cube->AddCategoricalVariable(g, Codes::kDimensionRow);

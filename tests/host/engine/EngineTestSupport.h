@@ -31,13 +31,12 @@ struct Harness {
   std::unique_ptr<AggregationTable> _table;
   std::vector<std::unique_ptr<AggregationVariable>> _variables;
 
-  Harness(const std::string& csv, const std::string& dictionary, bool weighted = false,
-          bool pairwise = true, const std::string& baseWeight = "") {
+  Harness(const std::string& csv, const std::string& dictionary, bool weighted = false, bool pairwise = true,
+          const std::string& baseWeight = "") {
     _source = std::make_shared<ProcedureDataSource>(DatasetLoader::LoadText(csv, dictionary, {}));
     _iterator.reset(_source->MakeIterator(nullptr));
     const int base = baseWeight.empty() ? -1 : _source->FindVarIndex(baseWeight.c_str());
-    _table = std::make_unique<AggregationTable>(_iterator.get(), _source.get(), weighted, pairwise,
-                                                base);
+    _table = std::make_unique<AggregationTable>(_iterator.get(), _source.get(), weighted, pairwise, base);
   }
 
   int Index(const std::string& name) const { return _source->FindVarIndex(name.c_str()); }
@@ -92,8 +91,7 @@ inline double Value(const CubeAggregator& cube, const CellKey& key, const Aggreg
 /// The encoding of the value category holding `number` in a dimension.
 inline int Encoding(TableDimension* dimension, double number) {
   for (const AggregationCategory* category : dimension->GetCategories()) {
-    if (category->GetCatType() == AggregationCategory::kValue &&
-        category->GetCatValue()->number == number) {
+    if (category->GetCatType() == AggregationCategory::kValue && category->GetCatValue()->number == number) {
       return category->GetCatEncoding();
     }
   }

@@ -27,8 +27,13 @@ TEST(MultipleResponse, CategorySetWithAndWithoutDuplicates) {
     double colCountResponsesTotal;
   };
   const Expect rows[] = {
-      {false, {2, 2, 2}, {100.0 / 3, 100.0 / 3, 100.0 / 3}, {200.0 / 3, 200.0 / 3, 200.0 / 3}, 200,
-       {100.0 / 3, 100.0 / 3, 100.0 / 3}, 50},
+      {false,
+       {2, 2, 2},
+       {100.0 / 3, 100.0 / 3, 100.0 / 3},
+       {200.0 / 3, 200.0 / 3, 200.0 / 3},
+       200,
+       {100.0 / 3, 100.0 / 3, 100.0 / 3},
+       50},
       {true, {3, 2, 3}, {37.5, 25, 37.5}, {100, 200.0 / 3, 100}, 800.0 / 3, {25, 25, 25}, 37.5},
   };
   for (const Expect& e : rows) {
@@ -68,9 +73,8 @@ TEST(MultipleResponse, CategorySetWithAndWithoutDuplicates) {
 // set a second time in the extra position, (d1, d2) reads the cases holding both: 1.
 TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   const std::string csv = "d1,d2,d3,g\n1,0,1,1\n0,0,0,2\n1,1,0,1\n";
-  const std::string dict =
-      R"({"variables":[{"name":"d1","label":"First"},{"name":"d2","label":"Second"},)"
-      R"({"name":"d3","label":"Third","values":{"1":"Third yes"}},{"name":"g"}]})";
+  const std::string dict = R"({"variables":[{"name":"d1","label":"First"},{"name":"d2","label":"Second"},)"
+                           R"({"name":"d3","label":"Third","values":{"1":"Third yes"}},{"name":"g"}]})";
   Harness h(csv, dict);
   OBS counted;
   counted.number = 1;
@@ -94,13 +98,12 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), true, false), 2);
   EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 0, 1}), true, false), 1);
   EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 1, 2}), true, false), 0);
-  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}),
-                         AggregationStatistic(289)),
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), AggregationStatistic(289)),
                    4);  // 2 + 1 + 1 responses
   // Labels from the counted value's label where asked: only d3 has one.
   Harness h2(csv, dict);
-  auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(
-      std::vector<int>{h2.Index("d1"), h2.Index("d3")}, "$e", &counted, 8, true));
+  auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h2.Index("d1"), h2.Index("d3")},
+                                                             "$e", &counted, 8, true));
   AggregationCube* cube2 = h2._table->CreateCube();
   cube2->AddCategoricalVariable(labelled, Codes::kDimensionRow);
   cube2->CreateCubeAggregator();

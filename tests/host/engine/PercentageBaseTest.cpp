@@ -49,18 +49,15 @@ TEST(PercentageBase, NestedRowsUseTheirPanel) {
     int code;
     double expected;
   };
-  const Row rows[] = {{1, 1},          {10, 100.0 / 3}, {18, 25},      {26, 100.0 / 36},
-                      {34, 10},        {42, 100.0 / 36}, {50, 100.0 / 3}, {58, 6.25},
-                      {14, 100.0 / 3}};
+  const Row rows[] = {{1, 1},           {10, 100.0 / 3}, {18, 25},   {26, 100.0 / 36}, {34, 10},
+                      {42, 100.0 / 36}, {50, 100.0 / 3}, {58, 6.25}, {14, 100.0 / 3}};
   for (const Row& row : rows) {
-    EXPECT_NEAR(Value(*agg, key, AggregationStatistic(row.code)), row.expected, 1e-9)
-        << "code " << row.code;
+    EXPECT_NEAR(Value(*agg, key, AggregationStatistic(row.code)), row.expected, 1e-9) << "code " << row.code;
   }
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), true, false),
-                   36);
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), true, false), 36);
   // COLPCT of the total row of the inner variable is 100: the total stays in the base key.
-  const CellKey totalRow = Key({Encoding(a->GetTableDimension(), 2), kCellKeyTotal,
-                                Encoding(c->GetTableDimension(), 2)});
+  const CellKey totalRow =
+      Key({Encoding(a->GetTableDimension(), 2), kCellKeyTotal, Encoding(c->GetTableDimension(), 2)});
   EXPECT_NEAR(Value(*agg, totalRow, AggregationStatistic(18)), 100, 1e-12);
 }
 
@@ -113,8 +110,7 @@ TEST(PercentageBase, LayersBoundTheLayerBases) {
   const double expected[] = {50, 50, 25, 100.0 / 3, 100.0 / 3, 50, 50};
   const int codes[] = {10, 18, 26, 34, 42, 50, 58};
   for (int i = 0; i < 7; ++i) {
-    EXPECT_NEAR(Value(*agg, key, AggregationStatistic(codes[i])), expected[i], 1e-9)
-        << "code " << codes[i];
+    EXPECT_NEAR(Value(*agg, key, AggregationStatistic(codes[i])), expected[i], 1e-9) << "code " << codes[i];
   }
 }
 
@@ -126,7 +122,8 @@ TEST(PercentageBase, WilsonLimitsOfCountsAndPercentages) {
   const int counts[2][2] = {{10, 30}, {20, 40}};
   for (int a = 0; a < 2; ++a) {
     for (int b = 0; b < 2; ++b) {
-      for (int i = 0; i < counts[a][b]; ++i) csv += std::to_string(a + 1) + "," + std::to_string(b + 1) + "\n";
+      for (int i = 0; i < counts[a][b]; ++i)
+        csv += std::to_string(a + 1) + "," + std::to_string(b + 1) + "\n";
     }
   }
   for (double level : {95.0, 90.0}) {
@@ -225,8 +222,8 @@ TEST(PercentageBase, AgreesWithANaiveReference) {
       EXPECT_NEAR(Value(*agg, key, AggregationStatistic(26)), 100 * w[i][j] / total, 1e-9);
       const CellKey meanKey =
           Key({Encoding(ma->GetTableDimension(), i), Encoding(mb->GetTableDimension(), j)});
-      EXPECT_NEAR(Value(*meanAgg, meanKey, AggregationStatistic(hm.Index("x"), 179)),
-                  wx[i][j] / w[i][j], 1e-9);
+      EXPECT_NEAR(Value(*meanAgg, meanKey, AggregationStatistic(hm.Index("x"), 179)), wx[i][j] / w[i][j],
+                  1e-9);
     }
   }
 }

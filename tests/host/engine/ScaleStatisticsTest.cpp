@@ -19,8 +19,7 @@ struct ScaleTable {
   ScaleTable(const std::string& csv, const std::string& dict, bool weighted,
              const std::vector<AggregationStatistic>& stats, const std::string& base = "",
              bool pairwise = true)
-      : _harness(csv, dict, weighted, pairwise, base), _g(_harness.Variable("g")),
-        _x(_harness.Index("x")) {
+      : _harness(csv, dict, weighted, pairwise, base), _g(_harness.Variable("g")), _x(_harness.Index("x")) {
     AggregationCube* cube = _harness._table->CreateCube();
     cube->AddCategoricalVariable(_g, Codes::kDimensionRow);
     _cube = cube->CreateCubeAggregator();
@@ -53,8 +52,8 @@ TEST(ScaleStatistics, FrequencyWeightsFollowTheReplicatedData) {
   const std::string csv = "g,x,w\n1,2,1\n1,4,2\n1,4,1\n1,5,3\n1,7,1\n1,9,2\n";
   const std::string dict = R"({"variables":[{"name":"g"},{"name":"x"},{"name":"w"}],"weight":"w"})";
   ScaleTable t(csv, dict, true,
-               Stats(1, {1, 5, 9, 205, 179, 231, 203, 182, 180, 181, 206, 207, 208, 187, 200,
-                         197, 178, 202, 183, 232, 191, 201, 465},
+               Stats(1, {1,   5,   9,   205, 179, 231, 203, 182, 180, 181, 206, 207,
+                         208, 187, 200, 197, 178, 202, 183, 232, 191, 201, 465},
                      {40, 25}));
   double v2 = 0;
   EXPECT_DOUBLE_EQ(t.At(Codes::kStatCount, -1, &v2), 10);
@@ -73,7 +72,7 @@ TEST(ScaleStatistics, FrequencyWeightsFollowTheReplicatedData) {
   EXPECT_NEAR(t.At(208), 7.180220, 1e-6);
   EXPECT_NEAR(t.At(206), 37.757214, 1e-5);
   EXPECT_NEAR(t.At(207), 70.242786, 1e-5);
-  EXPECT_DOUBLE_EQ(t.At(Codes::kStatMedian), 5);     // t = 5 inside (4, 7)
+  EXPECT_DOUBLE_EQ(t.At(Codes::kStatMedian), 5);       // t = 5 inside (4, 7)
   EXPECT_DOUBLE_EQ(t.At(Codes::kStatPtile, 40), 4.5);  // t = 4 hits s_2 exactly
   EXPECT_DOUBLE_EQ(t.At(Codes::kStatPtile, 25), 4);
   EXPECT_DOUBLE_EQ(t.At(Codes::kStatMode, -1, &v2), 4);
