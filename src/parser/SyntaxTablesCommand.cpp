@@ -134,11 +134,11 @@ std::vector<SyntaxPPropertiesSubcommand*> SyntaxTablesCommand::GetPPropertiesSub
 }
 
 bool SyntaxTablesCommand::GetHideSmallCountsSet() const {
-  return false;
+  return _commandData->_hideSmallCounts != nullptr && _commandData->_hideSmallCounts->GetHideSmallCountsSet();
 }
 
 int SyntaxTablesCommand::GetHideSmallCountsValue() const {
-  return 0;
+  return _commandData->_hideSmallCounts != nullptr ? _commandData->_hideSmallCounts->GetHideSmallCountsValue() : 0;
 }
 
 void SyntaxTablesCommand::SetBaseWeightVariable(int index, const std::string& name) {

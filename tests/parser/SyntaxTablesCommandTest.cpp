@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "SubcommandTestSupport.h"
+#include "parser/SyntaxHideSmallCountsSubcommand.h"
 #include "host/data/HostRecords.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxTablesCommand.h"
@@ -76,6 +78,19 @@ TEST(SyntaxTablesCommand, WithoutHideSmallCountsNothingIsHidden) {
   EXPECT_FALSE(root.GetHideSmallCountsSet());
   EXPECT_EQ(root.GetHideSmallCountsValue(), 0);
   EXPECT_TRUE(root.GetTable().empty());
+}
+
+TEST(SyntaxTablesCommand, HideSmallCountsIsReadFromTheLatestSubcommand) {
+  SyntaxTablesCommand root;
+  auto* hide = dynamic_cast<SyntaxHideSmallCountsSubcommand*>(root.SubCommandString("HIDESMALLCOUNTS"));
+  ASSERT_NE(hide, nullptr);
+  const EventOutcome outcome = RunEvents([&] {
+    Deliver(*hide, {Key("COUNT"), Num(10, "10")});
+    hide->ValidateAndCommit(".");
+  });
+  ASSERT_FALSE(outcome.threw);
+  EXPECT_TRUE(root.GetHideSmallCountsSet());
+  EXPECT_EQ(root.GetHideSmallCountsValue(), 10);
 }
 
 }  // namespace
