@@ -4,16 +4,17 @@
 #include <string>
 #include <vector>
 
+#include "host/engine/TableEncryptionCodes.h"
 #include "parser/SyntaxComposite.h"
 
+class Statistics;
+class SyntaxTotals;
 class SyntaxVariableName;
 
 /// [ statistics | S | C | TOTALS [...] ]: what is computed for the operand before it. The
 /// bracket has no parent: it belongs to the converter it was opened on (its referred
-/// converter), which owns it, and the closing "]" makes that converter current again.
-// TODO(#5): the statistics-clause work adds statistics, measurement marks and totals
-// (String, AssertIntegrity, CheckStatsUniqueness, SetTotals); until then a word in a bracket
-// is an unknown keyword.
+/// converter), which owns it, and the closing "]" makes that converter current again. The
+/// statistics written in it are its children; the variables only point at them.
 class SyntaxSquareBracket : public SyntaxComposite {
  public:
   /// Finds the variables the bracket applies to: the operand itself for a variable or set,
@@ -22,19 +23,38 @@ class SyntaxSquareBracket : public SyntaxComposite {
   explicit SyntaxSquareBracket(SyntaxConverter* referred);
 
   std::string GetSubcommandName() const override;
+  /// A statistic keyword, TOTALS, or the measurement marks S and C.
+  SyntaxConverter* String(const std::string& text) override;
+  /// Hands the statistics to the referred variables (or to the totals clause) and returns
+  /// to the converter the bracket was opened on.
   SyntaxConverter* RightSquareBracket(const std::string& text) override;
   /// The bracket hangs off its referred converter rather than a parent, so the root is
   /// found through that converter.
   SyntaxConverter* TopParent() override;
 
+  /// Gives `totals` to every leaf variable the bracket applies to.
+  virtual void SetTotals(SyntaxTotals* totals);
+
   const std::vector<SyntaxVariableName*>& GetReferredVariables() const;
   SyntaxConverter* GetReferredConverter() const;
+  /// The statistics that survived the duplicate check, in order.
+  const std::vector<Statistics*>& GetBracketStatistics() const;
 
  protected:
   void DumpDetails(std::ostream& out) const override;
 
  private:
+  /// A percentile still waiting for its number when the next word or "]" comes is refused.
+  void AssertIntegrity(const std::string& text);
+  /// Drops the earlier of two equal statistics, with a warning; returns how many remain.
+  int CheckStatsUniqueness();
+
   std::vector<SyntaxVariableName*> _referredVariables;  // what the bracket applies to; not owned
   bool _bracketClosed = false;                          // its "]" has been seen
   SyntaxConverter* _referredConverter;                  // where the bracket was opened; not owned
+  std::vector<Statistics*> _bracketStatistics;          // children of this bracket
+  Statistics* _pendingPercentile = nullptr;             // PTILE or UPTILE still owing its number
+  bool _measurementSeen = false;                        // S or C was written
+  bool _statisticsSeen = false;                         // a statistic was written
+  TableEncryptionCodes::VariableCodes _measurementCode = TableEncryptionCodes::kVariableCategorical;
 };
