@@ -1,0 +1,165 @@
+// SyntaxSquareBracketTest.cpp - statistics, measurement marks and their checks in square brackets
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ParserTestSupport.h"
+
+namespace {
+
+// The catalogue keys, as the message functions raise them.
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
+const char* const kInvalidPtile = "Subcommand ^1. Invalid PTILE ^2.";
+const char* const kCombined = "Subcommand ^1. Text ^2. Statistics and Measurement level combined.";
+const char* const kGroup2 = "Subcommand ^1. Variable ^2. ^3 is second group stat.";
+const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
+const char* const kOrder = "Subcommand ^1. Variable ^2. The measurement level after stat list.";
+const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
+const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
+
+// The dump line of the variable or set `name`, or empty.
+std::string LineOf(const std::string& dump, const std::string& name) {
+  const std::string marker = " name=" + name + " ";
+  const std::size_t at = dump.find(marker);
+  if (at == std::string::npos) {
+    return "";
+  }
+  const std::size_t begin = dump.rfind('\n', at) + 1;
+  return dump.substr(begin, dump.find('\n', at) - begin);
+}
+
+// What a variable's dump line says of its statistics: "stats=..." up to the next blank, or
+// "none" when it has none.
+std::string StatsOf(const std::string& dump, const std::string& name, const std::string& field = "stats=") {
+  const std::string line = LineOf(dump, name);
+  const std::size_t at = line.find(" " + field);
+  if (at == std::string::npos) {
+    return "none";
+  }
+  const std::size_t begin = at + 1 + field.size();
+  const std::size_t end = line.find(' ', begin);
+  return line.substr(begin, end == std::string::npos ? std::string::npos : end - begin);
+}
+
+struct StatsCase {
+  const char* command;
+  const char* variable;
+  const char* expected;  // its statistics, in order, or "none"
+};
+
+class BracketStatistics : public testing::TestWithParam<StatsCase> {};
+
+TEST_P(BracketStatistics, ReachTheVariablesTheBracketFollows) {
+  const StatsCase& c = GetParam();
+  const ParseOutcome outcome = ParseCommand(c.command);
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_EQ(StatsOf(outcome.dump, c.variable), c.expected) << outcome.dump;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, BracketStatistics,
+    testing::Values(
+        // The statement from the user guide: statistics after the column variable.
+        StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "b", "COUNT,COLPCT.COUNT"},
+        StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "a", "none"},
+        // Numeric variables of unknown level are scale, so they take summary statistics.
+        StatsCase{"QUILT /TABLE a [MEAN, PTILE 25 'Quartile'].", "a", "MEAN,PTILE"},
+        // After a parenthesis every leaf gets them ...
+        StatsCase{"QUILT /TABLE (a + b) [COUNT].", "a", "COUNT"},
+        StatsCase{"QUILT /TABLE (a + b) [COUNT].", "b", "COUNT"},
+        // ... but the left side of a nesting is no longer a leaf.
+        StatsCase{"QUILT /TABLE (a > b) [COUNT].", "b", "COUNT"},
+        StatsCase{"QUILT /TABLE (a > b) [COUNT].", "a", "none"},
+        // A bracket right after a variable belongs to that variable only.
+        StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "a", "COUNT"},
+        StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "b", "MAXIMUM"},
+        // A second bracket on the same variable: a repeated statistic moves to the end.
+        StatsCase{"QUILT /TABLE a [COUNT MEAN] [COUNT].", "a", "MEAN,COUNT"},
+        // A set takes the statistics of responses.
+        StatsCase{"QUILT /TABLE $cats [RESPONSES COUNT].", "$cats", "RESPONSES,COUNT"}));
+
+TEST(SyntaxSquareBracketTest, PercentileKeepsItsCutPointAndNameToken) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [PTILE 25, UPTILE 50].");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  // Two percentiles with different cut points are different statistics.
+  EXPECT_NE(LineOf(outcome.dump, "a").find("stats=PTILE 25,UPTILE 50"), std::string::npos) << outcome.dump;
+}
+
+TEST(SyntaxSquareBracketTest, RepeatedStatisticInOneBracketWarnsOnceAndKeepsOne) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [COUNT COUNT].");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kDuplicate);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "COUNT"}));
+  EXPECT_EQ(StatsOf(outcome.dump, "a"), "COUNT") << outcome.dump;
+}
+
+TEST(SyntaxSquareBracketTest, RepeatedStatisticAcrossBracketsWarnsFromTheVariable) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [COUNT] [COUNT].");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "COUNT", "a"}));
+}
+
+TEST(SyntaxSquareBracketTest, MeasurementMarkChangesTheVariableType) {
+  const ParseOutcome categorical = ParseCommand("QUILT /TABLE a [C] BY b.");
+  ASSERT_TRUE(categorical.succeeded) << categorical.error.key;
+  EXPECT_NE(LineOf(categorical.dump, "a").find(" type=C"), std::string::npos) << categorical.dump;
+
+  // A mark after a parenthesis reaches every variable in it, leaf or not.
+  const ParseOutcome nested = ParseCommand("QUILT /TABLE (a > b) [C].");
+  ASSERT_TRUE(nested.succeeded) << nested.error.key;
+  EXPECT_NE(LineOf(nested.dump, "a").find(" type=C"), std::string::npos) << nested.dump;
+  EXPECT_NE(LineOf(nested.dump, "b").find(" type=C"), std::string::npos) << nested.dump;
+
+  // S and then C on the same variable: the later mark wins, with a warning.
+  const ParseOutcome twice = ParseCommand("QUILT /TABLE a [S] [C].");
+  ASSERT_TRUE(twice.succeeded) << twice.error.key;
+  ASSERT_EQ(twice.reported.size(), 1u);
+  EXPECT_EQ(twice.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(twice.reported[0].arguments, (std::vector<std::string>{"TABLE", "C", "a"}));
+  EXPECT_NE(LineOf(twice.dump, "a").find(" type=C"), std::string::npos) << twice.dump;
+}
+
+struct ErrorCase {
+  const char* command;
+  const char* key;
+  std::vector<std::string> arguments;
+};
+
+class BracketErrors : public testing::TestWithParam<ErrorCase> {};
+
+TEST_P(BracketErrors, NameWhatAndWhere) {
+  const ErrorCase& c = GetParam();
+  const ParseOutcome outcome = ParseCommand(c.command);
+  ASSERT_FALSE(outcome.succeeded) << c.command;
+  EXPECT_EQ(outcome.error.key, c.key) << c.command;
+  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, BracketErrors,
+    testing::Values(
+        ErrorCase{"QUILT /TABLE a [COUNT S].", kCombined, {"TABLE", "S"}},
+        ErrorCase{"QUILT /TABLE a [S COUNT].", kCombined, {"TABLE", "COUNT"}},
+        ErrorCase{"QUILT /TABLE a [C S COUNT].", kCombined, {"TABLE", "COUNT"}},
+        ErrorCase{"QUILT /TABLE a [PTILE].", kInvalidPtile, {"TABLE", "]"}},
+        // The statistic itself refuses the next word while it still owes its number.
+        ErrorCase{"QUILT /TABLE a [PTILE COUNT].", kInvalidPtile, {"TABLE", "PTILE COUNT"}},
+        ErrorCase{"QUILT /TABLE a [NOSUCH].", kUnknownKeyword, {"TABLE", "NOSUCH"}},
+        ErrorCase{"QUILT /TABLE a [S TOTALS [COUNT]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
+        // A bracket needs an operand: a variable or a closed parenthesis.
+        ErrorCase{"QUILT /TABLE a + [COUNT].", kIncorrectSequence, {"TABLE", "["}},
+        // MEAN needs a scale variable; [C] made a categorical.
+        ErrorCase{"QUILT /TABLE a [C] [MEAN].", kGroup2, {"TABLE", "a", "MEAN"}},
+        // RESPONSES needs a multiple-response set.
+        ErrorCase{"QUILT /TABLE a [RESPONSES].", kGroup3, {"TABLE", "a", "RESPONSES"}},
+        // A set cannot be summarized.
+        ErrorCase{"QUILT /TABLE $cats [MEAN].", kGroup2, {"TABLE", "$cats", "MEAN"}},
+        // The measurement level must come before the statistics it decides.
+        ErrorCase{"QUILT /TABLE a [COUNT] [C].", kOrder, {"TABLE", "a"}}));
+
+}  // namespace
