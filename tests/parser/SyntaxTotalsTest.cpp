@@ -1,0 +1,115 @@
+// SyntaxTotalsTest.cpp - TOTALS clauses in brackets: statistics of the total category and their checks
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ParserTestSupport.h"
+
+namespace {
+
+const char* const kNoTotalsStats = "Subcommand ^1. Text ^2. No TOTALS stats.";
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kScaleTotal = "Subcommand ^1. Totals for variable ^2.";
+const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
+const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
+
+// The dump line of the variable or set `name`, or empty.
+std::string LineOf(const std::string& dump, const std::string& name) {
+  const std::string marker = " name=" + name + " ";
+  const std::size_t at = dump.find(marker);
+  if (at == std::string::npos) {
+    return "";
+  }
+  const std::size_t begin = dump.rfind('\n', at) + 1;
+  return dump.substr(begin, dump.find('\n', at) - begin);
+}
+
+// The value of `field` ("stats=" or "totalstats=") on a variable's line, or "none".
+std::string FieldOf(const std::string& dump, const std::string& name, const std::string& field) {
+  const std::string line = LineOf(dump, name);
+  const std::size_t at = line.find(" " + field);
+  if (at == std::string::npos) {
+    return "none";
+  }
+  const std::size_t begin = at + 1 + field.size();
+  const std::size_t end = line.find(' ', begin);
+  return line.substr(begin, end == std::string::npos ? std::string::npos : end - begin);
+}
+
+struct TotalsCase {
+  const char* command;
+  const char* variable;
+  const char* stats;       // statistics of the categories afterwards
+  const char* totalStats;  // statistics of the total category
+};
+
+class TotalsStatistics : public testing::TestWithParam<TotalsCase> {};
+
+TEST_P(TotalsStatistics, GoToTheTotalCategory) {
+  const TotalsCase& c = GetParam();
+  const ParseOutcome outcome = ParseCommand(c.command);
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  EXPECT_TRUE(outcome.reported.empty()) << outcome.reported[0].key;
+  EXPECT_EQ(FieldOf(outcome.dump, c.variable, "stats="), c.stats) << outcome.dump;
+  EXPECT_EQ(FieldOf(outcome.dump, c.variable, "totalstats="), c.totalStats) << outcome.dump;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, TotalsStatistics,
+    testing::Values(
+        // Test variables are numeric of unknown level, hence scale; [C] first makes them
+        // categorical. A categorical variable with totals alone gets a default COUNT.
+        TotalsCase{"QUILT /TABLE a [C] [TOTALS [COUNT]].", "a", "COUNT", "COUNT"},
+        // Statistics beside TOTALS in the same bracket replace the default.
+        TotalsCase{"QUILT /TABLE a [C] [TOTALS [COUNT] COLPCT.COUNT].", "a", "COLPCT.COUNT", "COUNT"},
+        TotalsCase{"QUILT /TABLE a [C] [COLPCT.COUNT TOTALS [COUNT ROWPCT.COUNT]].", "a", "COLPCT.COUNT",
+                   "COUNT,ROWPCT.COUNT"},
+        // A set is categorical from the start; after a parenthesis every leaf gets the totals.
+        TotalsCase{"QUILT /TABLE $cats [TOTALS [RESPONSES]].", "$cats", "COUNT", "RESPONSES"},
+        TotalsCase{"QUILT /TABLE (a > b) [C] [TOTALS [COUNT]].", "b", "COUNT", "COUNT"},
+        TotalsCase{"QUILT /TABLE (a > b) [C] [TOTALS [COUNT]].", "a", "none", "none"}));
+
+TEST(SyntaxTotalsTest, ScaleVariableGetsNoTotalsButAWarning) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [TOTALS [COUNT]].");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kScaleTotal);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "a"}));
+  EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "none") << outcome.dump;
+}
+
+TEST(SyntaxTotalsTest, SecondTotalsClauseWarnsAndAddsToTheFirst) {
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [C] [TOTALS [COUNT]] [TOTALS [ROWPCT.COUNT]].");
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), 1u);
+  EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "TOTALS", "a"}));
+  EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "COUNT,ROWPCT.COUNT") << outcome.dump;
+}
+
+struct ErrorCase {
+  const char* command;
+  const char* key;
+  std::vector<std::string> arguments;
+};
+
+class TotalsErrors : public testing::TestWithParam<ErrorCase> {};
+
+TEST_P(TotalsErrors, NameWhatAndWhere) {
+  const ErrorCase& c = GetParam();
+  const ParseOutcome outcome = ParseCommand(c.command);
+  ASSERT_FALSE(outcome.succeeded) << c.command;
+  EXPECT_EQ(outcome.error.key, c.key) << c.command;
+  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, TotalsErrors,
+    testing::Values(ErrorCase{"QUILT /TABLE a [C] [TOTALS].", kNoTotalsStats, {"TABLE", "]"}},
+                    ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", kNoTotalsStats, {"TABLE", "]"}},
+                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
+                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", kNoTotalsStats, {"TABLE", "]"}},
+                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", kGroup3, {"TABLE", "a", "RESPONSES"}}));
+
+}  // namespace
