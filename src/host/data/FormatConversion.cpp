@@ -1,6 +1,8 @@
 // FormatConversion.cpp - numbers, dates and strings printed in a format and read back
 #include "host/data/FormatConversion.h"
 
+#include "host/data/FormatText.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -44,29 +46,6 @@ void CivilFromDays(long long days, long long& year, unsigned& month, unsigned& d
   day = dayOfYear - (153 * shiftedMonth + 2) / 5 + 1;
   month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
   year = static_cast<long long>(yearOfEra) + era * 400 + (month <= 2);
-}
-
-bool IsDateType(FormatType type) {
-  switch (type) {
-    case kFormatDATE:
-    case kFormatTIME:
-    case kFormatDATETIME:
-    case kFormatADATE:
-    case kFormatJDATE:
-    case kFormatDTIME:
-    case kFormatWKDAY:
-    case kFormatMONTH:
-    case kFormatMOYR:
-    case kFormatQYR:
-    case kFormatWKYR:
-    case kFormatEDATE:
-    case kFormatSDATE:
-    case kFormatMTIME:
-    case kFormatYMDHMS:
-      return true;
-    default:
-      return false;
-  }
 }
 
 // The magnitude of `value` rounded half away from zero at `decimals` places, as decimal
@@ -321,7 +300,7 @@ std::string DateText(double value, const TARN_Format& format) {
 std::string NumberText(double value, const TARN_Format& format) {
   if (value == TARN_SystemMissing() || !std::isfinite(value)) return ".";
   const FormatType type = format.Type();
-  if (IsDateType(type)) {
+  if (IsDateTimeFormat(type)) {
     const std::string text = DateText(value, format);
     return text.empty() ? std::string(format.Width(), '*') : text;
   }
@@ -595,7 +574,7 @@ int FromString(const char* text, const TARN_Format& format, OBS* out) {
     }
     return 1;
   }
-  if (IsDateType(type)) {
+  if (IsDateTimeFormat(type)) {
     if (!ReadDate(trimmed, type, value)) return 1;
     out->number = value;
     return 0;
