@@ -50,13 +50,13 @@ TEST(MultipleResponse, CategorySetWithAndWithoutDuplicates) {
     h.RunGroup();
     TableDimension* dim = set->GetTableDimension();
     ASSERT_EQ(dim->GetNumberOfCategories(), 3);
-    for (int k = 1; k <= 3; ++k) {
-      const CellKey key = Key({Encoding(dim, k)});
+    for (int member = 1; member <= 3; ++member) {
+      const CellKey key = Key({Encoding(dim, member)});
       EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(1)), 2);
-      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(289)), e.responses[k - 1]);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(305)), e.colResponses[k - 1], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(361)), e.colResponsesCount[k - 1], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(417)), e.colCountResponses[k - 1], 1e-9);
+      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(289)), e.responses[member - 1]);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(305)), e.colResponses[member - 1], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(361)), e.colResponsesCount[member - 1], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(417)), e.colCountResponses[member - 1], 1e-9);
       EXPECT_NEAR(Value(*agg, key, AggregationStatistic(18)), 200.0 / 3, 1e-9);
       EXPECT_NEAR(Value(*agg, key, AggregationStatistic(130)), 50, 1e-9);
     }

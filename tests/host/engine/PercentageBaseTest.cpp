@@ -26,7 +26,7 @@ TEST(PercentageBase, NestedRowsUseTheirPanel) {
   for (int a = 1; a <= 2; ++a) {
     for (int b = 1; b <= 2; ++b) {
       for (int c = 1; c <= 2; ++c, ++n) {
-        for (int i = 0; i < n; ++i) {
+        for (int copy = 0; copy < n; ++copy) {
           csv += std::to_string(a) + "," + std::to_string(b) + "," + std::to_string(c) + "\n";
         }
       }
@@ -122,7 +122,7 @@ TEST(PercentageBase, WilsonLimitsOfCountsAndPercentages) {
   const int counts[2][2] = {{10, 30}, {20, 40}};
   for (int a = 0; a < 2; ++a) {
     for (int b = 0; b < 2; ++b) {
-      for (int i = 0; i < counts[a][b]; ++i)
+      for (int copy = 0; copy < counts[a][b]; ++copy)
         csv += std::to_string(a + 1) + "," + std::to_string(b + 1) + "\n";
     }
   }
@@ -206,23 +206,23 @@ TEST(PercentageBase, AgreesWithANaiveReference) {
   means->AddScaleStatistics({AggregationStatistic(hm.Index("x"), 179)});
   hm.RunGroup();
   double total = 0;
-  for (int i = 1; i <= 4; ++i) {
-    for (int j = 1; j <= 3; ++j) total += w[i][j];
+  for (int aValue = 1; aValue <= 4; ++aValue) {
+    for (int bValue = 1; bValue <= 3; ++bValue) total += w[aValue][bValue];
   }
-  for (int i = 1; i <= 4; ++i) {
+  for (int aValue = 1; aValue <= 4; ++aValue) {
     double row = 0;
-    for (int j = 1; j <= 3; ++j) row += w[i][j];
-    for (int j = 1; j <= 3; ++j) {
+    for (int bValue = 1; bValue <= 3; ++bValue) row += w[aValue][bValue];
+    for (int bValue = 1; bValue <= 3; ++bValue) {
       double col = 0;
-      for (int k = 1; k <= 4; ++k) col += w[k][j];
-      const CellKey key = Key({Encoding(a->GetTableDimension(), i), Encoding(b->GetTableDimension(), j)});
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(1)), w[i][j], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(10)), 100 * w[i][j] / row, 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(18)), 100 * w[i][j] / col, 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(26)), 100 * w[i][j] / total, 1e-9);
+      for (int otherA = 1; otherA <= 4; ++otherA) col += w[otherA][bValue];
+      const CellKey key = Key({Encoding(a->GetTableDimension(), aValue), Encoding(b->GetTableDimension(), bValue)});
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(1)), w[aValue][bValue], 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(10)), 100 * w[aValue][bValue] / row, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(18)), 100 * w[aValue][bValue] / col, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(26)), 100 * w[aValue][bValue] / total, 1e-9);
       const CellKey meanKey =
-          Key({Encoding(ma->GetTableDimension(), i), Encoding(mb->GetTableDimension(), j)});
-      EXPECT_NEAR(Value(*meanAgg, meanKey, AggregationStatistic(hm.Index("x"), 179)), wx[i][j] / w[i][j],
+          Key({Encoding(ma->GetTableDimension(), aValue), Encoding(mb->GetTableDimension(), bValue)});
+      EXPECT_NEAR(Value(*meanAgg, meanKey, AggregationStatistic(hm.Index("x"), 179)), wx[aValue][bValue] / w[aValue][bValue],
                   1e-9);
     }
   }
