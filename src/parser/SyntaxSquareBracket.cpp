@@ -84,7 +84,8 @@ SyntaxConverter* SyntaxSquareBracket::String(const std::string& text) {
     if (_measurementSeen) {
       SyntaxParserUtility::DuplicateWarning(this, text);
     }
-    _measurementCode = scale ? TableEncryptionCodes::kVariableScale : TableEncryptionCodes::kVariableCategorical;
+    _measurementCode =
+        scale ? TableEncryptionCodes::kVariableScale : TableEncryptionCodes::kVariableCategorical;
     _measurementSeen = true;
     return this;
   }
@@ -188,7 +189,12 @@ void SyntaxSquareBracket::DumpDetails(std::ostream& out) const {
     out << separator << variable->GetNameToken();
     separator = ",";
   }
-  if (_measurementSeen) {
-    out << " measurement=" << (_measurementCode == TableEncryptionCodes::kVariableScale ? "S" : "C");
+  out << " statistics=";
+  separator = "";
+  for (const Statistics* statistic : _bracketStatistics) {
+    out << separator << statistic->GetNameToken();
+    separator = ",";
   }
+  out << " measurement="
+      << (_measurementSeen ? (_measurementCode == TableEncryptionCodes::kVariableScale ? "S" : "C") : "none");
 }

@@ -30,6 +30,6 @@ class SyntaxTotals : public SyntaxComposite {
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  SyntaxConverter* _squareBracketParent;    // the outer bracket; not owned
+  SyntaxConverter* _squareBracketParent;      // the outer bracket; not owned
   std::vector<Statistics*> _totalStatistics;  // from the nested bracket; not owned
 };

@@ -21,13 +21,13 @@ struct SyntaxVariableName::VarData {
   int _dataType = 0;        // 0 numeric, else the width of a string variable
   FormatType _formatType = kFormatF;
   TableEncryptionCodes::VariableCodes _variableType = TableEncryptionCodes::kVariableCategorical;
-  bool _measurementSet = false;                // [S] or [C] was given
-  SyntaxTotals* _totals = nullptr;             // the TOTALS clause attached here; not owned
-  std::vector<Statistics*> _totalStats;        // statistics of the total category; not owned
-  std::vector<Statistics*> _statistics;        // statistics of the categories
-  std::vector<Statistics*> _ownedStatistics;   // defaults this node created; owned
-  bool _isStatRemovable = false;               // _statistics holds only a default
-  bool _statsFromTotals = false;               // a TOTALS clause came before any real list
+  bool _measurementSet = false;               // [S] or [C] was given
+  SyntaxTotals* _totals = nullptr;            // the TOTALS clause attached here; not owned
+  std::vector<Statistics*> _totalStats;       // statistics of the total category; not owned
+  std::vector<Statistics*> _statistics;       // statistics of the categories
+  std::vector<Statistics*> _ownedStatistics;  // defaults this node created; owned
+  bool _isStatRemovable = false;              // _statistics holds only a default
+  bool _statsFromTotals = false;              // a TOTALS clause came before any real list
 };
 
 namespace {
@@ -193,16 +193,17 @@ bool SyntaxVariableName::HasStatistics() const {
 }
 
 bool SyntaxVariableName::HasThisStat(int code, double cutPoint) const {
-  return std::any_of(_varData->_statistics.begin(), _varData->_statistics.end(), [&](const Statistics* statistic) {
-    if (statistic->GetStatType() != code) {
-      return false;
-    }
-    const int primary = statistic->GetPrimaryStatistic();
-    if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
-      return statistic->GetCutPoint() == cutPoint;
-    }
-    return true;
-  });
+  return std::any_of(
+      _varData->_statistics.begin(), _varData->_statistics.end(), [&](const Statistics* statistic) {
+        if (statistic->GetStatType() != code) {
+          return false;
+        }
+        const int primary = statistic->GetPrimaryStatistic();
+        if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
+          return statistic->GetCutPoint() == cutPoint;
+        }
+        return true;
+      });
 }
 
 const std::vector<Statistics*>& SyntaxVariableName::GetStatistics() const {
@@ -222,7 +223,8 @@ void SyntaxVariableName::SetTotals(SyntaxTotals* totals) {
   const bool isSet = data._index < 0;
   for (Statistics* statistic : totals->GetTotalStatistics()) {
     const std::string token = statistic->GetNameToken();
-    if (statistic->GetStatGroup() == TableEncryptionCodes::kStatGroupSummary && (data._dataType >= 1 || isSet)) {
+    if (statistic->GetStatGroup() == TableEncryptionCodes::kStatGroupSummary &&
+        (data._dataType >= 1 || isSet)) {
       SyntaxParserUtility::StatGroup2Violation(this, data._name, token);
     }
     if (statistic->GetStatGroup() == TableEncryptionCodes::kStatGroupResponses && !isSet) {
@@ -259,26 +261,28 @@ void SyntaxVariableName::SetDefaultStats() {
   data._isStatRemovable = true;
 }
 
+namespace {
+
+// Name tokens of `statistics` joined by commas, or "none".
+std::string StatisticList(const std::vector<Statistics*>& statistics) {
+  if (statistics.empty()) {
+    return "none";
+  }
+  std::string list;
+  for (const Statistics* statistic : statistics) {
+    list += (list.empty() ? "" : ",") + statistic->GetNameToken();
+  }
+  return list;
+}
+
+}  // namespace
+
 void SyntaxVariableName::DumpDetails(std::ostream& out) const {
   const VarData& data = *_varData;
-  out << " name=" << data._name << " index=" << data._index << " axis=" << data._axis << " leaf=" << data._isLeafNode;
-  if (data._measurementSet) {
-    out << " type=" << (data._variableType == TableEncryptionCodes::kVariableScale ? "S" : "C");
-  }
-  if (!data._statistics.empty()) {
-    out << " stats=";
-    const char* separator = "";
-    for (const Statistics* statistic : data._statistics) {
-      out << separator << statistic->GetNameToken();
-      separator = ",";
-    }
-  }
-  if (!data._totalStats.empty()) {
-    out << " totalstats=";
-    const char* separator = "";
-    for (const Statistics* statistic : data._totalStats) {
-      out << separator << statistic->GetNameToken();
-      separator = ",";
-    }
-  }
+  out << " name=" << data._name << " index=" << data._index << " axis=" << data._axis
+      << " leaf=" << data._isLeafNode
+      << " type=" << (data._variableType == TableEncryptionCodes::kVariableScale ? "S" : "C")
+      << " measurementSet=" << data._measurementSet << " stats=" << StatisticList(data._statistics)
+      << " removable=" << data._isStatRemovable << " totals=" << (data._totals != nullptr)
+      << " totalstats=" << StatisticList(data._totalStats);
 }

@@ -58,27 +58,27 @@ TEST_P(BracketStatistics, ReachTheVariablesTheBracketFollows) {
   EXPECT_EQ(StatsOf(outcome.dump, c.variable), c.expected) << outcome.dump;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Commands, BracketStatistics,
-    testing::Values(
-        // The statement from the user guide: statistics after the column variable.
-        StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "b", "COUNT,COLPCT.COUNT"},
-        StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "a", "none"},
-        // Numeric variables of unknown level are scale, so they take summary statistics.
-        StatsCase{"QUILT /TABLE a [MEAN, PTILE 25 'Quartile'].", "a", "MEAN,PTILE"},
-        // After a parenthesis every leaf gets them ...
-        StatsCase{"QUILT /TABLE (a + b) [COUNT].", "a", "COUNT"},
-        StatsCase{"QUILT /TABLE (a + b) [COUNT].", "b", "COUNT"},
-        // ... but the left side of a nesting is no longer a leaf.
-        StatsCase{"QUILT /TABLE (a > b) [COUNT].", "b", "COUNT"},
-        StatsCase{"QUILT /TABLE (a > b) [COUNT].", "a", "none"},
-        // A bracket right after a variable belongs to that variable only.
-        StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "a", "COUNT"},
-        StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "b", "MAXIMUM"},
-        // A second bracket on the same variable: a repeated statistic moves to the end.
-        StatsCase{"QUILT /TABLE a [COUNT MEAN] [COUNT].", "a", "MEAN,COUNT"},
-        // A set takes the statistics of responses.
-        StatsCase{"QUILT /TABLE $cats [RESPONSES COUNT].", "$cats", "RESPONSES,COUNT"}));
+INSTANTIATE_TEST_SUITE_P(Commands, BracketStatistics,
+                         testing::Values(
+                             // The statement from the user guide: statistics after the column variable.
+                             StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "b",
+                                       "COUNT,COLPCT.COUNT"},
+                             StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "a", "none"},
+                             // Numeric variables of unknown level are scale, so they take summary statistics.
+                             StatsCase{"QUILT /TABLE a [MEAN, PTILE 25 'Quartile'].", "a", "MEAN,PTILE"},
+                             // After a parenthesis every leaf gets them ...
+                             StatsCase{"QUILT /TABLE (a + b) [COUNT].", "a", "COUNT"},
+                             StatsCase{"QUILT /TABLE (a + b) [COUNT].", "b", "COUNT"},
+                             // ... but the left side of a nesting is no longer a leaf.
+                             StatsCase{"QUILT /TABLE (a > b) [COUNT].", "b", "COUNT"},
+                             StatsCase{"QUILT /TABLE (a > b) [COUNT].", "a", "none"},
+                             // A bracket right after a variable belongs to that variable only.
+                             StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "a", "COUNT"},
+                             StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "b", "MAXIMUM"},
+                             // A second bracket on the same variable: a repeated statistic moves to the end.
+                             StatsCase{"QUILT /TABLE a [COUNT MEAN] [COUNT].", "a", "MEAN,COUNT"},
+                             // A set takes the statistics of responses.
+                             StatsCase{"QUILT /TABLE $cats [RESPONSES COUNT].", "$cats", "RESPONSES,COUNT"}));
 
 TEST(SyntaxSquareBracketTest, PercentileKeepsItsCutPointAndNameToken) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [PTILE 25, UPTILE 50].");
@@ -142,24 +142,23 @@ TEST_P(BracketErrors, NameWhatAndWhere) {
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, BracketErrors,
-    testing::Values(
-        ErrorCase{"QUILT /TABLE a [COUNT S].", kCombined, {"TABLE", "S"}},
-        ErrorCase{"QUILT /TABLE a [S COUNT].", kCombined, {"TABLE", "COUNT"}},
-        ErrorCase{"QUILT /TABLE a [C S COUNT].", kCombined, {"TABLE", "COUNT"}},
-        ErrorCase{"QUILT /TABLE a [PTILE].", kInvalidPtile, {"TABLE", "]"}},
-        // The statistic itself refuses the next word while it still owes its number.
-        ErrorCase{"QUILT /TABLE a [PTILE COUNT].", kInvalidPtile, {"TABLE", "PTILE COUNT"}},
-        ErrorCase{"QUILT /TABLE a [NOSUCH].", kUnknownKeyword, {"TABLE", "NOSUCH"}},
-        ErrorCase{"QUILT /TABLE a [S TOTALS [COUNT]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
-        // A bracket needs an operand: a variable or a closed parenthesis.
-        ErrorCase{"QUILT /TABLE a + [COUNT].", kIncorrectSequence, {"TABLE", "["}},
-        // MEAN needs a scale variable; [C] made a categorical.
-        ErrorCase{"QUILT /TABLE a [C] [MEAN].", kGroup2, {"TABLE", "a", "MEAN"}},
-        // RESPONSES needs a multiple-response set.
-        ErrorCase{"QUILT /TABLE a [RESPONSES].", kGroup3, {"TABLE", "a", "RESPONSES"}},
-        // A set cannot be summarized.
-        ErrorCase{"QUILT /TABLE $cats [MEAN].", kGroup2, {"TABLE", "$cats", "MEAN"}},
-        // The measurement level must come before the statistics it decides.
-        ErrorCase{"QUILT /TABLE a [COUNT] [C].", kOrder, {"TABLE", "a"}}));
+    testing::Values(ErrorCase{"QUILT /TABLE a [COUNT S].", kCombined, {"TABLE", "S"}},
+                    ErrorCase{"QUILT /TABLE a [S COUNT].", kCombined, {"TABLE", "COUNT"}},
+                    ErrorCase{"QUILT /TABLE a [C S COUNT].", kCombined, {"TABLE", "COUNT"}},
+                    ErrorCase{"QUILT /TABLE a [PTILE].", kInvalidPtile, {"TABLE", "]"}},
+                    // The statistic itself refuses the next word while it still owes its number.
+                    ErrorCase{"QUILT /TABLE a [PTILE COUNT].", kInvalidPtile, {"TABLE", "PTILE COUNT"}},
+                    ErrorCase{"QUILT /TABLE a [NOSUCH].", kUnknownKeyword, {"TABLE", "NOSUCH"}},
+                    ErrorCase{"QUILT /TABLE a [S TOTALS [COUNT]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
+                    // A bracket needs an operand: a variable or a closed parenthesis.
+                    ErrorCase{"QUILT /TABLE a + [COUNT].", kIncorrectSequence, {"TABLE", "["}},
+                    // MEAN needs a scale variable; [C] made a categorical.
+                    ErrorCase{"QUILT /TABLE a [C] [MEAN].", kGroup2, {"TABLE", "a", "MEAN"}},
+                    // RESPONSES needs a multiple-response set.
+                    ErrorCase{"QUILT /TABLE a [RESPONSES].", kGroup3, {"TABLE", "a", "RESPONSES"}},
+                    // A set cannot be summarized.
+                    ErrorCase{"QUILT /TABLE $cats [MEAN].", kGroup2, {"TABLE", "$cats", "MEAN"}},
+                    // The measurement level must come before the statistics it decides.
+                    ErrorCase{"QUILT /TABLE a [COUNT] [C].", kOrder, {"TABLE", "a"}}));
 
 }  // namespace

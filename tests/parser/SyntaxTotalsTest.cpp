@@ -106,10 +106,11 @@ TEST_P(TotalsErrors, NameWhatAndWhere) {
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, TotalsErrors,
-    testing::Values(ErrorCase{"QUILT /TABLE a [C] [TOTALS].", kNoTotalsStats, {"TABLE", "]"}},
-                    ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", kNoTotalsStats, {"TABLE", "]"}},
-                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
-                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", kNoTotalsStats, {"TABLE", "]"}},
-                    ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", kGroup3, {"TABLE", "a", "RESPONSES"}}));
+    testing::Values(
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS].", kNoTotalsStats, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", kNoTotalsStats, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", kNoTotalsStats, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", kGroup3, {"TABLE", "a", "RESPONSES"}}));
 
 }  // namespace
