@@ -28,6 +28,9 @@ struct SyntaxVariableName::VarData {
   std::vector<Statistics*> _ownedStatistics;  // defaults this node created; owned
   bool _isStatRemovable = false;              // _statistics holds only a default
   bool _statsFromTotals = false;              // a TOTALS clause came before any real list
+  bool _isTotalNo = true;                     // no total category
+  bool _totalSet = false;                     // CATEGORIES gave TOTAL
+  bool _hasSubTotal = false;                  // the explicit category list holds a subtotal
 };
 
 namespace {
@@ -259,6 +262,54 @@ void SyntaxVariableName::SetDefaultStats() {
   data._ownedStatistics.push_back(count);
   data._statistics.push_back(count);
   data._isStatRemovable = true;
+}
+
+void SyntaxVariableName::CompleteStatistics() {
+  VarData& data = *_varData;
+  if (data._statistics.empty() && data._variableType == TableEncryptionCodes::kVariableScale) {
+    auto* mean = new Statistics(TableEncryptionCodes::kStatMean, "MEAN", "Mean");
+    data._ownedStatistics.push_back(mean);
+    data._statistics.push_back(mean);
+  }
+  if (!data._totalStats.empty() || (data._isTotalNo && !data._hasSubTotal)) {
+    return;
+  }
+  if (!data._statistics.empty()) {
+    data._totalStats = data._statistics;
+    return;
+  }
+  auto* count = new Statistics(TableEncryptionCodes::kStatCount, "COUNT", "Count");
+  data._ownedStatistics.push_back(count);
+  data._totalStats.push_back(count);
+}
+
+void SyntaxVariableName::SetCILevel(double level, const std::string& text) {
+  VarData& data = *_varData;
+  for (const std::vector<Statistics*>* list :
+       {&data._ownedStatistics, &data._totalStats, &data._statistics}) {
+    for (Statistics* statistic : *list) {
+      if (statistic != nullptr) {
+        statistic->SetCILevel(level, text);
+      }
+    }
+  }
+}
+
+void SyntaxVariableName::SetIsTotalNo(bool isTotalNo) {
+  VarData& data = *_varData;
+  if (data._totalSet && data._isTotalNo != isTotalNo) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("TOTAL", data._name, /*categories=*/true);
+  }
+  data._isTotalNo = isTotalNo;
+  data._totalSet = true;
+}
+
+bool SyntaxVariableName::GetIsTotalNo() const {
+  return _varData->_isTotalNo;
+}
+
+bool SyntaxVariableName::HasSubTotal() const {
+  return _varData->_hasSubTotal;
 }
 
 namespace {

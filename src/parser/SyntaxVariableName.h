@@ -66,6 +66,17 @@ class SyntaxVariableName : public SyntaxConverter {
   virtual bool GetIsStatRemovable() const;
   /// Gives a categorical variable without statistics a removable COUNT.
   void SetDefaultStats();
+  /// Once the expression is complete: a scale variable without statistics gets MEAN, and a
+  /// variable with a total category (or subtotals) but no TOTALS clause shows in it the
+  /// statistics of its categories (COUNT when it has none).
+  virtual void CompleteStatistics();
+  /// Passes the confidence level to every statistic this variable shows.
+  void SetCILevel(double level, const std::string& text);
+
+  /// CATEGORIES TOTAL=NO|YES; a different second answer warns, the later one wins.
+  virtual void SetIsTotalNo(bool isTotalNo);
+  virtual bool GetIsTotalNo() const;
+  bool HasSubTotal() const;
 
  protected:
   void DumpDetails(std::ostream& out) const override;

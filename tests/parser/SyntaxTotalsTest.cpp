@@ -5,6 +5,11 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "SubcommandTestSupport.h"
+#include "parser/Statistics.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxTablesCommand.h"
+#include "parser/SyntaxVariableName.h"
 
 namespace {
 
@@ -86,6 +91,58 @@ TEST(SyntaxTotalsTest, SecondTotalsClauseWarnsAndAddsToTheFirst) {
   EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "TOTALS", "a"}));
   EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "COUNT,ROWPCT.COUNT") << outcome.dump;
+}
+
+// Name tokens of `statistics`, joined by commas.
+std::string Tokens(const std::vector<Statistics*>& statistics) {
+  std::string list;
+  for (const Statistics* statistic : statistics) {
+    list += (list.empty() ? "" : ",") + statistic->GetNameToken();
+  }
+  return list;
+}
+
+TEST(SyntaxTotalsTest, CompletedStatisticsFillTheTotalCategory) {
+  // a: scale, nothing asked; b: categorical with a TOTALS clause; c: categorical with
+  // COLPCT.COUNT and a total category from CATEGORIES; w: categorical, total category, no
+  // statistics; s (a string): categorical, no total category.
+  std::vector<std::string> stats;
+  std::vector<std::string> totalStats;
+  const EventOutcome outcome =
+      ParseAndInspect("QUILT /TABLE a + b [C] [TOTALS [ROWPCT.COUNT]] + c [C] [COLPCT.COUNT] + w [C] + s.",
+                      [&](SyntaxTablesCommand& root) {
+                        for (SyntaxVariableName* variable : root.GetTable().at(0)->GetTableVarList()) {
+                          const std::string name = variable->GetNameToken();
+                          if (name == "c" || name == "w") {
+                            variable->SetIsTotalNo(false);
+                          }
+                          variable->CompleteStatistics();
+                          stats.push_back(Tokens(variable->GetStatistics()));
+                          totalStats.push_back(Tokens(variable->GetTotalStats()));
+                        }
+                      });
+  ASSERT_FALSE(outcome.threw) << outcome.error.key;
+  EXPECT_EQ(stats, (std::vector<std::string>{"MEAN", "COUNT", "COLPCT.COUNT", "", ""}));
+  // The clause wins over the categories' list; without a clause the total shows what the
+  // categories show, and plain COUNT when they show nothing; s has no total category.
+  EXPECT_EQ(totalStats, (std::vector<std::string>{"", "ROWPCT.COUNT", "COLPCT.COUNT", "COUNT", ""}));
+}
+
+TEST(SyntaxTotalsTest, SecondDifferentTotalAnswerWarnsFromCategories) {
+  std::vector<CatalogueMessage> reported;
+  const EventOutcome outcome = ParseAndInspect("QUILT /TABLE a.", [&reported](SyntaxTablesCommand& root) {
+    MessageCapture capture;
+    SyntaxVariableName* variable = root.GetTable().at(0)->GetTableVarList().at(0);
+    variable->SetIsTotalNo(false);
+    variable->SetIsTotalNo(false);  // the same answer again says nothing
+    variable->SetIsTotalNo(true);
+    EXPECT_TRUE(variable->GetIsTotalNo());
+    reported = capture.GetReported();
+  });
+  ASSERT_FALSE(outcome.threw) << outcome.error.key;
+  ASSERT_EQ(reported.size(), 1u);
+  EXPECT_EQ(reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(reported[0].arguments, (std::vector<std::string>{"CATEGORIES", "TOTAL", "a"}));
 }
 
 struct ErrorCase {
