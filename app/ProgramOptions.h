@@ -20,6 +20,4 @@ struct ProgramOptions {
   int width = 0;                         // text width; 0: the terminal's, else 100
   bool ascii = false;                    // draw text tables with plain characters
   bool controlPackage = false;           // run as the control package front end
-  bool dumpParse = false;                // print the parsed tables instead of running them
-  bool dumpTables = false;               // print the header trees of each table and split group
 };

@@ -90,8 +90,6 @@ int QuiltProgram::Main(int argc, char** argv) {
   app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
   app.add_flag("--ascii", options.ascii, "draw text tables with plain characters");
   app.add_flag("--control-package", options.controlPackage, "run as the control package front end");
-  app.add_flag("--dump-parse", options.dumpParse, "print how each table was parsed, then stop");
-  app.add_flag("--dump-tables", options.dumpTables, "print the header trees of each table and split group");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -43,7 +43,6 @@ private:
   bool CollectCommands(std::vector<Command>& commands);
   bool LoadActiveDataSet();
   void RunCommand(const Command& command);
-  void DumpCommand(const Command& command, std::ostream& output);
   int WriteDocument(const OutputDocument& document, std::ostream& output);
 
   ProgramOptions _options;
