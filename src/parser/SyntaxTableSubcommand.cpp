@@ -215,3 +215,11 @@ void SyntaxTableSubcommand::IncrementBys() {
 void SyntaxTableSubcommand::DumpDetails(std::ostream& out) const {
   out << " number=" << _tableData->_tableNumber << " bys=" << _tableData->_numOfBys;
 }
+
+TableSettings& SyntaxTableSubcommand::GetTableSettings() {
+  return _tableData->_settings;
+}
+
+const TableSettings& SyntaxTableSubcommand::GetTableSettings() const {
+  return _tableData->_settings;
+}

@@ -163,3 +163,7 @@ void SyntaxTablesCommand::CommitGlobalSubcommands() {
 void SyntaxTablesCommand::MakeTableTitlesUnique() {
   // TODO(#5): equal table titles get trailing blanks here, once tables carry titles.
 }
+
+const VLabelsSettings& SyntaxTablesCommand::GetVLabelsSettings() const {
+  return _commandData->_vLabels;
+}

@@ -10,7 +10,10 @@
 #include "parser/SyntaxHideSmallCountsSubcommand.h"
 #include "host/data/HostRecords.h"
 #include "parser/SyntaxConverter.h"
+#include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
+#include "parser/TableSettings.h"
+#include "parser/VLabelsSettings.h"
 
 namespace {
 
@@ -78,6 +81,15 @@ TEST(SyntaxTablesCommand, WithoutHideSmallCountsNothingIsHidden) {
   EXPECT_FALSE(root.GetHideSmallCountsSet());
   EXPECT_EQ(root.GetHideSmallCountsValue(), 0);
   EXPECT_TRUE(root.GetTable().empty());
+}
+
+TEST(SyntaxTablesCommand, SettingsStartEmptyOnTheRootAndEachTable) {
+  SyntaxTablesCommand root;
+  EXPECT_TRUE(root.GetVLabelsSettings().IsEmpty());
+  auto* table = dynamic_cast<SyntaxTableSubcommand*>(root.SubCommandString("TABLE"));
+  ASSERT_NE(table, nullptr);
+  EXPECT_FALSE(table->GetTableSettings().HasChiSquareTest());
+  EXPECT_EQ(root.GetTable().size(), 1u);
 }
 
 TEST(SyntaxTablesCommand, HideSmallCountsIsReadFromTheLatestSubcommand) {
