@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "host/QuiltAssert.h"
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
 #include "host/data/VariableSet.h"
@@ -13,6 +14,7 @@
 #include "parser/SyntaxTotals.h"
 
 struct SyntaxVariableName::VarData {
+  AggregationVariable* _aggregationVariable = nullptr;  // set once by the dispatcher; not owned
   int _index = 0;           // dictionary index; -100 for a set
   std::string _name;        // the variable's or the set's name
   std::string _label;       // empty when it has none
@@ -90,6 +92,13 @@ std::string SyntaxVariableName::GetSubcommandName() const {
 int SyntaxVariableName::GetType() const {
   return kConverterVariable;
 }
+
+void SyntaxVariableName::SetAggregationVariable(AggregationVariable* variable) {
+  QUILT_ASSERT(variable != nullptr, "a variable node is linked to an engine variable");
+  _varData->_aggregationVariable = variable;
+}
+
+AggregationVariable* SyntaxVariableName::GetAggregationVariable() const { return _varData->_aggregationVariable; }
 
 void SyntaxVariableName::SetIsLeafNode(bool isLeaf) {
   _varData->_isLeafNode = isLeaf;

@@ -8,6 +8,7 @@
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/SyntaxConverter.h"
 
+class AggregationVariable;
 class Statistics;
 class SyntaxTotals;
 class VariableSet;
@@ -28,6 +29,11 @@ class SyntaxVariableName : public SyntaxConverter {
   std::string GetSubcommandName() const override;
   int GetType() const override;
   void SetIsLeafNode(bool isLeaf) override;
+
+  /// The engine's object for this occurrence, made by the table's dispatcher at the first
+  /// cube that holds the node and shared by later cubes. Not owned; never reset to null.
+  virtual void SetAggregationVariable(AggregationVariable* variable);
+  virtual AggregationVariable* GetAggregationVariable() const;
 
   virtual int GetIndex() const;
   virtual std::string GetNameToken() const;
