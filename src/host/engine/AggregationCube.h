@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/engine/CaseContext.h"
+#include "host/engine/WeightMode.h"
 
 class AggregationStatistic;
 class AggregationVariable;

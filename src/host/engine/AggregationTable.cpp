@@ -1,22 +1,34 @@
 // AggregationTable.cpp - the engine's table: cubes, axis cubes, metadata and the data pass
 #include "host/engine/AggregationTable.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 
 #include "aggregator/CellKey.h"
 #include "host/QuiltAssert.h"
+#include "host/data/Dataset.h"
+#include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/TARN_InputCaseIterator.h"
 #include "host/data/TARN_Variable.h"
 #include "host/engine/AggregationCube.h"
 #include "host/engine/AggregationStatistic.h"
-#include "host/engine/CaseContext.h"
+#include "host/engine/CaseBlock.h"
 #include "host/engine/CellStatistics.h"
 #include "host/engine/CubeAggregator.h"
 #include "host/engine/StatValues.h"
 #include "host/engine/TableDimension.h"
 #include "host/engine/TableMetadata.h"
+#include "host/engine/WeightMode.h"
+
+namespace {
+
+// Cases gathered before the dimensions and cubes read them: large enough that the loops
+// over a block dominate, small enough that the block's scratch stays in the cache.
+constexpr std::size_t kBlockCapacity = 1024;
+
+}  // namespace
 
 struct AggregationTable::Data {
   TARN_InputCaseIterator* _iterator = nullptr;
@@ -35,7 +47,19 @@ struct AggregationTable::Data {
   std::vector<CubeAggregator*> _subTableAggregators;  // siblings for cross sub-table bases
   std::vector<CubeAggregator*> _allAggregators;
   bool _wired = false;
-  std::vector<double> _scaleValues;
+
+  // How cases are read, settled at the first case. Directly: the iterator reads a loaded
+  // data set, so the table keeps case numbers and reads the columns in blocks. Case by
+  // case: any other iterator, whose pointers hold only until its next case.
+  enum ReadMode { kReadUndecided, kReadDirect, kReadCaseByCase };
+  ReadMode _readMode = kReadUndecided;
+  const ProcDSIterator* _reader = nullptr;
+  std::vector<int> _readIndices;      // the dictionary indices the table reads
+  std::vector<const OBS*> _columns;   // by dictionary index
+  std::vector<std::size_t> _strides;  // cells per case by dictionary index; 0 case by case
+  std::vector<std::size_t> _rows;     // the cases waiting for the next block
+  std::vector<double> _weights;
+  std::vector<double> _scaleValues;  // scale slot s of case k at [s * block size + k]
   std::vector<char> _scaleValid;
 
   void Init(TARN_InputCaseIterator* iterator, const TARN_DataSource* source, bool weighted,
@@ -95,10 +119,110 @@ struct AggregationTable::Data {
       QUILT_ASSERT(aggregator != nullptr, "an axis cube was declared without its aggregator");
       _allAggregators.push_back(aggregator);
     }
-    const int scales = _metadata.NumberOfScaleVariables();
-    _scaleValues.assign(static_cast<std::size_t>(scales), 0.0);
-    _scaleValid.assign(static_cast<std::size_t>(scales), 0);
     _wired = true;
+  }
+
+  // Chooses the read mode on the first case: directly from the data set's columns when
+  // the iterator is a data set reader that stands on this very data set.
+  void DecideReadMode() {
+    _readIndices.clear();
+    if (_mode != kWeightNone) _readIndices.push_back(_weightIndex);
+    for (int s = 0; s < _metadata.NumberOfScaleVariables(); ++s) {
+      _readIndices.push_back(_metadata.GetCaseReaderVarIndex(s));
+    }
+    for (int i = 0; i < _metadata.NumberOfDimensions(); ++i) {
+      for (int index : _metadata.GetDimension(i)->GetSourceVarIndices()) _readIndices.push_back(index);
+    }
+    std::sort(_readIndices.begin(), _readIndices.end());
+    _readIndices.erase(std::unique(_readIndices.begin(), _readIndices.end()), _readIndices.end());
+    const std::size_t columns = _readIndices.empty() ? 0 : static_cast<std::size_t>(_readIndices.back()) + 1;
+    _columns.assign(columns, nullptr);
+    _strides.assign(columns, 0);
+    _reader = dynamic_cast<const ProcDSIterator*>(_iterator);
+    const Dataset* dataset = _source != nullptr ? _source->GetDataset().get() : nullptr;
+    bool direct = _reader != nullptr && dataset != nullptr;
+    const std::size_t row = direct ? _reader->GetCaseIndex() : 0;
+    for (int index : _readIndices) {
+      direct = direct && index >= 0 && index < dataset->GetVariableCount() &&
+               _iterator->GetObsPointer(static_cast<unsigned>(index)) == dataset->GetCells(index, row);
+    }
+    if (direct) {
+      for (int index : _readIndices) {
+        _columns[static_cast<unsigned>(index)] = dataset->GetColumn(index).data();
+        _strides[static_cast<unsigned>(index)] = static_cast<std::size_t>(dataset->GetCellsPerCase(index));
+      }
+      _rows.reserve(kBlockCapacity);
+    }
+    _readMode = direct ? kReadDirect : kReadCaseByCase;
+  }
+
+  // Reads the waiting cases into every dimension and cube. Cases of a missing, zero or
+  // negative weight leave the block first: they count nowhere.
+  void Flush() {
+    if (_rows.empty()) return;
+    CaseBlock block;
+    block._rows = _rows.data();
+    block._columns = _columns.data();
+    block._strides = _strides.data();
+    std::size_t size = _rows.size();
+    _weights.resize(size);
+    if (_mode != kWeightNone) {
+      std::size_t kept = 0;
+      for (std::size_t k = 0; k < size; ++k) {
+        const double weight = block.Cells(_weightIndex, k)->number;
+        if (weight == TARN_SystemMissing() || !(weight > 0.0) || !std::isfinite(weight)) continue;
+        _rows[kept] = _rows[k];
+        _weights[kept] = weight;
+        ++kept;
+      }
+      size = kept;
+    } else {
+      std::fill(_weights.begin(), _weights.end(), 1.0);
+    }
+    block._size = size;
+    block._weights = _weights.data();
+
+    const int scales = _metadata.NumberOfScaleVariables();
+    _scaleValues.resize(static_cast<std::size_t>(scales) * size);
+    _scaleValid.resize(static_cast<std::size_t>(scales) * size);
+    std::vector<double>& validCounts = _metadata.ValidCounts();
+    for (int s = 0; s < scales; ++s) {
+      const int index = _metadata.GetCaseReaderVarIndex(s);
+      const TARN_Variable* variable = _source->GetVariable(index);
+      double* values = _scaleValues.data() + static_cast<std::size_t>(s) * size;
+      char* valid = _scaleValid.data() + static_cast<std::size_t>(s) * size;
+      for (std::size_t k = 0; k < size; ++k) {
+        const OBS* cell = block.Cells(index, k);
+        values[k] = cell->number;
+        valid[k] =
+            cell->number != TARN_SystemMissing() && (variable == nullptr || !variable->IsMissing(cell));
+      }
+    }
+    if (!_pairwise && scales > 1) {
+      // Listwise: a case is valid for a scale variable only when it is valid for all.
+      for (std::size_t k = 0; k < size; ++k) {
+        bool all = true;
+        for (int s = 0; s < scales && all; ++s)
+          all = _scaleValid[static_cast<std::size_t>(s) * size + k] != 0;
+        if (all) continue;
+        for (int s = 0; s < scales; ++s) _scaleValid[static_cast<std::size_t>(s) * size + k] = 0;
+      }
+    }
+    for (int s = 0; s < scales; ++s) {
+      const char* valid = _scaleValid.data() + static_cast<std::size_t>(s) * size;
+      double sum = 0.0;
+      for (std::size_t k = 0; k < size; ++k) sum += valid[k] ? _weights[k] : 0.0;
+      validCounts[static_cast<unsigned>(s)] += sum;
+    }
+    block._scaleValues = _scaleValues.data();
+    block._scaleValid = _scaleValid.data();
+    block._scaleStride = size;
+
+    if (size > 0) {
+      for (int i = 0; i < _metadata.NumberOfDimensions(); ++i) _metadata.GetDimension(i)->MapBlock(block);
+      for (CubeAggregator* aggregator : _allAggregators) aggregator->AddBlock(block);
+    }
+    _rows.clear();
   }
 };
 
@@ -155,42 +279,22 @@ std::vector<AggregationCube*> AggregationTable::CreateAxisCubes(int n, int cubeI
 void AggregationTable::AddNewCase() {
   Data& d = *_data;
   d.Wire();
-  CaseContext context;
-  if (d._mode != kWeightNone) {
-    const double weight = *d._iterator->GetNumericValue(d._weightIndex);
-    // A missing, zero or negative weight drops the case from every table.
-    if (weight == TARN_SystemMissing() || !(weight > 0.0) || !std::isfinite(weight)) return;
-    context._weight = weight;
+  if (d._readMode == Data::kReadUndecided) d.DecideReadMode();
+  if (d._readMode == Data::kReadDirect) {
+    d._rows.push_back(d._reader->GetCaseIndex());
+    if (d._rows.size() == kBlockCapacity) d.Flush();
+    return;
   }
-  TableMetadata& metadata = d._metadata;
-  const int scales = metadata.NumberOfScaleVariables();
-  bool allValid = true;
-  for (int s = 0; s < scales; ++s) {
-    const int index = metadata.GetCaseReaderVarIndex(s);
-    const OBS* cell = d._iterator->GetObsPointer(static_cast<unsigned>(index));
-    const TARN_Variable* variable = d._source->GetVariable(index);
-    const bool valid =
-        cell->number != TARN_SystemMissing() && (variable == nullptr || !variable->IsMissing(cell));
-    d._scaleValues[static_cast<unsigned>(s)] = cell->number;
-    d._scaleValid[static_cast<unsigned>(s)] = valid ? 1 : 0;
-    allValid = allValid && valid;
+  for (int index : d._readIndices) {
+    d._columns[static_cast<unsigned>(index)] = d._iterator->GetObsPointer(static_cast<unsigned>(index));
   }
-  if (!d._pairwise && !allValid) std::fill(d._scaleValid.begin(), d._scaleValid.end(), 0);
-  std::vector<double>& validCounts = metadata.ValidCounts();
-  for (int s = 0; s < scales; ++s) {
-    if (d._scaleValid[static_cast<unsigned>(s)]) validCounts[static_cast<unsigned>(s)] += context._weight;
-  }
-  context._scaleValues = d._scaleValues.data();
-  static_assert(sizeof(char) == sizeof(bool), "scale validity flags are read as bool");
-  context._scaleValid = reinterpret_cast<const bool*>(d._scaleValid.data());
-  for (int i = 0; i < metadata.NumberOfDimensions(); ++i) {
-    metadata.GetDimension(i)->MapCase(*d._iterator);
-  }
-  for (CubeAggregator* aggregator : d._allAggregators) aggregator->AddCase(context);
+  d._rows.assign(1, 0);
+  d.Flush();
 }
 
 void AggregationTable::CompleteCases() {
   _data->Wire();
+  _data->Flush();
   for (CubeAggregator* aggregator : _data->_allAggregators) aggregator->Complete();
   for (int i = 0; i < _data->_metadata.NumberOfDimensions(); ++i) {
     TableDimension* dimension = _data->_metadata.GetDimension(i);
@@ -201,6 +305,8 @@ void AggregationTable::CompleteCases() {
 }
 
 void AggregationTable::ResetAggregator() {
+  // Cases of a group that was never completed are dropped with it.
+  _data->_rows.clear();
   for (CubeAggregator* aggregator : _data->_allAggregators) aggregator->Reset();
   for (int i = 0; i < _data->_metadata.NumberOfDimensions(); ++i) {
     _data->_metadata.GetDimension(i)->Reset();
@@ -230,6 +336,7 @@ std::vector<std::vector<CubeAggregator*>> AggregationTable::GetAxisCubeAggregato
 }
 
 bool AggregationTable::IsTableEmpty() const {
+  _data->Flush();
   for (const auto& cube : _data->_cubes) {
     const CubeAggregator* aggregator = cube->GetCubeAggregator();
     if (aggregator != nullptr && !aggregator->IsCubeEmpty()) return false;
@@ -238,6 +345,7 @@ bool AggregationTable::IsTableEmpty() const {
 }
 
 bool AggregationTable::HasEmptyCubes() const {
+  _data->Flush();
   for (const auto& cube : _data->_cubes) {
     const CubeAggregator* aggregator = cube->GetCubeAggregator();
     if (aggregator == nullptr || aggregator->IsCubeEmpty()) return true;
@@ -246,6 +354,7 @@ bool AggregationTable::HasEmptyCubes() const {
 }
 
 void AggregationTable::PrintDataDbg() const {
+  _data->Flush();
   for (const auto& cube : _data->_cubes) {
     if (cube->GetCubeAggregator() != nullptr) std::cerr << cube->GetCubeAggregator()->DebugText();
   }

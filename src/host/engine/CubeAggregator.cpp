@@ -12,6 +12,7 @@
 #include "host/QuiltAssert.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationStatistic.h"
+#include "host/engine/CaseBlock.h"
 #include "host/engine/CellStatistics.h"
 #include "host/engine/StatDistributions.h"
 #include "host/engine/StatValues.h"
@@ -189,9 +190,57 @@ struct CubeAggregator::Data {
   std::vector<std::size_t> _denseStride;
   int _denseCapacity = 0;
 
-  // Per-case scratch, kept to avoid allocations on the hot path.
-  std::vector<const std::vector<DimensionEntry>*> _lists;
+  // Per-block and per-case scratch, kept to avoid allocations on the hot path: each
+  // position's codes (single variables) and each position's entries for one case.
+  std::vector<const int*> _codes;
+  std::vector<const char*> _missingFlags;
+  std::vector<DimensionEntry> _singleEntries;
+  std::vector<const DimensionEntry*> _lists;
+  std::vector<std::size_t> _listSizes;
   std::vector<std::size_t> _odometer;
+  bool _allSingle = true;
+
+  // Adds one case to one cell. `statEntry` is the case's entry at the position carrying
+  // the statistics, null without one; a case in the hidden bucket only enters TOTAL.
+  void Update(std::uint32_t where, const CaseBlock& block, std::size_t k, bool bucket, bool valid,
+              double responses) {
+    const double w = block._weights[k];
+    Cell& cell = _cells[where];
+    cell._total.Consume(w);
+    if (bucket) return;
+    cell._count.Consume(w);
+    if (valid) cell._valid.Consume(w);
+    cell._responses += w * responses;
+    cell._uResponses += responses;
+    const std::size_t scales = ScaleCount();
+    for (std::size_t s = 0; s < scales; ++s) {
+      const std::size_t at = static_cast<std::size_t>(_scaleTableSlots[s]) * block._scaleStride + k;
+      if (!block._scaleValid[at]) continue;
+      const double x = block._scaleValues[at];
+      ScaleCell& scale = _scaleCells[where * scales + s];
+      scale._valid.Consume(w);
+      scale._weighted.Consume(x, w);
+      scale._unweighted.Consume(x, 1.0);
+      scale._min = std::min(scale._min, x);
+      scale._max = std::max(scale._max, x);
+      if (_keepValues) {
+        scale._values.push_back(x);
+        if (_mode != kWeightNone) scale._weights.push_back(w);
+      }
+    }
+  }
+
+  std::uint32_t Insert(const PackedKey& key) {
+    auto inserted = _index.try_emplace(key, static_cast<std::uint32_t>(_cells.size()));
+    if (inserted.second) {
+      _cells.emplace_back();
+      _cellKeys.push_back(key);
+      _scaleCells.resize(_scaleCells.size() + ScaleCount());
+    }
+    return inserted.first->second;
+  }
+
+  void AddCaseGeneral(const CaseBlock& block, std::size_t k);
 
   std::size_t ScaleCount() const { return _scaleVarIndices.size(); }
 
@@ -443,9 +492,15 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vec
   _data->_positions = std::move(positions);
   _data->_metadata = metadata;
   _data->_mode = weightMode;
-  _data->_lists.resize(_data->_positions.size());
+  const std::size_t keyLength = _data->_positions.size();
+  _data->_codes.resize(keyLength);
+  _data->_missingFlags.resize(keyLength);
+  _data->_singleEntries.resize(keyLength);
+  _data->_lists.resize(keyLength);
+  _data->_listSizes.resize(keyLength);
   for (TableDimension* dimension : _data->_dimensions) {
     _data->_single.push_back(dimension->IsSingleVariable() ? 1 : 0);
+    _data->_allSingle = _data->_allSingle && dimension->IsSingleVariable();
   }
   // 65,536 direct slots (256 KB) at most, shared evenly by the positions.
   const std::size_t n = _data->_positions.size();
@@ -615,15 +670,67 @@ void CubeAggregator::SetSiblings(const std::vector<CubeAggregator*>* siblings) {
   _data->_siblings = siblings;
 }
 
-void CubeAggregator::AddCase(const CaseContext& context) {
+void CubeAggregator::AddBlock(const CaseBlock& block) {
   Data& d = *_data;
+  QUILT_ASSERT(!d._complete, "cases arrive before CompleteCases or after ResetAggregator");
   const std::size_t n = d._positions.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    d._codes[i] = d._dimensions[i]->GetBlockCodes();
+    d._missingFlags[i] = d._dimensions[i]->GetMissingFlags();
+  }
+  const int* statCodes = d._statPosition >= 0 ? d._codes[static_cast<unsigned>(d._statPosition)] : nullptr;
+  const char* statFlags =
+      d._statPosition >= 0 ? d._missingFlags[static_cast<unsigned>(d._statPosition)] : nullptr;
+  const double responses = d._statPosition >= 0 ? 1.0 : 0.0;
+  // The common case: single variables only, each case in one value category whose cell
+  // is found by direct index. Anything else (a bucket or excluded case, a new cell, a
+  // large encoding) takes the general path for that case.
+  const bool fast = d._allSingle && d._denseCapacity > 0;
+  const unsigned capacity = static_cast<unsigned>(d._denseCapacity);
+  for (std::size_t k = 0; k < block._size; ++k) {
+    if (fast) {
+      std::size_t denseIndex = 0;
+      std::size_t i = 0;
+      for (; i < n; ++i) {
+        // A negative code wraps to a large unsigned value and fails the test.
+        const unsigned shifted = static_cast<unsigned>(d._codes[i][k]) + 1u;
+        if (shifted >= capacity || shifted == 0u) break;
+        denseIndex += shifted * d._denseStride[i];
+      }
+      const std::uint32_t slot = i == n ? d._dense[denseIndex] : 0;
+      if (slot != 0) {
+        const bool valid = statCodes == nullptr || !statFlags[statCodes[k]];
+        d.Update(slot - 1, block, k, /*bucket=*/false, valid, responses);
+        continue;
+      }
+    }
+    d.AddCaseGeneral(block, k);
+  }
+}
+
+void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k) {
+  const std::size_t n = _positions.size();
   bool bucket = false;
   TableDimension* statDimension =
-      d._statPosition >= 0 ? d._dimensions[static_cast<unsigned>(d._statPosition)] : nullptr;
+      _statPosition >= 0 ? _dimensions[static_cast<unsigned>(_statPosition)] : nullptr;
   for (std::size_t i = 0; i < n; ++i) {
-    TableDimension* dimension = d._dimensions[i];
-    switch (dimension->GetCaseState()) {
+    TableDimension* dimension = _dimensions[i];
+    TableDimension::CaseState state = TableDimension::kCaseInCategories;
+    if (_codes[i] != nullptr) {
+      const int code = _codes[i][k];
+      if (code == TableDimension::kBlockExcluded) state = TableDimension::kCaseExcluded;
+      if (code == TableDimension::kBlockMissing) state = TableDimension::kCaseMissing;
+      if (code >= 0) {
+        _singleEntries[i] = DimensionEntry{code, 1.0, _missingFlags[i][code] != 0};
+        _lists[i] = &_singleEntries[i];
+        _listSizes[i] = 1;
+      }
+    } else {
+      state = dimension->GetBlockState(k);
+      if (state == TableDimension::kCaseInCategories)
+        _lists[i] = dimension->GetBlockEntries(k, _listSizes[i]);
+    }
+    switch (state) {
       case TableDimension::kCaseExcluded:
         return;
       case TableDimension::kCaseMissing:
@@ -631,79 +738,45 @@ void CubeAggregator::AddCase(const CaseContext& context) {
         // bucket, for the TOTALN bases.
         if (dimension != statDimension) return;
         bucket = true;
-        d._lists[i] = &dimension->GetTotalOnlyEntries();
+        _lists[i] = dimension->GetTotalOnlyEntries().data();
+        _listSizes[i] = 1;
         break;
       case TableDimension::kCaseInCategories:
-        d._lists[i] = &dimension->GetCaseEntries();
         break;
     }
-    d._odometer[i] = 0;
+    _odometer[i] = 0;
   }
-  QUILT_ASSERT(!d._complete, "cases arrive before CompleteCases or after ResetAggregator");
-  const double w = context._weight;
-  const std::size_t scales = d.ScaleCount();
   while (true) {
     const DimensionEntry* statEntry = nullptr;
     std::size_t denseIndex = 0;
-    bool dense = d._denseCapacity > 0;
+    bool dense = _denseCapacity > 0;
     for (std::size_t i = 0; i < n; ++i) {
-      const DimensionEntry& entry = (*d._lists[i])[d._odometer[i]];
+      const DimensionEntry& entry = _lists[i][_odometer[i]];
       const int shifted = entry._code == kCellKeyTotal ? 0 : entry._code + 1;
-      dense = dense && entry._code >= kCellKeyTotal && shifted < d._denseCapacity &&
-              (entry._code >= 0 || entry._code == kCellKeyTotal);
-      denseIndex += static_cast<std::size_t>(shifted) * (dense ? d._denseStride[i] : 0);
-      if (static_cast<int>(i) == d._statPosition) statEntry = &entry;
+      dense = dense && shifted < _denseCapacity && (entry._code >= 0 || entry._code == kCellKeyTotal);
+      denseIndex += static_cast<std::size_t>(shifted) * (dense ? _denseStride[i] : 0);
+      if (static_cast<int>(i) == _statPosition) statEntry = &entry;
     }
     std::uint32_t where = 0;
-    if (dense && d._dense[denseIndex] != 0) {
-      where = d._dense[denseIndex] - 1;
+    if (dense && _dense[denseIndex] != 0) {
+      where = _dense[denseIndex] - 1;
     } else {
       PackedKey key;
       for (std::size_t i = 0; i < n; ++i) {
-        const int slot = SlotOf((*d._lists[i])[d._odometer[i]]._code);
+        const int slot = SlotOf(_lists[i][_odometer[i]]._code);
         QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
         PutSlot(key, static_cast<int>(i), slot);
       }
-      auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
-      if (inserted.second) {
-        d._cells.emplace_back();
-        d._cellKeys.push_back(key);
-        d._scaleCells.resize(d._scaleCells.size() + scales);
-      }
-      where = inserted.first->second;
-      if (dense) d._dense[denseIndex] = where + 1;
+      where = Insert(key);
+      if (dense) _dense[denseIndex] = where + 1;
     }
-    Cell& cell = d._cells[where];
-    cell._total.Consume(w);
-    if (!bucket) {
-      cell._count.Consume(w);
-      const bool valid = statEntry == nullptr || !statEntry->_missingCategory;
-      if (valid) cell._valid.Consume(w);
-      if (statEntry != nullptr) {
-        cell._responses += w * statEntry->_responses;
-        cell._uResponses += statEntry->_responses;
-      }
-      for (std::size_t s = 0; s < scales; ++s) {
-        const int slot = d._scaleTableSlots[s];
-        if (!context._scaleValid[slot]) continue;
-        const double x = context._scaleValues[slot];
-        ScaleCell& scale = d._scaleCells[where * scales + s];
-        scale._valid.Consume(w);
-        scale._weighted.Consume(x, w);
-        scale._unweighted.Consume(x, 1.0);
-        scale._min = std::min(scale._min, x);
-        scale._max = std::max(scale._max, x);
-        if (d._keepValues) {
-          scale._values.push_back(x);
-          if (d._mode != kWeightNone) scale._weights.push_back(w);
-        }
-      }
-    }
+    const bool valid = statEntry == nullptr || !statEntry->_missingCategory;
+    Update(where, block, k, bucket, valid, statEntry != nullptr ? statEntry->_responses : 0.0);
     // Next combination of entries.
     std::size_t i = 0;
     for (; i < n; ++i) {
-      if (!d._single[i] && ++d._odometer[i] < d._lists[i]->size()) break;
-      d._odometer[i] = 0;
+      if (!_single[i] && ++_odometer[i] < _listSizes[i]) break;
+      _odometer[i] = 0;
     }
     if (i == n) break;
   }

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "host/engine/CaseContext.h"
+#include "host/engine/WeightMode.h"
+
+struct CaseBlock;
 
 class AggregationCategory;
 class AggregationStatistic;
@@ -63,7 +65,8 @@ class CubeAggregator {
   void SetCILevel(double level);
   /// The table's sub-table aggregators, for bases that reach across sub-tables.
   void SetSiblings(const std::vector<CubeAggregator*>* siblings);
-  void AddCase(const CaseContext& context);
+  /// Adds every case of the block; its dimensions have mapped it already.
+  void AddBlock(const CaseBlock& block);
   /// Closes the group: builds the total and subtotal cells of single-variable positions.
   void Complete();
   void Reset();

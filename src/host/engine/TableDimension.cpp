@@ -12,13 +12,13 @@
 #include "host/QuiltAssert.h"
 #include "host/data/ObsValue.h"
 #include "host/data/TARN_DataSource.h"
-#include "host/data/TARN_InputCaseIterator.h"
 #include "host/data/TARN_ValueLabelMap.h"
 #include "host/data/TARN_Variable.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationMDSet.h"
 #include "host/engine/AggregationStatistic.h"
 #include "host/engine/AggregationVariable.h"
+#include "host/engine/CaseBlock.h"
 #include "host/engine/ParsedCategory.h"
 
 namespace {
@@ -30,6 +30,9 @@ constexpr int kItemMissing = -3;   // excluded user-missing: the hidden bucket
 
 // Integer values in this range skip the hash map: most survey codes are small integers.
 constexpr int kSmallValues = 4096;
+
+// A small integer value whose mapping in the current group is not known yet.
+constexpr int kFastUnknown = -3;
 
 // Encoding of a computed category: it receives no cases and never enters a key.
 constexpr int kPcomputeEncodingBase = -1000;
@@ -87,11 +90,22 @@ struct TableDimension::Data {
   std::vector<double> _countedNumbers;
   std::string _countedText;
 
-  // Per-case results.
-  CaseState _state = kCaseInCategories;
-  std::vector<DimensionEntry> _entries;
+  // 1 for a value flagged user-missing, parallel to _values: a single variable's cells
+  // read it for the VALID population.
+  std::vector<char> _missingFlags;
+  // The mapping of small integer values in the current group, by value: an encoding,
+  // kBlockMissing, kBlockExcluded or kFastUnknown. Cleared per group, since the first case
+  // of a value in a group is what marks its category as seen.
+  std::vector<int> _fastCodes = std::vector<int>(kSmallValues, kFastUnknown);
+
+  // Results of the last block: a single variable's code per case, or a set's state per
+  // case with its entries from _blockOffsets[k] to _blockOffsets[k + 1].
+  std::vector<int> _blockCodes;
+  std::vector<char> _blockStates;
+  std::vector<std::size_t> _blockOffsets;
+  std::vector<DimensionEntry> _blockEntries;
+  std::vector<DimensionEntry> _entries;  // one case of a set while it is mapped
   std::vector<DimensionEntry> _totalOnly{{kCellKeyTotal, 0.0, false}};
-  std::vector<int> _scratchCounts;
 
   // Categories of the last completed group.
   std::vector<std::unique_ptr<AggregationCategory>> _owned;
@@ -172,6 +186,7 @@ struct TableDimension::Data {
     if (info._item >= 0)
       info._subtotal = (*Parsed())[static_cast<unsigned>(info._item)]->GetSubtotalEncoding();
     QUILT_ASSERT(id < 60000, "too many distinct values in one categorical variable");
+    _missingFlags.push_back(info._userMissing ? 1 : 0);
     _values.push_back(std::move(info));
     return id;
   }
@@ -187,42 +202,62 @@ struct TableDimension::Data {
     _entries.push_back({code, responses, missingCategory});
   }
 
-  void MapSingle(const TARN_InputCaseIterator& iterator) {
-    const int index = _variable->GetVarIndex();
-    const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(index));
-    if (_valueType == 0 && cells->number == TARN_SystemMissing()) {
-      _state = kCaseMissing;
-      return;
-    }
-    // Known small integer codes skip the registry's general path.
-    int id = -1;
-    if (_valueType == 0 && cells->number >= 0.0 && cells->number < kSmallValues) {
-      const int small = static_cast<int>(cells->number);
-      if (small == cells->number) id = _smallIds[static_cast<unsigned>(small)];
-    }
-    if (id < 0) id = Register(cells);
+  // The code of one single-variable value; marks its category as seen in the group.
+  int MapSingle(const OBS* cells) {
+    if (_valueType == 0 && cells->number == TARN_SystemMissing()) return kBlockMissing;
+    const int id = Register(cells);
     ValueInfo& info = _values[static_cast<unsigned>(id)];
+    int code = id;
     if (info._item == kItemMissing) {
-      _state = kCaseMissing;
-      return;
+      code = kBlockMissing;
+    } else if (info._item == kItemExcluded) {
+      code = kBlockExcluded;
+    } else {
+      info._seen = true;
     }
-    if (info._item == kItemExcluded) {
-      _state = kCaseExcluded;
-      return;
+    if (_valueType == 0) {
+      const double number = cells->number;
+      if (number >= 0.0 && number < kSmallValues && number == static_cast<double>(static_cast<int>(number))) {
+        _fastCodes[static_cast<unsigned>(number)] = code;
+      }
     }
-    info._seen = true;
-    // The cubes take a single variable's subtotal and total from this one entry when the
-    // group completes; the entry vector keeps its storage from case to case.
-    if (_entries.size() != 1) _entries.resize(1);
-    _entries[0] = DimensionEntry{id, 1.0, info._userMissing};
+    return code;
   }
 
-  void MapCategorySet(const TARN_InputCaseIterator& iterator) {
+  void MapSingleBlock(const CaseBlock& block) {
+    const int index = _variable->GetVarIndex();
+    const OBS* column = block._columns[static_cast<unsigned>(index)];
+    const std::size_t stride = block._strides[static_cast<unsigned>(index)];
+    const std::size_t* rows = block._rows;
+    _blockCodes.resize(block._size);
+    int* out = _blockCodes.data();
+    if (_valueType != 0) {
+      for (std::size_t k = 0; k < block._size; ++k) out[k] = MapSingle(column + rows[k] * stride);
+      return;
+    }
+    // Survey codes are mostly small integers, and each is mapped once per group through
+    // the registry; every later case of it is one array read.
+    const int* fast = _fastCodes.data();
+    for (std::size_t k = 0; k < block._size; ++k) {
+      const OBS* cells = column + rows[k] * stride;
+      const double number = cells->number;
+      if (number >= 0.0 && number < kSmallValues) {
+        const int small = static_cast<int>(number);
+        if (static_cast<double>(small) == number && fast[small] != kFastUnknown) {
+          out[k] = fast[small];
+          continue;
+        }
+      }
+      out[k] = MapSingle(cells);
+    }
+  }
+
+  CaseState MapCategorySet(const CaseBlock& block, std::size_t k) {
     double responses = 0.0;
     bool anyValid = false;
     const auto& indices = _variable->GetVarIndices();
     for (int index : indices) {
-      const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(index));
+      const OBS* cells = block.Cells(index, k);
       if (_valueType == 0 && cells->number == TARN_SystemMissing()) continue;
       const int id = Register(cells);
       ValueInfo& info = _values[static_cast<unsigned>(id)];
@@ -237,19 +272,17 @@ struct TableDimension::Data {
       responses += add;
       anyValid = anyValid || !info._userMissing;
     }
-    if (_entries.empty()) {
-      _state = kCaseMissing;
-      return;
-    }
+    if (_entries.empty()) return kCaseMissing;
     _entries.push_back({kCellKeyTotal, responses, !anyValid});
+    return kCaseInCategories;
   }
 
-  void MapDichotomySet(const TARN_InputCaseIterator& iterator) {
+  CaseState MapDichotomySet(const CaseBlock& block, std::size_t k) {
     const auto& indices = _variable->GetVarIndices();
     double responses = 0.0;
     for (std::size_t i = 0; i < indices.size(); ++i) {
       if (!IsMemberListed(static_cast<int>(i))) continue;
-      const OBS* cells = iterator.GetObsPointer(static_cast<unsigned>(indices[i]));
+      const OBS* cells = block.Cells(indices[i], k);
       const TARN_Variable* member = _members[i];
       bool counts = false;
       if (member == nullptr || member->GetType() == 0) {
@@ -265,11 +298,9 @@ struct TableDimension::Data {
       responses += 1.0;
       _memberHit[i] = true;
     }
-    if (_entries.empty()) {
-      _state = kCaseMissing;
-      return;
-    }
+    if (_entries.empty()) return kCaseMissing;
     _entries.push_back({kCellKeyTotal, responses, false});
+    return kCaseInCategories;
   }
 
   std::vector<bool> _memberListed;
@@ -468,30 +499,44 @@ bool TableDimension::GetCountDuplicates() const {
   return _data->_countDuplicates;
 }
 
-void TableDimension::MapCase(const TARN_InputCaseIterator& iterator) {
+void TableDimension::MapBlock(const CaseBlock& block) {
   Data& d = *_data;
-  d._state = kCaseInCategories;
-  switch (d._kind) {
-    case AggregationVariable::kSingle:
-      d.MapSingle(iterator);
-      break;
-    case AggregationVariable::kCategorySet:
-      d._entries.clear();
-      d.MapCategorySet(iterator);
-      break;
-    case AggregationVariable::kDichotomySet:
-      d._entries.clear();
-      d.MapDichotomySet(iterator);
-      break;
+  if (d._kind == AggregationVariable::kSingle) {
+    d.MapSingleBlock(block);
+    return;
   }
+  d._blockStates.resize(block._size);
+  d._blockOffsets.resize(block._size + 1);
+  d._blockEntries.clear();
+  for (std::size_t k = 0; k < block._size; ++k) {
+    d._entries.clear();
+    const CaseState state = d._kind == AggregationVariable::kCategorySet ? d.MapCategorySet(block, k)
+                                                                         : d.MapDichotomySet(block, k);
+    d._blockStates[k] = static_cast<char>(state);
+    d._blockOffsets[k] = d._blockEntries.size();
+    d._blockEntries.insert(d._blockEntries.end(), d._entries.begin(), d._entries.end());
+  }
+  d._blockOffsets[block._size] = d._blockEntries.size();
 }
 
-TableDimension::CaseState TableDimension::GetCaseState() const {
-  return _data->_state;
+const int* TableDimension::GetBlockCodes() const {
+  return _data->_kind == AggregationVariable::kSingle ? _data->_blockCodes.data() : nullptr;
 }
-const std::vector<DimensionEntry>& TableDimension::GetCaseEntries() const {
-  return _data->_entries;
+
+const char* TableDimension::GetMissingFlags() const {
+  return _data->_missingFlags.data();
 }
+
+TableDimension::CaseState TableDimension::GetBlockState(std::size_t k) const {
+  return static_cast<CaseState>(_data->_blockStates[k]);
+}
+
+const DimensionEntry* TableDimension::GetBlockEntries(std::size_t k, std::size_t& count) const {
+  const std::size_t first = _data->_blockOffsets[k];
+  count = _data->_blockOffsets[k + 1] - first;
+  return _data->_blockEntries.data() + first;
+}
+
 const std::vector<DimensionEntry>& TableDimension::GetTotalOnlyEntries() const {
   return _data->_totalOnly;
 }
@@ -633,6 +678,7 @@ void TableDimension::CompleteCategories() {
 
 void TableDimension::Reset() {
   for (ValueInfo& info : _data->_values) info._seen = false;
+  std::fill(_data->_fastCodes.begin(), _data->_fastCodes.end(), kFastUnknown);
   std::fill(_data->_memberHit.begin(), _data->_memberHit.end(), false);
   _data->_complete = false;
 }

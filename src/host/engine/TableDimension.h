@@ -1,6 +1,7 @@
 // TableDimension.h - one categorical variable or set of a table: case mapping and categories
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -8,8 +9,8 @@
 class AggregationCategory;
 class AggregationStatistic;
 class AggregationVariable;
+struct CaseBlock;
 class TARN_DataSource;
-class TARN_InputCaseIterator;
 class TableMetadata;
 
 /// One entry of a case at a dimension: the encoding of a category (or subtotal, or the
@@ -56,12 +57,23 @@ class TableDimension {
   bool GetIncludeEmpty() const;
   bool GetCountDuplicates() const;
 
-  /// Maps the iterator's current case; the results stay until the next call.
-  void MapCase(const TARN_InputCaseIterator& iterator);
-  CaseState GetCaseState() const;
-  /// The case's entries. A single variable gives its own category alone (its subtotal and
-  /// total are derived from it); a set gives its categories, subtotals and, last, its total.
-  const std::vector<DimensionEntry>& GetCaseEntries() const;
+  /// Result codes of a single variable for a case that is in no category.
+  static constexpr int kBlockMissing = -1;   // system-missing or excluded user-missing: the hidden bucket
+  static constexpr int kBlockExcluded = -2;  // a valid value that the explicit list leaves out
+
+  /// Maps every case of the block; the results stay until the next call.
+  void MapBlock(const CaseBlock& block);
+  /// A single variable's result for each case of the block: the encoding of its value
+  /// category, or kBlockMissing or kBlockExcluded. Null for a set.
+  const int* GetBlockCodes() const;
+  /// One flag per value encoding of a single variable, 1 for a category flagged missing.
+  /// Valid until the next MapBlock.
+  const char* GetMissingFlags() const;
+  /// How case `k` of the block stands at a set.
+  CaseState GetBlockState(std::size_t k) const;
+  /// A set's entries for case `k` of the block: its categories, subtotals and, last, its
+  /// total; `count` receives their number.
+  const DimensionEntry* GetBlockEntries(std::size_t k, std::size_t& count) const;
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
 
