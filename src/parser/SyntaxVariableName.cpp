@@ -2,16 +2,30 @@
 #include "parser/SyntaxVariableName.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <ostream>
 
 #include "host/QuiltAssert.h"
+#include "host/data/FormatConversion.h"
+#include "host/data/HostStrings.h"
 #include "host/data/TARN_DataSource.h"
+#include "host/data/TARN_ValueLabelMap.h"
 #include "host/data/TARN_Variable.h"
 #include "host/data/VariableSet.h"
+#include "host/engine/ParsedCategory.h"
+#include "parser/CategoryRange.h"
+#include "parser/CategoryToken.h"
 #include "parser/Statistics.h"
+#include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTotals.h"
+#include "parser/TokenInfo.h"
+#include "parser/VLPair.h"
 
 struct SyntaxVariableName::VarData {
   AggregationVariable* _aggregationVariable = nullptr;  // set once by the dispatcher; not owned
@@ -33,6 +47,37 @@ struct SyntaxVariableName::VarData {
   bool _isTotalNo = true;                     // no total category
   bool _totalSet = false;                     // CATEGORIES gave TOTAL
   bool _hasSubTotal = false;                  // the explicit category list holds a subtotal
+
+  // Value labels, read from the dictionary or merged by a set.
+  int _vlPairCount = 0;      // number of pairs
+  VLPair* _vlPairs = nullptr;  // new[]; owned; null when the count is 0
+
+  // CATEGORIES options and what was given.
+  bool _isExplicit = false;                         // an explicit category list was given
+  std::vector<ParsedCategory*> _parsedCategories;   // that list in engine form; owned
+  bool _isOrderA = true;                            // ascending order of categories
+  bool _isMissingExclude = true;                    // user-missing categories left out
+  std::string _totalLabel = "Total";                // label of the total category
+  bool _isTotalPositionAfter = true;                // totals and subtotals after what they sum
+  bool _isEmptyInclude = true;                      // empty categories kept
+  TableEncryptionCodes::SortKey _sortKey = TableEncryptionCodes::kSortKeyValue;
+  SyntaxVariableName* _sortVariable = nullptr;      // variable of a sort statistic; not owned
+  TableEncryptionCodes::StatisticCodes _sortStatistic = TableEncryptionCodes::kStatCount;
+  double _cutPoint = -1.0;                          // percentile of a PTILE or UPTILE sort key
+  PresentationCodes::VLabelOption _vLabelsOption = PresentationCodes::kVLabelDefault;
+  bool _orderSet = false;
+  bool _missingSet = false;
+  bool _totalLabelSet = false;
+  bool _positionSet = false;
+  bool _emptySet = false;
+  bool _keySet = false;
+
+  ~VarData() {
+    for (ParsedCategory* category : _parsedCategories) {
+      delete category;
+    }
+    delete[] _vlPairs;
+  }
 };
 
 namespace {
@@ -50,6 +95,39 @@ SyntaxVariableName::SyntaxVariableName(int index, const std::string& name) : _va
   SetByContext(true);
   SetSquareBracketContext(true);
   ReadMeasurement();
+  ReadLabels();
+}
+
+void SyntaxVariableName::ReadLabels() {
+  TARN_DataSource* source = GetDataSource();
+  if (source == nullptr || _varData->_index < 0) {
+    return;
+  }
+  const TARN_Variable* variable = source->GetVariable(_varData->_index);
+  if (variable == nullptr) {
+    return;
+  }
+  VarData& data = *_varData;
+  const char* label = variable->GetLabel();
+  if (label != nullptr && *label != '\0') {
+    data._label = label;
+  }
+  TARN_ValueLabelMap labels(variable->GetValueLabels());
+  data._vlPairCount = labels.Size();
+  if (data._vlPairCount <= 0) {
+    data._vlPairCount = 0;
+    return;
+  }
+  data._vlPairs = new VLPair[static_cast<std::size_t>(data._vlPairCount)];
+  labels.Reset();
+  const OBS* value = nullptr;
+  const char* text = nullptr;
+  int count = 0;
+  while (count < data._vlPairCount && labels.GetNextPair(value, text)) {
+    data._vlPairs[count] = VLPair(value, text == nullptr ? "" : text, data._dataType);
+    ++count;
+  }
+  data._vlPairCount = count;
 }
 
 void SyntaxVariableName::ReadMeasurement() {
@@ -319,6 +397,552 @@ bool SyntaxVariableName::GetIsTotalNo() const {
 
 bool SyntaxVariableName::HasSubTotal() const {
   return _varData->_hasSubTotal;
+}
+
+int SyntaxVariableName::GetVLPairCount() const {
+  return _varData->_vlPairCount;
+}
+
+void SyntaxVariableName::SetVLPairCount(int count) {
+  _varData->_vlPairCount = count;
+}
+
+VLPair*& SyntaxVariableName::GetValueLabelList() {
+  return _varData->_vlPairs;
+}
+
+const VLPair* SyntaxVariableName::GetValueLabelList() const {
+  return _varData->_vlPairs;
+}
+
+void SyntaxVariableName::SetIsOrderA(bool isOrderA) {
+  VarData& data = *_varData;
+  if (data._orderSet && data._isOrderA != isOrderA) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("ORDER", data._name, /*categories=*/true);
+  }
+  // An explicit list is its own order.
+  if (data._isExplicit) {
+    SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
+  }
+  data._isOrderA = isOrderA;
+  data._orderSet = true;
+}
+
+bool SyntaxVariableName::GetIsOrderA() const {
+  return _varData->_isOrderA;
+}
+
+bool SyntaxVariableName::GetOrderSet() const {
+  return _varData->_orderSet;
+}
+
+void SyntaxVariableName::SetIsMissingExclude(bool isMissingExclude) {
+  VarData& data = *_varData;
+  if (data._missingSet && data._isMissingExclude != isMissingExclude) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("MISSING", data._name, /*categories=*/true);
+  }
+  // An explicit list says itself whether MISSING belongs to it.
+  if (data._isExplicit) {
+    SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
+  }
+  data._isMissingExclude = isMissingExclude;
+  data._missingSet = true;
+}
+
+bool SyntaxVariableName::GetIsMissingExclude() const {
+  return _varData->_isMissingExclude;
+}
+
+void SyntaxVariableName::SetTotalLabel(const std::string& label) {
+  VarData& data = *_varData;
+  if (data._totalLabelSet && SyntaxParserUtility::ExactWordMatch(data._totalLabel, label)) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("LABEL", data._name, /*categories=*/true);
+  }
+  data._totalLabel = label;
+  data._totalLabelSet = true;
+}
+
+std::string SyntaxVariableName::GetTotalLabel() const {
+  return _varData->_totalLabel;
+}
+
+bool SyntaxVariableName::GetIsTotalLabelDefault() const {
+  return !_varData->_totalLabelSet;
+}
+
+void SyntaxVariableName::SetTotalPositionAfter(bool isAfter) {
+  VarData& data = *_varData;
+  if (data._positionSet && data._isTotalPositionAfter != isAfter) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("POSITION", data._name, /*categories=*/true);
+  }
+  data._isTotalPositionAfter = isAfter;
+  data._positionSet = true;
+}
+
+bool SyntaxVariableName::GetIsTotalPositionAfter() const {
+  return _varData->_isTotalPositionAfter;
+}
+
+void SyntaxVariableName::SetIsEmptyInclude(bool isEmptyInclude) {
+  VarData& data = *_varData;
+  if (data._emptySet && data._isEmptyInclude != isEmptyInclude) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("EMPTY", data._name, /*categories=*/true);
+  }
+  data._isEmptyInclude = isEmptyInclude;
+  data._emptySet = true;
+}
+
+bool SyntaxVariableName::GetIsEmptyInclude() const {
+  return _varData->_isEmptyInclude;
+}
+
+void SyntaxVariableName::SetSortKey(TableEncryptionCodes::SortKey key) {
+  if (key == TableEncryptionCodes::kSortKeyNone) {
+    return;
+  }
+  VarData& data = *_varData;
+  if (data._orderSet && data._sortKey != key) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("KEY", data._name, /*categories=*/true);
+  }
+  if (data._isExplicit) {
+    SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
+  }
+  data._sortKey = key;
+  // A statistic key was marked by SetSortInfo, which also knows its statistic.
+  if (key != TableEncryptionCodes::kSortKeyStatistic) {
+    data._keySet = true;
+  }
+}
+
+TableEncryptionCodes::SortKey SyntaxVariableName::GetSortKey() const {
+  return _varData->_sortKey;
+}
+
+void SyntaxVariableName::SetSortInfo(TableEncryptionCodes::StatisticCodes statistic, SyntaxVariableName* variable) {
+  VarData& data = *_varData;
+  if (data._keySet && (data._sortStatistic != statistic || data._sortVariable != variable)) {
+    SyntaxParserUtility::DuplicateWarningFromVariable("KEY", data._name, /*categories=*/true);
+  }
+  data._sortStatistic = statistic;
+  data._sortVariable = variable;
+  data._keySet = true;
+}
+
+TableEncryptionCodes::StatisticCodes SyntaxVariableName::GetSortStatistic() const {
+  return _varData->_sortStatistic;
+}
+
+SyntaxVariableName* SyntaxVariableName::GetSortVariable() const {
+  return _varData->_sortVariable;
+}
+
+void SyntaxVariableName::SetCutPoint(double cutPoint) {
+  _varData->_cutPoint = cutPoint;
+}
+
+double SyntaxVariableName::GetCutPoint() const {
+  return _varData->_cutPoint;
+}
+
+void SyntaxVariableName::SetVLabelsOption(PresentationCodes::VLabelOption option) {
+  _varData->_vLabelsOption = option;
+}
+
+PresentationCodes::VLabelOption SyntaxVariableName::GetVLabelsOption() const {
+  return _varData->_vLabelsOption;
+}
+
+std::vector<ParsedCategory*>& SyntaxVariableName::GetParsedCategories() {
+  return _varData->_parsedCategories;
+}
+
+const std::vector<ParsedCategory*>& SyntaxVariableName::GetParsedCategories() const {
+  return _varData->_parsedCategories;
+}
+
+bool SyntaxVariableName::GetIsExplicit() const {
+  return _varData->_isExplicit;
+}
+
+void SyntaxVariableName::SetIsExplicit(bool isExplicit) {
+  _varData->_isExplicit = isExplicit;
+}
+
+bool SyntaxVariableName::operator==(const SyntaxVariableName* other) const {
+  if (other == nullptr || GetIndex() != other->GetIndex() || GetType() != other->GetType() ||
+      GetVariableType() != other->GetVariableType()) {
+    return false;
+  }
+  return GetIndex() >= 0 || SyntaxParserUtility::ExactWordMatch(GetNameToken(), other->GetNameToken());
+}
+
+namespace {
+
+using Codes = TableEncryptionCodes;
+
+bool IsSubtotalToken(Codes::ExplicitListType type) {
+  return type == Codes::kExplicitSubtotal || type == Codes::kExplicitHSubtotal;
+}
+
+// A range end, of a list or of an expression, as a number: LO is 0 and HI the count of value
+// labels, so that "1 THRU HI" covers the labelled codes 1 to n.
+int RangeEnd(const std::string& text, int vlPairCount) {
+  if (SyntaxParserUtility::ExactWordMatch(text, "LO")) {
+    return 0;
+  }
+  if (SyntaxParserUtility::ExactWordMatch(text, "HI")) {
+    return vlPairCount;
+  }
+  return std::atoi(text.c_str());
+}
+
+std::string Trimmed(std::string text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string::npos) {
+    return std::string();
+  }
+  text.erase(0, first);
+  return SyntaxParserUtility::TrimTrailingWhiteSpace(text);
+}
+
+}  // namespace
+
+int SyntaxVariableName::CheckSubtotals(const std::vector<CategoryToken*>& tokens) {
+  int count = 0;
+  for (const CategoryToken* token : tokens) {
+    if (IsSubtotalToken(token->GetTokenType())) {
+      ++count;
+    }
+  }
+  _varData->_hasSubTotal = count >= 1;
+  return count;
+}
+
+void SyntaxVariableName::CleanDuplicateExplicitList() {
+  std::vector<ParsedCategory*>& categories = _varData->_parsedCategories;
+  if (categories.empty()) {
+    return;
+  }
+  SyntaxParserUtility::DuplicateExplicitListFromVariable(this, _varData->_name);
+  for (ParsedCategory* category : categories) {
+    delete category;
+  }
+  categories.clear();
+}
+
+std::vector<OBS> SyntaxVariableName::GetCategoryAsOBS(const CategoryToken& token) const {
+  const VarData& data = *_varData;
+  std::string text = token.GetToken();
+  SyntaxParserUtility::TrimTrailingWhiteSpace(text);
+  const bool isString = data._dataType >= 1;
+  if (!isString && text.empty()) {
+    SyntaxParserUtility::DataReadError(this, data._name, token.GetToken());
+  }
+  const int width = isString ? data._dataType : static_cast<int>(text.size());
+  std::vector<OBS> value(static_cast<std::size_t>(ObsLength(width)));
+  std::memset(value.data(), ' ', value.size() * sizeof(OBS));
+  if (isString) {
+    if (static_cast<int>(text.size()) > data._dataType) {
+      SyntaxParserUtility::DataReadError(this, data._name, token.GetToken());
+    }
+    if (text.empty()) {
+      text = " ";
+    }
+    TARNMBCopyToFixed_A(value.front().bytes, data._dataType, text.c_str(), static_cast<int>(text.size()));
+    return value;
+  }
+  // A quoted number is read as the variable's own format reads it, so a date variable
+  // takes its dates as written.
+  if (FromString(text.c_str(), TARN_Format(data._formatType, width, 0), value.data()) != 0) {
+    SyntaxParserUtility::DataReadError(this, data._name, token.GetToken());
+  }
+  return value;
+}
+
+ParsedCategory* SyntaxVariableName::ManageRange(const CategoryRange& range) const {
+  const VarData& data = *_varData;
+  const CategoryToken* first = range.GetFirstChild();
+  const CategoryToken* last = range.GetLastChild();
+  QUILT_ASSERT(first != nullptr && last != nullptr, "a range reaches the variables only with both ends");
+  const bool isString = data._dataType >= 1;
+  const Codes::ExplicitListType firstType = first->GetTokenType();
+  const Codes::ExplicitListType lastType = last->GetTokenType();
+  // One end as a value of this variable: quoted text through the variable's format, a
+  // number as it stands (a number end on a string variable cannot be read).
+  auto endValue = [&](const CategoryToken& end) {
+    if (end.GetTokenType() == Codes::kExplicitString) {
+      return GetCategoryAsOBS(end);
+    }
+    if (isString || end.GetTokenType() != Codes::kExplicitNumber) {
+      SyntaxParserUtility::DataReadError(this, data._name, last->GetToken());
+    }
+    std::vector<OBS> value(1);
+    value[0].number = end.GetNumber();
+    return value;
+  };
+  if (firstType == Codes::kExplicitLo) {
+    if (lastType == Codes::kExplicitHi) {
+      return new ParsedCategory(ParsedCategory::kParsedAll);
+    }
+    const std::vector<OBS> high = endValue(*last);
+    return new ParsedCategory(high.data(), data._dataType, ParsedCategory::kParsedLo);
+  }
+  if (firstType != Codes::kExplicitString && firstType != Codes::kExplicitNumber) {
+    // A computed-category reference folded into a range names no value.
+    SyntaxParserUtility::DataReadError(this, data._name, range.GetToken());
+  }
+  if (firstType == Codes::kExplicitNumber && isString) {
+    SyntaxParserUtility::DataReadError(this, data._name, last->GetToken());
+  }
+  const std::vector<OBS> low = endValue(*first);
+  if (lastType == Codes::kExplicitHi) {
+    return new ParsedCategory(low.data(), data._dataType, ParsedCategory::kParsedHi);
+  }
+  const std::vector<OBS> high = endValue(*last);
+  return new ParsedCategory(low.data(), high.data(), data._dataType);
+}
+
+ParsedCategory* SyntaxVariableName::MakeSubtotalCategory(const CategoryToken& token, ExplicitListPass& pass) {
+  const bool after = _varData->_isTotalPositionAfter;
+  pass.sawSubtotal = true;
+  ++pass.seen;
+  // A subtotal before its categories opens a new code; one after them closes the current one.
+  if (!after) {
+    --pass.encoding;
+  }
+  const bool isDefault = !token.GetHasLabel();
+  const std::string label = isDefault ? "Subtotal" : token.GetLabel();
+  auto* category = new ParsedCategory(label, isDefault, pass.encoding,
+                                      token.GetTokenType() == Codes::kExplicitSubtotal);
+  category->SetSubtotalEncoding(pass.encoding);
+  if (after) {
+    --pass.encoding;
+  }
+  return category;
+}
+
+void SyntaxVariableName::AppendParsedCategory(ParsedCategory* category, bool isSubtotal,
+                                              const ExplicitListPass& pass) {
+  const VarData& data = *_varData;
+  category->SetValueType(data._dataType);
+  if (!isSubtotal) {
+    const bool before = !data._isTotalPositionAfter;
+    if ((pass.sawSubtotal && before) || (data._hasSubTotal && !before && pass.seen < pass.total)) {
+      category->SetSubtotalEncoding(pass.encoding);
+    }
+  }
+  _varData->_parsedCategories.push_back(category);
+}
+
+ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& token,
+                                                         const std::vector<CategoryToken*>& tokens, int total,
+                                                         int index) {
+  const VarData& data = *_varData;
+  const std::string catName = token.GetToken();
+  const bool isSet = data._index < 0;
+  auto* root = dynamic_cast<SyntaxComposite*>(TopParent());
+  std::unique_ptr<ParsedCategory> category;
+  bool usesTotals = false;  // the expression refers to the total or a subtotal
+  if (root != nullptr) {
+    for (SyntaxConverter* child : root->GetChildren()) {
+      const std::string kind = child->GetSubcommandName();
+      if (kind == "PCOMPUTE") {
+        auto* pCompute = static_cast<SyntaxPComputeSubcommand*>(child);
+        if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), catName)) {
+          continue;
+        }
+        usesTotals = false;
+        for (const TokenInfo& reference : pCompute->GetExpTokenVector()) {
+          if (reference.tokenType == ExpressionToken::kExprConstant) {
+            continue;
+          }
+          if (SyntaxParserUtility::ExactWordMatch(reference.token, "TOTAL")) {
+            usesTotals = true;
+            continue;
+          }
+          bool found = false;
+          const Codes::ExplicitListType wanted = reference.listType;
+          for (const CategoryToken* element : tokens) {
+            const Codes::ExplicitListType type = element->GetTokenType();
+            int low = 0;
+            int high = 0;
+            if (type == Codes::kExplicitRange) {
+              const auto* range = static_cast<const CategoryRange*>(element);
+              if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
+                continue;
+              }
+              low = RangeEnd(range->GetFirstChild()->GetToken(), data._vlPairCount);
+              high = RangeEnd(range->GetLastChild()->GetToken(), data._vlPairCount);
+            }
+            switch (wanted) {
+              case Codes::kExplicitString:
+              case Codes::kExplicitName:
+                // A member variable "[name]" can only stand in a dichotomy set's list.
+                found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
+                        element->GetToken() == reference.token;
+                break;
+              case Codes::kExplicitNumber: {
+                // Texts are compared, so "[1]" does not find an element written "1.0".
+                const int value = std::atoi(reference.token.c_str());
+                found = (type == Codes::kExplicitNumber && element->GetToken() == reference.token) ||
+                        (type == Codes::kExplicitRange && low <= value && value <= high);
+                break;
+              }
+              case Codes::kExplicitRange: {
+                const std::size_t thru = reference.token.find("THRU");
+                const std::string lowText =
+                    Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
+                const std::size_t blank = reference.token.find_last_of(' ');
+                const std::string highText =
+                    Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
+                found = (type == Codes::kExplicitNumber &&
+                         (element->GetToken() == lowText || element->GetToken() == highText)) ||
+                        (type == Codes::kExplicitRange && low <= RangeEnd(lowText, data._vlPairCount) &&
+                         RangeEnd(highText, data._vlPairCount) <= high);
+                break;
+              }
+              case Codes::kExplicitMissing:
+              case Codes::kExplicitOtherNM:
+                found = type == wanted;
+                break;
+              case Codes::kExplicitSubtotal:
+              case Codes::kExplicitHSubtotal:
+                found = IsSubtotalToken(type);
+                break;
+              default:
+                break;
+            }
+            if (found) {
+              break;
+            }
+          }
+          if (IsSubtotalToken(wanted)) {
+            usesTotals = true;
+            if (found && reference.index > static_cast<unsigned long>(total)) {
+              SyntaxParserUtility::UnexistInExplicitListForSubtotal(
+                  this, catName, reference.token + "[" + std::to_string(reference.index) + "]", data._name);
+            }
+          }
+          if (!found) {
+            SyntaxParserUtility::UnexistInExplicitList(this, catName, reference.token, data._name);
+          }
+        }
+        const std::vector<std::string> labels{pCompute->GetExpression()};
+        category = std::make_unique<ParsedCategory>(catName, labels, /*hideSource=*/false, std::vector<int>(),
+                                                    std::vector<int>(), std::vector<int>(),
+                                                    ParsedCategory::kParsedComputed, index);
+      } else if (kind == "PPROPERTIES" && category != nullptr) {
+        auto* properties = static_cast<SyntaxPPropertiesSubcommand*>(child);
+        bool named = false;
+        for (const std::string& name : properties->GetCatNameVector()) {
+          named = named || SyntaxParserUtility::ExactWordMatch(name, catName);
+        }
+        if (!named) {
+          continue;
+        }
+        std::vector<std::string> labels = category->GetCategories();
+        // LABEL= without a text keeps the expression as the label rather than leave none.
+        if (properties->IsLabelSet() && !properties->GetPLabel().empty()) {
+          labels = properties->GetPLabel();
+        }
+        std::vector<int> statCodes;
+        std::vector<int> displayFormats;
+        std::vector<int> formats;
+        if (properties->IsFormatSet()) {
+          for (const Statistics* statistic : properties->GetPFormat()) {
+            statCodes.push_back(statistic->GetStatType());
+            displayFormats.push_back(statistic->GetStatDisplayFormat());
+            formats.push_back(statistic->GetFormat() == nullptr ? 0
+                                                                : static_cast<int>(statistic->GetFormat()->Pack()));
+            // Totals and subtotals feeding the computation must carry the same statistics.
+            if (usesTotals && !data._totalStats.empty()) {
+              bool shown = false;
+              for (const Statistics* totalStatistic : data._totalStats) {
+                shown = shown || totalStatistic->GetStatType() == statistic->GetStatType();
+              }
+              if (!shown) {
+                SyntaxParserUtility::DiffStatTypeTotalAndSubtotalPcomput(this, catName, data._name);
+              }
+            }
+          }
+        }
+        category = std::make_unique<ParsedCategory>(catName, labels, properties->IsHideSourceSet(), statCodes,
+                                                    displayFormats, formats, ParsedCategory::kParsedComputed,
+                                                    index);
+        break;
+      }
+    }
+  }
+  if (category == nullptr) {
+    SyntaxParserUtility::UnknownPComputeName(this, catName);
+  }
+  return category.release();
+}
+
+void SyntaxVariableName::SetParsedCategories(const std::vector<CategoryToken*>& tokens) {
+  VarData& data = *_varData;
+  if (data._orderSet || data._keySet || data._missingSet) {
+    SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
+  }
+  CleanDuplicateExplicitList();
+  data._isExplicit = true;
+  ExplicitListPass pass;
+  pass.total = CheckSubtotals(tokens);
+  const bool isString = data._dataType >= 1;
+  for (const CategoryToken* token : tokens) {
+    std::unique_ptr<ParsedCategory> category;
+    bool isSubtotal = false;
+    switch (token->GetTokenType()) {
+      case Codes::kExplicitMissing:
+        category = std::make_unique<ParsedCategory>(ParsedCategory::kParsedMissing);
+        break;
+      case Codes::kExplicitOtherNM:
+        category = std::make_unique<ParsedCategory>(ParsedCategory::kParsedOtherNM);
+        break;
+      case Codes::kExplicitRange:
+        category.reset(ManageRange(*static_cast<const CategoryRange*>(token)));
+        break;
+      case Codes::kExplicitString: {
+        const std::vector<OBS> value = GetCategoryAsOBS(*token);
+        category = std::make_unique<ParsedCategory>(value.data(), data._dataType);
+        break;
+      }
+      case Codes::kExplicitNumber: {
+        if (isString) {
+          SyntaxParserUtility::DataReadError(this, data._name, token->GetToken());
+        }
+        OBS value;
+        value.number = token->GetNumber();
+        category = std::make_unique<ParsedCategory>(&value, data._dataType);
+        break;
+      }
+      case Codes::kExplicitComputed:
+        category.reset(MakeComputedCategory(*token, tokens, pass.total, data._index));
+        break;
+      case Codes::kExplicitSubtotal:
+      case Codes::kExplicitHSubtotal:
+        isSubtotal = true;
+        category.reset(MakeSubtotalCategory(*token, pass));
+        break;
+      default:
+        // A name (only a dichotomy set's list holds them), or LO and HI outside a range.
+        SyntaxParserUtility::DataReadError(this, data._name, token->GetToken());
+    }
+    AppendParsedCategory(category.release(), isSubtotal, pass);
+  }
+}
+
+void SyntaxVariableName::SetCategoriesList(const std::vector<int>& indices) {
+  VarData& data = *_varData;
+  if (data._index != kSetIndex || indices.empty()) {
+    return;
+  }
+  for (const int index : indices) {
+    auto* category = new ParsedCategory(ParsedCategory::kParsedVariable);
+    category->SetVarIndex(index);
+    data._parsedCategories.push_back(category);
+  }
+  data._isExplicit = true;
 }
 
 namespace {

@@ -189,4 +189,31 @@ class TableEncryptionCodes {
     kVariableCategorical = 150,
     kVariableScale = 151,
   };
+
+  // ---- Category lists: CATEGORIES and computed categories ----------------------------
+
+  // Kind of one element of an explicit category list; the same numbers tell what an
+  // operand of a computed category's expression refers to.
+  enum ExplicitListType {
+    kExplicitString = 0,
+    kExplicitNumber = 1,
+    kExplicitLo = 2,
+    kExplicitHi = 3,
+    kExplicitRange = 4,
+    kExplicitMissing = 5,
+    kExplicitOtherNM = 6,
+    kExplicitSubtotal = 7,
+    kExplicitHSubtotal = 8,
+    kExplicitName = 9,
+    kExplicitComputed = 10,
+  };
+
+  // What the categories of a variable are ordered by (CATEGORIES KEY); kSortKeyNone leaves
+  // a variable's key as it is.
+  enum SortKey {
+    kSortKeyNone = 0,
+    kSortKeyValue = 1,
+    kSortKeyLabel = 2,
+    kSortKeyStatistic = 3,
+  };
 };

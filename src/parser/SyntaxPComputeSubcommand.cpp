@@ -1,0 +1,533 @@
+// SyntaxPComputeSubcommand.cpp - reads a computed category's expression straight from the token sequence
+#include "parser/SyntaxPComputeSubcommand.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <ostream>
+
+#include "host/data/HostStrings.h"
+#include "host/data/TARN_DataSource.h"
+#include "host/data/VariableSet.h"
+#include "host/tokens/TARN_TokenSequence.h"
+#include "parser/ExpressionToken.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/TokenInfo.h"
+
+namespace {
+
+using Expr = ExpressionToken;
+
+// Where the reader stands inside the expression.
+struct ReadState {
+  int depth = 1;                 // open parentheses, EXPR's own included
+  bool signAllowed = true;       // a sign in front of a number belongs to the number
+  bool operandExpected = true;   // an operand must come next
+  bool operatorExpected = false;  // an operator must come next
+  bool afterBracket = false;     // the last term was "[ ... ]"
+  bool inBracket = false;        // between "[" and "]"
+  bool finished = false;         // EXPR's closing parenthesis was read
+  bool hasPrevious = false;      // a token of the expression was read before this one
+  int previousType = 0;          // that token's type
+  int previousOp = 0;            // and operator code
+  std::vector<std::string> bracketElements;  // the number-like texts of the open bracket
+  int bracketOperands = 0;                   // operands the open bracket has added
+  double bracketFirstNumber = 0.0;           // the value of the bracket's first element
+};
+
+bool IsArithmetic(int op) {
+  return op >= TokenSequenceBase::kOpPlus && op <= TokenSequenceBase::kOpPower;
+}
+
+Expr::OP_CODE ArithmeticCode(int op) {
+  switch (op) {
+    case TokenSequenceBase::kOpPlus:
+      return Expr::kExprOpAdd;
+    case TokenSequenceBase::kOpMinus:
+      return Expr::kExprOpSubtract;
+    case TokenSequenceBase::kOpTimes:
+      return Expr::kExprOpMultiply;
+    case TokenSequenceBase::kOpSlash:
+      return Expr::kExprOpDivide;
+    default:
+      return Expr::kExprOpPower;
+  }
+}
+
+std::string CurrentText(TARN_TokenSequence* tokens) {
+  char* text = nullptr;
+  int length = 0;
+  tokens->GetText(&text, &length);
+  if (text == nullptr || length <= 0) {
+    return std::string();
+  }
+  return std::string(text, static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+struct SyntaxPComputeSubcommand::PCData {
+  std::string _catName;            // the computed category's name
+  bool _ampersandSeen = false;     // "&" was read
+  std::string _expression;         // text of the expression as read
+  ExpressionToken _expressionToken;  // operands and operators
+  std::vector<SyntaxPPropertiesSubcommand*> _properties;  // PPROPERTIES naming this; not owned
+  ReadState _state;                // the reader's place while the expression is read
+};
+
+SyntaxPComputeSubcommand::SyntaxPComputeSubcommand() : _pcData(std::make_unique<PCData>()) {}
+
+SyntaxPComputeSubcommand::~SyntaxPComputeSubcommand() = default;
+
+std::string SyntaxPComputeSubcommand::GetSubcommandName() const {
+  return "PCOMPUTE";
+}
+
+int SyntaxPComputeSubcommand::GetType() const {
+  return kConverterPCompute;
+}
+
+// PCOMPUTE & name
+SyntaxConverter* SyntaxPComputeSubcommand::Ampersand(const std::string& /*text*/) {
+  _pcData->_ampersandSeen = true;
+  return this;
+}
+
+// PCOMPUTE & name '=' EXPR '(' expression ')'
+SyntaxConverter* SyntaxPComputeSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
+  PCData& data = *_pcData;
+  if (!data._ampersandSeen) {
+    SyntaxParserUtility::InvalidExpression(this, data._catName);
+  }
+  data._catName = text;
+  if (ValidateTARNName(text.c_str()) != 0) {
+    SyntaxParserUtility::UnknownVariable(this, text);
+  }
+  if (tokens->GetTokenType() != TokenSequenceBase::kTokenOperator ||
+      tokens->GetOperatorCode() != TokenSequenceBase::kOpEquals) {
+    SyntaxParserUtility::MissingEquals(this, data._catName);
+  }
+  if (!tokens->Next()) {
+    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  }
+  if (tokens->GetTokenType() != TokenSequenceBase::kTokenWord ||
+      TARNMBstricmp_A(CurrentText(tokens).c_str(), "expr") != 0) {
+    SyntaxParserUtility::MissingKeyword(this, "expr");
+  }
+  if (!tokens->Next()) {
+    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  }
+  if (tokens->GetTokenType() != TokenSequenceBase::kTokenOperator ||
+      tokens->GetOperatorCode() != TokenSequenceBase::kOpLeftParen) {
+    SyntaxParserUtility::MissingKeyword(this, "(");
+  }
+  data._state = ReadState();
+  ReadExpression(tokens, text);
+  if (data._state.inBracket) {
+    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  }
+  data._expressionToken.setExpression(GetExpression());
+  return this;
+}
+
+void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const std::string& attributeText) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  while (!state.finished && tokens->Next()) {
+    const int type = tokens->GetTokenType();
+    const int op = tokens->GetOperatorCode();
+    // The slash of the next subcommand can only stand after the expression has closed.
+    if (type == TokenSequenceBase::kTokenEnd || (op == TokenSequenceBase::kOpSlash && state.depth == 0)) {
+      tokens->SetPosition(tokens->PositionBefore());
+      break;
+    }
+    std::string text = CurrentText(tokens);
+    if (text.empty()) {
+      SyntaxParserUtility::NoTableSubcommand(this);
+    }
+    if (SyntaxParserUtility::ExactWordMatch(text, "THRU")) {
+      text = " THRU ";
+    }
+    data._expression += text;
+    double number = tokens->GetNumber();
+
+    if (state.inBracket) {
+      ReadBracketToken(type, op, text, number, attributeText);
+    } else {
+      if (SyntaxParserUtility::ExactWordMatch(text, "PPROPERTIES")) {
+        SyntaxParserUtility::InvalidExpression(this, data._catName);
+      }
+      const bool isOperator = type == TokenSequenceBase::kTokenOperator || op != 0;
+      if (state.operandExpected) {
+        const bool plainTerm =
+            (type == TokenSequenceBase::kTokenWord || type == TokenSequenceBase::kTokenNumber) && op == 0;
+        if (plainTerm || op == TokenSequenceBase::kOpLeftParen || op == TokenSequenceBase::kOpLeftBracket) {
+          state.operandExpected = false;
+        } else if (isOperator) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+      }
+      if (state.operatorExpected) {
+        if (type == TokenSequenceBase::kTokenNumber || IsArithmetic(op) || op == TokenSequenceBase::kOpRightParen) {
+          state.operatorExpected = false;
+        } else if (isOperator) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+      }
+      const unsigned long nextOpIndex = expression.getOperatorTokens().size() + 1;
+      if (IsArithmetic(op)) {
+        state.afterBracket = false;
+        state.operandExpected = true;
+        state.signAllowed = true;
+        expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
+      } else if (op == TokenSequenceBase::kOpLeftParen) {
+        expression.addOpToken(text, Expr::kExprOpLeftParen, nextOpIndex);
+        ++state.depth;
+        // "[1](2)": a bracket is a whole term and cannot be followed by another.
+        if (state.afterBracket) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+      } else if (op == TokenSequenceBase::kOpRightParen) {
+        state.operandExpected = false;
+        state.signAllowed = false;
+        expression.addOpToken(text, Expr::kExprOpRightParen, nextOpIndex);
+        if (state.depth == 0) {
+          SyntaxParserUtility::UnbalancedParen(this, data._expression);
+        }
+        --state.depth;
+        state.finished = state.depth == 0;
+      } else if (op == TokenSequenceBase::kOpLeftBracket) {
+        state.inBracket = true;
+        state.bracketElements.clear();
+        state.bracketOperands = 0;
+        if (state.afterBracket) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+      } else if (op == TokenSequenceBase::kOpRightBracket) {
+        SyntaxParserUtility::UnknownKeyword(this, attributeText);
+      } else if (type == TokenSequenceBase::kTokenNumber) {
+        const bool previousArithmetic = state.hasPrevious && IsArithmetic(state.previousOp);
+        if (text[0] == '+') {
+          // "2 * +3": a sign after an operator cannot be an operator itself.
+          if (previousArithmetic) {
+            SyntaxParserUtility::InvalidExpression(this, data._catName);
+          }
+          state.operandExpected = false;
+          expression.addOpToken("+", Expr::kExprOpAdd, nextOpIndex);
+          text.erase(0, 1);
+          number = std::fabs(number);
+        } else if (text[0] == '-' && !state.signAllowed) {
+          // "1 -2": the lexer gave the sign to the number, but it is the operator.
+          state.operandExpected = false;
+          expression.addOpToken("-", Expr::kExprOpSubtract, nextOpIndex);
+          text.erase(0, 1);
+          number = std::fabs(number);
+        }
+        state.signAllowed = false;
+        state.operatorExpected = true;
+        expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprConstant,
+                            Expr::kExprOpNone, number, 0);
+      } else if (type == TokenSequenceBase::kTokenWord) {
+        if (SyntaxParserUtility::ExactWordMatch(text, "MISSING")) {
+          state.operatorExpected = true;
+          expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitMissing, Expr::kExprKeyword,
+                              Expr::kExprOpNone, 0.0, 0);
+        } else if (SyntaxParserUtility::ExactWordMatch(text, "OTHERNM")) {
+          state.operatorExpected = true;
+          state.signAllowed = false;
+          expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitOtherNM, Expr::kExprKeyword,
+                              Expr::kExprOpNone, 0.0, 0);
+        } else if (SyntaxParserUtility::ExactWordMatch(text, "TOTAL")) {
+          state.operatorExpected = true;
+          state.operandExpected = false;
+          _totalUsed = true;
+          expression.addToken(data._catName, "TOTAL", TableEncryptionCodes::kExplicitName, Expr::kExprKeyword,
+                              Expr::kExprOpNone, 0.0, 0);
+        } else if (SyntaxParserUtility::ExactWordMatch(text, "SUBTOTAL")) {
+          ReadSubtotal(tokens);
+        } else {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+      }
+      // Literals and other operators outside brackets only go into the text.
+    }
+    state.hasPrevious = true;
+    state.previousType = type;
+    state.previousOp = op;
+  }
+}
+
+// SUBTOTAL | SUBTOTAL '[' n ']'
+void SyntaxPComputeSubcommand::ReadSubtotal(TARN_TokenSequence* tokens) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  auto addSubtotal = [&](unsigned long index) {
+    expression.addToken(data._catName, "SUBTOTAL", TableEncryptionCodes::kExplicitSubtotal, Expr::kExprKeyword,
+                        Expr::kExprOpNone, 0.0, index);
+  };
+  bool inItsBracket = false;
+  while (true) {
+    if (!tokens->Next()) {
+      // The tokens ended right after the word: the term stands for the first subtotal.
+      if (inItsBracket) {
+        SyntaxParserUtility::IncompleteSubcommand(this, data._catName);
+      }
+      addSubtotal(1);
+      return;
+    }
+    const int type = tokens->GetTokenType();
+    const int op = tokens->GetOperatorCode();
+    std::string text = CurrentText(tokens);
+    if (text.empty()) {
+      SyntaxParserUtility::NoTableSubcommand(this);
+    }
+    data._expression += text;
+    const unsigned long nextOpIndex = expression.getOperatorTokens().size() + 1;
+    state.hasPrevious = true;
+    state.previousType = type;
+    state.previousOp = op;
+    if (!inItsBracket) {
+      const bool isOperator = type == TokenSequenceBase::kTokenOperator || op != 0;
+      if (!isOperator) {
+        // "SUBTOTAL -1": the number's sign is the operator between the two terms.
+        addSubtotal(1);
+        if (type != TokenSequenceBase::kTokenNumber) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+        if (text[0] == '+' || text[0] == '-') {
+          expression.addOpToken(text.substr(0, 1), text[0] == '+' ? Expr::kExprOpAdd : Expr::kExprOpSubtract,
+                                nextOpIndex);
+          text.erase(0, 1);
+        }
+        expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprConstant,
+                            Expr::kExprOpNone, std::fabs(tokens->GetNumber()), 0);
+        state.signAllowed = false;
+        state.operatorExpected = true;
+        return;
+      }
+      if (IsArithmetic(op)) {
+        addSubtotal(1);
+        state.afterBracket = false;
+        state.operandExpected = true;
+        state.signAllowed = true;
+        expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
+        return;
+      }
+      if (op == TokenSequenceBase::kOpRightParen) {
+        state.operandExpected = false;
+        addSubtotal(1);
+        expression.addOpToken(text, Expr::kExprOpRightParen, nextOpIndex);
+        if (state.depth == 0) {
+          SyntaxParserUtility::UnbalancedParen(this, data._expression);
+        }
+        --state.depth;
+        state.finished = state.depth == 0;
+        return;
+      }
+      if (op == TokenSequenceBase::kOpLeftBracket) {
+        inItsBracket = true;
+      }
+      continue;
+    }
+    if (type == TokenSequenceBase::kTokenNumber) {
+      // The subtotal's number counts from 1; a text this long is no number anyone meant.
+      const int index = text.size() < 10000 ? std::atoi(text.c_str()) : 0;
+      if (index < 1) {
+        SyntaxParserUtility::InvalidExpression(this, data._catName);
+      }
+      addSubtotal(static_cast<unsigned long>(index));
+    } else if (op == TokenSequenceBase::kOpRightBracket) {
+      state.operandExpected = false;
+      state.signAllowed = false;
+      return;
+    } else if (type != TokenSequenceBase::kTokenOperator) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+  }
+}
+
+// '[' number | LO | HI | THRU | 'literal' | member variable ... ']'
+void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& text, double number,
+                                                const std::string& /*attributeText*/) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  state.signAllowed = false;
+  const bool rangeWord = type == TokenSequenceBase::kTokenWord && op == 0 &&
+                         (SyntaxParserUtility::ExactWordMatch(text, "LO") ||
+                          SyntaxParserUtility::ExactWordMatch(text, "HI") || text == " THRU ");
+  if (type == TokenSequenceBase::kTokenNumber || rangeWord) {
+    if (state.bracketElements.empty()) {
+      state.bracketFirstNumber = number;
+    }
+    state.bracketElements.push_back(text);
+    std::string joined;
+    for (const std::string& element : state.bracketElements) {
+      joined += element;
+    }
+    if (joined.find(" THRU ") != std::string::npos) {
+      // The range grows with each end: the operand that held it so far is replaced.
+      if (state.bracketOperands > 0) {
+        expression.removeLastToken();
+        --state.bracketOperands;
+      }
+      expression.addToken(data._catName, joined, TableEncryptionCodes::kExplicitRange, Expr::kExprValue,
+                          Expr::kExprOpNone, state.bracketFirstNumber, 0);
+    } else {
+      expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprValue,
+                          Expr::kExprOpNone, number, 0);
+    }
+    ++state.bracketOperands;
+    _rangeIsOpen = text == " THRU ";
+    return;
+  }
+  if (type == TokenSequenceBase::kTokenWord) {
+    if (!MRSetExists(text)) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+    expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitName, Expr::kExprName,
+                        Expr::kExprOpNone, 0.0, 0);
+    ++state.bracketOperands;
+    return;
+  }
+  if (type == TokenSequenceBase::kTokenLiteral) {
+    expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitString, Expr::kExprName,
+                        Expr::kExprOpNone, 0.0, 0);
+    ++state.bracketOperands;
+    return;
+  }
+  if (op != TokenSequenceBase::kOpRightBracket) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  state.inBracket = false;
+  state.afterBracket = true;
+  state.bracketElements.clear();
+  state.bracketOperands = 0;
+}
+
+bool SyntaxPComputeSubcommand::MRSetExists(const std::string& name) const {
+  const TARN_DataSource* source = GetDataSource();
+  if (source == nullptr) {
+    return false;
+  }
+  for (const VariableSet& set : VariableSets(*source, kVarSetsMultipleResponse)) {
+    for (const std::string& member : set.GetVariableNames(VariableSet::kAsDefined)) {
+      if (SyntaxParserUtility::ExactWordMatch(member, name)) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+void SyntaxPComputeSubcommand::ValidateAndCommit(const std::string& text) {
+  const PCData& data = *_pcData;
+  // "PCOMPUTE" alone, or "&name" without "=": there is no expression to keep.
+  if (data._catName.empty()) {
+    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  }
+  if (_rangeIsOpen) {
+    SyntaxParserUtility::UnknownVariable(this, data._expression);
+  }
+  // Numbers and names measure different things: an expression keeps to one kind of operand,
+  // judged against the operands ahead of its first constant or keyword.
+  const std::vector<TokenInfo>& operands = data._expressionToken.getTokens();
+  std::size_t leading = 0;
+  while (leading < operands.size() && operands[leading].tokenType != Expr::kExprConstant &&
+         operands[leading].tokenType != Expr::kExprKeyword) {
+    ++leading;
+  }
+  for (const TokenInfo& operand : operands) {
+    if (operand.tokenType != Expr::kExprValue && operand.tokenType != Expr::kExprName) {
+      continue;
+    }
+    for (std::size_t position = 0; position < leading; ++position) {
+      if (operands[position].tokenType != operand.tokenType) {
+        SyntaxParserUtility::InvalidExpression(this, data._catName);
+      }
+    }
+  }
+}
+
+const std::string& SyntaxPComputeSubcommand::GetCatName() const {
+  return _pcData->_catName;
+}
+
+std::string SyntaxPComputeSubcommand::GetExpression() const {
+  const std::string& expression = _pcData->_expression;
+  const std::size_t close = expression.rfind(')');
+  return close == std::string::npos ? expression : expression.substr(0, close);
+}
+
+std::vector<TokenInfo>& SyntaxPComputeSubcommand::GetExpTokenVector() {
+  return _pcData->_expressionToken.getTokens();
+}
+
+const std::vector<TokenInfo>& SyntaxPComputeSubcommand::GetExpTokenVector() const {
+  return _pcData->_expressionToken.getTokens();
+}
+
+std::vector<TokenInfo> SyntaxPComputeSubcommand::GetExpOpTokenVector() const {
+  std::vector<TokenInfo> operators = _pcData->_expressionToken.getOperatorTokens();
+  if (!operators.empty()) {
+    operators.pop_back();
+  }
+  return operators;
+}
+
+void SyntaxPComputeSubcommand::SetPPropertiesSyntax(SyntaxPPropertiesSubcommand* properties) {
+  _pcData->_properties.push_back(properties);
+}
+
+const std::vector<SyntaxPPropertiesSubcommand*>& SyntaxPComputeSubcommand::GetPPropertiesSyntax() const {
+  return _pcData->_properties;
+}
+
+bool SyntaxPComputeSubcommand::IsTotalSet() const {
+  return _totalUsed;
+}
+
+void SyntaxPComputeSubcommand::UpdateTokenIndex(const std::string& text) {
+  for (TokenInfo& operand : _pcData->_expressionToken.getTokens()) {
+    operand.varName = text;
+  }
+}
+
+namespace {
+
+const char* ListTypeName(int type) {
+  static const char* const kNames[] = {"string", "number", "lo",       "hi",   "range",   "missing",
+                                       "othernm", "subtotal", "hsubtotal", "name", "computed"};
+  return type >= 0 && type <= 10 ? kNames[type] : "?";
+}
+
+const char* TokenTypeName(int type) {
+  static const char* const kNames[] = {"value", "keyword", "constant", "name"};
+  return type >= 0 && type <= 3 ? kNames[type] : "?";
+}
+
+}  // namespace
+
+void SyntaxPComputeSubcommand::DumpDetails(std::ostream& out) const {
+  const PCData& data = *_pcData;
+  out << " name=" << data._catName << " expression=\"" << GetExpression() << "\" total=" << _totalUsed
+      << " operands=";
+  const char* separator = "";
+  for (const TokenInfo& operand : data._expressionToken.getTokens()) {
+    out << separator << "{" << ListTypeName(operand.listType) << "/" << TokenTypeName(operand.tokenType) << " '"
+        << operand.token << "'";
+    if (operand.index != 0) {
+      out << " #" << operand.index;
+    }
+    out << "}";
+    separator = ",";
+  }
+  out << " operators=";
+  separator = "";
+  for (const TokenInfo& op : data._expressionToken.getOperatorTokens()) {
+    out << separator << op.opToken;
+    separator = " ";
+  }
+}

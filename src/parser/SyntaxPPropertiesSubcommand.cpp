@@ -1,0 +1,260 @@
+// SyntaxPPropertiesSubcommand.cpp - the properties of computed categories, read name by name
+#include "parser/SyntaxPPropertiesSubcommand.h"
+
+#include <ostream>
+
+#include "host/data/HostStrings.h"
+#include "parser/Statistics.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxTablesCommand.h"
+
+namespace {
+
+// The longest label the output layer shows whole.
+constexpr std::size_t kMaximumLabelLength = 120;
+
+enum State {
+  kStateNames = 0,
+  kStateLabel = 1,
+  kStateFormat = 2,
+  kStateHideSource = 3,
+};
+
+}  // namespace
+
+struct SyntaxPPropertiesSubcommand::PPROPERTIESData {
+  int _state = kStateNames;          // the keyword whose values are being read
+  std::vector<std::string> _catNames;  // the names given, in order
+  std::vector<std::string> _labels;    // LABEL texts, in order
+  std::vector<Statistics*> _formats;   // FORMAT statistics; children of the subcommand
+  bool _labelSet = false;
+  bool _formatSet = false;
+  bool _hideSource = false;  // HIDESOURCECATS=YES
+};
+
+SyntaxPPropertiesSubcommand::SyntaxPPropertiesSubcommand() : _ppData(std::make_unique<PPROPERTIESData>()) {}
+
+SyntaxPPropertiesSubcommand::~SyntaxPPropertiesSubcommand() = default;
+
+std::string SyntaxPPropertiesSubcommand::GetSubcommandName() const {
+  return "PPROPERTIES";
+}
+
+int SyntaxPPropertiesSubcommand::GetType() const {
+  return kConverterPProperties;
+}
+
+// PPROPERTIES & name ...
+SyntaxConverter* SyntaxPPropertiesSubcommand::Ampersand(const std::string& /*text*/) {
+  return this;
+}
+
+// LABEL '=' | FORMAT '=' | HIDESOURCECATS '='
+SyntaxConverter* SyntaxPPropertiesSubcommand::AttributeString(const std::string& text,
+                                                              TARN_TokenSequence* /*tokens*/) {
+  PPROPERTIESData& data = *_ppData;
+  AssertIntegrity(text);
+  if (KeywordMatch(text.c_str(), "LABEL")) {
+    if (data._labelSet) {
+      SyntaxParserUtility::DuplicateWarning(this, "LABEL");
+    }
+    data._labelSet = true;
+    data._state = kStateLabel;
+  } else if (KeywordMatch(text.c_str(), "FORMAT")) {
+    if (data._formatSet) {
+      SyntaxParserUtility::DuplicateWarning(this, "FORMAT");
+    }
+    data._formatSet = true;
+    data._state = kStateFormat;
+  } else if (KeywordMatch(text.c_str(), "HIDESOURCECATS")) {
+    if (data._hideSource) {
+      SyntaxParserUtility::DuplicateWarning(this, "HIDESOURCECATS");
+    }
+    data._state = kStateHideSource;
+  }
+  return this;
+}
+
+// LABEL = 'text' ...
+SyntaxConverter* SyntaxPPropertiesSubcommand::Literal(const std::string& text) {
+  PPROPERTIESData& data = *_ppData;
+  std::string label = text;
+  SyntaxParserUtility::TrimTrailingWhiteSpace(label);
+  if (label.empty() && !text.empty()) {
+    label.push_back(' ');
+  }
+  if (label.size() > kMaximumLabelLength) {
+    SyntaxParserUtility::LabelLengthInvalid(this, text);
+  }
+  data._labels.push_back(label);
+  data._labelSet = true;
+  return this;
+}
+
+SyntaxConverter* SyntaxPPropertiesSubcommand::String(const std::string& text) {
+  PPROPERTIESData& data = *_ppData;
+  switch (data._state) {
+    case kStateNames: {
+      // A name no earlier PCOMPUTE defines is passed over: the category list that refers to
+      // it reports the missing definition.
+      auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent());
+      if (root == nullptr) {
+        return this;
+      }
+      for (SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+        if (SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), text)) {
+          _pComputePtrs.push_back(pCompute);
+          pCompute->SetPPropertiesSyntax(this);
+          data._catNames.push_back(text);
+          break;
+        }
+      }
+      return this;
+    }
+    case kStateLabel:
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    case kStateHideSource:
+      if (SyntaxParserUtility::ExactWordMatch(text, "YES")) {
+        data._hideSource = true;
+      } else if (SyntaxParserUtility::ExactWordMatch(text, "NO")) {
+        data._hideSource = false;
+      }
+      return this;
+    default:
+      return FormatString(text);
+  }
+}
+
+// FORMAT = statistic [label] [format] ... | S | C
+SyntaxConverter* SyntaxPPropertiesSubcommand::FormatString(const std::string& text) {
+  PPROPERTIESData& data = *_ppData;
+  int code = 0;
+  std::string label;
+  TableEncryptionCodes::StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
+  if (SyntaxParserUtility::SupportedStatistics(text, code, label, group)) {
+    if (_measurementSet) {
+      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
+    }
+    AssertIntegrity(text);
+    auto* statistic = new Statistics(static_cast<TableEncryptionCodes::StatisticCodes>(code), text, label);
+    statistic->SetStatGroup(group);
+    Add(statistic);
+    data._formats.push_back(statistic);
+    CheckStatsUniqueness();
+    const int primary = statistic->GetPrimaryStatistic();
+    if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
+      _pendingPercentile = statistic;
+    }
+    _statisticsSeen = true;
+    return statistic;
+  }
+  if (KeywordMatch(text.c_str(), "TOTALS")) {
+    AssertIntegrity(text);
+    // A computed category has no total of its own, so statistics for totals would have
+    // nothing to act on; refusing them says so instead of dropping them in silence.
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  const bool scale = SyntaxParserUtility::ExactWordMatch(text, "S");
+  if (scale || SyntaxParserUtility::ExactWordMatch(text, "C")) {
+    if (_statisticsSeen) {
+      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
+    }
+    if (_measurementSet) {
+      SyntaxParserUtility::DuplicateWarning(this, text);
+    }
+    _measurement = scale ? TableEncryptionCodes::kVariableScale : TableEncryptionCodes::kVariableCategorical;
+    _measurementSet = true;
+    return this;
+  }
+  SyntaxParserUtility::UnknownKeyword(this, text);
+}
+
+void SyntaxPPropertiesSubcommand::AssertIntegrity(const std::string& text) {
+  if (_pendingPercentile != nullptr && !_pendingPercentile->HasCutPoint()) {
+    SyntaxParserUtility::InvalidPTILE(this, text);
+  }
+  _pendingPercentile = nullptr;
+}
+
+void SyntaxPPropertiesSubcommand::CheckStatsUniqueness() {
+  std::vector<Statistics*>& formats = _ppData->_formats;
+  for (std::size_t i = 0; i < formats.size();) {
+    bool repeatedLater = false;
+    for (std::size_t later = i + 1; later < formats.size(); ++later) {
+      if (*formats[i] == *formats[later]) {
+        repeatedLater = true;
+        break;
+      }
+    }
+    if (repeatedLater) {
+      // The later one stays: the last thing written for a statistic is what counts.
+      SyntaxParserUtility::DuplicateWarning(this, formats[i]->GetNameToken());
+      formats.erase(formats.begin() + static_cast<std::ptrdiff_t>(i));
+    } else {
+      ++i;
+    }
+  }
+}
+
+void SyntaxPPropertiesSubcommand::ValidateAndCommit(const std::string& text) {
+  AssertIntegrity(text);
+}
+
+const std::vector<std::string>& SyntaxPPropertiesSubcommand::GetCatNameVector() const {
+  return _ppData->_catNames;
+}
+
+const std::vector<std::string>& SyntaxPPropertiesSubcommand::GetPLabel() const {
+  return _ppData->_labels;
+}
+
+bool SyntaxPPropertiesSubcommand::IsLabelSet() const {
+  return _ppData->_labelSet;
+}
+
+bool SyntaxPPropertiesSubcommand::IsFormatSet() const {
+  return _ppData->_formatSet;
+}
+
+const std::vector<Statistics*>& SyntaxPPropertiesSubcommand::GetPFormat() const {
+  return _ppData->_formats;
+}
+
+bool SyntaxPPropertiesSubcommand::IsHideSourceSet() const {
+  return _ppData->_hideSource;
+}
+
+const std::vector<SyntaxPComputeSubcommand*>& SyntaxPPropertiesSubcommand::GetPComputePtrs() const {
+  return _pComputePtrs;
+}
+
+void SyntaxPPropertiesSubcommand::DumpDetails(std::ostream& out) const {
+  const PPROPERTIESData& data = *_ppData;
+  out << " names=";
+  const char* separator = "";
+  for (const std::string& name : data._catNames) {
+    out << separator << "&" << name;
+    separator = ",";
+  }
+  out << " labelSet=" << data._labelSet << " labels=";
+  separator = "";
+  for (const std::string& label : data._labels) {
+    out << separator << "'" << label << "'";
+    separator = ",";
+  }
+  out << " formats=";
+  separator = "";
+  for (const Statistics* statistic : data._formats) {
+    out << separator << statistic->GetNameToken();
+    separator = ",";
+  }
+  if (data._formats.empty()) {
+    out << "none";
+  }
+  out << " hideSource=" << data._hideSource;
+  if (_measurementSet) {
+    out << " measurement=" << (_measurement == TableEncryptionCodes::kVariableScale ? "S" : "C");
+  }
+}

@@ -1,0 +1,22 @@
+// TokenInfo.h - one operand or operator of a computed category's expression
+#pragma once
+
+#include <string>
+
+#include "host/engine/TableEncryptionCodes.h"
+#include "parser/ExpressionToken.h"
+
+/// One entry of ExpressionToken's lists. An operand fills `varName`, `token`, `listType`,
+/// `tokenType`, `number` and `index`; an operator fills `opToken`, `opCode` and `index`.
+struct TokenInfo {
+  /// For an operand, the computed category's name at parse time; the renderer overwrites
+  /// it with the text of a dictionary index (UpdateTokenIndex) before evaluating.
+  std::string varName;
+  std::string token;    // the operand's text: "4", "1 THRU 5", "SUBTOTAL", a literal
+  std::string opToken;  // the operator's text
+  TableEncryptionCodes::ExplicitListType listType = TableEncryptionCodes::kExplicitString;
+  ExpressionToken::TOKEN_TYPE tokenType = ExpressionToken::kExprValue;
+  ExpressionToken::OP_CODE opCode = ExpressionToken::kExprOpNone;
+  double number = 0.0;      // an operand's numeric value
+  unsigned long index = 0;  // a subtotal's number; an operator's running count from 1
+};
