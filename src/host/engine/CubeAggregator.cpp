@@ -19,6 +19,7 @@
 #include "host/engine/TableDimension.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "host/engine/TableMetadata.h"
+#include "host/engine/ValueStore.h"
 
 namespace {
 
@@ -116,16 +117,15 @@ struct ScaleCell {
   Moments _unweighted;
   double _min = std::numeric_limits<double>::infinity();
   double _max = -std::numeric_limits<double>::infinity();
-  std::vector<double> _values;   // kept only when an order statistic or mode is asked
-  std::vector<double> _weights;  // parallel to _values, weighted tables only
+  ValueStore _store;  // filled only when an order statistic or mode is asked
+  explicit ScaleCell(bool weighted = false) : _store(weighted) {}
   void Merge(const ScaleCell& other) {
     _valid.Merge(other._valid);
     _weighted.Merge(other._weighted);
     _unweighted.Merge(other._unweighted);
     _min = std::min(_min, other._min);
     _max = std::max(_max, other._max);
-    _values.insert(_values.end(), other._values.begin(), other._values.end());
-    _weights.insert(_weights.end(), other._weights.begin(), other._weights.end());
+    _store.Merge(other._store);
   }
 };
 
@@ -145,10 +145,7 @@ struct Cell {
 };
 
 // A distinct value and its total weight, in ascending order.
-struct WeightedValue {
-  double _value;
-  double _weight;
-};
+using WeightedValue = ValueStore::Entry;
 
 // What a percentage family divides.
 enum Quantity { kQCount, kQValid, kQTotal, kQSum, kQSquares, kQResponses };
@@ -223,10 +220,7 @@ struct CubeAggregator::Data {
       scale._unweighted.Consume(x, 1.0);
       scale._min = std::min(scale._min, x);
       scale._max = std::max(scale._max, x);
-      if (_keepValues) {
-        scale._values.push_back(x);
-        if (_mode != kWeightNone) scale._weights.push_back(w);
-      }
+      if (_keepValues) scale._store.Add(x, w);
     }
   }
 
@@ -235,7 +229,7 @@ struct CubeAggregator::Data {
     if (inserted.second) {
       _cells.emplace_back();
       _cellKeys.push_back(key);
-      _scaleCells.resize(_scaleCells.size() + ScaleCount());
+      _scaleCells.resize(_scaleCells.size() + ScaleCount(), ScaleCell(_mode != kWeightNone));
     }
     return inserted.first->second;
   }
@@ -426,24 +420,8 @@ struct CubeAggregator::Data {
   }
 
   // Merged (value, weight) pairs of a scale cell in ascending order.
-  std::vector<WeightedValue> Distribution(const ScaleCell& scale, bool unweighted) const {
-    std::vector<WeightedValue> pairs;
-    pairs.reserve(scale._values.size());
-    for (std::size_t i = 0; i < scale._values.size(); ++i) {
-      const double w = unweighted || scale._weights.empty() ? 1.0 : scale._weights[i];
-      pairs.push_back({scale._values[i], w});
-    }
-    std::sort(pairs.begin(), pairs.end(),
-              [](const WeightedValue& a, const WeightedValue& b) { return a._value < b._value; });
-    std::vector<WeightedValue> merged;
-    for (const WeightedValue& pair : pairs) {
-      if (!merged.empty() && merged.back()._value == pair._value) {
-        merged.back()._weight += pair._weight;
-      } else {
-        merged.push_back(pair);
-      }
-    }
-    return merged;
+  static std::vector<WeightedValue> Distribution(const ScaleCell& scale, bool unweighted) {
+    return scale._store.Distribution(unweighted);
   }
 
   static double Percentile(const std::vector<WeightedValue>& merged, double q) {
@@ -825,7 +803,7 @@ void CubeAggregator::Complete() {
       if (inserted.second) {
         d._cells.emplace_back();
         d._cellKeys.push_back(key);
-        d._scaleCells.resize(d._scaleCells.size() + scales);
+        d._scaleCells.resize(d._scaleCells.size() + scales, ScaleCell(d._mode != kWeightNone));
       }
       const std::uint32_t target = inserted.first->second;
       d._cells[target].Merge(cells[source]);
