@@ -1,0 +1,762 @@
+// QuiltTable.cpp - the table record: preliminary trees from the parsed table, slots, final trees
+#include "tablebuilder/QuiltTable.h"
+
+#include <ostream>
+
+#include "host/QuiltAssert.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/AggregationTable.h"
+#include "host/engine/AggregationVariable.h"
+#include "host/engine/TableDimension.h"
+#include "parser/SigTestSettings.h"
+#include "parser/Statistics.h"
+#include "parser/SyntaxComposite.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxVariableName.h"
+#include "parser/TableSettings.h"
+#include "tablebuilder/HeaderTreeNode.h"
+#include "tablebuilder/QuiltTableData.h"
+#include "tablebuilder/StatTreeNode.h"
+
+namespace {
+
+using Node = HeaderTreeNode;
+
+const std::vector<SyntaxConverter*>& ChildrenOf(SyntaxConverter* node) {
+  return static_cast<SyntaxComposite*>(node)->GetChildren();
+}
+
+// A parenthesised group stands for its content.
+SyntaxConverter* Unwrap(SyntaxConverter* node) {
+  while (node != nullptr && node->GetType() == kConverterParen) {
+    QUILT_ASSERT(!ChildrenOf(node).empty(), "an empty paren reached the table builder");
+    node = ChildrenOf(node)[0];
+  }
+  return node;
+}
+
+bool IsVariableNode(const SyntaxConverter* node) {
+  return node->GetType() == kConverterVariable || node->GetType() == kConverterMRSet;
+}
+
+bool IsScale(const SyntaxVariableName* variable) {
+  return variable->GetVariableType() == TableEncryptionCodes::kVariableScale;
+}
+
+// How many sub-tables a stacked term stands for, counted the way the dissection forms them:
+// a nesting or crossing multiplies, a stacking adds, and adjacent operands made only of scale
+// variables share one sub-table. `firstScaleOnly` and `lastScaleOnly` say whether the first
+// and last sub-table hold nothing but scale variables.
+struct TermCount {
+  int count = 1;
+  bool firstScaleOnly = false;
+  bool lastScaleOnly = false;
+};
+
+TermCount CountSubTables(SyntaxConverter* node) {
+  node = Unwrap(node);
+  if (node == nullptr || node->GetType() == kConverterDummy) return TermCount{};
+  if (IsVariableNode(node)) {
+    const bool scale = IsScale(static_cast<SyntaxVariableName*>(node));
+    return TermCount{1, scale, scale};
+  }
+  const std::vector<SyntaxConverter*>& children = ChildrenOf(node);
+  if (children.size() != 2) return TermCount{};
+  const TermCount left = CountSubTables(children[0]);
+  const TermCount right = CountSubTables(children[1]);
+  if (node->GetType() == kConverterPlus) {
+    const bool merge = left.lastScaleOnly && right.firstScaleOnly;
+    return TermCount{left.count + right.count - (merge ? 1 : 0), left.firstScaleOnly || (merge && left.count == 1),
+                     right.lastScaleOnly};
+  }
+  return TermCount{left.count * right.count, false, false};
+}
+
+// Two statistics are of one kind when their codes are, and percentiles share the cut point.
+bool SameKind(const StatTreeNode* node, const Statistics& statistics) {
+  if (node->GetStatType() != statistics.GetStatType()) return false;
+  const int primary = statistics.GetPrimaryStatistic();
+  if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
+    return statistics.GetCutPoint() == node->GetPtileValue();
+  }
+  return true;
+}
+
+bool ContainsKind(const std::vector<StatTreeNode*>& nodes, const Statistics& statistics) {
+  for (const StatTreeNode* node : nodes) {
+    if (SameKind(node, statistics)) return true;
+  }
+  return false;
+}
+
+// Whether the right side of a + continues the run of scale variables of its left side.
+bool PrevInSameCube(SyntaxConverter* node) {
+  node = Unwrap(node);
+  if (node->GetType() == kConverterPlus) return PrevInSameCube(ChildrenOf(node)[1]);
+  if (node->GetType() == kConverterVariable) return IsScale(static_cast<SyntaxVariableName*>(node));
+  return false;
+}
+
+// The leftmost scale variable of a stack, or null when the stack starts otherwise.
+SyntaxVariableName* GetLeftSummant(SyntaxConverter* node) {
+  node = Unwrap(node);
+  if (node->GetType() == kConverterPlus) return GetLeftSummant(ChildrenOf(node)[0]);
+  if (node->GetType() == kConverterVariable) {
+    auto* variable = static_cast<SyntaxVariableName*>(node);
+    return IsScale(variable) ? variable : nullptr;
+  }
+  return nullptr;
+}
+
+bool IsTempKind(Node::HNodeType type) {
+  return type == Node::kHNodeTypeTempCategories || type == Node::kHNodeTypeTempTotal;
+}
+
+// Numbers the sub-table slots of a dimension depth first; all categories of a variable
+// share their slots, and adjacent scale summands that share a cube take one slot.
+void AssignIndices(Node* node, int& index) {
+  const Node::HNodeType type = node->GetType();
+  node->SetCubeIndexInDim(index);
+  if (type == Node::kHNodeTypeStatistic) return;
+  const std::vector<Node*>& children = node->GetChildren();
+  if (type == Node::kHNodeTypeCatVariable) {
+    if (node->IsLeaf()) {
+      ++index;
+      return;
+    }
+    const int base = index;
+    const Node::HNodeType firstType = children[0]->GetType();
+    const bool shareSlots = firstType == Node::kHNodeTypeCategory || IsTempKind(firstType);
+    for (Node* child : children) {
+      if (shareSlots) index = base;
+      AssignIndices(child, index);
+    }
+    if (index == base) ++index;
+    return;
+  }
+  if (type == Node::kHNodeTypeScaleVariable) {
+    for (Node* child : children) AssignIndices(child, index);
+    return;
+  }
+  // Root, category and the placeholders: a run of scale children is closed by the next
+  // non-scale sibling.
+  int mark = index;
+  bool previousWasScale = false;
+  for (Node* child : children) {
+    const bool childIsScale = child->GetType() == Node::kHNodeTypeScaleVariable;
+    if (childIsScale) {
+      if (!previousWasScale) {
+        mark = index;
+      } else if (child->GetSameCubeAsPrev()) {
+        index = mark;
+      } else if (index == mark) {
+        ++index;
+        ++mark;
+      } else {
+        mark = index;
+      }
+      AssignIndices(child, index);
+    } else {
+      const bool closesRun = type == Node::kHNodeTypeRoot || child->GetType() == Node::kHNodeTypeCatVariable;
+      if (previousWasScale && closesRun && index == mark) ++index;
+      AssignIndices(child, index);
+      mark = index;
+    }
+    previousWasScale = childIsScale;
+  }
+  if (type != Node::kHNodeTypeRoot && previousWasScale && mark == index) ++index;
+}
+
+// A scale variable at the top of a dimension shows even without data.
+void SetIncludeEmptyInScale(Node* root) {
+  QUILT_ASSERT(root != nullptr, "root");
+  for (Node* child : root->GetChildren()) {
+    if (child->GetType() != Node::kHNodeTypeScaleVariable) continue;
+    if (child->IsLeaf() || child->GetChildren()[0]->GetType() == Node::kHNodeTypeStatistic) {
+      child->SetIncludeEmpty(true);
+    }
+  }
+}
+
+const std::vector<AggregationCategory*>& CategoriesOf(SyntaxVariableName* variable) {
+  AggregationVariable* engineVariable = variable->GetAggregationVariable();
+  QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
+  TableDimension* dimension = engineVariable->GetTableDimension();
+  QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
+  return dimension->GetCategories();
+}
+
+bool IsTotalType(int catType) {
+  return catType == AggregationCategory::kSubtotal || catType == AggregationCategory::kHSubtotal ||
+         catType == AggregationCategory::kTotal;
+}
+
+}  // namespace
+
+bool QuiltTableIsEmptyInclude(const SyntaxVariableName* variable) {
+  // TODO(#5): read EMPTY from the variable node once CATEGORIES stores it there; until then
+  // the engine's variable, which the dispatcher configures from the node, answers.
+  const AggregationVariable* engineVariable = variable->GetAggregationVariable();
+  return engineVariable == nullptr || engineVariable->GetIsEmptyInclude();
+}
+
+QuiltTable::QuiltTable() : _tableData(std::make_unique<Data>()) {}
+
+QuiltTable::~QuiltTable() { Cleanup(); }
+
+void QuiltTable::Cleanup() {
+  Data& d = *_tableData;
+  for (Node** root : {&d._rowHeaderRoot, &d._colHeaderRoot, &d._layerHeaderRoot, &d._prelimRowRoot,
+                      &d._prelimColRoot, &d._prelimLayerRoot, &d._statTree}) {
+    delete *root;
+    *root = nullptr;
+  }
+  d._postComputeRequiredCat.reset();
+  DestroyCollectedNodes();
+  d._noValidCategory.reset();
+  CleanTestTrees();
+  d._cubeIndices.clear();
+  // The statistics not placed in a tree are ours; placed ones belong to their trees.
+  for (StatTreeNode* node : d._unplacedStatNodes) delete node;
+  d._unplacedStatNodes.clear();
+  d._statNodes.clear();
+  d._totalStatNodes.clear();
+}
+
+void QuiltTable::DestroyCollectedNodes() {
+  Data& d = *_tableData;
+  if (d._comperimeterNodesUsed) {
+    for (Node* node : d._comperimeterCategCollector) delete node;
+  }
+  d._comperimeterCategCollector.clear();
+}
+
+void QuiltTable::CleanTestTrees() {
+  for (std::vector<Node*>& trees : _tableData->_sigTestTrees) {
+    for (Node* tree : trees) delete tree;
+  }
+  _tableData->_sigTestTrees.clear();
+}
+
+void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
+  QUILT_ASSERT(table != nullptr, "table");
+  Data& d = *_tableData;
+  const TableSettings& settings = table->GetTableSettings();
+  d._cLabelOption = settings.GetCLabelOption();
+  d._sLabelPosition = settings.GetSLabelPosition();
+  d._statsVisible = settings.GetSLabelVisibility();
+
+  const int option = d._cLabelOption;
+  const bool keepRows = option == 0 || option == 2 || option == 4;
+  const bool keepCols = option == 0 || option == 1 || option == 3;
+  const bool colsFirst = option == 2;
+  const bool receiveInCols = option == 1;
+  const bool receiveInLayers = option == 3 || option == 4;
+  const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
+  const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
+  const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
+  bool statsInOpposite = false;
+
+  const std::vector<SyntaxConverter*>& subcommands = table->GetChildren();
+  QUILT_ASSERT(subcommands.size() > 0, "subcommands.size() > 0");
+  SyntaxConverter* expression = subcommands[0];
+  QUILT_ASSERT(expression != nullptr, "subcommands[ 0 ]");
+
+  Node* rows = nullptr;
+  Node* columns = nullptr;
+  Node* layers = nullptr;
+  if (expression->GetType() != kConverterBy) {
+    const int type = expression->GetType();
+    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
+                     type == kConverterPlus || type == kConverterVariable,
+                 "a table expression starts with an operator, a paren or a variable");
+    rows = BuildTempSubtree(expression, keepRows, false, statsInRows, statsInOpposite);
+    columns = Node::CreateRoot();
+    layers = Node::CreateRoot();
+    d._nRows = ExtractNCubes(expression);
+    d._nColumns = 1;
+    d._nLayers = 1;
+  } else {
+    const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
+    QUILT_ASSERT(kidsOfBy.size() == 2, "kidsOfBy.size() == 2");
+    SyntaxConverter* left = kidsOfBy[0];
+    SyntaxConverter* right = kidsOfBy[1];
+    if (left->GetType() == kConverterDummy) {
+      columns = BuildTempSubtree(right, keepCols, false, statsInCols, statsInOpposite);
+      rows = Node::CreateRoot();
+      layers = Node::CreateRoot();
+      d._nColumns = ExtractNCubes(right);
+      d._nRows = 1;
+      d._nLayers = 1;
+    } else {
+      const bool threeDimensions = left->GetType() == kConverterBy;
+      SyntaxConverter* rowExpression = left;
+      SyntaxConverter* columnExpression = right;
+      SyntaxConverter* layerExpression = nullptr;
+      if (threeDimensions) {
+        const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
+        QUILT_ASSERT(inner.size() == 2, "kidsOfBy.size() == 2");
+        rowExpression = inner[0];
+        columnExpression = inner[1];
+        layerExpression = right;
+      }
+      if (!colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, false, statsInRows, statsInOpposite);
+      columns = BuildTempSubtree(columnExpression, keepCols, receiveInCols, statsInCols, statsInOpposite);
+      if (colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, true, statsInRows, statsInOpposite);
+      if (threeDimensions) {
+        layers = BuildTempSubtree(layerExpression, true, receiveInLayers, statsInLayers, statsInOpposite);
+        DestroyCollectedNodes();
+      } else {
+        // Labels bound for the layers wait for the layer root below.
+        if (option == 1 || option == 2) DestroyCollectedNodes();
+        layers = Node::CreateRoot();
+      }
+      d._nRows = ExtractNCubes(rowExpression);
+      d._nColumns = ExtractNCubes(columnExpression);
+      d._nLayers = threeDimensions ? ExtractNCubes(layerExpression) : 1;
+    }
+  }
+
+  // Each tree gets a root of its own, so that every dimension has the same shape on top.
+  for (Node** tree : {&rows, &columns, &layers}) {
+    if ((*tree)->GetType() != Node::kHNodeTypeRoot) {
+      Node* root = Node::CreateRoot();
+      root->AddChild(*tree, false);
+      *tree = root;
+    }
+  }
+  d._prelimRowRoot = rows;
+  d._prelimColRoot = columns;
+  d._prelimLayerRoot = layers;
+
+  if (!d._comperimeterCategCollector.empty()) {
+    Node* receiver = option == 2 ? rows : (option == 1 ? columns : layers);
+    receiver->NestStack(d._comperimeterCategCollector);
+    d._comperimeterCategCollector.clear();
+  }
+
+  PlaceTableStatistics(statsInOpposite);
+
+  int rowIndex = 0;
+  AssignIndices(rows, rowIndex);
+  QUILT_ASSERT(rowIndex == d._nRows || rowIndex == d._nRows - 1, "firstIndex == _nRows || firstIndex == _nRows-1");
+  int columnIndex = 0;
+  AssignIndices(columns, columnIndex);
+  QUILT_ASSERT(columnIndex == d._nColumns || columnIndex == d._nColumns - 1,
+               "firstIndex == _nColumns || firstIndex == _nColumns-1");
+  int layerIndex = 0;
+  AssignIndices(layers, layerIndex);
+  QUILT_ASSERT(layerIndex == d._nLayers || layerIndex == d._nLayers - 1,
+               "firstIndex == _nLayers || firstIndex == _nLayers-1");
+
+  d._cubeIndices.clear();
+  int running = 0;
+  for (int rowSlot = 0; rowSlot < d._nRows; ++rowSlot) {
+    for (int columnSlot = 0; columnSlot < d._nColumns; ++columnSlot) {
+      for (int layerSlot = 0; layerSlot < d._nLayers; ++layerSlot) d._cubeIndices.push_back(running++);
+    }
+  }
+
+  SetIncludeEmptyInScale(rows);
+  SetIncludeEmptyInScale(columns);
+  SetIncludeEmptyInScale(layers);
+
+  d._sigTestSettings = settings.GetSigTestSettings();
+  // TODO(#7): once the sub-table cubes are readable from the table, ask the engine to
+  // accumulate the totals of the multiple-response sets that the tests treat specially.
+}
+
+void QuiltTable::PlaceTableStatistics(bool statsInOpposite) {
+  Data& d = *_tableData;
+  if (d._statNodes.empty()) return;
+  Node* target = d._sLabelPosition == PresentationCodes::kSLabelRow
+                     ? d._prelimRowRoot
+                     : (d._sLabelPosition == PresentationCodes::kSLabelLayer ? d._prelimLayerRoot : d._prelimColRoot);
+  std::vector<StatTreeNode*> statNodes = d._statNodes;
+  std::vector<StatTreeNode*> totalStatNodes = d._totalStatNodes;
+  // From here on the nodes belong to the trees.
+  d._unplacedStatNodes.clear();
+  if (d._statsVisible && statsInOpposite && !totalStatNodes.empty()) {
+    if (target->GetMaxHeight() == 0) {
+      // Nothing to stand under: the statistics of the categories go straight on the root.
+      for (StatTreeNode* node : totalStatNodes) delete node;
+      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+      target->NestStack(statNodes);
+    } else {
+      target->NestStats(statNodes, totalStatNodes);
+    }
+  } else if (d._statsVisible) {
+    for (StatTreeNode* node : totalStatNodes) delete node;
+    if (target->IsLeaf()) {
+      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+    }
+    target->NestStack(statNodes);
+  } else {
+    for (StatTreeNode* node : totalStatNodes) delete node;
+    d._statTree = Node::CreateRoot();
+    d._statTree->NestStack(statNodes);
+  }
+}
+
+int QuiltTable::ExtractNCubes(SyntaxConverter* node) {
+  if (node == nullptr) return 1;
+  const int type = node->GetType();
+  if (type == kConverterDummy || type == kConverterVariable || type == kConverterMRSet) return 1;
+  // TODO(#7): ask the node's VariableComposite for its CubeCount once the dissection lands;
+  // the count below follows the same rules.
+  return CountSubTables(node).count;
+}
+
+HeaderTreeNode* QuiltTable::BuildTempSubtree(SyntaxConverter* node, bool keepCats, bool receive, bool statsHere,
+                                             bool& statsInOpposite) {
+  Data& d = *_tableData;
+  if (node == nullptr || node->GetType() == kConverterDummy) {
+    Node* root = Node::CreateRoot();
+    if (receive) {
+      QUILT_ASSERT(d._comperimeterCategCollector.size() > 0, "_comperimeterCategCollector.size() > 0");
+      root->NestStack(d._comperimeterCategCollector);
+      d._comperimeterCategCollector.clear();
+    }
+    return root;
+  }
+  node = Unwrap(node);
+  const int type = node->GetType();
+  if (type == kConverterGreaterThan) {
+    const std::vector<SyntaxConverter*>& children = ChildrenOf(node);
+    QUILT_ASSERT(children.size() == 2, "a nesting has two operands");
+    // Only the innermost variable of a nesting gives its labels away or receives others.
+    Node* left = BuildTempSubtree(children[0], true, false, statsHere, statsInOpposite);
+    Node* right = BuildTempSubtree(children[1], keepCats, receive, statsHere, statsInOpposite);
+    left->Nest(right);
+    return left;
+  }
+  if (type == kConverterPlus) {
+    const std::vector<SyntaxConverter*>& children = ChildrenOf(node);
+    QUILT_ASSERT(children.size() == 2, "a stacking has two operands");
+    Node* root = Node::CreateRoot();
+    root->AddChild(BuildTempSubtree(children[0], keepCats, receive, statsHere, statsInOpposite), false);
+    const int k = root->GetNChildren();
+    root->AddChild(BuildTempSubtree(children[1], keepCats, receive, statsHere, statsInOpposite), false);
+    if (k < root->GetNChildren()) {
+      Node* firstOfRight = root->GetChildren()[static_cast<size_t>(k)];
+      const int leftType = Unwrap(children[0])->GetType();
+      SyntaxConverter* right = Unwrap(children[1]);
+      const bool rightIsVariable = IsVariableNode(right);
+      const bool rightIsStack = right->GetType() == kConverterPlus;
+      if (firstOfRight->GetType() == Node::kHNodeTypeScaleVariable) {
+        if (rightIsVariable && (leftType == kConverterVariable || leftType == kConverterPlus)) {
+          firstOfRight->SetSameCubeAsPrev(PrevInSameCube(children[0]));
+        } else if (rightIsStack && GetLeftSummant(right) != nullptr) {
+          firstOfRight->SetSameCubeAsPrev(PrevInSameCube(children[0]));
+        }
+      }
+    }
+    return root;
+  }
+  QUILT_ASSERT(IsVariableNode(node), "a table expression holds operators, parens and variables only");
+  auto* variable = static_cast<SyntaxVariableName*>(node);
+  Node* variableNode = Node::Create(variable, keepCats, d._comperimeterCategCollector);
+  if (receive && !d._comperimeterCategCollector.empty()) {
+    std::vector<Node*> clones;
+    for (const Node* collected : d._comperimeterCategCollector) clones.push_back(collected->Clone());
+    variableNode->NestStack(clones);
+    d._comperimeterNodesUsed = true;
+  }
+  if (variable->HasStatistics()) {
+    if (statsHere) {
+      PlaceStatisticsHere(variableNode, variable);
+    } else {
+      CollectStatistics(variable, keepCats, statsInOpposite);
+    }
+  }
+  return variableNode;
+}
+
+void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, bool& statsInOpposite) {
+  Data& d = *_tableData;
+  if (!statsInOpposite && !keepCats && d._statsVisible) {
+    // The labels of this variable stand in the dimension that holds the statistics.
+    const int option = d._cLabelOption;
+    const int position = d._sLabelPosition;
+    statsInOpposite = (option == 1 && position == 0) || (option == 2 && position == 1) ||
+                      (option == 3 && position == 2) || (option == 4 && position == 2);
+  }
+  auto add = [&](std::vector<StatTreeNode*>& list, const Statistics* statistics, bool forRegular) {
+    if (ContainsKind(list, *statistics)) return;
+    StatTreeNode* node = Node::Create(*statistics, forRegular);
+    if (!d._statsVisible) node->SetHidden(true);
+    list.push_back(node);
+    d._unplacedStatNodes.push_back(node);
+  };
+  for (const Statistics* statistics : variable->GetStatistics()) add(d._statNodes, statistics, true);
+  for (const Statistics* statistics : variable->GetTotalStats()) {
+    add(statsInOpposite ? d._totalStatNodes : d._statNodes, statistics, false);
+  }
+}
+
+void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable) {
+  const bool hidden = !_tableData->_statsVisible;
+  std::vector<StatTreeNode*> regular;
+  std::vector<StatTreeNode*> total;
+  for (const Statistics* statistics : variable->GetStatistics()) {
+    regular.push_back(Node::Create(*statistics, true));
+    regular.back()->SetHidden(hidden);
+  }
+  for (const Statistics* statistics : variable->GetTotalStats()) {
+    total.push_back(Node::Create(*statistics, false));
+    total.back()->SetHidden(hidden);
+  }
+  if (total.empty()) {
+    variableNode->NestStack(regular);
+    return;
+  }
+  const bool bareScale = variableNode->GetType() == Node::kHNodeTypeScaleVariable && variableNode->IsLeaf();
+  variableNode->AddStats(regular, total);
+  // A bare scale variable takes no total statistics; they are ours to free.
+  if (bareScale) {
+    for (StatTreeNode* node : total) delete node;
+  }
+}
+
+int QuiltTable::GetCubeIndex(int i) const {
+  const std::vector<int>& indices = _tableData->_cubeIndices;
+  QUILT_ASSERT(i >= 0 && i < static_cast<int>(indices.size()), "ind >= 0");
+  return indices[static_cast<size_t>(i)];
+}
+
+int QuiltTable::GetCubeIndex(int a, int b) const {
+  const Data& d = *_tableData;
+  if (d._nRows != 1 && d._nColumns != 1) return GetCubeIndex(a * d._nColumns + b);
+  return GetCubeIndex(a * d._nLayers + b);
+}
+
+int QuiltTable::GetCubeIndex(int rowSlot, int columnSlot, int layerSlot) const {
+  const Data& d = *_tableData;
+  return GetCubeIndex((rowSlot * d._nColumns + columnSlot) * d._nLayers + layerSlot);
+}
+
+int QuiltTable::GetNRows() const { return _tableData->_nRows; }
+int QuiltTable::GetNColumns() const { return _tableData->_nColumns; }
+int QuiltTable::GetNLayers() const { return _tableData->_nLayers; }
+HeaderTreeNode* QuiltTable::GetRowHeaderRoot() const { return _tableData->_rowHeaderRoot; }
+HeaderTreeNode* QuiltTable::GetColHeaderRoot() const { return _tableData->_colHeaderRoot; }
+HeaderTreeNode* QuiltTable::GetLayerHeaderRoot() const { return _tableData->_layerHeaderRoot; }
+HeaderTreeNode* QuiltTable::GetPrelimRowRoot() const { return _tableData->_prelimRowRoot; }
+HeaderTreeNode* QuiltTable::GetPrelimColRoot() const { return _tableData->_prelimColRoot; }
+HeaderTreeNode* QuiltTable::GetPrelimLayerRoot() const { return _tableData->_prelimLayerRoot; }
+AggregationTable* QuiltTable::GetAggregationTable() const { return _tableData->_aggregationTable; }
+QuiltTable::SLabelPosition QuiltTable::GetStatPosition() const { return _tableData->_sLabelPosition; }
+bool QuiltTable::AreStatsVisible() const { return _tableData->_statsVisible; }
+QuiltTable::CLabelOption QuiltTable::GetClabelOption() const { return _tableData->_cLabelOption; }
+HeaderTreeNode* QuiltTable::GetStatTree() const { return _tableData->_statTree; }
+const std::vector<std::vector<HeaderTreeNode*>>& QuiltTable::GetSigTestTrees() const {
+  return _tableData->_sigTestTrees;
+}
+const std::vector<SigTestSettings>& QuiltTable::GetSigTestSettings() const { return _tableData->_sigTestSettings; }
+bool QuiltTable::HasSigTests() const { return !_tableData->_sigTestSettings.empty(); }
+bool QuiltTable::HasSeparateSigTests() const {
+  for (const SigTestSettings& settings : _tableData->_sigTestSettings) {
+    if (!settings._merge) return true;
+  }
+  return false;
+}
+bool QuiltTable::HasRowAxisCubes() const { return _tableData->_hasRowAxisCubes; }
+bool QuiltTable::HasColAxisCubes() const { return _tableData->_hasColAxisCubes; }
+bool QuiltTable::HasLayerAxisCubes() const { return _tableData->_hasLayerAxisCubes; }
+
+std::vector<AggregationCategory*>* QuiltTable::GetPostComputeRequiredCat() const {
+  return _tableData->_postComputeRequiredCat.get();
+}
+
+void QuiltTable::SetPostComputeRequiredCat(const std::vector<AggregationCategory*>& categories) {
+  Data& d = *_tableData;
+  if (!d._postComputeRequiredCat) d._postComputeRequiredCat = std::make_unique<std::vector<AggregationCategory*>>();
+  d._postComputeRequiredCat->insert(d._postComputeRequiredCat->end(), categories.begin(), categories.end());
+}
+
+void QuiltTable::BuildCompleteTable() {
+  Data& d = *_tableData;
+  CreateFinalTree(d._prelimRowRoot, d._rowHeaderRoot, d._hasRowAxisCubes, TableEncryptionCodes::kDimensionRow);
+  CreateFinalTree(d._prelimColRoot, d._colHeaderRoot, d._hasColAxisCubes, TableEncryptionCodes::kDimensionColumn);
+  CreateFinalTree(d._prelimLayerRoot, d._layerHeaderRoot, d._hasLayerAxisCubes, TableEncryptionCodes::kDimensionLayer);
+}
+
+void QuiltTable::CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes,
+                                 int position) {
+  QUILT_ASSERT(prelimRoot != nullptr, "prelimRoot");
+  delete finalRoot;
+  finalRoot = Node::CreateCopy(prelimRoot);
+  if (prelimRoot->IsLeaf()) return;
+  const std::vector<Node*>& children = prelimRoot->GetChildren();
+  if (!hasAxisCubes) {
+    if (children[0]->GetType() != Node::kHNodeTypeTempCategories) {
+      for (size_t i = 0; i < children.size(); ++i) {
+        children[i]->SetChildLoc(i);
+        finalRoot->AddChild(BuildFinalSubtreeNoCubes(children[i]), true);
+      }
+    } else {
+      // The root holds labels received from another dimension.
+      ProcessComperimeterCategs(finalRoot, children);
+    }
+    return;
+  }
+  const std::vector<std::vector<CubeAggregator*>> cubes = _tableData->_aggregationTable->GetAxisCubeAggregators(position);
+  const CategoryKey path;
+  for (size_t i = 0; i < children.size(); ++i) {
+    children[i]->SetChildLoc(i);
+    Node* final = BuildFinalSubtreeUseCubes(children[i], path, cubes);
+    if (final != nullptr) finalRoot->AddChild(final, true);
+  }
+}
+
+HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node) {
+  const Node::HNodeType type = node->GetType();
+  if (type == Node::kHNodeTypeStatistic) return Node::CreateCopy(node);
+  Node* copy = Node::CreateCopy(node);
+  if (node->IsLeaf()) return copy;
+  const std::vector<Node*>& children = node->GetChildren();
+  const Node::HNodeType firstType = children[0]->GetType();
+  if (type == Node::kHNodeTypeScaleVariable) {
+    if (firstType == Node::kHNodeTypeCatVariable || firstType == Node::kHNodeTypeStatistic) {
+      for (size_t i = 0; i < children.size(); ++i) {
+        children[i]->SetChildLoc(i);
+        copy->AddChild(BuildFinalSubtreeNoCubes(children[i]), false);
+      }
+    } else {
+      QUILT_ASSERT(firstType == Node::kHNodeTypeTempCategories, "a scale variable holds variables or statistics");
+      ProcessComperimeterCategsNoTotals(copy, children);
+    }
+    return copy;
+  }
+  QUILT_ASSERT(type == Node::kHNodeTypeCatVariable, "a preliminary subtree starts with a variable or a statistic");
+  if (firstType == Node::kHNodeTypeStatistic) {
+    for (size_t i = 0; i < children.size(); ++i) {
+      Node* clone = children[i]->Clone();
+      clone->SetChildLoc(i);
+      copy->AddChild(clone, false);
+    }
+    return copy;
+  }
+  QUILT_ASSERT(firstType == Node::kHNodeTypeTempCategories, "a categorical variable holds its placeholders");
+  SyntaxVariableName* variable = node->GetVariable();
+  QUILT_ASSERT(variable != nullptr, "var");
+  const std::vector<AggregationCategory*>& categories = CategoriesOf(variable);
+  const bool includeEmpty = QuiltTableIsEmptyInclude(variable);
+  for (size_t i = 0; i < categories.size(); ++i) {
+    Node* category = Node::Create(categories[i]);
+    category->SetIncludeEmpty(includeEmpty);
+    category->SetChildLoc(i);
+    category->SetCubeIndexInDim(node->GetCubeIndexInDim());
+    copy->AddChild(category, false);
+  }
+
+  // What stands under a placeholder becomes final once and is then given to every category.
+  auto finalsOf = [this](const Node* placeholder) {
+    std::vector<Node*> finals;
+    const std::vector<Node*>& grandkids = placeholder->GetChildren();
+    if (grandkids.empty()) return finals;
+    if (grandkids[0]->GetType() == Node::kHNodeTypeTempCategories) {
+      ProcessComperimeterCategs(grandkids, finals);
+    } else {
+      for (size_t i = 0; i < grandkids.size(); ++i) {
+        grandkids[i]->SetChildLoc(i);
+        finals.push_back(BuildFinalSubtreeNoCubes(grandkids[i]));
+      }
+    }
+    return finals;
+  };
+
+  if (children.size() == 1) {
+    std::vector<Node*> finals = finalsOf(children[0]);
+    if (!finals.empty() && !copy->IsLeaf()) {
+      copy->NestStack(finals);
+    } else {
+      for (Node* final : finals) delete final;
+    }
+    return copy;
+  }
+  QUILT_ASSERT(children.size() == 2, "nKids == 2");
+  if (children[0]->IsLeaf()) return copy;
+  QUILT_ASSERT(!children[1]->IsLeaf(), "grandkids2.size() > 0");
+  std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
+  bool handedOut[2] = {false, false};
+  for (Node* category : copy->GetChildren()) {
+    const int group = IsTotalType(category->GetCategory()->GetCatType()) ? 1 : 0;
+    if (!handedOut[group]) {
+      handedOut[group] = true;
+      category->NestStack(finals[group]);
+    } else {
+      for (size_t j = 0; j < finals[group].size(); ++j) {
+        Node* clone = finals[group][j]->Clone();
+        clone->SetChildLoc(j);
+        category->AddChild(clone, true);
+      }
+    }
+  }
+  // A group with no category to receive it was never placed.
+  for (int group = 0; group < 2; ++group) {
+    if (!handedOut[group]) {
+      for (Node* final : finals[group]) delete final;
+    }
+  }
+  copy->UpdateChildInfo();
+  return copy;
+}
+
+namespace {
+
+void DumpTree(std::ostream& out, const char* title, const HeaderTreeNode* tree) {
+  out << title << ":";
+  if (tree == nullptr) {
+    out << " none\n";
+    return;
+  }
+  out << "\n";
+  tree->Dump(out, 1);
+}
+
+// The key of every leaf of a final tree, as the renderer's walk sees it.
+void DumpLeafKeys(std::ostream& out, const char* title, HeaderTreeNode* tree) {
+  if (tree == nullptr) return;
+  out << title << ":\n";
+  QuiltTable::CategoryKey key;
+  bool keyChanged = false;
+  int emptyCount = 0;
+  for (HeaderTreeNode* leaf = QuiltTable::FirstLeaf(tree, key, keyChanged, emptyCount); leaf != nullptr;
+       leaf = QuiltTable::NextLeaf(leaf, key, keyChanged, emptyCount)) {
+    out << "  [";
+    const char* separator = "";
+    for (const AggregationCategory* category : key) {
+      out << separator << category->GetCatLabel();
+      separator = ", ";
+    }
+    out << "] " << HeaderTreeNode::TypeName(leaf->GetType()) << " slot=" << leaf->GetCubeIndexInDim()
+        << " includeEmpty=" << emptyCount << "\n";
+  }
+}
+
+}  // namespace
+
+void QuiltTable::Dump(std::ostream& out) const {
+  const Data& d = *_tableData;
+  out << "QuiltTable rows=" << d._nRows << " columns=" << d._nColumns << " layers=" << d._nLayers
+      << " clabels=" << d._cLabelOption << " slabels=" << d._sLabelPosition
+      << " statsVisible=" << (d._statsVisible ? 1 : 0) << " axisCubes=" << (d._hasRowAxisCubes ? 1 : 0)
+      << (d._hasColAxisCubes ? 1 : 0) << (d._hasLayerAxisCubes ? 1 : 0) << " tests=" << d._sigTestSettings.size()
+      << "\n";
+  out << "Cube indices:";
+  for (int index : d._cubeIndices) out << " " << index;
+  out << "\n";
+  DumpTree(out, "Preliminary rows", d._prelimRowRoot);
+  DumpTree(out, "Preliminary columns", d._prelimColRoot);
+  DumpTree(out, "Preliminary layers", d._prelimLayerRoot);
+  if (d._statTree != nullptr) DumpTree(out, "Hidden statistics", d._statTree);
+  if (d._rowHeaderRoot == nullptr) return;
+  DumpTree(out, "Final rows", d._rowHeaderRoot);
+  DumpTree(out, "Final columns", d._colHeaderRoot);
+  DumpTree(out, "Final layers", d._layerHeaderRoot);
+  DumpLeafKeys(out, "Row leaf keys", d._rowHeaderRoot);
+  DumpLeafKeys(out, "Column leaf keys", d._colHeaderRoot);
+  DumpLeafKeys(out, "Layer leaf keys", d._layerHeaderRoot);
+}

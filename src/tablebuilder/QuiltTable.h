@@ -1,0 +1,162 @@
+// QuiltTable.h - the table record: preliminary and final header trees, sub-table slots, axis cubes, test trees
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <vector>
+
+#include "host/engine/TableEncryptionCodes.h"
+#include "parser/PresentationCodes.h"
+
+class AggregationCategory;
+class AggregationTable;
+class AggregationVariable;
+class CubeAggregator;
+class HeaderTreeNode;
+class StatTreeNode;
+class SyntaxConverter;
+class SyntaxTableSubcommand;
+class SyntaxVariableName;
+struct SigTestSettings;
+
+/// One TABLE subcommand as the builder sees it. Before any case is read it turns the parsed
+/// expression into three preliminary header trees (rows, columns, layers) with placeholders
+/// for the categories, numbers the sub-table slots and declares the axis cubes. After each
+/// split group it builds the three final trees from the categories the engine found, and on
+/// request the reduced trees of each significance test.
+///
+/// Everything the table returns by pointer stays owned by the table.
+class QuiltTable {
+ public:
+  using CategoryKey = std::vector<const AggregationCategory*>;
+  using CLabelOption = TableEncryptionCodes::CLabelOption;
+  using SLabelPosition = PresentationCodes::SLabelPosition;
+
+  QuiltTable();
+  ~QuiltTable();
+  QuiltTable(const QuiltTable&) = delete;
+  QuiltTable& operator=(const QuiltTable&) = delete;
+
+  // Table construction.
+  /// Builds the preliminary trees, the slot counts and the cube index table from the parsed
+  /// table. Called once, after the dispatcher has declared the table's cubes (the variables
+  /// already carry their engine objects).
+  void BuildTableTreesFromSyntax(SyntaxTableSubcommand* table);
+  /// Declares the axis cubes of all three dimensions on `table` (not owned); returns the
+  /// sum of what each dimension reported. Call right after BuildTableTreesFromSyntax.
+  int CreateAxisCubes(AggregationTable* table);
+  /// Builds the three final trees for the split group just aggregated; replaces the trees
+  /// of the previous group.
+  void BuildCompleteTable();
+  /// Builds one vector of test trees per significance setting, from the final trees whose
+  /// leaves the main table's rendering has marked empty or not. Replaces earlier test trees.
+  void BuildStatTestTables(bool unweightedData, bool merged, bool apa);
+  /// Destroys every test tree.
+  void CleanTestTrees();
+  /// Destroys every tree and owned record; the destructor runs it.
+  void Cleanup();
+
+  // Sub-table slots.
+  /// Index of the sub-table in the table's list by running number of the slot combination.
+  int GetCubeIndex(int i) const;
+  /// Index for a pair of slots: rows and columns, or, when one of them has a single slot,
+  /// the two dimensions that remain (slot numbers of rows or columns, then layers).
+  int GetCubeIndex(int a, int b) const;
+  int GetCubeIndex(int rowSlot, int columnSlot, int layerSlot) const;
+  int GetNRows() const;
+  int GetNColumns() const;
+  int GetNLayers() const;
+
+  // What the renderer reads.
+  HeaderTreeNode* GetRowHeaderRoot() const;
+  HeaderTreeNode* GetColHeaderRoot() const;
+  HeaderTreeNode* GetLayerHeaderRoot() const;
+  HeaderTreeNode* GetPrelimRowRoot() const;
+  HeaderTreeNode* GetPrelimColRoot() const;
+  HeaderTreeNode* GetPrelimLayerRoot() const;
+  AggregationTable* GetAggregationTable() const;
+  SLabelPosition GetStatPosition() const;
+  bool AreStatsVisible() const;
+  CLabelOption GetClabelOption() const;
+  /// When statistic labels are hidden: a root over the statistics, which then stand in no
+  /// dimension. Otherwise null.
+  HeaderTreeNode* GetStatTree() const;
+  /// One vector per significance setting, in the settings' order: row tree, column tree,
+  /// and the layer tree when the table has real layers. An empty vector: no test possible.
+  const std::vector<std::vector<HeaderTreeNode*>>& GetSigTestTrees() const;
+  const std::vector<SigTestSettings>& GetSigTestSettings() const;
+  bool HasSigTests() const;
+  /// Some test is delivered in a table of its own rather than merged into the main one.
+  bool HasSeparateSigTests() const;
+  bool HasRowAxisCubes() const;
+  bool HasColAxisCubes() const;
+  bool HasLayerAxisCubes() const;
+  /// Categories that computed categories need; null until the first Set call.
+  std::vector<AggregationCategory*>* GetPostComputeRequiredCat() const;
+  void SetPostComputeRequiredCat(const std::vector<AggregationCategory*>& categories);
+
+  // The leaf walk. `key` holds the categories on the path to the current leaf, outer first;
+  // `keyChanged` is set whenever it changes; `emptyCount` counts the include-empty nodes on
+  // the path. The caller starts with an empty key and a zero count.
+  static HeaderTreeNode* FirstLeaf(HeaderTreeNode* tree, CategoryKey& key, bool& keyChanged, int& emptyCount);
+  /// The next leaf after `node`, or null after the last one.
+  static HeaderTreeNode* NextLeaf(HeaderTreeNode* node, CategoryKey& key, bool& keyChanged, int& emptyCount);
+  static HeaderTreeNode* GoDownToLeaf(HeaderTreeNode* node, CategoryKey& key, bool& keyChanged, int& emptyCount);
+  static HeaderTreeNode* FindNextBranch(HeaderTreeNode* node, CategoryKey& key, bool& keyChanged, int& emptyCount);
+
+  // Cell keys. A carried category is the last entry of the list `from`; it goes back to the
+  // place of its own dimension. The result is its index in `combined`, -1 when nothing is
+  // carried.
+  static int Combine2CellKeys(const CategoryKey& first, const CategoryKey& second, CategoryKey& combined, int from);
+  /// `to` is the list after whose entries the carried category goes; both -1 or both in 0..2
+  /// and different.
+  static int Combine3CellKeys(const CategoryKey& first, const CategoryKey& second, const CategoryKey& third,
+                              CategoryKey& combined, int from, int to);
+  /// The `from` argument of Combine2CellKeys under `option` for keys of dimensions
+  /// `firstPosition` and `secondPosition` (0 rows, 1 columns, 2 layers), given in that order.
+  static int GetCarryFrom2(CLabelOption option, int firstPosition, int secondPosition);
+  /// The `from` and `to` arguments of Combine3CellKeys under `option`, keys given as rows,
+  /// columns, layers.
+  static void GetCarryFromTo3(CLabelOption option, int& from, int& to);
+
+  // Column letters of the test tables.
+  /// Letters under each lowest group of columns of a separate test table.
+  void AddLettersToColumns(HeaderTreeNode* colTree);
+  /// Letters in the main table's final column tree; false for a null node.
+  bool addLettersToMergedColumns(HeaderTreeNode* node, int index);
+
+  /// The preliminary trees, the slot counts and cube indices, the statistics, and the final
+  /// trees when built; one node per line. For tests and --dump-tables.
+  void Dump(std::ostream& out) const;
+
+ private:
+  struct Data;
+  std::unique_ptr<Data> _tableData;
+
+  // Table construction (QuiltTable.cpp).
+  HeaderTreeNode* BuildTempSubtree(SyntaxConverter* node, bool keepCats, bool receive, bool statsHere,
+                                   bool& statsInOpposite);
+  void CollectStatistics(SyntaxVariableName* variable, bool keepCats, bool& statsInOpposite);
+  void PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable);
+  void PlaceTableStatistics(bool statsInOpposite);
+  static int ExtractNCubes(SyntaxConverter* node);
+  void DestroyCollectedNodes();
+  void CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes, int position);
+  HeaderTreeNode* BuildFinalSubtreeNoCubes(const HeaderTreeNode* node);
+  HeaderTreeNode* BuildFinalSubtreeUseCubes(const HeaderTreeNode* node, const CategoryKey& path,
+                                            const std::vector<std::vector<CubeAggregator*>>& cubes);
+  HeaderTreeNode* BuildEmptyBranch(const HeaderTreeNode* node);
+
+  // Category subtrees (QuiltTableCategories.cpp).
+  int BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, SyntaxVariableName* var, const CategoryKey& path,
+                                    const std::vector<std::vector<CubeAggregator*>>& cubes,
+                                    std::vector<HeaderTreeNode*>& out);
+  int ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats, std::vector<HeaderTreeNode*>& out);
+  void ProcessComperimeterCategs(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
+  void ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
+
+  // Axis cubes (QuiltTableCubes.cpp).
+  int CreateAxisCubesForDimension(HeaderTreeNode* root, int position);
+  int AddAxisCubes(const std::vector<AggregationVariable*>& catVars, int cubeIndexInDim, int position,
+                   const std::vector<int>& includeEmptyCounts);
+};
