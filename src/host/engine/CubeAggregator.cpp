@@ -196,6 +196,8 @@ struct CubeAggregator::Data {
   std::vector<std::size_t> _listSizes;
   std::vector<std::size_t> _odometer;
   bool _allSingle = true;
+  int _setPosition = -1;  // the one set position of a cube whose other positions are single variables
+  std::vector<std::uint32_t> _setCells;  // the cells of one case's set entries
 
   // Adds one case to one cell. `statEntry` is the case's entry at the position carrying
   // the statistics, null without one; a case in the hidden bucket only enters TOTAL.
@@ -234,6 +236,7 @@ struct CubeAggregator::Data {
     return inserted.first->second;
   }
 
+  bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
 
   std::size_t ScaleCount() const { return _scaleVarIndices.size(); }
@@ -476,10 +479,17 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vec
   _data->_singleEntries.resize(keyLength);
   _data->_lists.resize(keyLength);
   _data->_listSizes.resize(keyLength);
-  for (TableDimension* dimension : _data->_dimensions) {
-    _data->_single.push_back(dimension->IsSingleVariable() ? 1 : 0);
-    _data->_allSingle = _data->_allSingle && dimension->IsSingleVariable();
+  int sets = 0;
+  for (std::size_t i = 0; i < keyLength; ++i) {
+    const bool single = _data->_dimensions[i]->IsSingleVariable();
+    _data->_single.push_back(single ? 1 : 0);
+    _data->_allSingle = _data->_allSingle && single;
+    if (!single) {
+      ++sets;
+      _data->_setPosition = static_cast<int>(i);
+    }
   }
+  if (sets != 1) _data->_setPosition = -1;
   // 65,536 direct slots (256 KB) at most, shared evenly by the positions.
   const std::size_t n = _data->_positions.size();
   int capacity = 1 << 16;
@@ -682,8 +692,53 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
         continue;
       }
     }
+    if (d._setPosition >= 0 && d._denseCapacity > 0 && d.AddCaseWithOneSet(block, k)) continue;
     d.AddCaseGeneral(block, k);
   }
+}
+
+// A case at one set and single variables, every cell it reaches found by direct index:
+// the cells of the single positions are fixed, and the set's entries (its categories and
+// its total) pick one cell each. False, with nothing added, when the case needs the
+// general path.
+bool CubeAggregator::Data::AddCaseWithOneSet(const CaseBlock& block, std::size_t k) {
+  const std::size_t n = _positions.size();
+  const std::size_t setPosition = static_cast<std::size_t>(_setPosition);
+  const unsigned capacity = static_cast<unsigned>(_denseCapacity);
+  std::size_t base = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    if (i == setPosition) continue;
+    const unsigned shifted = static_cast<unsigned>(_codes[i][k]) + 1u;
+    if (shifted >= capacity || shifted == 0u) return false;
+    base += shifted * _denseStride[i];
+  }
+  const TableDimension& set = *_dimensions[setPosition];
+  if (set.GetBlockState(k) != TableDimension::kCaseInCategories) return false;
+  std::size_t count = 0;
+  const DimensionEntry* entries = set.GetBlockEntries(k, count);
+  if (_setCells.size() < count) _setCells.resize(count);
+  for (std::size_t j = 0; j < count; ++j) {
+    const int code = entries[j]._code;
+    const unsigned shifted = code == kCellKeyTotal ? 0u : static_cast<unsigned>(code) + 1u;
+    if (code != kCellKeyTotal && (code < 0 || shifted >= capacity)) return false;
+    const std::uint32_t slot = _dense[base + shifted * _denseStride[setPosition]];
+    if (slot == 0) return false;
+    _setCells[j] = slot - 1;
+  }
+  const bool statAtSet = _statPosition == _setPosition;
+  const int* statCodes =
+      _statPosition >= 0 && !statAtSet ? _codes[static_cast<unsigned>(_statPosition)] : nullptr;
+  const bool singleValid =
+      statCodes == nullptr || !_missingFlags[static_cast<unsigned>(_statPosition)][statCodes[k]];
+  const double singleResponses = _statPosition >= 0 ? 1.0 : 0.0;
+  for (std::size_t j = 0; j < count; ++j) {
+    if (statAtSet) {
+      Update(_setCells[j], block, k, /*bucket=*/false, !entries[j]._missingCategory, entries[j]._responses);
+    } else {
+      Update(_setCells[j], block, k, /*bucket=*/false, singleValid, singleResponses);
+    }
+  }
+  return true;
 }
 
 void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k) {

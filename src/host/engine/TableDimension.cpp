@@ -2,6 +2,8 @@
 #include "host/engine/TableDimension.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
@@ -89,6 +91,8 @@ struct TableDimension::Data {
   // Dichotomy set: counted value per member, and which members an explicit list keeps.
   std::vector<double> _countedNumbers;
   std::string _countedText;
+  std::vector<std::string> _countedPadded;  // per string member: the counted text at its width
+  std::vector<std::uint64_t> _hitMasks;     // per case of a block: the members counted
 
   // 1 for a value flagged user-missing, parallel to _values: a single variable's cells
   // read it for the VALID population.
@@ -277,23 +281,74 @@ struct TableDimension::Data {
     return kCaseInCategories;
   }
 
+  // Whether member i holds the counted value: numbers by ==, strings blank-padded to the
+  // member's width.
+  bool MemberCounts(std::size_t i, const OBS* cells) const {
+    const TARN_Variable* member = _members[i];
+    if (member == nullptr || member->GetType() == 0) {
+      return cells->number == _countedNumbers[i] && cells->number != TARN_SystemMissing();
+    }
+    const std::string& counted = _countedPadded[i];
+    return std::memcmp(cells, counted.data(), counted.size()) == 0;
+  }
+
+  // Member by member over the block: each member's column is read in one loop and its hits
+  // are marked in a bit per case; the entries of each case then follow from its bits in
+  // member order, its total last with the number of members counted.
+  void MapDichotomyBlock(const CaseBlock& block) {
+    const auto& indices = _variable->GetVarIndices();
+    const std::size_t size = block._size;
+    _hitMasks.assign(size, 0);
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      if (!IsMemberListed(static_cast<int>(i))) continue;
+      const std::uint64_t bit = std::uint64_t{1} << i;
+      std::uint64_t any = 0;
+      const TARN_Variable* member = _members[i];
+      if (member == nullptr || member->GetType() == 0) {
+        // The system-missing value is never counted, so it needs no test of its own.
+        const double counted = _countedNumbers[i];
+        if (counted == TARN_SystemMissing()) continue;
+        const OBS* column = block._columns[static_cast<unsigned>(indices[i])];
+        const std::size_t stride = block._strides[static_cast<unsigned>(indices[i])];
+        std::uint64_t* masks = _hitMasks.data();
+        for (std::size_t k = 0; k < size; ++k) {
+          const std::uint64_t hit = column[block._rows[k] * stride].number == counted ? bit : 0;
+          masks[k] |= hit;
+          any |= hit;
+        }
+      } else {
+        for (std::size_t k = 0; k < size; ++k) {
+          if (!MemberCounts(i, block.Cells(indices[i], k))) continue;
+          _hitMasks[k] |= bit;
+          any = bit;
+        }
+      }
+      if (any != 0) _memberHit[i] = true;
+    }
+    for (std::size_t k = 0; k < size; ++k) {
+      _blockOffsets[k] = _blockEntries.size();
+      std::uint64_t mask = _hitMasks[k];
+      if (mask == 0) {
+        _blockStates[k] = static_cast<char>(kCaseMissing);
+        continue;
+      }
+      _blockStates[k] = static_cast<char>(kCaseInCategories);
+      const double responses = static_cast<double>(std::popcount(mask));
+      while (mask != 0) {
+        _blockEntries.push_back({std::countr_zero(mask), 1.0, false});
+        mask &= mask - 1;
+      }
+      _blockEntries.push_back({kCellKeyTotal, responses, false});
+    }
+    _blockOffsets[size] = _blockEntries.size();
+  }
+
+  // The same one case at a time, for sets of more members than a mask has bits.
   CaseState MapDichotomySet(const CaseBlock& block, std::size_t k) {
     const auto& indices = _variable->GetVarIndices();
     double responses = 0.0;
     for (std::size_t i = 0; i < indices.size(); ++i) {
-      if (!IsMemberListed(static_cast<int>(i))) continue;
-      const OBS* cells = block.Cells(indices[i], k);
-      const TARN_Variable* member = _members[i];
-      bool counts = false;
-      if (member == nullptr || member->GetType() == 0) {
-        counts = cells->number == _countedNumbers[i] && cells->number != TARN_SystemMissing();
-      } else {
-        const std::size_t width = static_cast<std::size_t>(member->GetType());
-        std::string counted = _countedText.substr(0, std::min(width, _countedText.size()));
-        counted.resize(width, ' ');
-        counts = std::memcmp(cells, counted.data(), width) == 0;
-      }
-      if (!counts) continue;
+      if (!IsMemberListed(static_cast<int>(i)) || !MemberCounts(i, block.Cells(indices[i], k))) continue;
       _entries.push_back({static_cast<int>(i), 1.0, false});
       responses += 1.0;
       _memberHit[i] = true;
@@ -387,6 +442,12 @@ TableDimension::TableDimension(AggregationVariable* variable, const TARN_DataSou
     _data->_countedText = set->GetCountedBytes();
     const double number = CountedNumber(set->GetCountedBytes());
     _data->_countedNumbers.assign(_data->_members.size(), number);
+    for (const TARN_Variable* member : _data->_members) {
+      const std::size_t width = member->GetType() > 0 ? static_cast<std::size_t>(member->GetType()) : 0;
+      std::string counted = _data->_countedText.substr(0, std::min(width, _data->_countedText.size()));
+      counted.resize(width, ' ');
+      _data->_countedPadded.push_back(std::move(counted));
+    }
     const std::size_t n = _data->_members.size();
     _data->_memberListed.assign(n, true);
     _data->_memberHit.assign(n, false);
@@ -508,6 +569,10 @@ void TableDimension::MapBlock(const CaseBlock& block) {
   d._blockStates.resize(block._size);
   d._blockOffsets.resize(block._size + 1);
   d._blockEntries.clear();
+  if (d._kind == AggregationVariable::kDichotomySet && d._members.size() <= 64) {
+    d.MapDichotomyBlock(block);
+    return;
+  }
   for (std::size_t k = 0; k < block._size; ++k) {
     d._entries.clear();
     const CaseState state = d._kind == AggregationVariable::kCategorySet ? d.MapCategorySet(block, k)
