@@ -8,7 +8,6 @@
 /// An operator of the table expression with its two operands as children. It takes a
 /// variable or a paren as its right operand; once it has two children, whatever arrives
 /// next goes to its parent.
-// TODO(#5): the table-expression work adds cube dissection (VariableComposite).
 class SyntaxBinaryOperator : public SyntaxComposite {
  public:
   SyntaxBinaryOperator();

@@ -17,6 +17,34 @@ bool SyntaxBy::IsLessInert(const SyntaxConverter* op) const {
   return op->GetType() == kConverterBy;
 }
 
+void SyntaxBy::DissectTableInCubes() {
+  SyntaxComposite::DissectTableInCubes();
+  std::vector<SyntaxConverter*>& children = Children();
+  SyntaxConverter* first = children[0];
+  SyntaxConverter* second = children[1];
+  if (first->GetType() == kConverterDummy) {
+    // An empty axis on the left adds nothing: the cubes are those of the right operand.
+    if (second->GetType() != kConverterDummy) {
+      ImitateChildComposite(second);
+    }
+    return;
+  }
+  if (first->GetType() == kConverterBy) {
+    // "BY BY c" leaves the inner BY without cubes; crossing with nothing would lose c.
+    if (static_cast<SyntaxBy*>(first)->CubeCount() > 0) {
+      NestChildren(&children, /*cross=*/true);
+    } else {
+      ImitateChildComposite(second);
+    }
+    return;
+  }
+  if (second->GetType() == kConverterDummy) {
+    ImitateChildComposite(first);
+    return;
+  }
+  NestChildren(&children, /*cross=*/true);
+}
+
 void SyntaxBy::Initialize() {
   GetTableSubcommandParent()->IncrementBys();
 }

@@ -4,7 +4,7 @@
 #include "parser/SyntaxGreaterThan.h"
 
 /// a BY b: b goes to the next axis (rows, then columns, then layers). Binds loosest.
-// TODO(#5): the table-expression work adds crossing of cubes.
+/// Its cubes cross those of a with those of b; an empty axis (a dummy operand) adds nothing.
 class SyntaxBy : public SyntaxGreaterThan {
  public:
   SyntaxBy();
@@ -14,4 +14,5 @@ class SyntaxBy : public SyntaxGreaterThan {
   bool IsLessInert(const SyntaxConverter* op) const override;
   /// Counts this BY on its table; a third one raises IncorrectSequence.
   virtual void Initialize();
+  void DissectTableInCubes() override;
 };

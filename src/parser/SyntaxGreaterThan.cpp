@@ -7,6 +7,11 @@ int SyntaxGreaterThan::GetType() const {
   return kConverterGreaterThan;
 }
 
+void SyntaxGreaterThan::DissectTableInCubes() {
+  SyntaxComposite::DissectTableInCubes();
+  NestChildren(&Children(), /*cross=*/false);
+}
+
 bool SyntaxGreaterThan::IsLessInert(const SyntaxConverter* /*op*/) const {
   return true;
 }

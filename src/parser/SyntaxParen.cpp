@@ -64,6 +64,11 @@ void SyntaxParen::ValidateAndCommit(const std::string& text) {
   }
 }
 
+void SyntaxParen::DissectTableInCubes() {
+  SyntaxComposite::DissectTableInCubes();
+  ImitateChildComposite(Children().front());
+}
+
 bool SyntaxParen::IsParenClosed() const {
   return _parenClosed;
 }

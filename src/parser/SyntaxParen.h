@@ -4,12 +4,13 @@
 #include <string>
 
 #include "parser/SyntaxComposite.h"
+#include "parser/VariableComposite.h"
 
 /// ( expression ): groups operands so that a following operator or bracket applies to
 /// the whole group. After its ")" the parent becomes current and remembers this paren as
 /// its last paren child, for a square bracket that may follow.
-// TODO(#5): the table-expression work adds cube dissection (VariableComposite).
-class SyntaxParen : public SyntaxComposite {
+/// Its cubes are those of the expression inside.
+class SyntaxParen : public SyntaxComposite, public VariableComposite {
  public:
   SyntaxParen();
 
@@ -23,6 +24,7 @@ class SyntaxParen : public SyntaxComposite {
   /// An empty paren raises IncorrectSequence.
   void ValidateAndCommit(const std::string& text) override;
   virtual bool IsParenClosed() const;
+  void DissectTableInCubes() override;
 
  protected:
   void DumpDetails(std::ostream& out) const override;

@@ -7,6 +7,11 @@ int SyntaxPlus::GetType() const {
   return kConverterPlus;
 }
 
+void SyntaxPlus::DissectTableInCubes() {
+  SyntaxComposite::DissectTableInCubes();
+  StackChildren(&Children());
+}
+
 bool SyntaxPlus::IsLessInert(const SyntaxConverter* op) const {
   const int kind = op->GetType();
   return kind == kConverterPlus || kind == kConverterBy;

@@ -26,6 +26,8 @@ struct SyntaxTableSubcommand::TableData {
   std::vector<std::string> _expressionTokens;      // text of the expression, token by token
   std::string _expression;                         // cached joined text; empty until asked for
   TableSettings _settings;                         // what the table-level subcommands commit
+  bool _dissected = false;                         // the expression has been cut into cubes
+  std::string _title;                              // cached title; empty until asked for or set
 };
 
 namespace {
@@ -89,7 +91,8 @@ SyntaxConverter* SyntaxTableSubcommand::Slash(const std::string& /*text*/) {
 
 SyntaxConverter* SyntaxTableSubcommand::Period(const std::string& text) {
   ValidateAndCommit(text);
-  // TODO(#5): ValidateComperimeterRequest() and ValidateStatisticalTests() come here.
+  ValidateComperimeterRequest();
+  ValidateStatisticalTests();
   return SyntaxConverter::Period(text);
 }
 
@@ -119,7 +122,9 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
     return subcommand;
   }
   if (KeywordMatch(text.c_str(), "TABLE")) {
-    // TODO(#5): ValidateComperimeterRequest() and ValidateStatisticalTests() come here.
+    // This table is complete: its checks run before the next one begins.
+    ValidateComperimeterRequest();
+    ValidateStatisticalTests();
     return GetParent()->SubCommandString(text);
   }
   for (const char* keyword : kGlobalSubcommands) {
@@ -135,7 +140,50 @@ void SyntaxTableSubcommand::ValidateAndCommit(const std::string& /*text*/) {
   if (Children().empty()) {
     SyntaxParserUtility::NoTableSubcommand(this);
   }
-  // TODO(#5): dissection into cubes, default statistics and the CI level of each variable.
+  TableData& data = *_tableData;
+  if (!data._dissected) {
+    SyntaxConverter* expression = Children().front();
+    expression->DissectTableInCubes();
+    ImitateChildComposite(expression);
+    VariableComposite::SetDefaultStats();
+    data._dissected = true;
+  }
+  const double level = data._settings.GetCILevelValue();
+  const std::string levelText = data._settings.GetCILevelString();
+  for (SyntaxVariableName* variable : data._tableVarList) {
+    variable->CompleteStatistics();
+    variable->SetCILevel(level, levelText);
+  }
+  for (SyntaxVariableName* set : data._tableSetList) {
+    set->SetCILevel(level, levelText);
+  }
+}
+
+bool SyntaxTableSubcommand::IsDissected() const {
+  return _tableData->_dissected;
+}
+
+std::string SyntaxTableSubcommand::GetTitle() {
+  TableData& data = *_tableData;
+  if (data._title.empty()) {
+    if (data._settings.HasTitle()) {
+      data._title = data._settings.GetTitleText();
+      if (KeywordMatch(data._title.c_str(), "Warnings")) {
+        data._title += ' ';
+      }
+    } else {
+      data._title = std::to_string(data._tableNumber);
+    }
+  }
+  return data._title;
+}
+
+void SyntaxTableSubcommand::SetTitle(const std::string& title) {
+  _tableData->_title = title;
+}
+
+bool SyntaxTableSubcommand::HasTitle() const {
+  return _tableData->_settings.HasTitle();
 }
 
 int SyntaxTableSubcommand::GetTableNumber() const {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "parser/SyntaxComposite.h"
+#include "parser/VariableComposite.h"
 
 class SyntaxVariableName;
 class TableSettings;
@@ -12,9 +13,13 @@ class TableSettings;
 /// The parsed form of one table. Its first child is the expression; table-level
 /// subcommands follow as further children. It stops the slash: after "/" the table stays
 /// current, with all contexts cleared, to receive the next subcommand word.
-// TODO(#5): the table-expression work adds dissection into cubes, the commit of the global
-// settings, titles from the TITLES texts, and the CATEGORIES converter.
-class SyntaxTableSubcommand : public SyntaxComposite {
+///
+/// At the first slash or period after the expression the table dissects it into
+/// sub-table cubes (its VariableComposite list, read by the dispatcher through CubeCount
+/// and operator[]). When the table is complete it checks the label-moving CLABELS request
+/// and drops the significance tests that cannot run.
+// TODO(#5): the CATEGORIES converter.
+class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
  public:
   /// `tableNumber` is the 1-based position of the table in the command.
   explicit SyntaxTableSubcommand(int tableNumber);
@@ -27,8 +32,33 @@ class SyntaxTableSubcommand : public SyntaxComposite {
   SyntaxConverter* Period(const std::string& text) override;
   /// Opens a table-level subcommand, or passes TABLE to the root for the next table.
   SyntaxConverter* SubCommandString(const std::string& text) override;
-  /// A table without an expression raises NoTableSubcommand.
+  /// A table without an expression raises NoTableSubcommand. The first call dissects the
+  /// expression into cubes and gives default statistics; every call completes the
+  /// variables' statistics and passes the CRITERIA confidence level to them, so that a
+  /// CRITERIA after the expression still reaches them.
   void ValidateAndCommit(const std::string& text) override;
+  /// The expression has been cut into cubes.
+  bool IsDissected() const;
+
+  /// A CLABELS option that moves category labels needs a uniform source axis: no scale
+  /// variable, no sort by a statistic anywhere in the table, and source variables with the
+  /// same category options and compatible value labels. Violations raise their errors;
+  /// true otherwise.
+  bool ValidateComperimeterRequest();
+  /// Drops each requested test that cannot run on any cube of the table, with warnings
+  /// that say why. The HasChiSquareTest and similar flags stay as they were.
+  void ValidateStatisticalTests();
+  bool ValidateChiSquareTest(bool includeMRSets);
+  bool ValidateColPropTest(bool includeMRSets);
+  bool ValidateMeanPropTest(bool includeMRSets);
+
+  /// The title as tables and messages show it: the TITLE text (a title reading "Warnings"
+  /// gets a trailing blank, so that it is not taken for the host's warnings table), or the
+  /// table number. Cached; SetTitle replaces it.
+  std::string GetTitle();
+  void SetTitle(const std::string& title);
+  /// A TITLES subcommand gave a TITLE.
+  bool HasTitle() const;
 
   int GetTableNumber() const;
   /// What SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST committed for this table.

@@ -161,7 +161,20 @@ void SyntaxTablesCommand::CommitGlobalSubcommands() {
 }
 
 void SyntaxTablesCommand::MakeTableTitlesUnique() {
-  // TODO(#5): equal table titles get trailing blanks here, once tables carry titles.
+  // The output names tables by their titles, so two equal titles would be indistinguishable.
+  // Each later duplicate gets one more trailing blank, and the comparison goes on with the
+  // changed text: three equal titles end in none, one and two blanks.
+  std::vector<SyntaxTableSubcommand*>& tables = _commandData->_tables;
+  for (size_t first = 0; first < tables.size(); ++first) {
+    if (!tables[first]->HasTitle()) {
+      continue;
+    }
+    for (size_t later = first + 1; later < tables.size(); ++later) {
+      if (tables[later]->HasTitle() && tables[later]->GetTitle() == tables[first]->GetTitle()) {
+        tables[later]->SetTitle(tables[later]->GetTitle() + " ");
+      }
+    }
+  }
 }
 
 const VLabelsSettings& SyntaxTablesCommand::GetVLabelsSettings() const {

@@ -82,6 +82,10 @@ const std::vector<SigTestSettings>& TableSettings::GetSigTestSettings() const {
   return _data->_sigTestSettings;
 }
 
+std::vector<SigTestSettings>& TableSettings::GetSigTestSettings() {
+  return _data->_sigTestSettings;
+}
+
 bool TableSettings::HasChiSquareTest() const {
   return _data->_hasChiSquareTest;
 }

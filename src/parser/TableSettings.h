@@ -32,6 +32,8 @@ class TableSettings {
   void AddSignificanceTest(const SigTestSettings& settings);
   /// The requested tests, at most one of each type, in order of request.
   const std::vector<SigTestSettings>& GetSigTestSettings() const;
+  /// The same list for the table's final check, which drops tests that cannot run.
+  std::vector<SigTestSettings>& GetSigTestSettings();
   bool HasChiSquareTest() const;
   bool HasColPropTest() const;
   bool HasPairWiseTest() const;

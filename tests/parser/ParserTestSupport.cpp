@@ -23,12 +23,16 @@ namespace {
 // a is labelled so that expression texts show labels; d1/d2 and m1/m2 feed the two kinds of
 // multiple-response set.
 const char* const kCsv =
-    "a,b,c,d,e,d1,d2,m1,m2\n"
-    "1,2,3,4,5,1,0,1,2\n"
-    "2,1,3,4,5,0,1,2,3\n";
+    "a,b,c,d,e,d1,d2,m1,m2,x,y\n"
+    "1,2,3,4,5,1,0,1,2,1.5,2.5\n"
+    "2,1,3,4,5,0,1,2,3,3.5,4.5\n";
 
 const char* const kDictionary = R"({
-  "variables": [{"name": "a", "label": "Age group"}],
+  "variables": [
+    {"name": "a", "label": "Age group", "measure": "nominal"},
+    {"name": "b", "measure": "nominal"}, {"name": "c", "measure": "nominal"},
+    {"name": "d", "measure": "ordinal"}, {"name": "e", "measure": "ordinal"}
+  ],
   "mrsets": [
     {"name": "$dich", "label": "Media used", "type": "dichotomies", "counted": 1, "variables": ["d1", "d2"]},
     {"name": "$cats", "type": "categories", "variables": ["m1", "m2"]}

@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, BracketStatistics,
                                        "COUNT,COLPCT.COUNT"},
                              StatsCase{"QUILT /TABLE a BY b [COUNT COLPCT.COUNT].", "a", "none"},
                              // Numeric variables of unknown level are scale, so they take summary statistics.
-                             StatsCase{"QUILT /TABLE a [MEAN, PTILE 25 'Quartile'].", "a", "MEAN,PTILE"},
+                             StatsCase{"QUILT /TABLE x [MEAN, PTILE 25 'Quartile'].", "x", "MEAN,PTILE"},
                              // After a parenthesis every leaf gets them ...
                              StatsCase{"QUILT /TABLE (a + b) [COUNT].", "a", "COUNT"},
                              StatsCase{"QUILT /TABLE (a + b) [COUNT].", "b", "COUNT"},
@@ -73,18 +73,18 @@ INSTANTIATE_TEST_SUITE_P(Commands, BracketStatistics,
                              StatsCase{"QUILT /TABLE (a > b) [COUNT].", "b", "COUNT"},
                              StatsCase{"QUILT /TABLE (a > b) [COUNT].", "a", "none"},
                              // A bracket right after a variable belongs to that variable only.
-                             StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "a", "COUNT"},
-                             StatsCase{"QUILT /TABLE a [COUNT] + b [MAXIMUM].", "b", "MAXIMUM"},
+                             StatsCase{"QUILT /TABLE a [COUNT] + x [MAXIMUM].", "a", "COUNT"},
+                             StatsCase{"QUILT /TABLE a [COUNT] + x [MAXIMUM].", "x", "MAXIMUM"},
                              // A second bracket on the same variable: a repeated statistic moves to the end.
-                             StatsCase{"QUILT /TABLE a [COUNT MEAN] [COUNT].", "a", "MEAN,COUNT"},
+                             StatsCase{"QUILT /TABLE x [COUNT MEAN] [COUNT].", "x", "MEAN,COUNT"},
                              // A set takes the statistics of responses.
                              StatsCase{"QUILT /TABLE $cats [RESPONSES COUNT].", "$cats", "RESPONSES,COUNT"}));
 
 TEST(SyntaxSquareBracketTest, PercentileKeepsItsCutPointAndNameToken) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [PTILE 25, UPTILE 50].");
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE x [PTILE 25, UPTILE 50].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   // Two percentiles with different cut points are different statistics.
-  EXPECT_NE(LineOf(outcome.dump, "a").find("stats=PTILE 25,UPTILE 50"), std::string::npos) << outcome.dump;
+  EXPECT_NE(LineOf(outcome.dump, "x").find("stats=PTILE 25,UPTILE 50"), std::string::npos) << outcome.dump;
 }
 
 TEST(SyntaxSquareBracketTest, RepeatedStatisticInOneBracketWarnsOnceAndKeepsOne) {

@@ -76,12 +76,12 @@ INSTANTIATE_TEST_SUITE_P(
         TotalsCase{"QUILT /TABLE (a > b) [C] [TOTALS [COUNT]].", "a", "none", "none"}));
 
 TEST(SyntaxTotalsTest, ScaleVariableGetsNoTotalsButAWarning) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [TOTALS [COUNT]].");
+  const ParseOutcome outcome = ParseCommand("QUILT /TABLE x [TOTALS [COUNT]].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
   EXPECT_EQ(outcome.reported[0].key, kScaleTotal);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "a"}));
-  EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "none") << outcome.dump;
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "x"}));
+  EXPECT_EQ(FieldOf(outcome.dump, "x", "totalstats="), "none") << outcome.dump;
 }
 
 TEST(SyntaxTotalsTest, SecondTotalsClauseWarnsAndAddsToTheFirst) {
@@ -122,7 +122,8 @@ TEST(SyntaxTotalsTest, CompletedStatisticsFillTheTotalCategory) {
                         }
                       });
   ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  EXPECT_EQ(stats, (std::vector<std::string>{"MEAN", "COUNT", "COLPCT.COUNT", "", ""}));
+  // Stacked after a variable with statistics, w and s get the default COUNT.
+  EXPECT_EQ(stats, (std::vector<std::string>{"MEAN", "COUNT", "COLPCT.COUNT", "COUNT", "COUNT"}));
   // The clause wins over the categories' list; without a clause the total shows what the
   // categories show, and plain COUNT when they show nothing; s has no total category.
   EXPECT_EQ(totalStats, (std::vector<std::string>{"", "ROWPCT.COUNT", "COLPCT.COUNT", "COUNT", ""}));
