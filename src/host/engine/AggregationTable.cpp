@@ -78,23 +78,36 @@ struct AggregationTable::Data {
     }
   }
 
-  // Orders a dimension's categories by a statistic read in the first sub-table cube that
-  // holds both, with every other position at its total.
+  // Orders a dimension's categories by a statistic of the first sub-table cube that holds
+  // the dimension, the variable carrying the statistic where one was named, and the
+  // statistic itself. Each category is read with every other position at its total: its
+  // margin. Without such a cube the categories keep their order.
   void SortDimension(TableDimension& dimension, const AggregationStatistic& statistic) {
+    const bool categorical = statistic.GetVarIndex() < 0;
     for (CubeAggregator* aggregator : _subTableAggregators) {
       const int length = aggregator->GetKeyLength();
       int position = -1;
-      for (int p = 0; p < length && position < 0; ++p) {
-        if (aggregator->GetDimension(p) == &dimension) position = p;
+      bool carrier = !dimension.HasSortCarrier();
+      for (int p = 0; p < length; ++p) {
+        TableDimension* held = aggregator->GetDimension(p);
+        if (held == &dimension && position < 0) position = p;
+        if (held != &dimension && dimension.IsSortCarriedBy(held)) carrier = true;
       }
-      if (position < 0) continue;
-      const int index = aggregator->GetCellStats()->GetIndex(statistic, statistic.GetVarIndex() < 0);
-      if (index < 0) continue;
+      if (position < 0 || !carrier) continue;
+      if (aggregator->GetCellStats()->GetIndex(statistic, categorical) < 0 &&
+          aggregator->GetTotalStats()->GetIndex(statistic, categorical) < 0) {
+        continue;
+      }
       dimension.SortByStatistic([&](int encoding) {
         CellKey key(length);
         key[position] = encoding;
         const StatValues* values = aggregator->GetStatValuesByKey(key);
-        return values == nullptr ? TARN_SystemMissing() : values->GetStatValue(index).GetValue1();
+        if (values == nullptr) return TARN_SystemMissing();
+        // A cell at the total of the carrying variable follows the total list.
+        const CellStatistics* list =
+            values->IsTotalStats() ? aggregator->GetTotalStats() : aggregator->GetCellStats();
+        const int index = list->GetIndex(statistic, categorical);
+        return index < 0 ? TARN_SystemMissing() : values->GetStatValue(index).GetValue1();
       });
       return;
     }
@@ -355,7 +368,16 @@ bool AggregationTable::HasEmptyCubes() const {
 
 void AggregationTable::PrintDataDbg() const {
   _data->Flush();
-  for (const auto& cube : _data->_cubes) {
-    if (cube->GetCubeAggregator() != nullptr) std::cerr << cube->GetCubeAggregator()->DebugText();
+  const std::size_t cubes = _data->_cubes.size();
+  std::cerr << "aggregation table: " << cubes << " sub-table cubes, " << _data->_axisOwned.size()
+            << " axis cubes\n";
+  for (std::size_t i = 0; i < cubes; ++i) {
+    const CubeAggregator* aggregator = _data->_cubes[i]->GetCubeAggregator();
+    std::cerr << "sub-table " << i + 1 << ' ';
+    if (aggregator == nullptr) {
+      std::cerr << "cube: no aggregator yet\n";
+    } else {
+      std::cerr << aggregator->DebugText();
+    }
   }
 }

@@ -63,6 +63,14 @@ void PutSlot(PackedKey& key, int position, int slot) {
   }
 }
 
+// The encoding at one position of a packed key.
+int DecodeSlot(const PackedKey& key, int position) {
+  const int bit = position * kBitsPerPosition;
+  const std::uint64_t word = bit < 64 ? key._low >> bit : key._high >> (bit - 64);
+  const int slot = static_cast<int>(word & 0xFFFF);
+  return slot == 0 ? kCellKeyTotal : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
+}
+
 // Weighted count, squared weights and number of cases of one population.
 struct Population {
   double _w = 0.0;
@@ -835,13 +843,8 @@ void CubeAggregator::Complete() {
   std::vector<int> codes(n);
   for (std::uint32_t source = 0; source < leafKeys.size(); ++source) {
     const PackedKey& leafKey = leafKeys[source];
-    // Decode the leaf's codes from its slots.
     for (std::size_t i = 0; i < n; ++i) {
-      const int bit = static_cast<int>(i) * kBitsPerPosition;
-      const std::uint64_t word = bit < 64 ? leafKey._low >> bit : leafKey._high >> (bit - 64);
-      const int slot = static_cast<int>(word & 0xFFFF);
-      const int code =
-          slot == 0 ? kCellKeyTotal : (slot >= kValueSlotBase ? slot - kValueSlotBase : -100 - slot);
+      const int code = DecodeSlot(leafKey, static_cast<int>(i));
       options[i].assign(1, code);
       if (d._single[i] && code != kCellKeyTotal) {
         const int subtotal = d._dimensions[i]->SubtotalOf(code);
@@ -896,12 +899,37 @@ TableDimension* CubeAggregator::GetDimension(int i) const {
 }
 
 std::string CubeAggregator::DebugText() const {
+  const Data& d = *_data;
+  static const char* const kPositionNames[] = {"row", "column", "layer", "extra"};
   std::ostringstream out;
-  out << "cube: " << GetKeyLength() << " positions, " << _data->_cells.size() << " cells\n";
-  for (const auto& entry : _data->_index) {
-    const Cell& cell = _data->_cells[entry.second];
-    out << "  key " << std::hex << entry.first._high << ':' << entry.first._low << std::dec << " count "
-        << cell._count._w << " (" << cell._count._u << " cases), total " << cell._total._w << '\n';
+  out << "cube: " << GetKeyLength() << " positions (";
+  for (std::size_t i = 0; i < d._positions.size(); ++i) {
+    const int position = d._positions[i];
+    out << (i > 0 ? ", " : "") << (position >= 0 && position < 4 ? kPositionNames[position] : "?");
+  }
+  out << "), " << d._cells.size() << " cells" << (d._complete ? "" : ", cases still arriving") << '\n';
+  // Cells in key order, so that the dump does not depend on the hash table.
+  std::vector<std::pair<std::vector<int>, std::uint32_t>> rows;
+  for (std::uint32_t where = 0; where < d._cellKeys.size(); ++where) {
+    std::vector<int> codes(d._positions.size());
+    for (std::size_t i = 0; i < codes.size(); ++i)
+      codes[i] = DecodeSlot(d._cellKeys[where], static_cast<int>(i));
+    rows.emplace_back(std::move(codes), where);
+  }
+  std::sort(rows.begin(), rows.end());
+  for (const auto& [codes, where] : rows) {
+    const Cell& cell = d._cells[where];
+    out << "  (";
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+      out << (i > 0 ? ", " : "");
+      if (codes[i] == kCellKeyTotal) {
+        out << "total";
+      } else {
+        out << codes[i];
+      }
+    }
+    out << ") count " << cell._count._w << " (" << cell._count._u << " cases), valid " << cell._valid._w
+        << ", total " << cell._total._w << ", responses " << cell._responses << '\n';
   }
   return out.str();
 }

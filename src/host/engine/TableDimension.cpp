@@ -117,6 +117,10 @@ struct TableDimension::Data {
   std::vector<AggregationCategory*> _pcomputeRequired;
   bool _complete = false;
   std::optional<AggregationStatistic> _sortStatistic;
+  // The categorical variable carrying the sort statistic, as a dimension or, from the
+  // variable's own sort settings, as a dictionary index; null and -1 for none.
+  const TableDimension* _sortDimension = nullptr;
+  int _sortCarrierIndex = -1;
 
   const std::vector<ParsedCategory*>* Parsed() const { return _variable->GetParsedCategories(); }
 
@@ -496,11 +500,25 @@ void TableDimension::SetSortByScaleStats(TableMetadata* /*metadata*/, const Aggr
   _data->_sortStatistic = statistic;
 }
 
-void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/, TableDimension* /*dimension*/,
+void TableDimension::SetSortByDimensionStats(TableMetadata* /*metadata*/, TableDimension* dimension,
                                              const AggregationStatistic& statistic) {
-  // The statistic is read in a cube holding this dimension, with every other position at
-  // its total, which is where the other dimension's statistic of each category stands.
+  // The statistic is read in a cube holding this dimension and the one carrying the
+  // statistic, with every other position at its total: the margin of each category.
   _data->_sortStatistic = statistic;
+  _data->_sortDimension = dimension;
+}
+
+bool TableDimension::IsSortCarriedBy(const TableDimension* dimension) const {
+  if (_data->_sortDimension != nullptr) return dimension == _data->_sortDimension;
+  if (_data->_sortCarrierIndex >= 0) {
+    const std::vector<int> indices = dimension->GetSourceVarIndices();
+    return dimension->IsSingleVariable() && !indices.empty() && indices.front() == _data->_sortCarrierIndex;
+  }
+  return true;
+}
+
+bool TableDimension::HasSortCarrier() const {
+  return _data->_sortDimension != nullptr || _data->_sortCarrierIndex >= 0;
 }
 
 const AggregationStatistic* TableDimension::GetSortStatistic() const {
@@ -517,6 +535,11 @@ const AggregationStatistic* TableDimension::GetSortStatistic() const {
                      _data->_source->GetVariable(varIndex)->GetMeasurementLevel() == kMeasureScale;
   _data->_sortStatistic = scale ? AggregationStatistic(varIndex, variable.GetSortStatistic())
                                 : AggregationStatistic(variable.GetSortStatistic());
+  // A categorical variable other than this one carries the statistic.
+  const auto& own = variable.GetVarIndices();
+  if (!scale && varIndex >= 0 && std::find(own.begin(), own.end(), varIndex) == own.end()) {
+    _data->_sortCarrierIndex = varIndex;
+  }
   return &*_data->_sortStatistic;
 }
 

@@ -84,6 +84,11 @@ class TableDimension {
 
   /// The statistic that orders the categories, or null when they keep value or label order.
   const AggregationStatistic* GetSortStatistic() const;
+  /// True when a cube holding `dimension` may give the sort statistic: the categorical
+  /// variable that carries it, where one was named, is that dimension's variable.
+  bool IsSortCarriedBy(const TableDimension* dimension) const;
+  /// True when the sort names a categorical variable that carries the statistic.
+  bool HasSortCarrier() const;
   /// Reorders each run of value categories by `valueOf(encoding)`, ascending or descending
   /// as ORDER says; totals and subtotals keep their places.
   void SortByStatistic(const std::function<double(int)>& valueOf);
