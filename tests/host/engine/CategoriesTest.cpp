@@ -276,3 +276,127 @@ TEST(Categories, SortedByAStatistic) {
 }
 
 }  // namespace
+
+namespace {
+
+using namespace enginetest;
+
+// ALL is LO THRU HI: every valid value of the data (and, with EMPTY=INCLUDE, every
+// labelled one) in ascending order at the place of the item. A value named ahead of ALL
+// keeps its own place, and the user-missing 9 stays in the hidden bucket unless MISSING
+// brings it in. Data q = 1, 1, 2, 9, empty, 3: four valid cases; TOTALN of the total is
+// all six cases whatever the list, since 9 and the empty case sit in the bucket or in a
+// missing category.
+TEST(Categories, AllItemCollectsEveryValidValue) {
+  constexpr int kAll = 0;
+  constexpr int kMissing = -1;
+  struct Row {
+    const char* _name;
+    std::vector<int> _items;  // kAll, kMissing or a value
+    bool _emptyInclude;
+    const char* _expected;
+    double _count;  // COUNT of the total
+    double _valid;  // VALIDN of the total
+  };
+  const Row rows[] = {
+      {"alone", {kAll}, true, "1:Yes 2:No 3: 4:Maybe T:Total", 4, 4},
+      {"without empty categories", {kAll}, false, "1:Yes 2:No 3: T:Total", 4, 4},
+      {"after a value", {2, kAll}, false, "2:No 1:Yes 3: T:Total", 4, 4},
+      {"with MISSING", {kAll, kMissing}, false, "1:Yes 2:No 3: 9:NA T:Total", 5, 4},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row._name);
+    OneWay t;
+    std::vector<OBS> values(row._items.size());
+    std::vector<ParsedCategory*> items;
+    for (std::size_t i = 0; i < row._items.size(); ++i) {
+      const int item = row._items[i];
+      if (item == kAll) {
+        items.push_back(new ParsedCategory(ParsedCategory::kParsedAll));
+      } else if (item == kMissing) {
+        items.push_back(new ParsedCategory(ParsedCategory::kParsedMissing));
+      } else {
+        values[i] = Number(item);
+        items.push_back(new ParsedCategory(&values[i], 0));
+      }
+    }
+    t._q->AddParsedCategories(&items);
+    t._q->SetIsTotalNo(false);
+    t._q->SetIsEmptyInclude(row._emptyInclude);
+    t.Run();
+    EXPECT_EQ(t.Describe(), row._expected);
+    EXPECT_DOUBLE_EQ(t.At(kCellKeyTotal, Codes::kStatCount), row._count);
+    EXPECT_DOUBLE_EQ(t.At(kCellKeyTotal, Codes::kStatValidN), row._valid);
+    EXPECT_DOUBLE_EQ(t.At(kCellKeyTotal, Codes::kStatTotalN), 6);
+    EXPECT_DOUBLE_EQ(t.At(Encoding(t._dim, 1), Codes::kStatCount), 2);
+    for (ParsedCategory* item : items) delete item;
+  }
+}
+
+// Sorting by the statistic of another variable: g is crossed with h in one sub-table and
+// with m in another (g BY h + m), each carrying COUNT and VALIDN. m is missing in some
+// cases, h never:
+//   g = 1: three cases, m valid in one;  g = 2: two cases, m valid in both;  g = 3: one case.
+// Each category is read at the other variable's total, its margin. VALIDN there counts
+// the cases valid on the carrying variable: by h 3, 2, 1; by m 1, 2, 1. Descending by m
+// that is 2, then 3 and 1, tied, in descending value order as ORDER=D lays them out; by h
+// 1, 2, 3. The sort must read the cube where the named variable carries the statistic,
+// not merely the first one holding g.
+TEST(Categories, SortedByAnotherVariablesStatistic) {
+  const std::string csv = "g,h,m\n1,1,1\n1,2,\n1,1,\n2,1,1\n2,2,2\n3,1,2\n";
+  enum Route { kByDimension, kByVariableSettings, kByCarrierH, kWithTotalList };
+  struct Row {
+    const char* _name;
+    Route _route;
+    std::vector<double> _expected;
+  };
+  const Row rows[] = {
+      {"dimension of m", kByDimension, {2, 3, 1}},
+      {"variable settings naming m", kByVariableSettings, {2, 3, 1}},
+      {"variable settings naming h", kByCarrierH, {1, 2, 3}},
+      // The carrier's total follows the total list, which holds VALIDN at another index
+      // (its index in the cell list holds COUNT there, which would order 1, 2, 3).
+      {"total list of m", kWithTotalList, {2, 3, 1}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row._name);
+    Harness h(csv, "");
+    AggregationVariable* g = h.Variable("g");
+    AggregationVariable* hv = h.Variable("h");
+    AggregationVariable* m = h.Variable("m");
+    g->SetIsOrderA(false);
+    const std::vector<AggregationStatistic> list = {AggregationStatistic(Codes::kStatCount),
+                                                    AggregationStatistic(Codes::kStatValidN)};
+    AggregationCube* first = h._table->CreateCube();
+    first->AddCategoricalVariable(g, Codes::kDimensionRow);
+    first->AddCategoricalVariable(hv, Codes::kDimensionColumn);
+    first->CreateCubeAggregator();
+    first->AddCategoryStatistics(list, hv);
+    AggregationCube* second = h._table->CreateCube();
+    second->AddCategoricalVariable(g, Codes::kDimensionRow);
+    second->AddCategoricalVariable(m, Codes::kDimensionColumn);
+    second->CreateCubeAggregator();
+    if (row._route == kWithTotalList) {
+      second->AddCategoryAndTotalStatistics(list, m,
+                                            {AggregationStatistic(Codes::kStatTotalN), list[0], list[1]});
+    } else {
+      second->AddCategoryStatistics(list, m);
+    }
+    const AggregationStatistic validN(Codes::kStatValidN);
+    if (row._route == kByDimension || row._route == kWithTotalList) {
+      g->GetTableDimension()->SetSortByDimensionStats(&h._table->GetTableMetaData(), m->GetTableDimension(),
+                                                      validN);
+    } else {
+      g->SetSortKey(AggregationVariable::kSortKeyStatistic);
+      g->SetSortInfo(Codes::kStatValidN, row._route == kByCarrierH ? h.Index("h") : h.Index("m"));
+    }
+    h.RunGroup();
+    std::vector<double> order;
+    for (const AggregationCategory* category : g->GetTableDimension()->GetCategories()) {
+      order.push_back(category->GetCatValue()->number);
+    }
+    EXPECT_EQ(order, row._expected);
+  }
+}
+
+}  // namespace
