@@ -5,7 +5,6 @@
 
 #include "host/QuiltAssert.h"
 #include "host/engine/AggregationCategory.h"
-#include "host/engine/AggregationVariable.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxVariableName.h"
@@ -147,10 +146,7 @@ HeaderTreeNode* HeaderTreeNode::Create(SyntaxVariableName* variable, bool keepHe
 
   std::vector<HeaderTreeNode*> placeholders{Create(variable)};
   if (variable->GetHasTotalStats()) placeholders.push_back(CreateTempTot(variable));
-  // TODO(#5): read EMPTY from the variable node once CATEGORIES stores it there; until then
-  // the engine's variable, which the dispatcher configures from the node, answers.
-  const AggregationVariable* engineVariable = variable->GetAggregationVariable();
-  const bool includeEmpty = engineVariable == nullptr || engineVariable->GetIsEmptyInclude();
+  const bool includeEmpty = variable->GetIsEmptyInclude();
   for (HeaderTreeNode* placeholder : placeholders) {
     placeholder->SetIncludeEmpty(includeEmpty);
     if (keepHere) {

@@ -194,13 +194,6 @@ bool IsTotalType(int catType) {
 
 }  // namespace
 
-bool QuiltTableIsEmptyInclude(const SyntaxVariableName* variable) {
-  // TODO(#5): read EMPTY from the variable node once CATEGORIES stores it there; until then
-  // the engine's variable, which the dispatcher configures from the node, answers.
-  const AggregationVariable* engineVariable = variable->GetAggregationVariable();
-  return engineVariable == nullptr || engineVariable->GetIsEmptyInclude();
-}
-
 QuiltTable::QuiltTable() : _tableData(std::make_unique<Data>()) {}
 
 QuiltTable::~QuiltTable() { Cleanup(); }
@@ -642,7 +635,7 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
   SyntaxVariableName* variable = node->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
   const std::vector<AggregationCategory*>& categories = CategoriesOf(variable);
-  const bool includeEmpty = QuiltTableIsEmptyInclude(variable);
+  const bool includeEmpty = variable->GetIsEmptyInclude();
   for (size_t i = 0; i < categories.size(); ++i) {
     Node* category = Node::Create(categories[i]);
     category->SetIncludeEmpty(includeEmpty);

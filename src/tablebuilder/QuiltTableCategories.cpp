@@ -101,7 +101,7 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeUseCubes(const HeaderTreeNode* node
   SyntaxVariableName* variable = node->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
   // A variable whose empty categories show needs no cube: it shows all of them.
-  if (QuiltTableIsEmptyInclude(variable)) return BuildFinalSubtreeNoCubes(node);
+  if (variable->GetIsEmptyInclude()) return BuildFinalSubtreeNoCubes(node);
   std::vector<Node*> categories;
   const int count = BuildCategorySubtreesUseCubes(node, variable, path, cubes, categories);
   if (count > 0) {
@@ -134,7 +134,7 @@ HeaderTreeNode* QuiltTable::BuildEmptyBranch(const HeaderTreeNode* node) {
     return copy;
   }
   QUILT_ASSERT(type == Node::kHNodeTypeCatVariable, "an empty branch starts with a variable or a statistic");
-  if (node->GetVariable() != nullptr && QuiltTableIsEmptyInclude(node->GetVariable())) {
+  if (node->GetVariable() != nullptr && node->GetVariable()->GetIsEmptyInclude()) {
     return BuildFinalSubtreeNoCubes(node);
   }
   Node* copy = Node::CreateCopy(node);
@@ -241,7 +241,7 @@ int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& te
     }
   }
   const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/false);
-  const bool includeEmpty = QuiltTableIsEmptyInclude(tempCats[0]->GetVariable());
+  const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
   const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();
   const size_t first = out.size();
   for (size_t i = 0; i < categories.size(); ++i) {
@@ -274,7 +274,7 @@ void QuiltTable::ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent,
   QUILT_ASSERT(parent != nullptr, "parent");
   QUILT_ASSERT(tempCats.size() > 0, "tempCats.size() > 0");
   const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/true);
-  const bool includeEmpty = QuiltTableIsEmptyInclude(tempCats[0]->GetVariable());
+  const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
   const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();
   std::vector<Node*> nodes;
   for (size_t i = 0; i < categories.size(); ++i) {

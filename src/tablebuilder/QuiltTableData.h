@@ -41,6 +41,3 @@ struct QuiltTable::Data {
   std::vector<std::vector<HeaderTreeNode*>> _sigTestTrees;  // the trees of each test; owned
   bool _unweightedData = true;                  // unweighted statistics count for the tests
 };
-
-/// Whether the categories of `variable` show even when nothing was observed.
-bool QuiltTableIsEmptyInclude(const SyntaxVariableName* variable);

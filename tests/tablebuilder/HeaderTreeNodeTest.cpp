@@ -11,6 +11,7 @@
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/Statistics.h"
+#include "parser/SyntaxConverter.h"
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/StatTreeNode.h"
 
@@ -21,6 +22,9 @@ using Node = HeaderTreeNode;
 
 // Owns the parse-side objects the nodes point at, so that each test reads like a tree.
 struct Fixture {
+  // Variables made here read no dictionary: no data source of an earlier test is reached.
+  Fixture() { SyntaxConverter().SetDataSource(nullptr); }
+
   std::vector<std::unique_ptr<SyntaxVariableName>> variables;
   std::vector<std::unique_ptr<Statistics>> statistics;
   std::vector<std::unique_ptr<AggregationCategory>> categories;

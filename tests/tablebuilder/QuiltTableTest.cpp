@@ -1,0 +1,361 @@
+// QuiltTableTest.cpp - preliminary and final trees of whole commands, slots, axis cubes and cell keys
+#include "tablebuilder/QuiltTable.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "GoldenFile.h"
+#include "TableBuilderTestSupport.h"
+#include "host/engine/AggregationCategory.h"
+#include "tablebuilder/HeaderTreeNode.h"
+#include "tablebuilder/StatTreeNode.h"
+
+namespace {
+
+using Node = HeaderTreeNode;
+using Key = QuiltTable::CategoryKey;
+
+// The labels of the leaf keys of a final tree, one "a/b" string per leaf.
+std::vector<std::string> LeafKeys(Node* tree) {
+  std::vector<std::string> keys;
+  Key key;
+  bool keyChanged = false;
+  int emptyCount = 0;
+  for (Node* leaf = QuiltTable::FirstLeaf(tree, key, keyChanged, emptyCount); leaf != nullptr;
+       leaf = QuiltTable::NextLeaf(leaf, key, keyChanged, emptyCount)) {
+    std::string text;
+    for (const AggregationCategory* category : key) text += (text.empty() ? "" : "/") + category->GetCatLabel();
+    keys.push_back(text);
+  }
+  return keys;
+}
+
+// Every statistic node of a tree, in leaf order.
+void CollectStatistics(const Node* node, std::vector<const StatTreeNode*>& out) {
+  if (node->GetType() == Node::kHNodeTypeStatistic) out.push_back(static_cast<const StatTreeNode*>(node));
+  for (const Node* child : node->GetChildren()) CollectStatistics(child, out);
+}
+
+struct GoldenCase {
+  const char* name;
+  const char* command;
+  bool emptyInclude;
+  bool totals = false;
+};
+
+class QuiltTableGolden : public testing::TestWithParam<GoldenCase> {};
+
+// Each dump shows the preliminary trees, the slots, and the final trees with the leaf keys
+// after the eight cases of the test survey. The final trees were checked by hand against the
+// cases: region 2 (South) has no agegrp 3 (Old), and South with Young has no Female.
+TEST_P(QuiltTableGolden, DumpMatches) {
+  BuiltTable::Options options;
+  options.emptyInclude = GetParam().emptyInclude;
+  options.totals = GetParam().totals;
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build(GetParam().command, options);
+  ASSERT_TRUE(built);
+  built->RunData();
+  const std::string dump = std::string("Command: ") + GetParam().command + "\n" + built->Dump();
+  EXPECT_TRUE(MatchesGoldenFile(std::string("tablebuilder/") + GetParam().name + ".txt", dump));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    QuiltTable, QuiltTableGolden,
+    testing::Values(
+        GoldenCase{"crossing", "QUILT /TABLE region BY gender [COUNT].", true},
+        GoldenCase{"nesting_three_deep", "QUILT /TABLE region > agegrp > gender [COUNT].", false},
+        GoldenCase{"stacking", "QUILT /TABLE region + agegrp BY gender [COUNT] + agegrp [COLPCT.COUNT].", true},
+        GoldenCase{"layers", "QUILT /TABLE region BY gender [COUNT] BY agegrp.", true},
+        GoldenCase{"scale_statistics", "QUILT /TABLE score [MEAN SUM] + income [MEAN] BY region.", true},
+        GoldenCase{"slabels_rows", "QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=ROW.", true},
+        GoldenCase{"slabels_layers", "QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=LAYER.",
+                   true},
+        GoldenCase{"slabels_hidden", "QUILT /TABLE region BY gender [COUNT] /SLABELS VISIBLE=NO.", true},
+        GoldenCase{"clabels_rowlabels_opposite",
+                   "QUILT /TABLE region > agegrp [COUNT] BY gender /CLABELS ROWLABELS=OPPOSITE.", true},
+        GoldenCase{"clabels_collabels_opposite",
+                   "QUILT /TABLE region BY gender > agegrp [COUNT] /CLABELS COLLABELS=OPPOSITE.", true},
+        GoldenCase{"clabels_rowlabels_layer", "QUILT /TABLE region [COUNT] BY gender /CLABELS ROWLABELS=LAYER.", true},
+        GoldenCase{"clabels_collabels_layer",
+                   "QUILT /TABLE region BY gender [COUNT] BY agegrp /CLABELS COLLABELS=LAYER.", true},
+        GoldenCase{"totals", "QUILT /TABLE region BY gender [COUNT TOTALS [COLPCT.COUNT]].", true, true},
+        GoldenCase{"totals_nested", "QUILT /TABLE region > agegrp [COUNT TOTALS [COLPCT.COUNT]] BY gender.", false,
+                   true}),
+    [](const testing::TestParamInfo<GoldenCase>& info) { return info.param.name; });
+
+struct SlotCase {
+  const char* command;
+  int rows;
+  int columns;
+  int layers;
+};
+
+TEST(QuiltTable, SlotCountsFollowTheStackedTerms) {
+  const SlotCase cases[] = {
+      {"QUILT /TABLE region.", 1, 1, 1},
+      {"QUILT /TABLE region + agegrp.", 2, 1, 1},
+      {"QUILT /TABLE (region + agegrp) > gender.", 2, 1, 1},
+      {"QUILT /TABLE region + agegrp BY gender + region BY agegrp + gender.", 2, 2, 2},
+      {"QUILT /TABLE BY region + gender.", 1, 2, 1},
+      // Two scale summands share one sub-table; a categorical one after them opens another.
+      {"QUILT /TABLE score + income.", 1, 1, 1},
+      {"QUILT /TABLE score + income + region.", 2, 1, 1},
+  };
+  for (const SlotCase& slotCase : cases) {
+    SCOPED_TRACE(slotCase.command);
+    std::unique_ptr<BuiltTable> built = BuiltTable::Build(slotCase.command);
+    ASSERT_TRUE(built);
+    QuiltTable& table = built->Table();
+    EXPECT_EQ(table.GetNRows(), slotCase.rows);
+    EXPECT_EQ(table.GetNColumns(), slotCase.columns);
+    EXPECT_EQ(table.GetNLayers(), slotCase.layers);
+    // Layers vary fastest: the running number of (r, c, l) is (r * columns + c) * layers + l.
+    const int last = slotCase.rows * slotCase.columns * slotCase.layers - 1;
+    EXPECT_EQ(table.GetCubeIndex(slotCase.rows - 1, slotCase.columns - 1, slotCase.layers - 1), last);
+  }
+}
+
+TEST(QuiltTable, StackedScaleVariablesShareTheirSlot) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE score + income + region.");
+  ASSERT_TRUE(built);
+  const std::vector<Node*>& summands = built->Table().GetPrelimRowRoot()->GetChildren();
+  ASSERT_EQ(summands.size(), 3u);
+  EXPECT_FALSE(summands[0]->GetSameCubeAsPrev());
+  EXPECT_TRUE(summands[1]->GetSameCubeAsPrev());
+  EXPECT_EQ(summands[0]->GetCubeIndexInDim(), 0);
+  EXPECT_EQ(summands[1]->GetCubeIndexInDim(), 0);
+  EXPECT_EQ(summands[2]->GetCubeIndexInDim(), 1);
+}
+
+TEST(QuiltTable, GetCubeIndexOfTwoSlotsSkipsTheDimensionWithOneSlot) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region + agegrp BY gender BY agegrp + gender.");
+  ASSERT_TRUE(built);
+  const QuiltTable& table = built->Table();
+  ASSERT_EQ(table.GetNColumns(), 1);
+  // Rows and layers, both of two slots: (r, l) is r * 2 + l.
+  EXPECT_EQ(table.GetCubeIndex(1, 0), 2);
+  EXPECT_EQ(table.GetCubeIndex(1, 1), 3);
+  EXPECT_EQ(table.GetCubeIndex(1, 0, 1), 3);
+}
+
+TEST(QuiltTable, ScaleStatisticsStandInTheColumnsByDefault) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE score [MEAN MAXIMUM].");
+  ASSERT_TRUE(built);
+  QuiltTable& table = built->Table();
+  const Node* rows = table.GetPrelimRowRoot();
+  ASSERT_EQ(rows->GetNChildren(), 1);
+  EXPECT_EQ(rows->GetChildren()[0]->GetType(), Node::kHNodeTypeScaleVariable);
+  EXPECT_TRUE(rows->GetChildren()[0]->IsLeaf());
+  // The scale variable at the top shows even without data.
+  EXPECT_TRUE(rows->GetChildren()[0]->IsIncludeEmpty());
+  std::vector<const StatTreeNode*> stats;
+  CollectStatistics(table.GetPrelimColRoot(), stats);
+  ASSERT_EQ(stats.size(), 2u);
+  EXPECT_EQ(stats[0]->GetStatType(), TableEncryptionCodes::kStatMean);
+  EXPECT_EQ(stats[1]->GetStatFormatCode(), StatTreeNode::kStatFormatVariable);
+  // Statistics on a dimension without variables show even without data.
+  EXPECT_TRUE(stats[0]->IsIncludeEmpty());
+}
+
+TEST(QuiltTable, HiddenStatisticLabelsKeepTheStatisticsOutOfEveryDimension) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region [COUNT] BY gender /SLABELS VISIBLE=NO.");
+  ASSERT_TRUE(built);
+  QuiltTable& table = built->Table();
+  EXPECT_FALSE(table.AreStatsVisible());
+  ASSERT_NE(table.GetStatTree(), nullptr);
+  std::vector<const StatTreeNode*> inDimensions;
+  for (const Node* root : {table.GetPrelimRowRoot(), table.GetPrelimColRoot(), table.GetPrelimLayerRoot()}) {
+    CollectStatistics(root, inDimensions);
+  }
+  EXPECT_TRUE(inDimensions.empty());
+  std::vector<const StatTreeNode*> hidden;
+  CollectStatistics(table.GetStatTree(), hidden);
+  ASSERT_EQ(hidden.size(), 1u);
+  EXPECT_TRUE(hidden[0]->IsHidden());
+}
+
+TEST(QuiltTable, ColLabelsOppositeBuildsTheColumnsFirstAndTheRowsReceive) {
+  std::unique_ptr<BuiltTable> built =
+      BuiltTable::Build("QUILT /TABLE region BY gender [COUNT] /CLABELS COLLABELS=OPPOSITE.");
+  ASSERT_TRUE(built);
+  built->RunData();
+  QuiltTable& table = built->Table();
+  // The column variable stands alone; its categories are the inner level of the rows.
+  const Node* gender = table.GetColHeaderRoot()->GetChildren()[0];
+  EXPECT_EQ(gender->GetType(), Node::kHNodeTypeCatVariable);
+  EXPECT_EQ(LeafKeys(table.GetRowHeaderRoot()),
+            (std::vector<std::string>{"North/Male", "North/Female", "South/Male", "South/Female"}));
+}
+
+struct AxisCubeCase {
+  const char* command;
+  bool emptyInclude;
+  int expectedResult;  // the sum over the three dimensions
+  bool rowFlag;
+};
+
+TEST(QuiltTable, AxisCubesAreMadeForNestingsWithoutEmptyCategories) {
+  const AxisCubeCase cases[] = {
+      // Two levels below the outermost: a cube of region x agegrp and one of all three.
+      {"QUILT /TABLE region > agegrp > gender.", false, 2, true},
+      // With EMPTY=INCLUDE from the outermost variable on, no cube, and -1 per nesting.
+      {"QUILT /TABLE region > agegrp > gender.", true, -1, false},
+      // No nesting, no cube.
+      {"QUILT /TABLE region + agegrp BY gender.", false, 0, false},
+      // Each summand of a nested stack has a slot and a cube of its own.
+      {"QUILT /TABLE (region + agegrp) > gender.", false, 2, true},
+      {"QUILT /TABLE region BY gender > agegrp.", false, 1, false},
+  };
+  for (const AxisCubeCase& axisCase : cases) {
+    SCOPED_TRACE(axisCase.command);
+    BuiltTable::Options options;
+    options.emptyInclude = axisCase.emptyInclude;
+    std::unique_ptr<BuiltTable> built = BuiltTable::Build(axisCase.command, options);
+    ASSERT_TRUE(built);
+    EXPECT_EQ(built->GetAxisCubeResult(), axisCase.expectedResult);
+    EXPECT_EQ(built->Table().HasRowAxisCubes(), axisCase.rowFlag);
+  }
+}
+
+TEST(QuiltTable, NestedCategoriesStandOnlyWhereTheyOccurred) {
+  BuiltTable::Options options;
+  options.emptyInclude = false;
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region > agegrp [COUNT].", options);
+  ASSERT_TRUE(built);
+  built->RunData();
+  // From the cases: North has Young, Middle and Old; South only Young and Middle.
+  EXPECT_EQ(LeafKeys(built->Table().GetRowHeaderRoot()),
+            (std::vector<std::string>{"North/Young", "North/Middle", "North/Old", "South/Young", "South/Middle"}));
+}
+
+TEST(QuiltTable, EmptyIncludeShowsEveryCategoryUnderEveryOuterOne) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region > agegrp [COUNT].");
+  ASSERT_TRUE(built);
+  built->RunData();
+  const std::vector<std::string> keys = LeafKeys(built->Table().GetRowHeaderRoot());
+  ASSERT_EQ(keys.size(), 6u);  // 2 regions x 3 age groups
+  EXPECT_EQ(keys[5], "South/Old");
+}
+
+TEST(QuiltTable, FinalTreesAreRebuiltForEachGroup) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region BY gender [COUNT].");
+  ASSERT_TRUE(built);
+  built->RunData();
+  const Node* first = built->Table().GetRowHeaderRoot();
+  ASSERT_NE(first, nullptr);
+  const std::string before = built->Dump();
+  built->Table().BuildCompleteTable();
+  EXPECT_EQ(built->Dump(), before);
+}
+
+// Free-standing categories for key tests: r1 r2 for rows, c1 c2 for columns, l1 for layers.
+struct KeyFixture {
+  std::vector<std::unique_ptr<AggregationCategory>> owned;
+  const AggregationCategory* Make(const std::string& label) {
+    owned.push_back(std::make_unique<AggregationCategory>());
+    owned.back()->SetCatLabel(label, true);
+    return owned.back().get();
+  }
+  static std::string Text(const Key& key) {
+    std::string text;
+    for (const AggregationCategory* category : key) text += (text.empty() ? "" : " ") + category->GetCatLabel();
+    return text;
+  }
+};
+
+TEST(QuiltTable, Combine2CellKeysPutsTheCarriedCategoryBackInPlace) {
+  KeyFixture f;
+  const AggregationCategory* a1 = f.Make("a1");
+  const AggregationCategory* b1 = f.Make("b1");
+  const AggregationCategory* c1 = f.Make("c1");
+  struct Row {
+    Key first;
+    Key second;
+    int from;
+    const char* expected;
+    int expectedIndex;
+  };
+  const Row rows[] = {
+      // Plain concatenation without a carried category.
+      {{a1}, {b1, c1}, -1, "a1 b1 c1", -1},
+      // ROWLABELS=OPPOSITE: rows a hold nothing, the columns [b1, a1] carry a1 back in front.
+      {{}, {b1, a1}, 1, "a1 b1", 0},
+      {{c1}, {b1, a1}, 1, "c1 a1 b1", 1},
+      // COLLABELS=OPPOSITE: the rows [a1, b1] carry the column category b1 to the end.
+      {{a1, b1}, {}, 0, "a1 b1", 1},
+      {{a1, b1}, {c1}, 0, "a1 c1 b1", 2},
+  };
+  for (const Row& row : rows) {
+    Key combined{c1};  // stale content is cleared
+    const int index = QuiltTable::Combine2CellKeys(row.first, row.second, combined, row.from);
+    EXPECT_EQ(KeyFixture::Text(combined), row.expected) << "from " << row.from;
+    EXPECT_EQ(index, row.expectedIndex) << "from " << row.from;
+  }
+}
+
+TEST(QuiltTable, Combine3CellKeysFollowsEveryLabelOption) {
+  KeyFixture f;
+  const AggregationCategory* r1 = f.Make("r1");
+  const AggregationCategory* c1 = f.Make("c1");
+  const AggregationCategory* l1 = f.Make("l1");
+  const AggregationCategory* x = f.Make("x");  // the carried category, last of its list
+  struct Row {
+    TableEncryptionCodes::CLabelOption option;
+    Key rows;
+    Key columns;
+    Key layers;
+    const char* expected;
+    int expectedIndex;
+  };
+  const Row rows[] = {
+      {TableEncryptionCodes::kCLabelAuto, {r1}, {c1}, {l1}, "r1 c1 l1", -1},
+      // The row variable's label x stands in the columns and goes back after the rows.
+      {TableEncryptionCodes::kCLabelRowOpposite, {r1}, {c1, x}, {l1}, "r1 x c1 l1", 1},
+      {TableEncryptionCodes::kCLabelColOpposite, {r1, x}, {c1}, {l1}, "r1 c1 x l1", 2},
+      {TableEncryptionCodes::kCLabelRowLayer, {r1}, {c1}, {l1, x}, "r1 x c1 l1", 1},
+      {TableEncryptionCodes::kCLabelColLayer, {r1}, {c1}, {l1, x}, "r1 c1 x l1", 2},
+  };
+  for (const Row& row : rows) {
+    int from = 0;
+    int to = 0;
+    QuiltTable::GetCarryFromTo3(row.option, from, to);
+    Key combined;
+    const int index = QuiltTable::Combine3CellKeys(row.rows, row.columns, row.layers, combined, from, to);
+    EXPECT_EQ(KeyFixture::Text(combined), row.expected) << "option " << row.option;
+    EXPECT_EQ(index, row.expectedIndex) << "option " << row.option;
+  }
+}
+
+TEST(QuiltTable, CarryArgumentsOfTwoDimensions) {
+  using Codes = TableEncryptionCodes;
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelAuto, 0, 1), -1);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelRowOpposite, 0, 1), 1);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelColOpposite, 0, 1), 0);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelRowLayer, 0, 2), 1);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelRowLayer, 1, 2), -1);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelColLayer, 1, 2), 1);
+  EXPECT_EQ(QuiltTable::GetCarryFrom2(Codes::kCLabelColLayer, 0, 2), -1);
+}
+
+TEST(QuiltTable, LeafWalkOverATreeWithoutCategoriesKeepsAnEmptyKey) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE score [MEAN SUM VALIDN].");
+  ASSERT_TRUE(built);
+  built->RunData();
+  Key key;
+  bool keyChanged = false;
+  int emptyCount = 0;
+  int leaves = 0;
+  for (Node* leaf = QuiltTable::FirstLeaf(built->Table().GetColHeaderRoot(), key, keyChanged, emptyCount);
+       leaf != nullptr; leaf = QuiltTable::NextLeaf(leaf, key, keyChanged, emptyCount)) {
+    ++leaves;
+    EXPECT_TRUE(key.empty());
+    EXPECT_EQ(emptyCount, 1);  // the statistics of a bare dimension show without data
+  }
+  EXPECT_EQ(leaves, 3);
+  EXPECT_FALSE(keyChanged);
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+// TableBuilderTestSupport.cpp - parses a whole command on a small survey and builds its table, with or without data
+#include "TableBuilderTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include "host/data/DatasetLoader.h"
+#include "host/data/ProcDSIterator.h"
+#include "host/data/ProcedureDataSource.h"
+#include "host/engine/AggregationCube.h"
+#include "host/engine/AggregationStatistic.h"
+#include "host/engine/AggregationTable.h"
+#include "host/engine/AggregationVariable.h"
+#include "host/output/BpComposite.h"
+#include "host/tokens/CommandSplitter.h"
+#include "host/tokens/Lexer.h"
+#include "host/tokens/TARN_TokenSequence.h"
+#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxReader.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxVariableName.h"
+#include "tablebuilder/QuiltTable.h"
+
+// Eight cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
+// nested headers lose categories under some outer categories only.
+const char* const kBuilderCsv =
+    "region,gender,agegrp,score,income\n"
+    "1,1,1,10,100\n"
+    "1,2,1,20,200\n"
+    "1,1,2,30,300\n"
+    "1,2,3,40,400\n"
+    "2,1,1,50,500\n"
+    "2,1,2,60,600\n"
+    "2,2,2,70,700\n"
+    "2,1,1,80,800\n";
+
+const char* const kBuilderDictionary = R"({
+  "variables": [
+    {"name": "region", "label": "Region", "measure": "nominal", "values": {"1": "North", "2": "South"}},
+    {"name": "gender", "label": "Gender", "measure": "nominal", "values": {"1": "Male", "2": "Female"}},
+    {"name": "agegrp", "label": "Age group", "measure": "nominal",
+     "values": {"1": "Young", "2": "Middle", "3": "Old"}},
+    {"name": "score", "label": "Score", "measure": "scale"},
+    {"name": "income", "label": "Income", "measure": "scale"}
+  ]
+})";
+
+struct BuiltTable::Data {
+  std::shared_ptr<ProcedureDataSource> source;
+  LexedCommand lexed;
+  std::unique_ptr<TARN_TokenSequence> tokens;
+  std::unique_ptr<SyntaxReader> reader;
+  std::unique_ptr<TARN_InputCaseIterator> iterator;
+  std::unique_ptr<AggregationTable> aggregation;
+  std::vector<std::unique_ptr<AggregationVariable>> variables;
+  std::unique_ptr<QuiltTable> table;
+  SyntaxTableSubcommand* syntax = nullptr;
+  int axisCubeResult = 0;
+};
+
+BuiltTable::BuiltTable() : _data(std::make_unique<Data>()) {}
+
+BuiltTable::~BuiltTable() {
+  // The trees point into the parse tree and the engine: they go first.
+  _data->table.reset();
+  _data->aggregation.reset();
+  // The converters keep the run's data source in a static; it must not outlive the source.
+  SyntaxConverter().SetDataSource(nullptr);
+}
+
+std::unique_ptr<BuiltTable> BuiltTable::Build(const std::string& command, Options options) {
+  std::unique_ptr<BuiltTable> built(new BuiltTable);
+  Data& d = *built->_data;
+  d.source = std::make_shared<ProcedureDataSource>(DatasetLoader::LoadText(kBuilderCsv, kBuilderDictionary, {}));
+  const std::vector<CommandText> commands = CommandSplitter::Split(command, /*requireFinalPeriod=*/false);
+  d.lexed = Lexer::Lex(commands.at(0).text, commands.at(0).firstLine);
+  d.tokens = std::make_unique<TARN_TokenSequence>(&d.lexed, /*flag=*/true);
+  d.reader = std::make_unique<SyntaxReader>();
+  d.reader->SetDataSource(d.source.get());
+  try {
+    d.reader->ReadTokens(d.tokens.get());
+  } catch (const BpComposite& composite) {
+    ADD_FAILURE() << "parse of '" << command << "' failed: " << composite.GetKey();
+    return nullptr;
+  }
+  if (d.reader->GetTable().empty()) {
+    ADD_FAILURE() << "no table in '" << command << "'";
+    return nullptr;
+  }
+  d.syntax = d.reader->GetTable()[0];
+
+  // Declared as the dispatcher does, one engine variable per occurrence, each in a cube of
+  // its own: what the trees need is each variable's dimension.
+  d.iterator.reset(d.source->MakeIterator(nullptr));
+  d.aggregation = std::make_unique<AggregationTable>(d.iterator.get(), d.source.get(), /*weighted=*/false,
+                                                     /*pairwiseMissing=*/true, /*baseWeightIndex=*/-1);
+  d.aggregation->SetCLabelOption(0);
+  const std::vector<AggregationStatistic> count{AggregationStatistic(TableEncryptionCodes::kStatCount)};
+  for (SyntaxVariableName* variable : d.syntax->GetTableVarList()) {
+    if (variable->GetVariableType() != TableEncryptionCodes::kVariableCategorical) continue;
+    // What CATEGORIES EMPTY= would have stored, copied to the engine as the dispatcher does.
+    variable->SetIsEmptyInclude(options.emptyInclude);
+    if (options.totals) variable->SetIsTotalNo(false);
+    d.variables.push_back(std::make_unique<AggregationVariable>(variable->GetIndex(), variable->GetNameToken()));
+    AggregationVariable* engineVariable = d.variables.back().get();
+    engineVariable->SetIsEmptyInclude(variable->GetIsEmptyInclude());
+    engineVariable->SetIsTotalNo(variable->GetIsTotalNo());
+    engineVariable->SetIsTotalPositionAfter(variable->GetIsTotalPositionAfter());
+    variable->SetAggregationVariable(engineVariable);
+    AggregationCube* cube = d.aggregation->CreateCube();
+    cube->AddCategoricalVariable(engineVariable, variable->GetAxis());
+    cube->CreateCubeAggregator();
+    cube->AddCategoryStatistics(count, engineVariable);
+  }
+  d.table = std::make_unique<QuiltTable>();
+  d.table->BuildTableTreesFromSyntax(d.syntax);
+  d.axisCubeResult = d.table->CreateAxisCubes(d.aggregation.get());
+  return built;
+}
+
+void BuiltTable::RunData() {
+  auto* iterator = static_cast<ProcDSIterator*>(_data->iterator.get());
+  while (iterator->NextCase() != 0) {
+    if (iterator->SplitGroupEnd()) continue;
+    _data->aggregation->AddNewCase();
+  }
+  _data->aggregation->CompleteCases();
+  _data->table->BuildCompleteTable();
+}
+
+int BuiltTable::GetAxisCubeResult() const { return _data->axisCubeResult; }
+
+QuiltTable& BuiltTable::Table() { return *_data->table; }
+SyntaxTableSubcommand& BuiltTable::Syntax() { return *_data->syntax; }
+
+std::string BuiltTable::Dump() const {
+  std::ostringstream out;
+  _data->table->Dump(out);
+  return out.str();
+}

@@ -1,0 +1,50 @@
+// TableBuilderTestSupport.h - parses a whole command on a small survey and builds its table, with or without data
+#pragma once
+
+#include <memory>
+#include <string>
+
+class QuiltTable;
+class SyntaxTableSubcommand;
+
+/// What the builder needs of one command: the parsed table, the engine's table declared the
+/// way the dispatcher declares it (each categorical variable in a cube of its own), and the
+/// QuiltTable with its preliminary trees and axis cubes.
+class BuiltTable {
+ public:
+  ~BuiltTable();
+  BuiltTable(const BuiltTable&) = delete;
+  BuiltTable& operator=(const BuiltTable&) = delete;
+
+  /// What CATEGORIES would have said for every categorical variable of the table.
+  struct Options {
+    bool emptyInclude = true;  // EMPTY=INCLUDE, the default
+    bool totals = false;       // TOTAL=YES
+  };
+
+  /// Parses `command` against the test survey and builds its first table with `options`. A
+  /// parse error fails the calling test and gives null.
+  static std::unique_ptr<BuiltTable> Build(const std::string& command, Options options);
+  static std::unique_ptr<BuiltTable> Build(const std::string& command) { return Build(command, Options()); }
+
+  /// Reads all cases into the engine and builds the final trees.
+  void RunData();
+  /// What CreateAxisCubes returned.
+  int GetAxisCubeResult() const;
+
+  QuiltTable& Table();
+  SyntaxTableSubcommand& Syntax();
+  /// The table's dump: preliminary trees, slots, and final trees once data ran.
+  std::string Dump() const;
+
+ private:
+  BuiltTable();
+  struct Data;
+  std::unique_ptr<Data> _data;
+};
+
+/// The survey: region (1 North, 2 South), gender (1 Male, 2 Female), agegrp (1 Young, 2 Middle,
+/// 3 Old), all nominal; score and income scale. Cases are chosen so that agegrp 3 never occurs
+/// with region 2, and gender 2 never with region 2 and agegrp 1.
+extern const char* const kBuilderCsv;
+extern const char* const kBuilderDictionary;
