@@ -9,12 +9,14 @@
 #include "host/engine/AggregationVariable.h"
 #include "host/engine/TableDimension.h"
 #include "parser/SigTestSettings.h"
+#include "parser/SubTableCube.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
+#include "parser/VariableComposite.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltTableData.h"
 #include "tablebuilder/StatTreeNode.h"
@@ -42,35 +44,6 @@ bool IsVariableNode(const SyntaxConverter* node) {
 
 bool IsScale(const SyntaxVariableName* variable) {
   return variable->GetVariableType() == TableEncryptionCodes::kVariableScale;
-}
-
-// How many sub-tables a stacked term stands for, counted the way the dissection forms them:
-// a nesting or crossing multiplies, a stacking adds, and adjacent operands made only of scale
-// variables share one sub-table. `firstScaleOnly` and `lastScaleOnly` say whether the first
-// and last sub-table hold nothing but scale variables.
-struct TermCount {
-  int count = 1;
-  bool firstScaleOnly = false;
-  bool lastScaleOnly = false;
-};
-
-TermCount CountSubTables(SyntaxConverter* node) {
-  node = Unwrap(node);
-  if (node == nullptr || node->GetType() == kConverterDummy) return TermCount{};
-  if (IsVariableNode(node)) {
-    const bool scale = IsScale(static_cast<SyntaxVariableName*>(node));
-    return TermCount{1, scale, scale};
-  }
-  const std::vector<SyntaxConverter*>& children = ChildrenOf(node);
-  if (children.size() != 2) return TermCount{};
-  const TermCount left = CountSubTables(children[0]);
-  const TermCount right = CountSubTables(children[1]);
-  if (node->GetType() == kConverterPlus) {
-    const bool merge = left.lastScaleOnly && right.firstScaleOnly;
-    return TermCount{left.count + right.count - (merge ? 1 : 0), left.firstScaleOnly || (merge && left.count == 1),
-                     right.lastScaleOnly};
-  }
-  return TermCount{left.count * right.count, false, false};
 }
 
 // Two statistics are of one kind when their codes are, and percentiles share the cut point.
@@ -179,12 +152,16 @@ void SetIncludeEmptyInScale(Node* root) {
   }
 }
 
-const std::vector<AggregationCategory*>& CategoriesOf(SyntaxVariableName* variable) {
+TableDimension* DimensionOf(const SyntaxVariableName* variable) {
   AggregationVariable* engineVariable = variable->GetAggregationVariable();
   QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
   TableDimension* dimension = engineVariable->GetTableDimension();
   QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
-  return dimension->GetCategories();
+  return dimension;
+}
+
+const std::vector<AggregationCategory*>& CategoriesOf(const SyntaxVariableName* variable) {
+  return DimensionOf(variable)->GetCategories();
 }
 
 bool IsTotalType(int catType) {
@@ -356,8 +333,22 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   SetIncludeEmptyInScale(layers);
 
   d._sigTestSettings = settings.GetSigTestSettings();
-  // TODO(#7): once the sub-table cubes are readable from the table, ask the engine to
-  // accumulate the totals of the multiple-response sets that the tests treat specially.
+  if (d._sigTestSettings.empty()) return;
+  // A multiple-response set that a test treats specially needs its total accumulated even
+  // where the table does not show it.
+  bool rowSetTested = false;
+  for (const SigTestSettings& test : d._sigTestSettings) {
+    rowSetTested = rowSetTested || test._type == TableEncryptionCodes::kSigTestChiSquare ||
+                   test._type == TableEncryptionCodes::kSigTestProportions;
+  }
+  VariableComposite& composite = *table;
+  for (int i = 0; i < composite.CubeCount(); ++i) {
+    const SubTableCube* cube = composite[i];
+    if (cube->GetInnerRowMRforTest() != nullptr && rowSetTested) {
+      DimensionOf(cube->GetInnerRowMRforTest())->SetComputingTotal();
+    }
+    if (cube->GetInnerColMRforTest() != nullptr) DimensionOf(cube->GetInnerColMRforTest())->SetComputingTotal();
+  }
 }
 
 void QuiltTable::PlaceTableStatistics(bool statsInOpposite) {
@@ -396,9 +387,8 @@ int QuiltTable::ExtractNCubes(SyntaxConverter* node) {
   if (node == nullptr) return 1;
   const int type = node->GetType();
   if (type == kConverterDummy || type == kConverterVariable || type == kConverterMRSet) return 1;
-  // TODO(#7): ask the node's VariableComposite for its CubeCount once the dissection lands;
-  // the count below follows the same rules.
-  return CountSubTables(node).count;
+  const auto* composite = dynamic_cast<const VariableComposite*>(node);
+  return composite != nullptr ? composite->CubeCount() : 1;
 }
 
 HeaderTreeNode* QuiltTable::BuildTempSubtree(SyntaxConverter* node, bool keepCats, bool receive, bool statsHere,
