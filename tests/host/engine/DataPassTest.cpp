@@ -1,0 +1,314 @@
+// DataPassTest.cpp - the data pass read in blocks and case by case, against a naive tabulation; the debug
+// dump
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "EngineTestSupport.h"
+#include "host/engine/AggregationMCSet.h"
+#include "host/engine/AggregationMDSet.h"
+
+namespace {
+
+using namespace enginetest;
+
+// Any reader other than the data set's own, which the engine must read case by case.
+class ForwardingIterator : public TARN_InputCaseIterator {
+ public:
+  explicit ForwardingIterator(TARN_InputCaseIterator* inner) : _inner(inner) {}
+  const double* GetNumericValue(int index) const override { return _inner->GetNumericValue(index); }
+  const OBS* GetObsPointer(unsigned index) const override { return _inner->GetObsPointer(index); }
+
+ protected:
+  int DoNextCase() override { return _inner->NextCase(); }
+
+ private:
+  TARN_InputCaseIterator* _inner;
+};
+
+constexpr int kCases = 2600;
+constexpr int kFirstGroup = 1500;  // split s = 1, then s = 2: both groups span block boundaries
+
+// Random survey-like data with every kind of trouble: a user-missing code and empty
+// values in the categorical a, missing scale values, zero, negative and empty weights.
+std::string MakeCsv() {
+  std::mt19937 random(5);
+  std::ostringstream csv;
+  csv << "s,a,b,x,d1,d2,d3,c1,c2,w\n";
+  const char* weights[] = {"0.5", "1", "1.5", "2", "3", "0", "-1", ""};
+  for (int i = 0; i < kCases; ++i) {
+    csv << (i < kFirstGroup ? 1 : 2) << ',';
+    const int a = static_cast<int>(random() % 6);  // 0..3 a value, 4 user-missing, 5 empty
+    csv << (a < 4 ? std::to_string(a + 1) : (a == 4 ? "9" : "")) << ',';
+    csv << 1 + random() % 3 << ',';
+    const int x = static_cast<int>(random() % 24);  // 0..20 a value, 21 user-missing, else empty
+    csv << (x <= 20 ? std::to_string(x) : (x == 21 ? "99" : "")) << ',';
+    for (int d = 0; d < 3; ++d) csv << random() % 2 << ',';
+    for (int c = 0; c < 2; ++c) {
+      const int code = static_cast<int>(random() % 4);
+      csv << (code == 0 ? "" : std::to_string(code)) << ',';
+    }
+    csv << weights[random() % 8] << '\n';
+  }
+  return csv.str();
+}
+
+const char* kDict = R"({"variables":[{"name":"s"},{"name":"a","missing":{"values":[9]}},{"name":"b"},)"
+                    R"({"name":"x","missing":{"values":[99]}},{"name":"d1"},{"name":"d2"},{"name":"d3"},)"
+                    R"({"name":"c1"},{"name":"c2"},{"name":"w"}],"weight":"w","split":{"variables":["s"]}})";
+
+// The same three tables over one harness: a > b BY $d carried by a; $c BY b carried by
+// the set; a BY b with scale statistics of x.
+struct Tables {
+  Harness _h;
+  std::unique_ptr<TARN_InputCaseIterator> _forwarding;
+  AggregationVariable* _a = nullptr;
+  AggregationVariable* _b = nullptr;
+  AggregationVariable* _dichotomies = nullptr;
+  AggregationVariable* _categories = nullptr;
+  CubeAggregator* _nested = nullptr;
+  CubeAggregator* _sets = nullptr;
+  CubeAggregator* _scale = nullptr;
+
+  Tables(const std::string& csv, bool caseByCase) : _h(csv, kDict, /*weighted=*/true) {
+    if (caseByCase) {
+      _forwarding = std::make_unique<ForwardingIterator>(_h._iterator.get());
+      _h._table = std::make_unique<AggregationTable>(_forwarding.get(), _h._source.get(), true, true, -1);
+    }
+    _a = _h.Variable("a");
+    _b = _h.Variable("b");
+    OBS counted;
+    counted.number = 1;
+    _dichotomies = _h.Own(std::make_unique<AggregationMDSet>(
+        std::vector<int>{_h.Index("d1"), _h.Index("d2"), _h.Index("d3")}, "$d", &counted, 8, false));
+    _categories =
+        _h.Own(std::make_unique<AggregationMCSet>(std::vector<int>{_h.Index("c1"), _h.Index("c2")}, "$c"));
+    AggregationCube* nested = _h._table->CreateCube();
+    nested->AddCategoricalVariable(_a, Codes::kDimensionRow);
+    nested->AddCategoricalVariable(_b, Codes::kDimensionRow);
+    nested->AddCategoricalVariable(_dichotomies, Codes::kDimensionColumn);
+    _nested = nested->CreateCubeAggregator();
+    nested->AddCategoryStatistics(Statistics({Codes::kStatCount, Codes::kStatValidN, Codes::kStatTotalN,
+                                              Codes::kStatRowPctCount, Codes::kStatUCount}),
+                                  _a);
+    AggregationCube* sets = _h._table->CreateCube();
+    sets->AddCategoricalVariable(_categories, Codes::kDimensionRow);
+    sets->AddCategoricalVariable(_b, Codes::kDimensionColumn);
+    _sets = sets->CreateCubeAggregator();
+    sets->AddCategoryStatistics(
+        Statistics({Codes::kStatCount, Codes::kStatResponses, Codes::kStatColPctCount}), _categories);
+    AggregationCube* scale = _h._table->CreateCube();
+    scale->AddCategoricalVariable(_a, Codes::kDimensionRow);
+    scale->AddCategoricalVariable(_b, Codes::kDimensionColumn);
+    _scale = scale->CreateCubeAggregator();
+    const int x = _h.Index("x");
+    scale->AddScaleStatistics(
+        {AggregationStatistic(x, Codes::kStatMean), AggregationStatistic(x, Codes::kStatMedian),
+         AggregationStatistic(x, Codes::kStatStdDev), AggregationStatistic(x, Codes::kStatMode),
+         AggregationStatistic(x, Codes::kStatValidN)});
+  }
+
+  static std::vector<AggregationStatistic> Statistics(std::initializer_list<int> codes) {
+    std::vector<AggregationStatistic> list;
+    for (int code : codes) list.emplace_back(code);
+    return list;
+  }
+
+  // Reads one split group through whichever iterator the table has.
+  bool RunGroup() {
+    bool any = false;
+    while (_h._iterator->NextCase() != 0) {
+      if (static_cast<ProcDSIterator*>(_h._iterator.get())->SplitGroupEnd()) {
+        if (any) break;
+        continue;
+      }
+      _h._table->AddNewCase();
+      any = true;
+    }
+    _h._table->CompleteCases();
+    return any;
+  }
+};
+
+// Every key of a cube by the values of its categories (0 stands for the total, -1..-3
+// for the members of a set), with the encoding each harness gives them.
+std::vector<int> CodesOf(TableDimension* dimension, const std::vector<int>& values) {
+  std::vector<int> codes;
+  for (int value : values) {
+    if (value == 0) {
+      codes.push_back(kCellKeyTotal);
+    } else if (value < 0) {
+      codes.push_back(-value - 1);  // a dichotomy member's encoding is its place
+    } else {
+      codes.push_back(Encoding(dimension, value));
+    }
+  }
+  return codes;
+}
+
+void ExpectSameCells(const CubeAggregator& blocks, const CubeAggregator& single,
+                     const std::vector<std::vector<int>>& blockCodes,
+                     const std::vector<std::vector<int>>& singleCodes) {
+  const std::size_t n = blockCodes.size();
+  std::vector<std::size_t> odometer(n, 0);
+  while (true) {
+    CellKey left(static_cast<int>(n));
+    CellKey right(static_cast<int>(n));
+    for (std::size_t i = 0; i < n; ++i) {
+      left[static_cast<int>(i)] = blockCodes[i][odometer[i]];
+      right[static_cast<int>(i)] = singleCodes[i][odometer[i]];
+    }
+    const StatValues* a = blocks.GetStatValuesByKey(left);
+    const StatValues* b = single.GetStatValuesByKey(right);
+    ASSERT_EQ(a == nullptr, b == nullptr);
+    if (a != nullptr) {
+      ASSERT_EQ(a->Size(), b->Size());
+      for (int s = 0; s < a->Size(); ++s) {
+        EXPECT_DOUBLE_EQ(a->GetStatValue(s).GetValue1(), b->GetStatValue(s).GetValue1()) << "statistic " << s;
+        EXPECT_DOUBLE_EQ(a->GetStatValue(s).GetValue2(), b->GetStatValue(s).GetValue2()) << "statistic " << s;
+      }
+    }
+    std::size_t i = 0;
+    for (; i < n; ++i) {
+      if (++odometer[i] < blockCodes[i].size()) break;
+      odometer[i] = 0;
+    }
+    if (i == n) break;
+  }
+}
+
+struct Naive {
+  std::map<std::tuple<int, int>, double> _countWithAMedium;  // (a, b): weight of cases with some d = 1
+  std::map<std::tuple<int, int>, double> _weightX;           // (a, b): total weight of valid x
+  std::map<std::tuple<int, int>, double> _sumX;              // (a, b): weighted sum of valid x
+};
+
+// The tabulation written out plainly, one split group at a time.
+Naive Tabulate(const std::string& csv, int group) {
+  Naive naive;
+  std::istringstream in(csv);
+  std::string line;
+  std::getline(in, line);
+  while (std::getline(in, line)) {
+    std::vector<std::string> fields;
+    std::stringstream row(line);
+    std::string field;
+    while (std::getline(row, field, ',')) fields.push_back(field);
+    if (fields.size() < 10) fields.resize(10);
+    if (std::stoi(fields[0]) != group) continue;
+    if (fields[9].empty() || !(std::stod(fields[9]) > 0)) continue;  // the weight drops the case
+    const double w = std::stod(fields[9]);
+    if (fields[1].empty() || fields[1] == "9") continue;  // a is missing: no cell in any cube
+    const auto key = std::make_tuple(std::stoi(fields[1]), std::stoi(fields[2]));
+    if (fields[4] == "1" || fields[5] == "1" || fields[6] == "1") naive._countWithAMedium[key] += w;
+    if (!fields[3].empty() && fields[3] != "99") {
+      naive._weightX[key] += w;
+      naive._sumX[key] += w * std::stod(fields[3]);
+    }
+  }
+  return naive;
+}
+
+// Both readers give the very same cells in both split groups, and they agree with the
+// plain tabulation: the block reader's weight filter, block boundaries and group ends
+// lose or double no case.
+TEST(DataPass, BlockReaderAgreesWithCaseByCaseReaderAndNaiveTabulation) {
+  const std::string csv = MakeCsv();
+  Tables blocks(csv, /*caseByCase=*/false);
+  Tables single(csv, /*caseByCase=*/true);
+  for (int group = 1; group <= 2; ++group) {
+    SCOPED_TRACE("split group " + std::to_string(group));
+    ASSERT_TRUE(blocks.RunGroup());
+    ASSERT_TRUE(single.RunGroup());
+    const std::vector<int> aValues = {0, 1, 2, 3, 4};
+    const std::vector<int> bValues = {0, 1, 2, 3};
+    const std::vector<int> dMembers = {0, -1, -2, -3};
+    const std::vector<int> cValues = {0, 1, 2, 3};
+    auto codes = [](const std::vector<std::pair<AggregationVariable*, std::vector<int>>>& positions) {
+      std::vector<std::vector<int>> result;
+      for (const auto& [variable, values] : positions)
+        result.push_back(CodesOf(variable->GetTableDimension(), values));
+      return result;
+    };
+    ExpectSameCells(*blocks._nested, *single._nested,
+                    codes({{blocks._a, aValues}, {blocks._b, bValues}, {blocks._dichotomies, dMembers}}),
+                    codes({{single._a, aValues}, {single._b, bValues}, {single._dichotomies, dMembers}}));
+    ExpectSameCells(*blocks._sets, *single._sets,
+                    codes({{blocks._categories, cValues}, {blocks._b, bValues}}),
+                    codes({{single._categories, cValues}, {single._b, bValues}}));
+    ExpectSameCells(*blocks._scale, *single._scale, codes({{blocks._a, aValues}, {blocks._b, bValues}}),
+                    codes({{single._a, aValues}, {single._b, bValues}}));
+
+    const Naive naive = Tabulate(csv, group);
+    TableDimension* a = blocks._a->GetTableDimension();
+    TableDimension* b = blocks._b->GetTableDimension();
+    const int x = blocks._h.Index("x");
+    for (int aValue = 1; aValue <= 4; ++aValue) {
+      for (int bValue = 1; bValue <= 3; ++bValue) {
+        const auto key = std::make_tuple(aValue, bValue);
+        const int aCode = Encoding(a, aValue);
+        const int bCode = Encoding(b, bValue);
+        ASSERT_GE(aCode, 0);
+        ASSERT_GE(bCode, 0);
+        const double count = blocks._nested->GetCount(Key({aCode, bCode, kCellKeyTotal}), /*weighted=*/true,
+                                                      /*squared=*/false);
+        EXPECT_NEAR(count, naive._countWithAMedium.count(key) ? naive._countWithAMedium.at(key) : 0.0, 1e-9);
+        const double mean =
+            Value(*blocks._scale, Key({aCode, bCode}), AggregationStatistic(x, Codes::kStatMean));
+        EXPECT_NEAR(mean, naive._sumX.at(key) / naive._weightX.at(key), 1e-9);
+      }
+    }
+    blocks._h._table->ResetAggregator();
+    single._h._table->ResetAggregator();
+  }
+}
+
+// The debug dump names the table's cubes, their positions and every cell in key order
+// (the total first, as its encoding -100 is the smallest). g = 1, 1, 2 and h = 1, 2, 1
+// give the cells (1,1) 1 case, (1,2) 1, (2,1) 1, and their totals: g 1 twice, g 2 once,
+// h 1 twice, h 2 once, all three. Before CompleteCases only the case cells exist.
+TEST(DataPass, DebugDumpListsCellsInKeyOrder) {
+  Harness h("g,h\n1,1\n1,2\n2,1\n", "");
+  AggregationVariable* g = h.Variable("g");
+  AggregationVariable* hv = h.Variable("h");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(hv, Codes::kDimensionColumn);
+  cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, hv);
+  auto* iterator = static_cast<ProcDSIterator*>(h._iterator.get());
+  while (iterator->NextCase() != 0) {
+    if (!iterator->SplitGroupEnd()) h._table->AddNewCase();
+  }
+  testing::internal::CaptureStderr();
+  h._table->PrintDataDbg();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "aggregation table: 1 sub-table cubes, 0 axis cubes\n"
+            "sub-table 1 cube: 2 positions (row, column), 3 cells, cases still arriving\n"
+            "  (0, 0) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (0, 1) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (1, 0) count 1 (1 cases), valid 1, total 1, responses 1\n");
+  h._table->CompleteCases();
+  testing::internal::CaptureStderr();
+  h._table->PrintDataDbg();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "aggregation table: 1 sub-table cubes, 0 axis cubes\n"
+            "sub-table 1 cube: 2 positions (row, column), 8 cells\n"
+            "  (total, total) count 3 (3 cases), valid 3, total 3, responses 3\n"
+            "  (total, 0) count 2 (2 cases), valid 2, total 2, responses 2\n"
+            "  (total, 1) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (0, total) count 2 (2 cases), valid 2, total 2, responses 2\n"
+            "  (0, 0) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (0, 1) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (1, total) count 1 (1 cases), valid 1, total 1, responses 1\n"
+            "  (1, 0) count 1 (1 cases), valid 1, total 1, responses 1\n");
+}
+
+}  // namespace
