@@ -742,4 +742,9 @@ void QuiltTable::Dump(std::ostream& out) const {
   DumpLeafKeys(out, "Row leaf keys", d._rowHeaderRoot);
   DumpLeafKeys(out, "Column leaf keys", d._colHeaderRoot);
   DumpLeafKeys(out, "Layer leaf keys", d._layerHeaderRoot);
+  for (size_t test = 0; test < d._sigTestTrees.size(); ++test) {
+    out << "Test " << test << " type=" << d._sigTestSettings[test]._type << " trees=" << d._sigTestTrees[test].size()
+        << "\n";
+    for (const HeaderTreeNode* tree : d._sigTestTrees[test]) tree->Dump(out, 1);
+  }
 }

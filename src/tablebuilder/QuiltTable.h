@@ -124,6 +124,14 @@ class QuiltTable {
   void AddLettersToColumns(HeaderTreeNode* colTree);
   /// Letters in the main table's final column tree; false for a null node.
   bool addLettersToMergedColumns(HeaderTreeNode* node, int index);
+  /// Whether some node below `node` is a category.
+  static bool hasCategoryOffspring(const HeaderTreeNode* node);
+  /// The category nodes of one variable that a test treats, in display order. Without
+  /// `useSubtotals`: all but totals, subtotals, the empty-stack label and computed
+  /// categories. With it: a subtotal replaces the categories it sums (`positionAfter`: totals
+  /// stand after what they sum). Returns the number selected; `out` is not owning.
+  static int ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
+                                   bool useSubtotals, bool positionAfter);
 
   /// The preliminary trees, the slot counts and cube indices, the statistics, and the final
   /// trees when built; one node per line. For tests and --dump-tables.
@@ -154,6 +162,18 @@ class QuiltTable {
   int ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats, std::vector<HeaderTreeNode*>& out);
   void ProcessComperimeterCategs(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
   void ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
+
+  // Test trees (QuiltTableTestTrees.cpp).
+  void BuildChiSquareTrees(bool useSubtotals, bool includeMR, bool lettered);
+  void BuildColumnPropTrees(bool useSubtotals, bool includeMR, bool merged, bool apa);
+  void BuildColumnMeanTrees(bool useSubtotals, bool includeMR, bool merged, bool apa);
+  /// Keeps the test's trees when rows and columns (and real layers) survived, else none.
+  void FinishTestTrees(HeaderTreeNode* rowTree, HeaderTreeNode* colTree, HeaderTreeNode* layerTree,
+                       bool chiSquare, bool letters);
+  HeaderTreeNode* BuildCategOnlyTree(HeaderTreeNode* tree, bool includeLeaves, bool allowRowPct, bool useSubtotals,
+                                     bool includeMR, bool keepMeans, bool keepCounts, bool lettered);
+  HeaderTreeNode* BuildScaleBasedTree(HeaderTreeNode* tree, bool scaleAbove, bool useSubtotals, bool includeMR,
+                                      bool merged, bool lettered);
 
   // Axis cubes (QuiltTableCubes.cpp).
   int CreateAxisCubesForDimension(HeaderTreeNode* root, int position);
