@@ -49,8 +49,9 @@ struct GoldenCase {
 class QuiltTableGolden : public testing::TestWithParam<GoldenCase> {};
 
 // Each dump shows the preliminary trees, the slots, and the final trees with the leaf keys
-// after the eight cases of the test survey. The final trees were checked by hand against the
-// cases: region 2 (South) has no agegrp 3 (Old), and South with Young has no Female.
+// after the nine cases of the test survey. The final trees were checked by hand against the
+// cases: region 2 (South) has no agegrp 3 (Old), South with Young has no Female, and West
+// has no gender, so that West vanishes from nestings over gender that consult the axis cubes.
 TEST_P(QuiltTableGolden, DumpMatches) {
   BuiltTable::Options options;
   options.emptyInclude = GetParam().emptyInclude;
@@ -187,7 +188,8 @@ TEST(QuiltTable, ColLabelsOppositeBuildsTheColumnsFirstAndTheRowsReceive) {
   const Node* gender = table.GetColHeaderRoot()->GetChildren()[0];
   EXPECT_EQ(gender->GetType(), Node::kHNodeTypeCatVariable);
   EXPECT_EQ(LeafKeys(table.GetRowHeaderRoot()),
-            (std::vector<std::string>{"North/Male", "North/Female", "South/Male", "South/Female"}));
+            (std::vector<std::string>{"North/Male", "North/Female", "South/Male", "South/Female", "West/Male",
+                                      "West/Female"}));
 }
 
 struct AxisCubeCase {
@@ -226,9 +228,21 @@ TEST(QuiltTable, NestedCategoriesStandOnlyWhereTheyOccurred) {
   std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region > agegrp [COUNT].", options);
   ASSERT_TRUE(built);
   built->RunData();
-  // From the cases: North has Young, Middle and Old; South only Young and Middle.
+  // From the cases: North has Young, Middle and Old; South only Young and Middle; West Middle.
   EXPECT_EQ(LeafKeys(built->Table().GetRowHeaderRoot()),
-            (std::vector<std::string>{"North/Young", "North/Middle", "North/Old", "South/Young", "South/Middle"}));
+            (std::vector<std::string>{"North/Young", "North/Middle", "North/Old", "South/Young", "South/Middle",
+                                      "West/Middle"}));
+}
+
+TEST(QuiltTable, AnOuterCategoryWithNothingBelowItDisappears) {
+  BuiltTable::Options options;
+  options.emptyInclude = false;
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region > gender [COUNT].", options);
+  ASSERT_TRUE(built);
+  built->RunData();
+  // West's only case has no gender, so West has no row at all.
+  EXPECT_EQ(LeafKeys(built->Table().GetRowHeaderRoot()),
+            (std::vector<std::string>{"North/Male", "North/Female", "South/Male", "South/Female"}));
 }
 
 TEST(QuiltTable, EmptyIncludeShowsEveryCategoryUnderEveryOuterOne) {
@@ -236,7 +250,7 @@ TEST(QuiltTable, EmptyIncludeShowsEveryCategoryUnderEveryOuterOne) {
   ASSERT_TRUE(built);
   built->RunData();
   const std::vector<std::string> keys = LeafKeys(built->Table().GetRowHeaderRoot());
-  ASSERT_EQ(keys.size(), 6u);  // 2 regions x 3 age groups
+  ASSERT_EQ(keys.size(), 9u);  // 3 regions x 3 age groups
   EXPECT_EQ(keys[5], "South/Old");
 }
 

@@ -23,8 +23,9 @@
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/QuiltTable.h"
 
-// Eight cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
-// nested headers lose categories under some outer categories only.
+// Nine cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
+// nested headers lose categories under some outer categories only; region 3 has its only case
+// without gender, so that under it no gender occurs at all.
 const char* const kBuilderCsv =
     "region,gender,agegrp,score,income\n"
     "1,1,1,10,100\n"
@@ -34,11 +35,12 @@ const char* const kBuilderCsv =
     "2,1,1,50,500\n"
     "2,1,2,60,600\n"
     "2,2,2,70,700\n"
-    "2,1,1,80,800\n";
+    "2,1,1,80,800\n"
+    "3,,2,90,900\n";
 
 const char* const kBuilderDictionary = R"({
   "variables": [
-    {"name": "region", "label": "Region", "measure": "nominal", "values": {"1": "North", "2": "South"}},
+    {"name": "region", "label": "Region", "measure": "nominal", "values": {"1": "North", "2": "South", "3": "West"}},
     {"name": "gender", "label": "Gender", "measure": "nominal", "values": {"1": "Male", "2": "Female"}},
     {"name": "agegrp", "label": "Age group", "measure": "nominal",
      "values": {"1": "Young", "2": "Middle", "3": "Old"}},

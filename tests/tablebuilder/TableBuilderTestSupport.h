@@ -43,8 +43,9 @@ class BuiltTable {
   std::unique_ptr<Data> _data;
 };
 
-/// The survey: region (1 North, 2 South), gender (1 Male, 2 Female), agegrp (1 Young, 2 Middle,
-/// 3 Old), all nominal; score and income scale. Cases are chosen so that agegrp 3 never occurs
-/// with region 2, and gender 2 never with region 2 and agegrp 1.
+/// The survey: region (1 North, 2 South, 3 West), gender (1 Male, 2 Female), agegrp (1 Young,
+/// 2 Middle, 3 Old), all nominal; score and income scale. Cases are chosen so that agegrp 3
+/// never occurs with region 2, gender 2 never with region 2 and agegrp 1, and no gender at all
+/// with region 3.
 extern const char* const kBuilderCsv;
 extern const char* const kBuilderDictionary;
