@@ -1,13 +1,16 @@
 // SyntaxTableSubcommandValidation.cpp - the table's final checks: label-moving CLABELS requests and which tests can run
+#include <algorithm>
 #include <string>
 #include <vector>
 
+#include "host/engine/ParsedCategory.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SubTableCube.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
+#include "parser/VLPair.h"
 
 namespace {
 
@@ -34,6 +37,7 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
   const int sourceAxis =
       option == TableEncryptionCodes::kCLabelRowOpposite || option == TableEncryptionCodes::kCLabelRowLayer ? 0 : 1;
   bool scaleFound = false;
+  bool sortFound = false;
   std::string lastName;
   std::vector<SyntaxVariableName*> sources;
   for (SyntaxVariableName* variable : GetTableVarList()) {
@@ -43,27 +47,76 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
         scaleFound = true;
       } else {
         sources.push_back(variable);
+        // TODO(#5): count dichotomy sets, and give a set without ORDER or an explicit list
+        // its member list (SetCategoriesList), once the set node is in.
       }
     }
-    // TODO(#5): a sort by a statistic anywhere in the table (DataSortingInComperimeter), the
-    // dichotomy count and the category lists of sets, once variables carry their CATEGORIES
-    // options.
-    if (scaleFound) {
+    // The moved labels are laid out once for all cells, before any data: an order that
+    // depends on the data could differ between the sub-tables sharing them.
+    if (variable->GetSortKey() == TableEncryptionCodes::kSortKeyStatistic) {
+      sortFound = true;
+    }
+    if (scaleFound || sortFound) {
       break;
     }
   }
   if (scaleFound) {
     SyntaxParserUtility::ScaleInComperimeterDim(this, lastName);
   }
+  if (sortFound) {
+    SyntaxParserUtility::DataSortingInComperimeter(this, lastName);
+  }
   if (sources.empty()) {
     SyntaxParserUtility::MissingSourceDimInComperimeter(this);
   }
   // The moved labels stand for the categories of every source variable at once, so the
-  // variables must agree on what their categories are.
+  // variables must agree on what their categories are and how they are shown.
   const SyntaxVariableName* reference = sources.front();
+  std::vector<VLPair> merged;
+  if (!reference->GetIsExplicit()) {
+    const VLPair* pairs = reference->GetValueLabelList();
+    merged.assign(pairs, pairs + reference->GetVLPairCount());
+  }
   for (size_t index = 1; index < sources.size(); ++index) {
-    if (sources[index]->GetIsTotalNo() != reference->GetIsTotalNo()) {
+    const SyntaxVariableName* source = sources[index];
+    bool dissimilar = source->GetIsExplicit() != reference->GetIsExplicit() ||
+                      source->GetIsTotalNo() != reference->GetIsTotalNo() ||
+                      source->GetIsEmptyInclude() != reference->GetIsEmptyInclude() ||
+                      source->GetSortKey() != reference->GetSortKey() ||
+                      source->GetIsMissingExclude() != reference->GetIsMissingExclude() ||
+                      source->GetIsOrderA() != reference->GetIsOrderA();
+    if (!dissimilar && !reference->GetIsTotalNo()) {
+      dissimilar = source->GetIsTotalPositionAfter() != reference->GetIsTotalPositionAfter() ||
+                   source->GetTotalLabel() != reference->GetTotalLabel();
+    }
+    if (!dissimilar && source->GetIsExplicit()) {
+      const std::vector<ParsedCategory*>& mine = source->GetParsedCategories();
+      const std::vector<ParsedCategory*>& previous = sources[index - 1]->GetParsedCategories();
+      dissimilar = mine.size() != previous.size() ||
+                   !std::equal(mine.begin(), mine.end(), previous.begin(),
+                               [](const ParsedCategory* left, const ParsedCategory* right) { return *left == *right; });
+    }
+    if (dissimilar) {
       SyntaxParserUtility::DissimilarCatAttribsInComperimeter(this);
+    }
+    if (source->GetIsExplicit()) {
+      continue;
+    }
+    // One value must carry one label across all source variables; new values join the list.
+    const VLPair* pairs = source->GetValueLabelList();
+    for (int pairIndex = 0; pairIndex < source->GetVLPairCount(); ++pairIndex) {
+      const VLPair& pair = pairs[pairIndex];
+      bool known = false;
+      for (const VLPair& entry : merged) {
+        const int comparison = pair.VLPairCompare(entry);
+        if (comparison == -1) {
+          SyntaxParserUtility::DissimilarValueLabelPairInComperimeter(this);
+        }
+        known = known || comparison == 0;
+      }
+      if (!known) {
+        merged.push_back(pair);
+      }
     }
   }
   return true;

@@ -1,0 +1,236 @@
+// SyntaxTableSubcommandValidationTest.cpp - the table's final checks: tests that cannot run, label-moving CLABELS, titles, CI level
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "DissectionTestSupport.h"
+#include "SubcommandTestSupport.h"
+#include "host/engine/TableEncryptionCodes.h"
+#include "parser/Statistics.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxVariableName.h"
+#include "parser/TableSettings.h"
+
+namespace {
+
+const int kWarning = 2;  // kBpLevelWarning: the test is dropped, the command goes on
+
+struct Message {
+  std::string key;
+  std::vector<std::string> arguments;
+};
+
+struct TestCase {
+  const char* command;
+  std::vector<Message> reported;  // in order, each at the warning level
+  const char* remaining;          // the tests left on the table, as the parse dump lists them
+};
+
+// The "tests:" line of a parse dump, without its label.
+std::string TestsLine(const std::string& dump) {
+  const std::string marker = "  tests: ";
+  const size_t at = dump.find(marker);
+  if (at == std::string::npos) {
+    return "?";
+  }
+  const size_t begin = at + marker.size();
+  return dump.substr(begin, dump.find('\n', begin) - begin);
+}
+
+class SignificanceChecks : public testing::TestWithParam<TestCase> {};
+
+TEST_P(SignificanceChecks, DropTestsNoCubeCanTakeWithTheirReasons) {
+  const TestCase& c = GetParam();
+  const TablesOutcome outcome = ParseTables(c.command);
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  ASSERT_EQ(outcome.reported.size(), c.reported.size()) << (outcome.reported.empty() ? "" : outcome.reported[0].key);
+  for (size_t index = 0; index < c.reported.size(); ++index) {
+    EXPECT_EQ(outcome.reported[index].key, c.reported[index].key) << index;
+    EXPECT_EQ(outcome.reported[index].arguments, c.reported[index].arguments) << index;
+    EXPECT_EQ(outcome.reported[index].level, kWarning) << index;
+  }
+  EXPECT_EQ(TestsLine(outcome.parseDump), c.remaining);
+}
+
+const char* const kChiNoCube = "Chi-square skipped in ^1 table. No eligible cube.";
+const char* const kPropNoCube = "Column proportions skipped in ^1 table. No eligible cube.";
+const char* const kMeansNoCube = "Pairwise comparisons skipped in ^1 table. No eligible cube.";
+const char* const kChi = "chisquare(alpha=0.05 adjust=1 mrsets=1)";
+const char* const kMeans = "means(alpha=0.05 adjust=1 mrsets=1)";
+
+// A table without TITLES is named by its number, "1". The weighted cases weight by w.
+INSTANTIATE_TEST_SUITE_P(
+    Commands, SignificanceChecks,
+    testing::Values(
+        TestCase{"QUILT /TABLE a BY b /SIGTEST TYPE=CHISQUARE.", {}, kChi},
+        // Unweighted counts serve an unweighted table.
+        TestCase{"QUILT /TABLE a BY b [UCOUNT] /SIGTEST TYPE=CHISQUARE.", {}, kChi},
+        TestCase{"QUILT /TABLE a BY a /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"1"}}, {kChiNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /TABLE a BY a /TITLES TITLE='Brands' /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"Brands"}},
+                  {kChiNoCube, {"Brands"}}},
+                 "none"},
+        // A summarized variable, or a table without columns, gives nothing to test, and no
+        // reason beyond the missing cube.
+        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE.", {{kChiNoCube, {"1"}}}, "none"},
+        TestCase{"QUILT /TABLE a /SIGTEST TYPE=CHISQUARE.", {{kChiNoCube, {"1"}}}, "none"},
+        // Table percentages are no counts the test can use.
+        TestCase{"QUILT /TABLE a BY b [TABLEPCT.COUNT] /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. No proper simple stats.", {"1"}}, {kChiNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [UCOUNT] /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. No proper weight stats.", {"1"}}, {kChiNoCube, {"1"}}},
+                 "none"},
+        // Weighted and unweighted counts side by side: tested, with a warning.
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOUNT] /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. Combined stats.", {"1"}}},
+                 kChi},
+        // Row percentages serve chi-square but not the proportions test.
+        TestCase{"QUILT /TABLE a BY b [ROWPCT.COUNT] /COMPARETEST TYPE=PROP.",
+                 {{"Column proportions skipped in ^1 table. No proper simple stats.", {"1"}}, {kPropNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /TABLE x BY a /COMPARETEST TYPE=MEAN.", {}, kMeans},
+        // x summarized in the layers: the means of one column cannot be compared.
+        TestCase{"QUILT /TABLE a BY b BY x /COMPARETEST TYPE=MEAN.",
+                 {{"Pairwise comparisons skipped in table. Scale var in column.", {}}, {kMeansNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE x [SUM] BY a /COMPARETEST TYPE=MEAN.",
+                 {{"Pairwise comparisons skipped in ^1 table. No proper weight stats.", {"1"}}, {kMeansNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE x [MEAN UMEAN] BY a /COMPARETEST TYPE=MEAN.",
+                 {{"Pairwise comparisons skipped in ^1 table. Combined stats.", {"1"}}},
+                 kMeans},
+        // A dropped test leaves the others in place.
+        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=MEAN.", {{kChiNoCube, {"1"}}}, kMeans},
+        // Moved labels: no test at all, and no cube is asked.
+        TestCase{"QUILT /TABLE a BY a /SIGTEST TYPE=CHISQUARE /CLABELS COLLABELS=OPPOSITE.",
+                 {{"Chi-square in comperimeter table.", {}}},
+                 "none"}));
+
+struct ComperimeterCase {
+  const char* command;
+  const char* key;                      // the error, or empty when the command is accepted
+  std::vector<std::string> arguments;
+};
+
+class ComperimeterChecks : public testing::TestWithParam<ComperimeterCase> {};
+
+TEST_P(ComperimeterChecks, RefuseSourcesThatCannotShareLabels) {
+  const ComperimeterCase& c = GetParam();
+  const TablesOutcome outcome = ParseTables(c.command);
+  if (std::string(c.key).empty()) {
+    EXPECT_TRUE(outcome.succeeded) << outcome.error.key;
+    return;
+  }
+  ASSERT_FALSE(outcome.succeeded);
+  EXPECT_EQ(outcome.error.key, c.key);
+  EXPECT_EQ(outcome.error.arguments, c.arguments);
+}
+
+const char* const kScaleInSource = "Subcommand ^1. Variable ^2. Scale var in comperimeter source dimension.";
+const char* const kConflictingLabels = "Subcommand ^1. Conflicting value labels in comperimeter scource dimension.";
+
+// a and b label 1 "Low", 2 "High"; c labels 2 "Top"; d labels only 3.
+INSTANTIATE_TEST_SUITE_P(
+    Commands, ComperimeterChecks,
+    testing::Values(
+        ComperimeterCase{"QUILT /TABLE a + b BY e /CLABELS ROWLABELS=OPPOSITE.", "", {}},
+        // A new value joins the merged labels.
+        ComperimeterCase{"QUILT /TABLE a + d BY e /CLABELS ROWLABELS=OPPOSITE.", "", {}},
+        // Only leaves are sources: a is the outer variable of the nesting.
+        ComperimeterCase{"QUILT /TABLE c > a BY e /CLABELS ROWLABELS=LAYER.", "", {}},
+        // The other axis may hold anything.
+        ComperimeterCase{"QUILT /TABLE a + c BY e /CLABELS COLLABELS=OPPOSITE.", "", {}},
+        ComperimeterCase{"QUILT /TABLE a + c BY e /CLABELS ROWLABELS=OPPOSITE.", kConflictingLabels, {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE e BY b + d + c /CLABELS COLLABELS=LAYER.", kConflictingLabels, {"TABLE"}},
+        // The check stops at the scale variable and names it.
+        ComperimeterCase{"QUILT /TABLE a + x BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
+        ComperimeterCase{"QUILT /TABLE x + a BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
+        ComperimeterCase{"QUILT /TABLE BY b /CLABELS ROWLABELS=OPPOSITE.",
+                         "Subcommand ^1. Missing source dimension in comperimeter table.",
+                         {"TABLE"}}));
+
+// Runs the comperimeter check of the first table after changing its variables with `change`.
+EventOutcome CheckAfter(const char* command, TableEncryptionCodes::CLabelOption option,
+                        const std::function<void(const std::vector<SyntaxVariableName*>&)>& change) {
+  EventOutcome checked;
+  const TablesOutcome outcome = ParseTables(command, [&](std::vector<SyntaxTableSubcommand*>& tables) {
+    SyntaxTableSubcommand& table = *tables.at(0);
+    table.GetTableSettings().SetCLabelOption(option);
+    change(table.GetTableVarList());
+    checked = RunEvents([&] { table.ValidateComperimeterRequest(); });
+  });
+  EXPECT_TRUE(outcome.succeeded) << outcome.error.key;
+  return checked;
+}
+
+TEST(ComperimeterChecks, SourcesMustShareTheirCategoryOptions) {
+  // a and b agree on labels, but only a shows a total category.
+  const EventOutcome total = CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
+                                        [](const std::vector<SyntaxVariableName*>& vars) { vars[0]->SetIsTotalNo(false); });
+  ASSERT_TRUE(total.threw);
+  EXPECT_EQ(total.error.key, "Subcommand ^1. Categories spec differ in comperimeter scource dimension.");
+  // Both show it, under different labels.
+  const EventOutcome label = CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
+                                        [](const std::vector<SyntaxVariableName*>& vars) {
+                                          vars[0]->SetIsTotalNo(false);
+                                          vars[1]->SetIsTotalNo(false);
+                                          vars[1]->SetTotalLabel("All");
+                                        });
+  ASSERT_TRUE(label.threw);
+  EXPECT_EQ(label.error.key, total.error.key);
+  // Without a total category its label does not matter.
+  const EventOutcome noTotal =
+      CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
+                 [](const std::vector<SyntaxVariableName*>& vars) { vars[1]->SetTotalLabel("All"); });
+  EXPECT_FALSE(noTotal.threw) << noTotal.error.key;
+}
+
+TEST(ComperimeterChecks, ADataDependentSortAnywhereIsRefused) {
+  // e stands in the columns; the rows are moved, and still its sort by a statistic counts.
+  const EventOutcome sorted =
+      CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
+                 [](const std::vector<SyntaxVariableName*>& vars) {
+                   vars[2]->SetSortKey(TableEncryptionCodes::kSortKeyStatistic);
+                 });
+  ASSERT_TRUE(sorted.threw);
+  EXPECT_EQ(sorted.error.key, "Subcommand ^1. Variable ^2. Data dependent sorting in comperimeter table.");
+  EXPECT_EQ(sorted.error.arguments, (std::vector<std::string>{"TABLE", "e"}));
+}
+
+TEST(TableTitles, EqualTitlesGetOneMoreTrailingBlankEach) {
+  std::vector<std::string> titles;
+  const TablesOutcome outcome = ParseTables(
+      "QUILT /TABLE a /TITLES TITLE='Brand' /TABLE b /TABLE c /TITLES TITLE='Brand'"
+      " /TABLE d /TITLES TITLE='Brand' /TABLE e /TITLES TITLE='Warnings'.",
+      [&](std::vector<SyntaxTableSubcommand*>& tables) {
+        for (SyntaxTableSubcommand* table : tables) {
+          titles.push_back(table->GetTitle());
+        }
+      });
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  // A table without TITLE is named by its number; "Warnings" would be taken for the
+  // host's own warnings table and gets a blank.
+  EXPECT_EQ(titles, (std::vector<std::string>{"Brand", "2", "Brand ", "Brand  ", "Warnings "}));
+}
+
+TEST(TableCommit, TheConfidenceLevelReachesEveryStatisticOfTheTable) {
+  std::vector<std::string> levels;
+  const TablesOutcome outcome =
+      ParseTables("QUILT /TABLE x [MEAN.LCL] + y BY a /CRITERIA CILEVEL=90.", [&](std::vector<SyntaxTableSubcommand*>& tables) {
+        for (const SyntaxVariableName* var : tables.at(0)->GetTableVarList()) {
+          for (const Statistics* statistic : var->GetStatistics()) {
+            levels.push_back(var->GetNameToken() + ":" + statistic->GetNameToken() + "@" + statistic->GetCILevelString());
+          }
+        }
+      });
+  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  // y's MEAN is the default a scale variable gets once the expression is complete; a is a
+  // categorical beside summaries and has none of its own.
+  EXPECT_EQ(levels, (std::vector<std::string>{"x:MEAN.LCL@90", "y:MEAN@90"}));
+}
+
+}  // namespace
