@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <string>
@@ -27,9 +28,15 @@ std::shared_ptr<ProcedureDataSource> Source() {
   static std::shared_ptr<ProcedureDataSource> source = []() -> std::shared_ptr<ProcedureDataSource> {
     const char* path = std::getenv("QUILT_BENCH_CSV");
     if (path != nullptr && *path != '\0') {
+      // The dictionary beside the data, as make_survey.py writes it, when there is one.
+      std::string dictionary = path;
+      if (dictionary.size() > 4 && dictionary.substr(dictionary.size() - 4) == ".csv") {
+        dictionary = dictionary.substr(0, dictionary.size() - 4) + ".dict.json";
+      }
+      if (!std::ifstream(dictionary).good()) dictionary.clear();
       DatasetLoadOptions options;
       options.weightVariable = "wt";
-      return std::make_shared<ProcedureDataSource>(DatasetLoader::LoadFiles(path, "", options));
+      return std::make_shared<ProcedureDataSource>(DatasetLoader::LoadFiles(path, dictionary, options));
     }
     std::mt19937 random(7);
     std::string csv = "region,gender,agegrp,income,wt\n";

@@ -207,8 +207,9 @@ struct CubeAggregator::Data {
   int _setPosition = -1;  // the one set position of a cube whose other positions are single variables
   std::vector<std::uint32_t> _setCells;  // the cells of one case's set entries
 
-  // Adds one case to one cell. `statEntry` is the case's entry at the position carrying
-  // the statistics, null without one; a case in the hidden bucket only enters TOTAL.
+  // Adds case k of the block to one cell. `valid` and `responses` come from the case's
+  // entry at the position carrying the statistics (true and 0 without one); a case in the
+  // hidden bucket only enters TOTAL.
   void Update(std::uint32_t where, const CaseBlock& block, std::size_t k, bool bucket, bool valid,
               double responses) {
     const double w = block._weights[k];

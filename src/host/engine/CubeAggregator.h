@@ -17,13 +17,13 @@ class StatValues;
 class TableDimension;
 class TableMetadata;
 
-/// The store of one cube. Cases go in through AddCase; after CompleteCases every query
-/// answers. Every cell keeps the weighted and unweighted counts of the COUNT, VALID and
-/// TOTAL populations, the responses, and per scale variable its moments, extremes and
-/// (when a percentile or mode is asked) its values. While cases arrive a single variable's
-/// position holds the case's own category only; a set's position is expanded per case into
-/// its categories and its total, so the total counts each case once. CompleteCases merges
-/// the single variables' totals and subtotals from those cells.
+/// The store of one cube. Cases go in a block at a time through AddBlock; after Complete
+/// every query answers. Every cell keeps the weighted and unweighted counts of the COUNT,
+/// VALID and TOTAL populations, the responses, and per scale variable its moments,
+/// extremes and (when a percentile or mode is asked) its values. While cases arrive a
+/// single variable's position holds the case's own category only; a set's position is
+/// expanded per case into its categories and its total, so the total counts each case
+/// once. Complete merges the single variables' totals and subtotals from those cells.
 class CubeAggregator {
  public:
   /// `positions` holds the DimensionPosition of each key position, `scaleVarIndices`

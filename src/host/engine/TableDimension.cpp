@@ -315,8 +315,11 @@ struct TableDimension::Data {
         const OBS* column = block._columns[static_cast<unsigned>(indices[i])];
         const std::size_t stride = block._strides[static_cast<unsigned>(indices[i])];
         std::uint64_t* masks = _hitMasks.data();
+        // Shifting the comparison's 0 or 1 keeps the loop free of a branch that data of
+        // random zeros and ones would mispredict half the time.
         for (std::size_t k = 0; k < size; ++k) {
-          const std::uint64_t hit = column[block._rows[k] * stride].number == counted ? bit : 0;
+          const std::uint64_t hit =
+              static_cast<std::uint64_t>(column[block._rows[k] * stride].number == counted) << i;
           masks[k] |= hit;
           any |= hit;
         }
