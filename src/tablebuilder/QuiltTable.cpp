@@ -212,6 +212,7 @@ void QuiltTable::CleanTestTrees() {
 void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   QUILT_ASSERT(table != nullptr, "table");
   Data& d = *_tableData;
+  d._syntaxTable = table;
   const TableSettings& settings = table->GetTableSettings();
   d._cLabelOption = settings.GetCLabelOption();
   d._sLabelPosition = settings.GetSLabelPosition();
@@ -728,9 +729,20 @@ void QuiltTable::Dump(std::ostream& out) const {
       << " statsVisible=" << (d._statsVisible ? 1 : 0) << " axisCubes=" << (d._hasRowAxisCubes ? 1 : 0)
       << (d._hasColAxisCubes ? 1 : 0) << (d._hasLayerAxisCubes ? 1 : 0) << " tests=" << d._sigTestSettings.size()
       << "\n";
-  out << "Cube indices:";
-  for (int index : d._cubeIndices) out << " " << index;
+  out << "Sub-table of each slot (row, column, layer):";
+  size_t running = 0;
+  for (int rowSlot = 0; rowSlot < d._nRows; ++rowSlot) {
+    for (int columnSlot = 0; columnSlot < d._nColumns; ++columnSlot) {
+      for (int layerSlot = 0; layerSlot < d._nLayers && running < d._cubeIndices.size(); ++layerSlot) {
+        out << " (" << rowSlot << "," << columnSlot << "," << layerSlot << ")=" << d._cubeIndices[running++];
+      }
+    }
+  }
   out << "\n";
+  if (d._syntaxTable != nullptr) {
+    out << "Sub-table cubes:\n";
+    d._syntaxTable->PrintCubes(out, 2);
+  }
   DumpTree(out, "Preliminary rows", d._prelimRowRoot);
   DumpTree(out, "Preliminary columns", d._prelimColRoot);
   DumpTree(out, "Preliminary layers", d._prelimLayerRoot);

@@ -40,4 +40,5 @@ struct QuiltTable::Data {
   std::vector<SigTestSettings> _sigTestSettings;  // the table's tests
   std::vector<std::vector<HeaderTreeNode*>> _sigTestTrees;  // the trees of each test; owned
   bool _unweightedData = true;                  // unweighted statistics count for the tests
+  SyntaxTableSubcommand* _syntaxTable = nullptr;  // the parsed table, for the dump; not owned
 };
