@@ -8,12 +8,16 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
 #include "parser/SyntaxCLabelsSubcommand.h"
+#include "parser/SyntaxCategoriesSubcommand.h"
 #include "parser/SyntaxCompareTestSubcommand.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxCriteriaSubcommand.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxSLabelsSubcommand.h"
 #include "parser/SyntaxSigTestSubcommand.h"
+#include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxTitlesSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
@@ -105,12 +109,23 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
   } else if (KeywordMatch(text.c_str(), "CLABELS")) {
     subcommand = new SyntaxCLabelsSubcommand(settings);
   } else if (KeywordMatch(text.c_str(), "CATEGORIES")) {
-    // TODO(#5): CATEGORIES gets its converter with the category work.
-    SyntaxParserUtility::UnknownKeyword(this, text);
+    subcommand = new SyntaxCategoriesSubcommand;
   } else if (KeywordMatch(text.c_str(), "TITLES")) {
     subcommand = new SyntaxTitlesSubcommand(settings);
   } else if (KeywordMatch(text.c_str(), "SIGTEST")) {
-    // TODO(#5): the check that no PPROPERTIES hides the sources of a computed category.
+    // A test compares the categories a computed category is made of; hidden, they could
+    // not be compared.
+    if (auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent())) {
+      for (const SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+        for (const SyntaxPPropertiesSubcommand* properties : root->GetPPropertiesSubcommands()) {
+          for (const std::string& name : properties->GetCatNameVector()) {
+            if (name == pCompute->GetCatName() && properties->IsHideSourceSet()) {
+              SyntaxParserUtility::HideSourceCatsInSigTest(this, name);
+            }
+          }
+        }
+      }
+    }
     subcommand = new SyntaxSigTestSubcommand(settings);
   } else if (KeywordMatch(text.c_str(), "COMPARETEST")) {
     subcommand = new SyntaxCompareTestSubcommand(settings);

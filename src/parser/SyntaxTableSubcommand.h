@@ -18,7 +18,6 @@ class TableSettings;
 /// sub-table cubes (its VariableComposite list, read by the dispatcher through CubeCount
 /// and operator[]). When the table is complete it checks the label-moving CLABELS request
 /// and drops the significance tests that cannot run.
-// TODO(#5): the CATEGORIES converter.
 class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
  public:
   /// `tableNumber` is the 1-based position of the table in the command.

@@ -8,16 +8,23 @@
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxFormatSubcommand.h"
 #include "parser/SyntaxHideSmallCountsSubcommand.h"
+#include "parser/SyntaxMRSets.h"
+#include "parser/SyntaxMRVariableSet.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxSMissingSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVLabelsSubcommand.h"
+#include "parser/SyntaxVariableName.h"
 #include "parser/SyntaxWeightSubcommand.h"
+#include "parser/TableSettings.h"
 #include "parser/VLabelsSettings.h"
 
 struct SyntaxTablesCommand::CommandData {
   SyntaxFormatSubcommand* _format = nullptr;                    // the latest FORMAT; a child of the root
   VLabelsSettings _vLabels;                                     // what every VLABELS asked for, later wins
+  SyntaxMRSets* _mrSets = nullptr;                              // the latest MRSETS; a child of the root
   SyntaxSMissingSubcommand* _sMissing = nullptr;                // the latest SMISSING; a child of the root
   SyntaxHideSmallCountsSubcommand* _hideSmallCounts = nullptr;  // the latest HIDESMALLCOUNTS; a child
   std::string _baseWeightVarName;                               // WEIGHT variable; empty for none
@@ -27,9 +34,6 @@ struct SyntaxTablesCommand::CommandData {
 };
 
 namespace {
-
-// Global subcommands whose converters are still to come.
-constexpr const char* kPendingGlobalSubcommands[] = {"MRSETS", "PCOMPUTE"};
 
 // Subcommands that belong to one table; before any TABLE they are out of order.
 constexpr const char* kTableSubcommands[] = {"CLABELS",     "SLABELS", "CATEGORIES", "TITLES",
@@ -90,18 +94,26 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
     _commandData->_hideSmallCounts = AddSubcommand(new SyntaxHideSmallCountsSubcommand);
     return _commandData->_hideSmallCounts;
   }
-  for (const char* keyword : kPendingGlobalSubcommands) {
-    if (KeywordMatch(text.c_str(), keyword)) {
-      // TODO(#5): MRSETS and PCOMPUTE get their converters with the set and computed-category work.
-      SyntaxParserUtility::UnknownKeyword(this, text);
+  if (KeywordMatch(text.c_str(), "MRSETS")) {
+    if (_commandData->_mrSets != nullptr) {
+      SyntaxParserUtility::DuplicateWarning(this, "MRSETS");
     }
+    _commandData->_mrSets = AddSubcommand(new SyntaxMRSets);
+    return _commandData->_mrSets;
+  }
+  if (KeywordMatch(text.c_str(), "PCOMPUTE")) {
+    SyntaxPComputeSubcommand* pCompute = AddSubcommand(new SyntaxPComputeSubcommand);
+    _commandData->_pComputes.push_back(pCompute);
+    return pCompute;
   }
   if (KeywordMatch(text.c_str(), "PPROPERTIES")) {
+    // Properties name computed categories, so some must be defined first.
     if (_commandData->_pComputes.empty()) {
       SyntaxParserUtility::MissingKeyword(this, "PCOMPUTE");
     }
-    // TODO(#5): PPROPERTIES gets its converter with the computed-category work.
-    SyntaxParserUtility::UnknownKeyword(this, text);
+    SyntaxPPropertiesSubcommand* properties = AddSubcommand(new SyntaxPPropertiesSubcommand);
+    _commandData->_pProperties.push_back(properties);
+    return properties;
   }
   for (const char* keyword : kTableSubcommands) {
     if (KeywordMatch(text.c_str(), keyword)) {
@@ -157,7 +169,57 @@ std::string SyntaxTablesCommand::GetBaseWeightVarName() const {
 }
 
 void SyntaxTablesCommand::CommitGlobalSubcommands() {
-  // TODO(#5): FORMAT, VLABELS, MRSETS and SMISSING settings are copied into each table here.
+  const CommandData& data = *_commandData;
+  const VLabelsSettings& vLabels = data._vLabels;
+  for (SyntaxTableSubcommand* table : data._tables) {
+    TableSettings& settings = table->GetTableSettings();
+    if (data._format != nullptr) {
+      const SyntaxFormatSubcommand& format = *data._format;
+      if (format.HasMinColumnWidth()) {
+        settings.SetMinColumnWidthPoints(format.GetMinColumnWidthPoints());
+      }
+      if (format.HasMaxColumnWidth()) {
+        settings.SetMaxColumnWidthPoints(format.GetMaxColumnWidthPoints());
+      }
+      const int type = format.GetEmptyStringType();
+      if (type == PresentationCodes::kString) {
+        settings.SetEmptyString(type, format.GetEmptyString());
+      } else {
+        settings.SetEmptyStringType(type);
+      }
+      settings.SetMissingString(format.GetMissingString());
+    }
+    if (!vLabels.IsEmpty()) {
+      for (SyntaxVariableName* variable : table->GetTableVarList()) {
+        if (vLabels.IsForAll()) {
+          variable->SetVLabelsOption(vLabels.GetAllOption());
+        }
+        const std::string name = variable->GetNameToken();
+        if (name.empty() || name[0] != '$') {
+          const auto entry = vLabels.GetByIndex().find(variable->GetIndex());
+          if (entry != vLabels.GetByIndex().end()) {
+            variable->SetVLabelsOption(entry->second);
+          }
+        } else {
+          // Set names are compared as written: the set's own spelling is what the node holds.
+          for (const MRSetVLabelsOption& entry : vLabels.GetBySet()) {
+            if (entry._name == name) {
+              variable->SetVLabelsOption(entry._option);
+            }
+          }
+        }
+      }
+    }
+    if (data._mrSets != nullptr) {
+      const bool isNo = data._mrSets->GetIsCountDuplicatesNo();
+      for (SyntaxVariableName* variable : table->GetTableSetList()) {
+        static_cast<SyntaxMRVariableSet*>(variable)->SetCountDuplicates(isNo);
+      }
+    }
+    if (data._sMissing != nullptr) {
+      settings.SetIsPairwise(data._sMissing->GetIsPairwise());
+    }
+  }
 }
 
 void SyntaxTablesCommand::MakeTableTitlesUnique() {

@@ -15,8 +15,6 @@ class VLabelsSettings;
 /// each may stand (global subcommands before the first TABLE, table-level ones after a
 /// TABLE), and on the period commits the global settings into every table. All
 /// subcommands are its children, added with Add and owned through them.
-// TODO(#5): MRSETS, PCOMPUTE and PPROPERTIES converters, and the commit of FORMAT, VLABELS,
-// MRSETS and SMISSING into the tables, come with the table-expression work.
 class SyntaxTablesCommand : public SyntaxComposite {
  public:
   SyntaxTablesCommand();

@@ -43,6 +43,12 @@ struct TableSettings::Data {
   SyntaxConverter* _titleChild = nullptr;    // not owned
   SyntaxConverter* _captionChild = nullptr;  // not owned
   SyntaxConverter* _cornerChild = nullptr;   // not owned
+  double _minColumnWidthPoints = 0.0;        // FORMAT MINCOLWIDTH; 0 for none
+  double _maxColumnWidthPoints = 0.0;        // FORMAT MAXCOLWIDTH; 0 for none
+  int _emptyStringType = PresentationCodes::kEmptyFormatZero;  // FORMAT EMPTY
+  std::string _emptyString;                  // the user's text for EMPTY
+  std::string _missingString = ".";          // FORMAT MISSING
+  bool _isPairwise = true;                   // SMISSING VARIABLE
 
   void AddTest(const char* subcommand, const SigTestSettings& settings) {
     const auto sameType = [&settings](const SigTestSettings& entry) { return entry._type == settings._type; };
@@ -194,4 +200,61 @@ std::string TableSettings::GetCaption() const {
 
 std::string TableSettings::GetCornerText() const {
   return HolderText(_data->_cornerChild);
+}
+
+void TableSettings::SetMinColumnWidthPoints(double points) {
+  _data->_minColumnWidthPoints = points;
+}
+
+double TableSettings::GetMinColumnWidthPoints() const {
+  return _data->_minColumnWidthPoints;
+}
+
+bool TableSettings::HasMinColumnWidth() const {
+  return _data->_minColumnWidthPoints != 0.0;
+}
+
+void TableSettings::SetMaxColumnWidthPoints(double points) {
+  _data->_maxColumnWidthPoints = points;
+}
+
+double TableSettings::GetMaxColumnWidthPoints() const {
+  return _data->_maxColumnWidthPoints;
+}
+
+bool TableSettings::HasMaxColumnWidth() const {
+  return _data->_maxColumnWidthPoints != 0.0;
+}
+
+void TableSettings::SetEmptyString(int type, const std::string& text) {
+  _data->_emptyStringType = type;
+  _data->_emptyString = text;
+}
+
+void TableSettings::SetEmptyStringType(int type) {
+  _data->_emptyStringType = type;
+}
+
+int TableSettings::GetEmptyStringType() const {
+  return _data->_emptyStringType;
+}
+
+std::string TableSettings::GetEmptyString() const {
+  return _data->_emptyString;
+}
+
+void TableSettings::SetMissingString(const std::string& text) {
+  _data->_missingString = text;
+}
+
+std::string TableSettings::GetMissingString() const {
+  return _data->_missingString;
+}
+
+void TableSettings::SetIsPairwise(bool isPairwise) {
+  _data->_isPairwise = isPairwise;
+}
+
+bool TableSettings::GetIsPairwise() const {
+  return _data->_isPairwise;
 }

@@ -67,6 +67,29 @@ class TableSettings {
   std::string GetCaption() const;
   std::string GetCornerText() const;
 
+  // --- What the global FORMAT and SMISSING give every table --------------------------
+  // The root copies these in when the command ends; a table without FORMAT keeps the
+  // defaults (no width limits, empty cells as zero, missing cells as ".", pairwise).
+
+  /// Column widths in points; 0 means no limit.
+  void SetMinColumnWidthPoints(double points);
+  double GetMinColumnWidthPoints() const;
+  bool HasMinColumnWidth() const;
+  void SetMaxColumnWidthPoints(double points);
+  double GetMaxColumnWidthPoints() const;
+  bool HasMaxColumnWidth() const;
+  /// A PresentationCodes::FormatEmpty value with the user's text for kString.
+  void SetEmptyString(int type, const std::string& text);
+  void SetEmptyStringType(int type);
+  int GetEmptyStringType() const;
+  /// Only meaningful when the type is kString.
+  std::string GetEmptyString() const;
+  void SetMissingString(const std::string& text);
+  std::string GetMissingString() const;
+  /// SMISSING: pairwise (true) or listwise deletion of missing scale values.
+  void SetIsPairwise(bool isPairwise);
+  bool GetIsPairwise() const;
+
  private:
   struct Data;
   std::unique_ptr<Data> _data;

@@ -1,0 +1,383 @@
+// SyntaxCategorySquareBracket.cpp - the explicit list of CATEGORIES and its sequence rules
+#include "parser/SyntaxCategorySquareBracket.h"
+
+#include <ostream>
+
+#include "parser/CategoryRange.h"
+#include "parser/CategoryToken.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxTablesCommand.h"
+
+namespace {
+
+using Codes = TableEncryptionCodes;
+
+bool IsSubtotal(Codes::ExplicitListType type) {
+  return type == Codes::kExplicitSubtotal || type == Codes::kExplicitHSubtotal;
+}
+
+bool IsValue(Codes::ExplicitListType type) {
+  return type == Codes::kExplicitString || type == Codes::kExplicitNumber;
+}
+
+}  // namespace
+
+struct SyntaxCategorySquareBracket::Data {
+  bool _isClosed = false;  // "]" was read
+  bool _exclusiveMDList = false;
+  bool _treatSubtotalAsVar = false;
+  bool _treatHSubtotalAsVar = false;
+  bool _treatLoAsVar = false;
+  bool _treatHiAsVar = false;
+  bool _treatMissingAsVar = false;
+  bool _treatOtherNMAsVar = false;
+  bool _treatThruAsVar = false;
+  bool _awaitingComputedName = false;  // "&" was read
+  bool _totalUsedInPc = false;         // a referred computed category uses TOTAL
+  std::string _pcCatName;              // name of that category
+  std::vector<CategoryToken*> _tokens;  // the elements; owned
+
+  ~Data() {
+    for (CategoryToken* token : _tokens) {
+      delete token;
+    }
+  }
+};
+
+SyntaxCategorySquareBracket::SyntaxCategorySquareBracket() : _data(std::make_unique<Data>()) {}
+
+SyntaxCategorySquareBracket::~SyntaxCategorySquareBracket() = default;
+
+std::string SyntaxCategorySquareBracket::GetSubcommandName() const {
+  return "CATEGORIES";
+}
+
+// '[' ... number ...
+SyntaxConverter* SyntaxCategorySquareBracket::Number(double value, const std::string& text) {
+  AddCategoryToken(new CategoryToken(value, text), text);
+  return this;
+}
+
+// '[' ... 'literal' ...
+SyntaxConverter* SyntaxCategorySquareBracket::Literal(const std::string& text) {
+  std::string value = text;
+  SyntaxParserUtility::TrimTrailingWhiteSpace(value);
+  // A value of blanks only is the one-blank value; an empty text stays empty.
+  if (value.empty() && !text.empty()) {
+    value.push_back(' ');
+  }
+  AddCategoryToken(new CategoryToken(value), value);
+  return this;
+}
+
+// '[' ... & name ...
+SyntaxConverter* SyntaxCategorySquareBracket::Ampersand(const std::string& /*text*/) {
+  _data->_awaitingComputedName = true;
+  return this;
+}
+
+// '[' ... SUBTOTAL '=' 'label' | HSUBTOTAL '=' 'label' ...
+SyntaxConverter* SyntaxCategorySquareBracket::AttributeString(const std::string& text,
+                                                              TARN_TokenSequence* /*tokens*/) {
+  if (SyntaxParserUtility::ExactWordMatch(text, "SUBTOTAL")) {
+    AddCategoryToken(new CategoryToken(text, /*mustHaveLabel=*/true, /*isSubtotal=*/true), text);
+  } else if (SyntaxParserUtility::ExactWordMatch(text, "HSUBTOTAL")) {
+    AddCategoryToken(new CategoryToken(text, /*mustHaveLabel=*/true, /*isSubtotal=*/false), text);
+  } else {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  return this;
+}
+
+// '[' ... word ...
+SyntaxConverter* SyntaxCategorySquareBracket::String(const std::string& text) {
+  Data& data = *_data;
+  if (data._awaitingComputedName) {
+    data._awaitingComputedName = false;
+    AddCategoryToken(new CategoryToken(text, Codes::kExplicitComputed), text);
+    if (auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent())) {
+      for (SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+        if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), text)) {
+          continue;
+        }
+        // Any reference that uses the total needs the total: remember that one by name.
+        if (pCompute->IsTotalSet()) {
+          data._totalUsedInPc = true;
+          data._pcCatName = pCompute->GetCatName();
+        } else if (!data._totalUsedInPc) {
+          data._pcCatName = pCompute->GetCatName();
+        }
+      }
+    }
+    return this;
+  }
+  struct ReservedWord {
+    const char* word;
+    Codes::ExplicitListType type;
+    bool asVariable;
+  };
+  const ReservedWord reserved[] = {
+      {"SUBTOTAL", Codes::kExplicitSubtotal, data._treatSubtotalAsVar},
+      {"HSUBTOTAL", Codes::kExplicitHSubtotal, data._treatHSubtotalAsVar},
+      {"LO", Codes::kExplicitLo, data._treatLoAsVar},
+      {"THRU", Codes::kExplicitRange, data._treatThruAsVar},
+      {"HI", Codes::kExplicitHi, data._treatHiAsVar},
+      {"MISSING", Codes::kExplicitMissing, data._treatMissingAsVar},
+      {"OTHERNM", Codes::kExplicitOtherNM, data._treatOtherNMAsVar},
+  };
+  for (const ReservedWord& entry : reserved) {
+    if (!SyntaxParserUtility::ExactWordMatch(text, entry.word)) {
+      continue;
+    }
+    // In a list of members, a member called MISSING is that member.
+    if (data._exclusiveMDList && entry.asVariable) {
+      AddCategoryToken(new CategoryToken(text, Codes::kExplicitName), text);
+    } else if (entry.type == Codes::kExplicitRange) {
+      AddCategoryToken(new CategoryRange(text), text);
+    } else {
+      AddCategoryToken(new CategoryToken(text, entry.type), text);
+    }
+    return this;
+  }
+  if (!data._exclusiveMDList) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  AddCategoryToken(new CategoryToken(text, Codes::kExplicitName), text);
+  return this;
+}
+
+// ... ']'
+SyntaxConverter* SyntaxCategorySquareBracket::RightSquareBracket(const std::string& text) {
+  _data->_isClosed = true;
+  CleanUpSubtotals();
+  ValidateAndCommit(text);
+  return GetParent();
+}
+
+void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const std::string& text) {
+  std::unique_ptr<CategoryToken> added(token);
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  const Codes::ExplicitListType next = added->GetTokenType();
+  auto refuse = [&]() {
+    added.reset();
+    SyntaxParserUtility::IncorrectSequence(this, text);
+  };
+  auto append = [&]() {
+    tokens.push_back(added.release());
+    RemoveDuplicatesOfLast(text);
+  };
+  if (tokens.empty()) {
+    if (next == Codes::kExplicitRange || next == Codes::kExplicitHi) {
+      refuse();
+    }
+    append();
+    return;
+  }
+  CategoryToken* last = tokens.back();
+  const Codes::ExplicitListType previous = last->GetTokenType();
+  if (next == Codes::kExplicitHi && previous != Codes::kExplicitRange) {
+    refuse();
+  }
+  switch (previous) {
+    case Codes::kExplicitString:
+    case Codes::kExplicitNumber:
+    case Codes::kExplicitComputed:
+    case Codes::kExplicitLo:
+      if (next == Codes::kExplicitRange) {
+        // THRU takes the element before it as its first end.
+        auto* range = static_cast<CategoryRange*>(added.release());
+        tokens.back() = range;
+        range->AddCategoryToken(last);
+        return;
+      }
+      if (previous == Codes::kExplicitLo) {
+        refuse();
+      }
+      append();
+      return;
+    case Codes::kExplicitRange: {
+      auto* range = static_cast<CategoryRange*>(last);
+      if (range->GetChildCount() < 2) {
+        if (!IsValue(next) && next != Codes::kExplicitHi) {
+          refuse();
+        }
+        range->AddCategoryToken(added.release());
+        // The same range written twice: the later place wins.
+        for (std::size_t position = 0; position + 1 < tokens.size();) {
+          auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
+          if (other != nullptr && other->GetChildCount() == 2 && *other->GetFirstChild() == *range->GetFirstChild() &&
+              *other->GetLastChild() == *range->GetLastChild()) {
+            SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
+            delete other;
+            tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+          } else {
+            ++position;
+          }
+        }
+        return;
+      }
+      if (next == Codes::kExplicitLo || next == Codes::kExplicitHi || next == Codes::kExplicitRange ||
+          next == Codes::kExplicitName) {
+        refuse();
+      }
+      append();
+      return;
+    }
+    case Codes::kExplicitMissing:
+    case Codes::kExplicitOtherNM:
+    case Codes::kExplicitSubtotal:
+    case Codes::kExplicitHSubtotal:
+      if (next == Codes::kExplicitRange) {
+        refuse();
+      }
+      if (next == previous) {
+        // A second subtotal straight after the first replaces it.
+        delete last;
+        tokens.pop_back();
+        append();
+        return;
+      }
+      if (IsSubtotal(previous) && last->GetMustHaveLabel() && !last->GetHasLabel()) {
+        if (next != Codes::kExplicitString) {
+          added.reset();
+          SyntaxParserUtility::UnknownKeyword(this, text);
+        }
+        last->SetLabel(added->GetToken());
+        return;
+      }
+      append();
+      return;
+    default:  // a member name
+      if (next == Codes::kExplicitRange) {
+        refuse();
+      }
+      append();
+      return;
+  }
+}
+
+void SyntaxCategorySquareBracket::RemoveDuplicatesOfLast(const std::string& text) {
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  const CategoryToken& last = *tokens.back();
+  for (std::size_t position = 0; position + 1 < tokens.size();) {
+    CategoryToken* earlier = tokens[position];
+    if (!IsSubtotal(earlier->GetTokenType()) && *earlier == last) {
+      SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
+      delete earlier;
+      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+    } else {
+      ++position;
+    }
+  }
+}
+
+void SyntaxCategorySquareBracket::CleanUpSubtotals() {
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  for (std::size_t position = 0; position + 1 < tokens.size();) {
+    const Codes::ExplicitListType type = tokens[position]->GetTokenType();
+    if (IsSubtotal(type) && tokens[position + 1]->GetTokenType() == type) {
+      SyntaxParserUtility::DropEmptySubtotal(this);
+      delete tokens[position];
+      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+    } else {
+      ++position;
+    }
+  }
+}
+
+void SyntaxCategorySquareBracket::ValidateAndCommit(const std::string& text) {
+  const Data& data = *_data;
+  if (!data._isClosed) {
+    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  }
+  if (data._tokens.empty()) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+  const CategoryToken* last = data._tokens.back();
+  const Codes::ExplicitListType type = last->GetTokenType();
+  const bool unlabelled = IsSubtotal(type) && last->GetMustHaveLabel() && !last->GetHasLabel();
+  const bool openRange = type == Codes::kExplicitRange && static_cast<const CategoryRange*>(last)->GetChildCount() < 2;
+  if (unlabelled || type == Codes::kExplicitLo || openRange) {
+    SyntaxParserUtility::UnknownKeyword(this, text);
+  }
+}
+
+void SyntaxCategorySquareBracket::SetExclusiveMDList(bool isExclusive) {
+  _data->_exclusiveMDList = isExclusive;
+}
+
+void SyntaxCategorySquareBracket::SetTreatSubtotalAsVar(bool asVariable) {
+  _data->_treatSubtotalAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatHSubtotalAsVar(bool asVariable) {
+  _data->_treatHSubtotalAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatLoAsVar(bool asVariable) {
+  _data->_treatLoAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatHiAsVar(bool asVariable) {
+  _data->_treatHiAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatMissingAsVar(bool asVariable) {
+  _data->_treatMissingAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatOtherNMAsVar(bool asVariable) {
+  _data->_treatOtherNMAsVar = asVariable;
+}
+
+void SyntaxCategorySquareBracket::SetTreatThruAsVar(bool asVariable) {
+  _data->_treatThruAsVar = asVariable;
+}
+
+const std::vector<CategoryToken*>& SyntaxCategorySquareBracket::GetTokens() const {
+  return _data->_tokens;
+}
+
+void SyntaxCategorySquareBracket::RemoveToken(std::size_t position) {
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  if (position < tokens.size()) {
+    delete tokens[position];
+    tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+  }
+}
+
+bool SyntaxCategorySquareBracket::IsTotalUsedExprInPc() const {
+  return _data->_totalUsedInPc;
+}
+
+const std::string& SyntaxCategorySquareBracket::GetPcCatName() const {
+  return _data->_pcCatName;
+}
+
+namespace {
+
+const char* KindName(Codes::ExplicitListType type) {
+  static const char* const kNames[] = {"string", "number",   "lo",        "hi",   "range",   "missing",
+                                       "othernm", "subtotal", "hsubtotal", "name", "computed"};
+  return type >= 0 && type <= Codes::kExplicitComputed ? kNames[type] : "?";
+}
+
+}  // namespace
+
+void SyntaxCategorySquareBracket::DumpDetails(std::ostream& out) const {
+  const Data& data = *_data;
+  out << " closed=" << data._isClosed << " exclusiveMD=" << data._exclusiveMDList << " tokens=[";
+  const char* separator = "";
+  for (const CategoryToken* token : data._tokens) {
+    out << separator << KindName(token->GetTokenType()) << " '" << token->GetToken() << "'";
+    if (token->GetHasLabel()) {
+      out << " label='" << token->GetLabel() << "'";
+    }
+    separator = ", ";
+  }
+  out << "]";
+  if (!data._pcCatName.empty()) {
+    out << " pc=&" << data._pcCatName << " pcTotal=" << data._totalUsedInPc;
+  }
+}

@@ -1,0 +1,64 @@
+// SyntaxCategorySquareBracket.h - the explicit list of CATEGORIES: values, ranges, keywords, subtotals, references
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "parser/SyntaxComposite.h"
+
+class CategoryToken;
+
+/// `[ 1 2 'a' 3 THRU 5 LO THRU 0 MISSING OTHERNM SUBTOTAL='x' HSUBTOTAL &name ]`. Each
+/// element becomes a CategoryToken, added under the sequence rules (a range takes the
+/// element before THRU and the one after it; a repeated element moves to the later place).
+/// In a list that applies only to dichotomy sets the words are member variables.
+class SyntaxCategorySquareBracket : public SyntaxComposite {
+ public:
+  SyntaxCategorySquareBracket();
+  ~SyntaxCategorySquareBracket() override;
+
+  std::string GetSubcommandName() const override;
+  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
+  SyntaxConverter* Literal(const std::string& text) override;
+  SyntaxConverter* Number(double value, const std::string& text) override;
+  SyntaxConverter* RightSquareBracket(const std::string& text) override;
+  SyntaxConverter* Ampersand(const std::string& text) override;
+  SyntaxConverter* String(const std::string& text) override;
+  /// An unclosed, empty or unfinished list is refused.
+  void ValidateAndCommit(const std::string& text) override;
+
+  /// The list applies only to dichotomy sets: words are member names.
+  void SetExclusiveMDList(bool isExclusive);
+  /// In such a list, the reserved word names a member variable of that name.
+  void SetTreatSubtotalAsVar(bool asVariable);
+  void SetTreatHSubtotalAsVar(bool asVariable);
+  void SetTreatLoAsVar(bool asVariable);
+  void SetTreatHiAsVar(bool asVariable);
+  void SetTreatMissingAsVar(bool asVariable);
+  void SetTreatOtherNMAsVar(bool asVariable);
+  void SetTreatThruAsVar(bool asVariable);
+
+  /// The elements in order; owned by the list.
+  const std::vector<CategoryToken*>& GetTokens() const;
+  /// Deletes the element at `position` (an empty subtotal at an end of the list).
+  void RemoveToken(std::size_t position);
+  /// A computed category referred to uses TOTAL.
+  bool IsTotalUsedExprInPc() const;
+  /// The name of the referred computed category that uses TOTAL (else the last one referred to).
+  const std::string& GetPcCatName() const;
+
+ protected:
+  void DumpDetails(std::ostream& out) const override;
+
+ private:
+  /// Adds `token` (owned from now) under the sequence rules; `text` names it in messages.
+  void AddCategoryToken(CategoryToken* token, const std::string& text);
+  /// Removes every earlier element equal to the last one, with a warning.
+  void RemoveDuplicatesOfLast(const std::string& text);
+  /// Two subtotals in a row: the first sums nothing and is dropped.
+  void CleanUpSubtotals();
+
+  struct Data;
+  std::unique_ptr<Data> _data;
+};
