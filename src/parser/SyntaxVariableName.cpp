@@ -959,6 +959,71 @@ std::string StatisticList(const std::vector<Statistics*>& statistics) {
   return list;
 }
 
+// One ParsedCategory as the dump shows it: kind, values, code, and a computed category's
+// label, hiding and formats.
+void DumpParsedCategory(std::ostream& out, const ParsedCategory& category) {
+  const int type = category.GetValueType();
+  auto value = [type](const OBS* cells) {
+    const ObsValue copy(type, cells, -1);
+    if (type != 0) {
+      return "'" + copy.Text() + "'";
+    }
+    char number[32];
+    std::snprintf(number, sizeof number, "%.15g", copy.Number());
+    return std::string(number);
+  };
+  switch (category.GetPCType()) {
+    case ParsedCategory::kParsedValue:
+      out << "value " << value(category.GetCatValue());
+      break;
+    case ParsedCategory::kParsedRange:
+      out << "range " << value(category.GetCatValue()) << " THRU " << value(category.GetHighValue());
+      break;
+    case ParsedCategory::kParsedLo:
+      out << "range LO THRU " << value(category.GetCatValue());
+      break;
+    case ParsedCategory::kParsedHi:
+      out << "range " << value(category.GetCatValue()) << " THRU HI";
+      break;
+    case ParsedCategory::kParsedAll:
+      out << "range LO THRU HI";
+      break;
+    case ParsedCategory::kParsedMissing:
+      out << "MISSING";
+      break;
+    case ParsedCategory::kParsedOtherNM:
+      out << "OTHERNM";
+      break;
+    case ParsedCategory::kParsedSubtotal:
+    case ParsedCategory::kParsedHSubtotal:
+      out << (category.GetPCType() == ParsedCategory::kParsedSubtotal ? "SUBTOTAL" : "HSUBTOTAL") << " '"
+          << category.GetLabel() << "'" << (category.IsLabelDefault() ? " default" : "");
+      break;
+    case ParsedCategory::kParsedVariable:
+      out << "variable #" << category.GetVarIndex();
+      break;
+    case ParsedCategory::kParsedComputed: {
+      out << "computed &" << category.GetPCatName() << " labels=";
+      const char* separator = "";
+      for (const std::string& label : category.GetCategories()) {
+        out << separator << "'" << label << "'";
+        separator = ",";
+      }
+      out << " hide=" << category.GetHideSource() << " index=" << category.GetIndex();
+      for (std::size_t position = 0; position < category.GetStatCodes().size(); ++position) {
+        out << " stat=" << category.GetStatCodes()[position];
+        if (position < category.GetFormats().size() && category.GetFormats()[position] != 0) {
+          out << "/format=" << category.GetFormats()[position];
+        }
+      }
+      break;
+    }
+  }
+  if (category.GetSubtotalEncoding() != 0) {
+    out << " @" << category.GetSubtotalEncoding();
+  }
+}
+
 }  // namespace
 
 void SyntaxVariableName::DumpDetails(std::ostream& out) const {
@@ -968,5 +1033,31 @@ void SyntaxVariableName::DumpDetails(std::ostream& out) const {
       << " type=" << (data._variableType == TableEncryptionCodes::kVariableScale ? "S" : "C")
       << " measurementSet=" << data._measurementSet << " stats=" << StatisticList(data._statistics)
       << " removable=" << data._isStatRemovable << " totals=" << (data._totals != nullptr)
-      << " totalstats=" << StatisticList(data._totalStats);
+      << " totalstats=" << StatisticList(data._totalStats) << " vlpairs=" << data._vlPairCount
+      << " total=" << (data._isTotalNo ? "NO" : "YES") << " totalLabel='" << data._totalLabel << "'"
+      << " position=" << (data._isTotalPositionAfter ? "AFTER" : "BEFORE")
+      << " empty=" << (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE") << " order=" << (data._isOrderA ? "A" : "D")
+      << " missing=" << (data._isMissingExclude ? "EXCLUDE" : "INCLUDE") << " key=";
+  switch (data._sortKey) {
+    case TableEncryptionCodes::kSortKeyLabel:
+      out << "LABEL";
+      break;
+    case TableEncryptionCodes::kSortKeyStatistic:
+      out << SyntaxParserUtility::GetStatToken(data._sortStatistic, data._cutPoint) << "("
+          << (data._sortVariable == nullptr ? "" : data._sortVariable->GetNameToken()) << ")";
+      break;
+    default:
+      out << "VALUE";
+  }
+  out << " explicit=" << data._isExplicit;
+  if (data._isExplicit) {
+    out << " list=[";
+    const char* separator = "";
+    for (const ParsedCategory* category : data._parsedCategories) {
+      out << separator;
+      DumpParsedCategory(out, *category);
+      separator = "; ";
+    }
+    out << "]";
+  }
 }
