@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,7 @@ void CollectStatistics(const Node* node, std::vector<const StatTreeNode*>& out) 
 struct GoldenCase {
   const char* name;
   const char* command;
-  bool emptyInclude;
+  std::optional<bool> emptyInclude;
   bool totals = false;
 };
 
@@ -84,7 +85,18 @@ INSTANTIATE_TEST_SUITE_P(
                    "QUILT /TABLE region BY gender [COUNT] BY agegrp /CLABELS COLLABELS=LAYER.", true},
         GoldenCase{"totals", "QUILT /TABLE region BY gender [COUNT TOTALS [COLPCT.COUNT]].", true, true},
         GoldenCase{"totals_nested", "QUILT /TABLE region > agegrp [COUNT TOTALS [COLPCT.COUNT]] BY gender.", false,
-                   true}),
+                   true},
+        GoldenCase{"subtotals",
+                   "QUILT /TABLE region BY agegrp [COUNT TOTALS [COLPCT.COUNT]] /CATEGORIES VARIABLES=agegrp "
+                   "[1, 2, SUBTOTAL='Young or middle', 3] TOTAL=YES.",
+                   {}},
+        // With statistics below it, a computed category stands under every region although the
+        // axis cube has no cell for it; Old still stands only where it occurred.
+        GoldenCase{"computed_category",
+                   "QUILT /PCOMPUTE &ym = EXPR([1] + [2]) /TABLE region > agegrp [COUNT] /SLABELS POSITION=ROW "
+                   "/CATEGORIES VARIABLES=agegrp [1, 2, &ym, 3] EMPTY=EXCLUDE /CATEGORIES VARIABLES=region "
+                   "EMPTY=EXCLUDE.",
+                   {}}),
     [](const testing::TestParamInfo<GoldenCase>& info) { return info.param.name; });
 
 struct SlotCase {
@@ -252,6 +264,19 @@ TEST(QuiltTable, EmptyIncludeShowsEveryCategoryUnderEveryOuterOne) {
   const std::vector<std::string> keys = LeafKeys(built->Table().GetRowHeaderRoot());
   ASSERT_EQ(keys.size(), 9u);  // 3 regions x 3 age groups
   EXPECT_EQ(keys[5], "South/Old");
+}
+
+TEST(QuiltTable, CategoriesSubcommandDecidesEmptyCategoriesAndTotals) {
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build(
+      "QUILT /TABLE region > agegrp [COUNT] /CATEGORIES VARIABLES=region agegrp EMPTY=EXCLUDE TOTAL=YES.");
+  ASSERT_TRUE(built);
+  EXPECT_EQ(built->GetAxisCubeResult(), 1);  // one cube crossing region and agegrp
+  built->RunData();
+  // South has no Old; every region has its total, and the total of region holds all ages.
+  EXPECT_EQ(LeafKeys(built->Table().GetRowHeaderRoot()),
+            (std::vector<std::string>{"North/Young", "North/Middle", "North/Old", "North/Total", "South/Young",
+                                      "South/Middle", "South/Total", "West/Middle", "West/Total", "Total/Young",
+                                      "Total/Middle", "Total/Old", "Total/Total"}));
 }
 
 TEST(QuiltTable, FinalTreesAreRebuiltForEachGroup) {

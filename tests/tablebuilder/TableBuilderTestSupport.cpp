@@ -102,14 +102,22 @@ std::unique_ptr<BuiltTable> BuiltTable::Build(const std::string& command, Option
   const std::vector<AggregationStatistic> count{AggregationStatistic(TableEncryptionCodes::kStatCount)};
   for (SyntaxVariableName* variable : d.syntax->GetTableVarList()) {
     if (variable->GetVariableType() != TableEncryptionCodes::kVariableCategorical) continue;
-    // What CATEGORIES EMPTY= would have stored, copied to the engine as the dispatcher does.
-    variable->SetIsEmptyInclude(options.emptyInclude);
+    // Options the test imposes, as CATEGORIES would have stored them.
+    if (options.emptyInclude.has_value()) variable->SetIsEmptyInclude(*options.emptyInclude);
     if (options.totals) variable->SetIsTotalNo(false);
+    // Configured from the node in the dispatcher's order.
     d.variables.push_back(std::make_unique<AggregationVariable>(variable->GetIndex(), variable->GetNameToken()));
     AggregationVariable* engineVariable = d.variables.back().get();
+    engineVariable->SetVarLabel(variable->GetLabel());
+    engineVariable->SetIsOrderA(variable->GetIsOrderA());
     engineVariable->SetIsEmptyInclude(variable->GetIsEmptyInclude());
+    engineVariable->SetIsMissingExclude(variable->GetIsMissingExclude());
     engineVariable->SetIsTotalNo(variable->GetIsTotalNo());
     engineVariable->SetIsTotalPositionAfter(variable->GetIsTotalPositionAfter());
+    engineVariable->SetTotalLabel(variable->GetTotalLabel());
+    engineVariable->SetIsTotalLabelDefault(variable->GetIsTotalLabelDefault());
+    engineVariable->SetSortKey(variable->GetSortKey());
+    if (!variable->GetParsedCategories().empty()) engineVariable->AddParsedCategories(&variable->GetParsedCategories());
     variable->SetAggregationVariable(engineVariable);
     AggregationCube* cube = d.aggregation->CreateCube();
     cube->AddCategoricalVariable(engineVariable, variable->GetAxis());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 class QuiltTable;
@@ -17,9 +18,10 @@ class BuiltTable {
   BuiltTable& operator=(const BuiltTable&) = delete;
 
   /// What CATEGORIES would have said for every categorical variable of the table.
+  /// Unset options keep what the command's own CATEGORIES said.
   struct Options {
-    bool emptyInclude = true;  // EMPTY=INCLUDE, the default
-    bool totals = false;       // TOTAL=YES
+    std::optional<bool> emptyInclude;  // EMPTY=INCLUDE or EXCLUDE
+    bool totals = false;               // TOTAL=YES
   };
 
   /// Parses `command` against the test survey and builds its first table with `options`. A
