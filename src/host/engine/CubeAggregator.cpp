@@ -209,13 +209,17 @@ struct CubeAggregator::Data {
 
   // Adds case k of the block to one cell. `valid` and `responses` come from the case's
   // entry at the position carrying the statistics (true and 0 without one); a case in the
-  // hidden bucket only enters TOTAL.
+  // hidden bucket only enters TOTAL. While cases arrive TOTAL holds the bucket's cases
+  // alone: every other case is in COUNT too, and Complete adds COUNT in once rather than
+  // every case twice.
   void Update(std::uint32_t where, const CaseBlock& block, std::size_t k, bool bucket, bool valid,
               double responses) {
     const double w = block._weights[k];
     Cell& cell = _cells[where];
-    cell._total.Consume(w);
-    if (bucket) return;
+    if (bucket) {
+      cell._total.Consume(w);
+      return;
+    }
     cell._count.Consume(w);
     if (valid) cell._valid.Consume(w);
     cell._responses += w * responses;
@@ -842,6 +846,7 @@ void CubeAggregator::Complete() {
   std::vector<std::vector<int>> options(n);
   std::vector<std::size_t> odometer(n);
   std::vector<int> codes(n);
+  for (Cell& cell : cells) cell._total.Merge(cell._count);
   for (std::uint32_t source = 0; source < leafKeys.size(); ++source) {
     const PackedKey& leafKey = leafKeys[source];
     for (std::size_t i = 0; i < n; ++i) {
@@ -930,7 +935,8 @@ std::string CubeAggregator::DebugText() const {
       }
     }
     out << ") count " << cell._count._w << " (" << cell._count._u << " cases), valid " << cell._valid._w
-        << ", total " << cell._total._w << ", responses " << cell._responses << '\n';
+        << ", total " << cell._total._w + (d._complete ? 0.0 : cell._count._w) << ", responses "
+        << cell._responses << '\n';
   }
   return out.str();
 }

@@ -11,8 +11,10 @@ namespace {
 
 // Merging goes on while the distinct values are at most this many, or while a merged
 // entry stands for three cases or more on average: a merged entry costs about 24 bytes
-// (value, count, hash slots), a case kept alone 8, so beyond both merging only costs.
-constexpr std::size_t kMergeLimit = 16384;
+// (value, count, hash slots), a case kept alone 8, so beyond both merging only costs. The
+// limit keeps a cell's hash table within the processor's cache; it covers scores, ages,
+// codes and amounts rounded to the hundred.
+constexpr std::size_t kMergeLimit = 4096;
 constexpr std::size_t kFirstCapacity = 16;
 
 std::uint64_t BitsOf(double value) {
@@ -37,16 +39,35 @@ ValueStore::ValueStore(bool weighted) {
 }
 
 void ValueStore::Add(double value, double weight) {
-  AddEntry(value, weight, 1.0);
+  Data& d = _data;
+  if (d._merging) {
+    AddEntry(value, weight, 1.0);
+    return;
+  }
+  d._cases += 1.0;
+  d._values.push_back(value);
+  if (d._weighted) d._weights.push_back(weight);
 }
 
 void ValueStore::Merge(const ValueStore& other) {
   QUILT_ASSERT(other._data._weighted == _data._weighted, "value stores of one cube are weighted alike");
   const Data& from = other._data;
-  for (std::size_t i = 0; i < from._values.size(); ++i) {
+  Data& d = _data;
+  std::size_t i = 0;
+  // Entries go one by one while this store merges; once neither does, the rest of the
+  // cases are copied in bulk.
+  for (; i < from._values.size() && (d._merging || from._merging); ++i) {
     const double count = from._merging ? from._counts[i] : 1.0;
     const double weight = from._weighted ? from._weights[i] : count;
     AddEntry(from._values[i], weight, count);
+  }
+  if (i == from._values.size()) return;
+  d._cases += static_cast<double>(from._values.size() - i);
+  d._values.insert(d._values.end(), from._values.begin() + static_cast<std::ptrdiff_t>(i),
+                   from._values.end());
+  if (d._weighted) {
+    d._weights.insert(d._weights.end(), from._weights.begin() + static_cast<std::ptrdiff_t>(i),
+                      from._weights.end());
   }
 }
 

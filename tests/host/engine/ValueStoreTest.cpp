@@ -82,7 +82,7 @@ TEST_P(ValueStoreShapes, DistributionMatchesNaiveWholeAndInPieces) {
 INSTANTIATE_TEST_SUITE_P(Shapes, ValueStoreShapes,
                          ::testing::Values(Shape{"FewValuesUnweighted", 20000, 50, false},
                                            Shape{"FewValuesWeighted", 20000, 50, true},
-                                           Shape{"ManyRepeatedValues", 50000, 6000, true},
+                                           Shape{"ManyRepeatedValues", 50000, 3000, true},
                                            Shape{"DistinctUnweighted", 40000, 0, false},
                                            Shape{"DistinctWeighted", 40000, 0, true}),
                          [](const ::testing::TestParamInfo<Shape>& info) {
