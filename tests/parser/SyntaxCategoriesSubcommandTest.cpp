@@ -12,6 +12,18 @@ namespace {
 
 using Codes = TableEncryptionCodes;
 
+// Levels as BpError receives them.
+constexpr int kThrown = 0;
+constexpr int kWarning = 2;
+
+// The message a command ends with (thrown), or the first one it reports on the way.
+CatalogueMessage FirstMessage(const KeptParse& parse) {
+  if (!parse.Succeeded()) {
+    return parse.Error();
+  }
+  return parse.Reported().empty() ? CatalogueMessage() : parse.Reported().front();
+}
+
 TEST(SyntaxCategoriesSubcommandTest, ExplicitListWithComputedCategoryAndSubtotal) {
   KeptParse parse(
       "QUILT /PCOMPUTE &top2=EXPR([4]+[5]) /TABLE q1 BY gender "
@@ -29,7 +41,261 @@ TEST(SyntaxCategoriesSubcommandTest, ExplicitListWithComputedCategoryAndSubtotal
   const ParsedCategory& computed = *q1->GetParsedCategories()[5];
   EXPECT_EQ(computed.GetCategories(), std::vector<std::string>{"[4]+[5]"});
   EXPECT_EQ(computed.GetIndex(), q1->GetIndex());
+  EXPECT_FALSE(computed.GetHideSource());
   EXPECT_TRUE(parse.Reported().empty());
+  // gender is not named, so it keeps the data's categories.
+  EXPECT_FALSE(parse.Variable("gender")->GetIsExplicit());
+}
+
+// Subtotal codes tie each subtotal to the categories it sums (worked out by hand from the
+// position rule: AFTER closes the categories since the previous subtotal, BEFORE opens the
+// ones up to the next).
+TEST(SyntaxCategoriesSubcommandTest, SubtotalEncodingsFollowThePosition) {
+  struct Case {
+    const char* list;
+    const char* position;
+    std::vector<std::string> expected;
+  };
+  const Case cases[] = {
+      {"[1 2 3 SUBTOTAL 4 5]",
+       "AFTER",
+       {"value 1 @-101", "value 2 @-101", "value 3 @-101", "subtotal 'Subtotal' @-101", "value 4", "value 5"}},
+      {"[1 SUBTOTAL 2 3]", "BEFORE", {"value 1", "subtotal 'Subtotal' @-102", "value 2 @-102", "value 3 @-102"}},
+      {"[1 2 HSUBTOTAL='Low' 3 4 SUBTOTAL='High' 5]",
+       "AFTER",
+       {"value 1 @-101", "value 2 @-101", "hsubtotal 'Low' @-101", "value 3 @-102", "value 4 @-102",
+        "subtotal 'High' @-102", "value 5"}},
+      {"[SUBTOTAL='Low' 1 2 SUBTOTAL='High' 3]",
+       "BEFORE",
+       {"subtotal 'Low' @-102", "value 1 @-102", "value 2 @-102", "subtotal 'High' @-103", "value 3 @-103"}},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.list);
+    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.list +
+                    " POSITION=" + test.position + ".");
+    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+    EXPECT_EQ(DescribeList(*parse.Variable("q1")), test.expected);
+    EXPECT_TRUE(parse.Variable("q1")->HasSubTotal());
+  }
+}
+
+TEST(SyntaxCategoriesSubcommandTest, ListElementsBecomeEngineRecords) {
+  struct Case {
+    const char* list;
+    std::vector<std::string> expected;
+  };
+  const Case cases[] = {
+      {"[1 THRU 3 4 THRU HI]", {"range 1..3", "hi 4.."}},
+      {"[LO THRU 2 MISSING OTHERNM]", {"lo ..2", "missing", "othernm"}},
+      {"[LO THRU HI]", {"all"}},
+      // A quoted number is read with the variable's format.
+      {"['3' '1' THRU '2']", {"value 3", "range 1..2"}},
+      // A repeated element moves to its later place.
+      {"[1 2 1]", {"value 2", "value 1"}},
+      // Overlapping ranges are allowed.
+      {"[1 THRU 3 2 THRU 4]", {"range 1..3", "range 2..4"}},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.list);
+    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.list + ".");
+    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+    EXPECT_EQ(DescribeList(*parse.Variable("q1")), test.expected);
+  }
+}
+
+TEST(SyntaxCategoriesSubcommandTest, ImplicitOptionsReachEveryOccurrence) {
+  KeptParse parse(
+      "QUILT /TABLE q1 + q2 BY gender > score [MEAN] /CATEGORIES VARIABLES=q1 q2 ORDER=D KEY=MEAN(score) "
+      "MISSING=INCLUDE TOTAL=YES LABEL='All answers' POSITION=BEFORE EMPTY=EXCLUDE.");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key << " " << parse.Error().arguments.size();
+  for (const char* name : {"q1", "q2"}) {
+    SCOPED_TRACE(name);
+    const SyntaxVariableName* variable = parse.Variable(name);
+    ASSERT_NE(variable, nullptr);
+    EXPECT_FALSE(variable->GetIsOrderA());
+    EXPECT_TRUE(variable->GetOrderSet());
+    EXPECT_FALSE(variable->GetIsMissingExclude());
+    EXPECT_FALSE(variable->GetIsTotalNo());
+    EXPECT_EQ(variable->GetTotalLabel(), "All answers");
+    EXPECT_FALSE(variable->GetIsTotalLabelDefault());
+    EXPECT_FALSE(variable->GetIsTotalPositionAfter());
+    EXPECT_FALSE(variable->GetIsEmptyInclude());
+    EXPECT_EQ(variable->GetSortKey(), Codes::kSortKeyStatistic);
+    EXPECT_EQ(variable->GetSortStatistic(), Codes::kStatMean);
+    EXPECT_EQ(variable->GetSortVariable(), parse.Variable("score"));
+    EXPECT_FALSE(variable->GetIsExplicit());
+  }
+  // Neither gender nor the scale variable is touched.
+  EXPECT_TRUE(parse.Variable("gender")->GetIsOrderA());
+  EXPECT_TRUE(parse.Variable("gender")->GetIsTotalLabelDefault());
+  EXPECT_TRUE(parse.Reported().empty());
+}
+
+TEST(SyntaxCategoriesSubcommandTest, SortKeysWithoutVariable) {
+  KeptParse byLabel("QUILT /TABLE region /CATEGORIES VARIABLES=ALL KEY=LABEL.");
+  ASSERT_TRUE(byLabel.Succeeded()) << byLabel.Error().key;
+  EXPECT_EQ(byLabel.Variable("region")->GetSortKey(), Codes::kSortKeyLabel);
+  // COUNT needs no parenthesis: it is a statistic of the categories themselves.
+  KeptParse byCount("QUILT /TABLE region /CATEGORIES VARIABLES=region KEY=COUNT ORDER=D.");
+  ASSERT_TRUE(byCount.Succeeded()) << byCount.Error().key;
+  EXPECT_EQ(byCount.Variable("region")->GetSortKey(), Codes::kSortKeyStatistic);
+  EXPECT_EQ(byCount.Variable("region")->GetSortStatistic(), Codes::kStatCount);
+  EXPECT_EQ(byCount.Variable("region")->GetSortVariable(), nullptr);
+  // A percentile key keeps its cut point.
+  KeptParse byPercentile(
+      "QUILT /TABLE region > score [PTILE 25] /CATEGORIES VARIABLES=region KEY=PTILE(score 25).");
+  ASSERT_TRUE(byPercentile.Succeeded()) << byPercentile.Error().key;
+  EXPECT_EQ(byPercentile.Variable("region")->GetCutPoint(), 25.0);
+}
+
+TEST(SyntaxCategoriesSubcommandTest, VariablesNotInTheTable) {
+  // An unknown name is dropped with a warning; with nothing left the subcommand does nothing.
+  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q9 ORDER=D.");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  ASSERT_EQ(parse.Reported().size(), 1u);
+  EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Variable ^2. Unknown variable.");
+  EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", "q9"}));
+  EXPECT_TRUE(parse.Variable("q1")->GetIsOrderA());
+  // A scale variable has no categories to choose.
+  KeptParse scale("QUILT /TABLE score /CATEGORIES VARIABLES=score ORDER=D.");
+  ASSERT_TRUE(scale.Succeeded());
+  EXPECT_EQ(FirstMessage(scale).arguments, (std::vector<std::string>{"CATEGORIES", "score"}));
+}
+
+struct MessageCase {
+  const char* name;
+  const char* command;
+  const char* key;
+  std::vector<std::string> arguments;
+  int level;
+};
+
+class CategoriesMessages : public ::testing::TestWithParam<MessageCase> {};
+
+TEST_P(CategoriesMessages, RaiseTheirCatalogueMessage) {
+  const MessageCase& test = GetParam();
+  KeptParse parse(test.command);
+  const CatalogueMessage message = FirstMessage(parse);
+  EXPECT_EQ(parse.Succeeded(), test.level != kThrown);
+  EXPECT_EQ(message.key, test.key);
+  EXPECT_EQ(message.arguments, test.arguments);
+  EXPECT_EQ(message.level, test.level);
+}
+
+const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
+const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
+const char* const kIncomplete = "Text ^1. Incomplete subcommand ^2.";
+const char* const kListViolation = "Subcommand ^1. Explicit list violation.";
+const char* const kInvalidPtile = "Subcommand ^1. Invalid PTILE ^2.";
+
+const MessageCase kMessageCases[] = {
+    {"AllAfterName", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ALL ORDER=D.",
+     "Subcommand ^1. ALL and VAR appears in same list.", {"CATEGORIES"}, kThrown},
+    {"NameAfterAll", "QUILT /TABLE q1 /CATEGORIES VARIABLES=ALL q1 ORDER=D.",
+     "Subcommand ^1. ALL and VAR appears in same list.", {"CATEGORIES"}, kThrown},
+    {"OrderThenList", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=D [1 2].", kListViolation, {"CATEGORIES"},
+     kThrown},
+    {"ListThenOrder", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] ORDER=D.", kListViolation, {"CATEGORIES"},
+     kThrown},
+    {"ListThenKey", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] KEY=LABEL.", kListViolation, {"CATEGORIES"},
+     kThrown},
+    {"OrderInOneListInOther",
+     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=D /CATEGORIES VARIABLES=q1 [1 2].",
+     "Subcommand ^1. Explicit list violation for variable ^1.", {"CATEGORIES", "q1"}, kThrown},
+    {"LoAfterRange", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 THRU 3 LO THRU 5].", kIncorrectSequence,
+     {"CATEGORIES", "LO"}, kThrown},
+    {"ThruFirst", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [THRU 3].", kIncorrectSequence,
+     {"CATEGORIES", "THRU"}, kThrown},
+    {"HiAlone", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [HI].", kIncorrectSequence, {"CATEGORIES", "HI"},
+     kThrown},
+    {"OpenRange", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 THRU].", kUnknownKeyword, {"CATEGORIES", "]"},
+     kThrown},
+    {"EmptyList", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [].", kUnknownKeyword, {"CATEGORIES", "]"}, kThrown},
+    {"SubtotalLabelIsNumber", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL=5].", kUnknownKeyword,
+     {"CATEGORIES", "5"}, kThrown},
+    {"WordInList", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 two].", kUnknownKeyword, {"CATEGORIES", "two"},
+     kThrown},
+    {"BadTotalValue", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 TOTAL=MAYBE.", kUnknownKeyword,
+     {"CATEGORIES", "MAYBE"}, kThrown},
+    {"UnknownOption", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 SORT=A.", kUnknownKeyword, {"CATEGORIES", "SORT"},
+     kThrown},
+    {"NoVariables", "QUILT /TABLE q1 /CATEGORIES ORDER=D.", kIncomplete, {".", "CATEGORIES"}, kThrown},
+    {"OnlyVariables", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1.", kIncomplete, {".", "CATEGORIES"}, kThrown},
+    {"KeywordWithoutValue", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=.", kIncomplete, {".", "CATEGORIES"},
+     kThrown},
+    {"ListWithoutVariables", "QUILT /TABLE q1 /CATEGORIES [1 2].", "Subcommand ^1. Text ^2. Empty var list.",
+     {"CATEGORIES", "["}, kThrown},
+    {"TextForNumericVariable", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 'a'].",
+     "Subcommand ^1. Text ^2. Variable ^3. Data read error.", {"CATEGORIES", "a", "q1"}, kThrown},
+    {"MeanWithoutVariable", "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=MEAN ORDER=D.",
+     "Subcommand ^1. No argument for ^2.", {"CATEGORIES", "MEAN"}, kThrown},
+    {"PercentileZero", "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score 0).", kInvalidPtile,
+     {"CATEGORIES", "0"}, kThrown},
+    {"PercentileHundred", "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score 100).", kInvalidPtile,
+     {"CATEGORIES", "100"}, kThrown},
+    {"PercentileMissing", "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score).", kInvalidPtile,
+     {"CATEGORIES", ")"}, kThrown},
+    {"SortVariableNotInTable", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 KEY=MEAN(score).", kUnknownKeyword,
+     {"CATEGORIES", "score"}, kThrown},
+    {"SummaryOnCategoricalVariable", "QUILT /TABLE q1 BY gender /CATEGORIES VARIABLES=q1 KEY=MEAN(gender).",
+     "Subcommand ^1. Variable ^2 can not have sort function ^3.", {"CATEGORIES", "gender", "MEAN"}, kThrown},
+    {"SortStatisticNotComputed", "QUILT /TABLE q1 > score [MEDIAN] /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
+     "Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
+     {"CATEGORIES", "q1", "score", "MEAN"}, kThrown},
+    {"OwnStatisticNotComputed", "QUILT /TABLE q1 [COUNT] /CATEGORIES VARIABLES=q1 KEY=COLPCT.COUNT.",
+     "Subcommand ^1. Variable ^2 has no ^3 statistics.", {"CATEGORIES", "q1", "COLPCT.COUNT"}, kThrown},
+    {"UnknownComputedCategory", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 &nosuch].",
+     "Subcommand CATEGORIES: Computed category &^1 is not recognized. ", {"nosuch"}, kThrown},
+    {"ComputedSourceNotListed", "QUILT /PCOMPUTE &c=EXPR([7]) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 &c].",
+     "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category list for "
+     "^3.",
+     {"c", "7", "q1"}, kThrown},
+    {"ComputedSubtotalBeyondList",
+     "QUILT /PCOMPUTE &c=EXPR(SUBTOTAL[2]) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL 2 &c].",
+     "Subcommand CATEGORIES: Computed category &^1  uses the subtotal ^2 ,which is not specified or is redundant in "
+     "the category list for ^3.",
+     {"c", "SUBTOTAL[2]", "q1"}, kThrown},
+    {"ComputedTotalWithoutTotal", "QUILT /PCOMPUTE &t=EXPR([1]/TOTAL) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 &t].",
+     "Subcommand CATEGORIES: Computed category &^1 uses a total which is not included in the table for ^2.",
+     {"t", "q1"}, kThrown},
+    {"HiddenSourcesWithSigTest",
+     "QUILT /PCOMPUTE &c=EXPR([1]+[2]) /PPROPERTIES &c HIDESOURCECATS=YES /TABLE q1 BY gender "
+     "/SIGTEST TYPE=CHISQUARE.",
+     "Subcommand PPROPERTIES: The source categories of computed category  &^1  can not be hidden when requesting "
+     "significance testing.",
+     {"c"}, kThrown},
+    {"CategoriesBeforeTable", "QUILT /CATEGORIES VARIABLES=q1 ORDER=D /TABLE q1.",
+     "Parent subcommand ^1. Out of order subcommand ^2.", {"TABLE", "CATEGORIES"}, kThrown},
+    // Warnings: the parse goes on.
+    {"RepeatedElement", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 1].", "Subcommand ^1. Duplicate ^2 category.",
+     {"CATEGORIES", "1"}, kWarning},
+    {"SubtotalSumsNothing", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [SUBTOTAL 1 2].",
+     "Subcommand ^1. Empty subtotal.", {"CATEGORIES"}, kWarning},
+    {"SubtotalBeforeNothing", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL] POSITION=BEFORE.",
+     "Subcommand ^1. Empty subtotal.", {"CATEGORIES"}, kWarning},
+    {"KeywordTwice", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 TOTAL=YES TOTAL=NO.",
+     "Subcommand ^1. Text ^2. Duplicate warning.", {"CATEGORIES", "TOTAL"}, kWarning},
+    {"TwoListsInOneSubcommand", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] [2].",
+     "Subcommand ^1. Duplicate explicit category specifications.", {"CATEGORIES"}, kWarning},
+    {"TwoListsForOneVariable", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2].",
+     "Subcommand ^1. Duplicate explicit category specifications in variable ^2.", {"CATEGORIES", "q1"}, kWarning},
+    {"OtherOrderForSameVariable",
+     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=A /CATEGORIES VARIABLES=q1 ORDER=D.",
+     "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.", {"CATEGORIES", "ORDER", "q1"}, kWarning},
+};
+
+INSTANTIATE_TEST_SUITE_P(Commands, CategoriesMessages, ::testing::ValuesIn(kMessageCases),
+                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+
+TEST(SyntaxCategoriesSubcommandTest, WarningsKeepTheLaterSpecification) {
+  KeptParse twoLists("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2 3].");
+  ASSERT_TRUE(twoLists.Succeeded());
+  EXPECT_EQ(DescribeList(*twoLists.Variable("q1")), (std::vector<std::string>{"value 2", "value 3"}));
+  // Two labelled subtotals in a row: the second replaces the first without a word.
+  KeptParse subtotals("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL='a' SUBTOTAL='b'].");
+  ASSERT_TRUE(subtotals.Succeeded());
+  EXPECT_TRUE(subtotals.Reported().empty());
+  EXPECT_EQ(DescribeList(*subtotals.Variable("q1")), (std::vector<std::string>{"value 1 @-101", "subtotal 'b' @-101"}));
 }
 
 }  // namespace
