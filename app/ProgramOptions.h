@@ -20,4 +20,5 @@ struct ProgramOptions {
   int width = 0;                         // text width; 0: the terminal's, else 100
   bool ascii = false;                    // draw text tables with plain characters
   bool controlPackage = false;           // run as the control package front end
+  bool dumpTables = false;               // print each built table's header trees and cubes first
 };

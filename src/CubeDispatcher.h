@@ -2,11 +2,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+class AggregationStatistic;
+class AggregationVariable;
+class BpComposite;
 class BpProcedure;
 class ProcDSIterator;
 class ProcedureDataSource;
+class SubTableCube;
 class SyntaxTableSubcommand;
+class SyntaxVariableName;
 
 /// Stands for one TABLE subcommand during the data pass. It declares the engine's table,
 /// cubes, variables and statistics once, forwards each accepted case, and at a group's end
@@ -39,6 +45,28 @@ public:
   void PrintDataDbg();
 
 private:
+  /// The engine's object for a variable node or set node, not yet configured.
+  AggregationVariable* CreateAggregationVariable(SyntaxVariableName& variable);
+  /// Adds the cube's categorical variables in key order, creating each engine object at
+  /// the node's first cube.
+  void AddCatVarsToCube(SubTableCube& sub);
+  /// Declares the statistic each sorted variable orders its categories by.
+  void SetSortStats(SubTableCube& sub, bool& needTotal);
+  /// The statistics of the cube's scale variables, with what a comparison of means reads.
+  void BuildScaleStatList(SubTableCube& sub, std::vector<AggregationStatistic>& list, bool hasPairWise,
+                          bool weighted);
+  /// The statistics of the cube's computational variable; returns that variable.
+  SyntaxVariableName* BuildCatStatList(SubTableCube& sub, std::vector<AggregationStatistic>& list);
+  /// Has every dimension of the cube accumulate its total, shown or not.
+  void SetInternalTotal(SubTableCube& sub);
+  /// Warns of variables without categories, else of empty sub-tables; answers whether
+  /// the table holds no case at all.
+  bool IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber);
+  /// Warns of scale variables without a valid case.
+  bool IsScaleMissing(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber);
+  /// The table placeholder of a warning: the user's title, else the table number.
+  void AddTitleParameters(BpProcedure& procedure, BpComposite& composite, int tableNumber) const;
+
   struct Data;
   Data* _data;
 };

@@ -33,7 +33,9 @@ int TARN_DataSource::SplitVariableIndex(unsigned i) const {
 }
 
 bool TARN_DataSource::SplitsSeparate() const {
-  return _data->_dataset && _data->_dataset->GetSplitLayout() == kSplitSeparate;
+  // Without split variables there is one group, and nothing is laid out separately: the
+  // warnings and titles that name a split group must take their plain forms.
+  return _data->_dataset && SplitVariableCount() > 0 && _data->_dataset->GetSplitLayout() == kSplitSeparate;
 }
 
 TARN_Variable* TARN_DataSource::GetVariable(int index) {

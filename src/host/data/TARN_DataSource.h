@@ -21,7 +21,7 @@ class TARN_DataSource {
   /// Dictionary index of split variable `i` (0-based); -1 when `i` is out of range.
   virtual int SplitVariableIndex(unsigned i) const;
   /// True when split groups are delivered as separate output (layout "separate"), false
-  /// when they are laid out together ("layered").
+  /// when they are laid out together ("layered") or when there are no split variables.
   virtual bool SplitsSeparate() const;
 
   /// The variable at a dictionary index; null when the index is out of range.
