@@ -11,6 +11,7 @@
 #include "GoldenFile.h"
 #include "TableBuilderTestSupport.h"
 #include "host/engine/AggregationCategory.h"
+#include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/StatTreeNode.h"
 
@@ -264,6 +265,29 @@ TEST(QuiltTable, EmptyIncludeShowsEveryCategoryUnderEveryOuterOne) {
   const std::vector<std::string> keys = LeafKeys(built->Table().GetRowHeaderRoot());
   ASSERT_EQ(keys.size(), 9u);  // 3 regions x 3 age groups
   EXPECT_EQ(keys[5], "South/Old");
+}
+
+TEST(QuiltTable, AStackWithNoDataAnywhereStillGetsAHeader) {
+  BuiltTable::Options options;
+  options.emptyInclude = false;
+  std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE region > agegrp + late > gender [COUNT].", options);
+  ASSERT_TRUE(built);
+  built->RunData();
+  // late's only case has no gender: its branch shows the label of an empty stack, once for
+  // the variable and once for what was nested below it.
+  const Node* late = built->Table().GetRowHeaderRoot()->GetChildren()[1];
+  ASSERT_EQ(late->GetNChildren(), 1);
+  const Node* label = late->GetChildren()[0];
+  EXPECT_EQ(label->GetCategory()->GetCatLabel(), "No valid categories");
+  ASSERT_EQ(label->GetNChildren(), 1);
+  const Node* gender = label->GetChildren()[0];
+  EXPECT_EQ(gender->GetVariable()->GetNameToken(), "gender");
+  ASSERT_EQ(gender->GetNChildren(), 1);
+  EXPECT_EQ(gender->GetChildren()[0]->GetCategory(), label->GetCategory());
+  // The label is the table's own and outlives the trees of a group.
+  const AggregationCategory* noValid = label->GetCategory();
+  built->Table().BuildCompleteTable();
+  EXPECT_EQ(built->Table().GetRowHeaderRoot()->GetChildren()[1]->GetChildren()[0]->GetCategory(), noValid);
 }
 
 TEST(QuiltTable, CategoriesSubcommandDecidesEmptyCategoriesAndTotals) {

@@ -25,18 +25,18 @@
 
 // Nine cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
 // nested headers lose categories under some outer categories only; region 3 has its only case
-// without gender, so that under it no gender occurs at all.
+// without gender, so that under it no gender occurs at all. late is given only in that case.
 const char* const kBuilderCsv =
-    "region,gender,agegrp,score,income\n"
-    "1,1,1,10,100\n"
-    "1,2,1,20,200\n"
-    "1,1,2,30,300\n"
-    "1,2,3,40,400\n"
-    "2,1,1,50,500\n"
-    "2,1,2,60,600\n"
-    "2,2,2,70,700\n"
-    "2,1,1,80,800\n"
-    "3,,2,90,900\n";
+    "region,gender,agegrp,score,income,late\n"
+    "1,1,1,10,100,\n"
+    "1,2,1,20,200,\n"
+    "1,1,2,30,300,\n"
+    "1,2,3,40,400,\n"
+    "2,1,1,50,500,\n"
+    "2,1,2,60,600,\n"
+    "2,2,2,70,700,\n"
+    "2,1,1,80,800,\n"
+    "3,,2,90,900,1\n";
 
 const char* const kBuilderDictionary = R"({
   "variables": [
@@ -45,7 +45,8 @@ const char* const kBuilderDictionary = R"({
     {"name": "agegrp", "label": "Age group", "measure": "nominal",
      "values": {"1": "Young", "2": "Middle", "3": "Old"}},
     {"name": "score", "label": "Score", "measure": "scale"},
-    {"name": "income", "label": "Income", "measure": "scale"}
+    {"name": "income", "label": "Income", "measure": "scale"},
+    {"name": "late", "label": "Late entry", "measure": "nominal", "values": {"1": "Late"}}
   ]
 })";
 
