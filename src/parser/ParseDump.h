@@ -7,7 +7,7 @@
 class SyntaxTableSubcommand;
 
 /// Writes parsed tables for tests and for `quilt --dump-parse`. For each table: its number
-/// and title, the expression text, the operator tree (SyntaxConverter::Dump), the table
+/// and title, the expression text, the operator tree (operators and variable names), the table
 /// settings that decide what is delivered, and the sub-table cubes with their variables,
 /// axes, statistics and totals. The form is stable (no addresses, fixed field order) so
 /// that golden files can hold it; it is for developers and is not a user-facing report.

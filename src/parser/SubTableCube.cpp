@@ -8,6 +8,7 @@
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxVariableName.h"
 
@@ -31,7 +32,7 @@ struct SubTableCube::Data {
   /// The inner column set of a test: pairwise tests compare its overlapping responses in an
   /// extra dimension.
   void MarkColumnSet(SyntaxVariableName* set, bool forPairs) {
-    // TODO(#5): SetInnermost on the set node once the set work adds it.
+    static_cast<SyntaxMRVariableSet*>(set)->SetInnermost(true);
     _innerColMRforTest = set;
     if (forPairs) {
       _needExtraDim = true;
@@ -399,6 +400,7 @@ bool SubTableCube::MarkInnermostMRSets(bool includeRows, bool forPairs) {
         data.MarkColumnSet(prev, forPairs);
       } else if (axis == 0 && includeRows) {
         marked = true;
+        static_cast<SyntaxMRVariableSet*>(prev)->SetInnermost(true);
         data._innerRowMRforTest = prev;
       }
     }

@@ -6,6 +6,9 @@
 #include "host/engine/ParsedCategory.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SubTableCube.h"
+#include "host/data/VariableSet.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -40,6 +43,7 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
   bool sortFound = false;
   std::string lastName;
   std::vector<SyntaxVariableName*> sources;
+  size_t dichotomies = 0;  // dichotomy sets among the sources
   for (SyntaxVariableName* variable : GetTableVarList()) {
     lastName = variable->GetNameToken();
     if (variable->GetIsLeafNode() && variable->GetAxis() == sourceAxis) {
@@ -47,8 +51,17 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
         scaleFound = true;
       } else {
         sources.push_back(variable);
-        // TODO(#5): count dichotomy sets, and give a set without ORDER or an explicit list
-        // its member list (SetCategoriesList), once the set node is in.
+        if (variable->GetType() == kConverterMRSet) {
+          auto* set = static_cast<SyntaxMRVariableSet*>(variable);
+          if (set->GetMRSetType() == VariableSet::kMR_Dichotomy) {
+            ++dichotomies;
+            // A dichotomy set's categories are its members unless CATEGORIES ordered or
+            // listed them; the comparison below needs them as a list.
+            if (!set->GetOrderSet() && !set->GetIsExplicit()) {
+              set->SetCategoriesList();
+            }
+          }
+        }
       }
     }
     // The moved labels are laid out once for all cells, before any data: an order that
@@ -68,6 +81,11 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
   }
   if (sources.empty()) {
     SyntaxParserUtility::MissingSourceDimInComperimeter(this);
+  }
+  // The categories of a dichotomy set are its members, those of other variables their
+  // values: the two kinds cannot share one set of labels.
+  if (dichotomies != 0 && dichotomies != sources.size()) {
+    SyntaxParserUtility::DissimilarValueLabelPairInComperimeter(this);
   }
   // The moved labels stand for the categories of every source variable at once, so the
   // variables must agree on what their categories are and how they are shown.

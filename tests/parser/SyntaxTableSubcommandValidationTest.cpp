@@ -149,6 +149,15 @@ INSTANTIATE_TEST_SUITE_P(
         // The check stops at the scale variable and names it.
         ComperimeterCase{"QUILT /TABLE a + x BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
         ComperimeterCase{"QUILT /TABLE x + a BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
+        // A dichotomy set's categories are its members: it cannot share labels with a variable.
+        ComperimeterCase{"QUILT /TABLE $dich BY e /CLABELS ROWLABELS=OPPOSITE.", "", {}},
+        ComperimeterCase{"QUILT /TABLE $dich + a BY e /CLABELS ROWLABELS=OPPOSITE.", kConflictingLabels, {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE a + b BY e /CATEGORIES VARIABLES=a TOTAL=YES /CLABELS ROWLABELS=OPPOSITE.",
+                         "Subcommand ^1. Categories spec differ in comperimeter scource dimension.",
+                         {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE a + b BY e /CATEGORIES VARIABLES=e KEY=COUNT /CLABELS ROWLABELS=OPPOSITE.",
+                         "Subcommand ^1. Variable ^2. Data dependent sorting in comperimeter table.",
+                         {"TABLE", "e"}},
         ComperimeterCase{"QUILT /TABLE BY b /CLABELS ROWLABELS=OPPOSITE.",
                          "Subcommand ^1. Missing source dimension in comperimeter table.",
                          {"TABLE"}}));
