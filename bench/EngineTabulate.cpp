@@ -217,6 +217,8 @@ int main(int argc, char** argv) {
   const double cases = static_cast<double>(dataset->GetCaseCount());
   // Times are processor seconds, the wall clock in brackets.
   std::printf("load: %.0f cases in %.2f s (wall %.2f s)\n", cases, load._cpu, load._wall);
+  // What the data set itself holds, so that peak memory tells what the tables add.
+  std::printf("data set: %.0f MB of case data\n", static_cast<double>(dataset->GetDataBytes()) / 1048576.0);
   auto report = [cases](const char* what, const Timing& timing) {
     std::printf("%s: %.3f s, %.1f M cases/s (wall %.3f s)\n", what, timing._cpu, cases / timing._cpu / 1e6,
                 timing._wall);

@@ -206,6 +206,7 @@ struct CubeAggregator::Data {
   bool _allSingle = true;
   int _setPosition = -1;  // the one set position of a cube whose other positions are single variables
   std::vector<std::uint32_t> _setCells;  // the cells of one case's set entries
+  TableDimension::SetBlock _setBlock{};  // the set's results for the current block
 
   // Adds case k of the block to one cell. `valid` and `responses` come from the case's
   // entry at the position carrying the statistics (true and 0 without one); a case in the
@@ -679,6 +680,7 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
     d._codes[i] = d._dimensions[i]->GetBlockCodes();
     d._missingFlags[i] = d._dimensions[i]->GetMissingFlags();
   }
+  if (d._setPosition >= 0) d._setBlock = d._dimensions[static_cast<unsigned>(d._setPosition)]->GetSetBlock();
   const int* statCodes = d._statPosition >= 0 ? d._codes[static_cast<unsigned>(d._statPosition)] : nullptr;
   const char* statFlags =
       d._statPosition >= 0 ? d._missingFlags[static_cast<unsigned>(d._statPosition)] : nullptr;
@@ -725,10 +727,9 @@ bool CubeAggregator::Data::AddCaseWithOneSet(const CaseBlock& block, std::size_t
     if (shifted >= capacity || shifted == 0u) return false;
     base += shifted * _denseStride[i];
   }
-  const TableDimension& set = *_dimensions[setPosition];
-  if (set.GetBlockState(k) != TableDimension::kCaseInCategories) return false;
-  std::size_t count = 0;
-  const DimensionEntry* entries = set.GetBlockEntries(k, count);
+  if (_setBlock._states[k] != TableDimension::kCaseInCategories) return false;
+  const std::size_t count = _setBlock._offsets[k + 1] - _setBlock._offsets[k];
+  const DimensionEntry* entries = _setBlock._entries + _setBlock._offsets[k];
   if (_setCells.size() < count) _setCells.resize(count);
   for (std::size_t j = 0; j < count; ++j) {
     const int code = entries[j]._code;

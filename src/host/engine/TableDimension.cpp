@@ -340,10 +340,12 @@ struct TableDimension::Data {
         continue;
       }
       _blockStates[k] = static_cast<char>(kCaseInCategories);
-      const double responses = static_cast<double>(std::popcount(mask));
+      // Counted while walking the bits: the baseline instruction set has no popcount.
+      double responses = 0.0;
       while (mask != 0) {
         _blockEntries.push_back({std::countr_zero(mask), 1.0, false});
         mask &= mask - 1;
+        responses += 1.0;
       }
       _blockEntries.push_back({kCellKeyTotal, responses, false});
     }
@@ -626,6 +628,10 @@ const DimensionEntry* TableDimension::GetBlockEntries(std::size_t k, std::size_t
   const std::size_t first = _data->_blockOffsets[k];
   count = _data->_blockOffsets[k + 1] - first;
   return _data->_blockEntries.data() + first;
+}
+
+TableDimension::SetBlock TableDimension::GetSetBlock() const {
+  return {_data->_blockStates.data(), _data->_blockOffsets.data(), _data->_blockEntries.data()};
 }
 
 const std::vector<DimensionEntry>& TableDimension::GetTotalOnlyEntries() const {

@@ -74,6 +74,15 @@ class TableDimension {
   /// A set's entries for case `k` of the block: its categories, subtotals and, last, its
   /// total; `count` receives their number.
   const DimensionEntry* GetBlockEntries(std::size_t k, std::size_t& count) const;
+  /// A set's results for the whole block, for loops that would otherwise call the two
+  /// functions above for every case: the state of case k is `_states[k]`, its entries run
+  /// from `_entries + _offsets[k]` to `_entries + _offsets[k + 1]`.
+  struct SetBlock {
+    const char* _states;
+    const std::size_t* _offsets;
+    const DimensionEntry* _entries;
+  };
+  SetBlock GetSetBlock() const;
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
 
