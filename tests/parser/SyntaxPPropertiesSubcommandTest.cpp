@@ -1,0 +1,144 @@
+// SyntaxPPropertiesSubcommandTest.cpp - properties of computed categories and how a category list takes them up
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "CategoriesTestSupport.h"
+#include "host/data/TARN_Format.h"
+#include "host/engine/ParsedCategory.h"
+#include "parser/SyntaxPComputeSubcommand.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
+#include "parser/SyntaxTablesCommand.h"
+#include "parser/SyntaxVariableName.h"
+
+namespace {
+
+using Codes = TableEncryptionCodes;
+
+constexpr int kThrown = 0;
+constexpr int kWarning = 2;
+
+const ParsedCategory* ComputedOf(const KeptParse& parse, const std::string& variable) {
+  for (const ParsedCategory* category : parse.Variable(variable)->GetParsedCategories()) {
+    if (category->GetPCType() == ParsedCategory::kParsedComputed) {
+      return category;
+    }
+  }
+  return nullptr;
+}
+
+TEST(SyntaxPPropertiesSubcommandTest, ComputedCategoryTakesLabelFormatsAndHiding) {
+  KeptParse parse(
+      "QUILT /PCOMPUTE &top=EXPR([4]+[5]) /PPROPERTIES &top LABEL='Top two' FORMAT=COUNT F5.0 COLPCT.COUNT "
+      "HIDESOURCECATS=YES /TABLE q1 BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=q1 [1 2 3 4 5 &top].");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  const ParsedCategory* top = ComputedOf(parse, "q1");
+  ASSERT_NE(top, nullptr);
+  EXPECT_EQ(top->GetCategories(), std::vector<std::string>{"Top two"});
+  EXPECT_TRUE(top->GetHideSource());
+  EXPECT_EQ(top->GetStatCodes(), (std::vector<int>{Codes::kStatCount, Codes::kStatColPctCount}));
+  ASSERT_EQ(top->GetFormats().size(), 2u);
+  // COUNT has its own format, packed as TARN_Format does; COLPCT.COUNT has none (0).
+  EXPECT_EQ(TARN_Format(static_cast<long>(top->GetFormats()[0])).Type(), kFormatF);
+  EXPECT_EQ(TARN_Format(static_cast<long>(top->GetFormats()[0])).Decimals(), 0);
+  EXPECT_EQ(top->GetFormats()[1], 0);
+  // The PCOMPUTE knows who describes it.
+  const std::vector<SyntaxPComputeSubcommand*> pComputes = parse.Root()->GetPComputeSubcommands();
+  ASSERT_EQ(pComputes[0]->GetPPropertiesSyntax().size(), 1u);
+  EXPECT_EQ(parse.Root()->GetPPropertiesSubcommands()[0]->GetPComputePtrs()[0], pComputes[0]);
+}
+
+TEST(SyntaxPPropertiesSubcommandTest, NamesLabelsAndSwitches) {
+  struct Case {
+    const char* properties;
+    std::vector<std::string> names;
+    std::vector<std::string> labels;
+    bool hide;
+  };
+  const std::string label120(120, 'x');
+  const Case cases[] = {
+      // One set of properties for both names.
+      {"&a &b LABEL='x'", {"a", "b"}, {"x"}, false},
+      // A name no earlier PCOMPUTE defines is passed over.
+      {"&a &nosuch HIDESOURCECATS=YES", {"a"}, {}, true},
+      // Blanks only are one blank; several literals make several labels.
+      {"&b LABEL='   ' 'second'", {"b"}, {" ", "second"}, false},
+      {"&a HIDESOURCECATS=YES HIDESOURCECATS=MAYBE", {"a"}, {}, true},
+      {"&a HIDESOURCECATS=YES HIDESOURCECATS=NO", {"a"}, {}, false},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.properties);
+    KeptParse parse(std::string("QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &b=EXPR([2]) /PPROPERTIES ") +
+                    test.properties + " /TABLE q1.");
+    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+    const SyntaxPPropertiesSubcommand& properties = *parse.Root()->GetPPropertiesSubcommands().at(0);
+    EXPECT_EQ(properties.GetCatNameVector(), test.names);
+    EXPECT_EQ(properties.GetPLabel(), test.labels);
+    EXPECT_EQ(properties.IsHideSourceSet(), test.hide);
+  }
+  // The count of 120 is taken after trailing blanks are trimmed.
+  KeptParse longest("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + label120 + "   ' /TABLE q1.");
+  ASSERT_TRUE(longest.Succeeded()) << longest.Error().key;
+  EXPECT_EQ(longest.Root()->GetPPropertiesSubcommands()[0]->GetPLabel()[0].size(), 120u);
+}
+
+TEST(SyntaxPPropertiesSubcommandTest, LaterFormatOfTheSameStatisticWins) {
+  KeptParse parse("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT F4.0 COUNT F6.1 /TABLE q1.");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  const std::vector<Statistics*>& formats = parse.Root()->GetPPropertiesSubcommands()[0]->GetPFormat();
+  ASSERT_EQ(formats.size(), 1u);
+  ASSERT_EQ(parse.Reported().size(), 1u);
+  EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Text ^2. Duplicate warning.");
+  EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"PPROPERTIES", "COUNT"}));
+  EXPECT_EQ(parse.Reported()[0].level, kWarning);
+}
+
+struct MessageCase {
+  const char* name;
+  const char* command;
+  const char* key;
+  std::vector<std::string> arguments;
+};
+
+class PPropertiesMessages : public ::testing::TestWithParam<MessageCase> {};
+
+TEST_P(PPropertiesMessages, EndTheCommand) {
+  const MessageCase& test = GetParam();
+  KeptParse parse(test.command);
+  ASSERT_FALSE(parse.Succeeded());
+  EXPECT_EQ(parse.Error().key, test.key);
+  EXPECT_EQ(parse.Error().arguments, test.arguments);
+  EXPECT_EQ(parse.Error().level, kThrown);
+}
+
+const std::string kLabel121 = "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + std::string(121, 'y') +
+                              "  ' /TABLE q1.";
+
+const MessageCase kPPropertiesMessages[] = {
+    {"LabelTooLong", kLabel121.c_str(),
+     "Subcommand ^2 :  An invalid label text:\n ^1 .\nThe text is more than 120 characters.",
+     {std::string(121, 'y') + "  ", "PPROPERTIES"}},
+    {"NameAfterLabel", "QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &c=EXPR([2]) /PPROPERTIES &a LABEL='x' &c /TABLE q1.",
+     "Subcommand ^1. Unknown keyword ^2.", {"PPROPERTIES", "c"}},
+    // The percentile statistic itself refuses the next word, naming all written for it.
+    {"PercentileWithoutNumber", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=PTILE COUNT /TABLE q1.",
+     "Subcommand ^1. Invalid PTILE ^2.", {"PPROPERTIES", "PTILE COUNT"}},
+    {"NoStatistic", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=FAST /TABLE q1.",
+     "Subcommand ^1. Unknown keyword ^2.", {"PPROPERTIES", "FAST"}},
+    {"StatisticAndMeasurement", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT S /TABLE q1.",
+     "Subcommand ^1. Text ^2. Statistics and Measurement level combined.", {"PPROPERTIES", "S"}},
+    {"BeforeAnyPCompute", "QUILT /PPROPERTIES &a LABEL='x' /TABLE q1.", "SubCmd ^1. Missing required keyword ^2.",
+     {"QUILT", "PCOMPUTE"}},
+    {"TotalStatisticsDiffer",
+     "QUILT /PCOMPUTE &s=EXPR(SUBTOTAL) /PPROPERTIES &s FORMAT=COLPCT.COUNT "
+     "/TABLE q1 [COUNT COLPCT.COUNT TOTALS[COUNT]] /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL &s].",
+     "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as ordinary "
+     "categories of ^2",
+     {"s", "q1"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Commands, PPropertiesMessages, ::testing::ValuesIn(kPPropertiesMessages),
+                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+
+}  // namespace
