@@ -13,6 +13,7 @@
 #include "parser/SyntaxCategorySquareBracket.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxMRVariableSet.h"
+#include "parser/SubTableCube.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -395,36 +396,29 @@ void SyntaxCategoriesSubcommand::ValidateAndCommit(const std::string& text) {
 void SyntaxCategoriesSubcommand::ValidateSummarySortKey() {
   const Data& data = *_data;
   const Codes::StatisticCodes statistic = data._sortStatistic;
+  // Counts exist in every cube; an unweighted count equals the count when nothing is weighted.
   const bool countLike =
       statistic == Codes::kStatCount || (!IsDataWeighted() && statistic == Codes::kStatUCount);
   const std::string& sortVariable = data._sortVariableName;
-  auto categoricalWithStatistic = [&](const std::string& name) {
-    for (const SyntaxVariableName* variable : GetCategoricalVariables(name)) {
-      if (variable->HasThisStat(statistic, -1.0)) {
-        return true;
-      }
-    }
-    return false;
-  };
-  auto scaleWithStatistic = [&](const std::string& name) {
-    for (const SyntaxVariableName* variable : GetScaleVariables(name)) {
-      if (variable->HasThisStat(statistic, data._cutPoint)) {
-        return true;
-      }
-    }
-    return false;
-  };
-  // TODO(#5): judge cube by cube once the table's cubes are in place; the whole table
-  // stands in for one cube until then.
+  SyntaxTableSubcommand* table = GetTableSubcommandParent();
+  // The categories can only be sorted by a statistic that some cube holding them computes.
   for (const std::string& name : data._variableList) {
     bool satisfied = false;
-    if (data._statisticGroup == Codes::kStatGroupSummary) {
-      satisfied = countLike || (ScaleVarNameExist(sortVariable) && scaleWithStatistic(sortVariable));
-    } else if (!sortVariable.empty()) {
-      satisfied = (CatVarNameExist(sortVariable) || ScaleVarNameExist(sortVariable) || countLike) &&
-                  (categoricalWithStatistic(sortVariable) || scaleWithStatistic(sortVariable) || countLike);
-    } else {
-      satisfied = countLike || categoricalWithStatistic(name);
+    for (int position = 0; position < table->CubeCount() && !satisfied; ++position) {
+      const SubTableCube& cube = *(*table)[position];
+      if (!cube.CatVarNameExist(name)) {
+        continue;
+      }
+      if (data._statisticGroup == Codes::kStatGroupSummary) {
+        satisfied = countLike || (cube.ScaleVarNameExist(sortVariable) &&
+                                  cube.ScaleVarWithStatExists(sortVariable, statistic, data._cutPoint));
+      } else if (!sortVariable.empty()) {
+        satisfied = (cube.CatVarNameExist(sortVariable) || cube.ScaleVarNameExist(sortVariable) || countLike) &&
+                    (cube.CatVarWithStatExists(sortVariable, statistic) ||
+                     cube.ScaleVarWithStatExists(sortVariable, statistic, data._cutPoint) || countLike);
+      } else {
+        satisfied = countLike || (cube.CatVarNameIsComputational(name) && cube.CatVarWithStatExists(name, statistic));
+      }
     }
     if (satisfied) {
       continue;

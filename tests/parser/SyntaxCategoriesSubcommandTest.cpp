@@ -242,6 +242,10 @@ const MessageCase kMessageCases[] = {
     {"SortStatisticNotComputed", "QUILT /TABLE q1 > score [MEDIAN] /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
      "Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
      {"CATEGORIES", "q1", "score", "MEAN"}, kThrown},
+    // q1 stands in a cube of its own, apart from the cube where score has its mean.
+    {"SortVariableInOtherCube", "QUILT /TABLE q1 + gender > score [MEAN] /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
+     "Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
+     {"CATEGORIES", "q1", "score", "MEAN"}, kThrown},
     {"OwnStatisticNotComputed", "QUILT /TABLE q1 [COUNT] /CATEGORIES VARIABLES=q1 KEY=COLPCT.COUNT.",
      "Subcommand ^1. Variable ^2 has no ^3 statistics.", {"CATEGORIES", "q1", "COLPCT.COUNT"}, kThrown},
     {"UnknownComputedCategory", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 &nosuch].",
