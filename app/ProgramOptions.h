@@ -21,4 +21,5 @@ struct ProgramOptions {
   bool ascii = false;                    // draw text tables with plain characters
   bool controlPackage = false;           // run as the control package front end
   bool dumpTables = false;               // print each built table's header trees and cubes first
+  bool dumpParse = false;                // print how each command was parsed instead of running it
 };

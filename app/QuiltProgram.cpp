@@ -22,6 +22,7 @@
 #include "host/tokens/CommandText.h"
 #include "host/tokens/Lexer.h"
 #include "host/tokens/LexicalError.h"
+#include "ParseDumpCommand.h"
 #include "TableDumpChannel.h"
 #include "quilt.h"
 #include "writers/OutputWriter.h"
@@ -91,6 +92,8 @@ int QuiltProgram::Main(int argc, char** argv) {
   app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
   app.add_flag("--ascii", options.ascii, "draw text tables with plain characters");
   app.add_flag("--control-package", options.controlPackage, "run as the control package front end");
+  app.add_flag("--dump-parse", options.dumpParse,
+               "parse each command without running it and print its tables, expressions and sub-table cubes");
   app.add_flag("--dump-tables", options.dumpTables,
                "print each table's header trees and sub-table cubes after each split group, then the output");
   try {
@@ -205,7 +208,15 @@ int QuiltProgram::Run(std::ostream& output) {
   SplitGroupListener::Install([](const SplitGroupPairs& pairs) { OutputDocument::Current().SetSplitPairs(pairs); });
   // The dumps go out as the tables are built, ahead of the document written at the end.
   if (_options.dumpTables) TableDumpChannel::Install(&output);
-  for (const Command& command : commands) RunCommand(command);
+  for (const Command& command : commands) {
+    // A parse dump reads no case: the command is parsed as a run would parse it, and only
+    // its messages reach the document.
+    if (_options.dumpParse) {
+      ParseDumpCommand::Run(command.text, command.firstLine, command.origin, output);
+    } else {
+      RunCommand(command);
+    }
+  }
   TableDumpChannel::Install(nullptr);
   SplitGroupListener::Install(nullptr);
   OutputDocument::Install(nullptr);
