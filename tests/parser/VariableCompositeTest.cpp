@@ -174,3 +174,23 @@ TEST(Dissection, CompositeLookUpsAnswerOverAllCubes) {
 }
 
 }  // namespace
+
+namespace {
+
+// Expressions cut short or malformed end in a catalogue error before any cube is made; none
+// may reach an assertion of the dissection. (A parenthesis left open at the period is no
+// error: "(a." is the table of a.)
+TEST(Dissection, IncompleteExpressionsFailWithACatalogueError) {
+  const char* const commands[] = {
+      "QUILT /TABLE a BY.",   "QUILT /TABLE a +.",      "QUILT /TABLE a >.",
+      "QUILT /TABLE BY.",     "QUILT /TABLE ().",       "QUILT /TABLE (a + b) >.",   "QUILT /TABLE a BY /TITLES.",
+      "QUILT /TABLE BY BY.",  "QUILT /TABLE a [COUNT.", "QUILT /TABLE /TABLE a.",
+  };
+  for (const char* command : commands) {
+    const TablesOutcome outcome = ParseTables(command);
+    EXPECT_FALSE(outcome.succeeded) << command;
+    EXPECT_FALSE(outcome.error.key.empty()) << command;
+  }
+}
+
+}  // namespace
