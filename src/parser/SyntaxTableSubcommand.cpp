@@ -119,7 +119,7 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
       for (const SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
         for (const SyntaxPPropertiesSubcommand* properties : root->GetPPropertiesSubcommands()) {
           for (const std::string& name : properties->GetCatNameVector()) {
-            if (name == pCompute->GetCatName() && properties->IsHideSourceSet()) {
+            if (SyntaxParserUtility::ExactWordMatch(name, pCompute->GetCatName()) && properties->IsHideSourceSet()) {
               SyntaxParserUtility::HideSourceCatsInSigTest(this, name);
             }
           }

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
+#include "host/data/Dataset.h"
+#include "host/data/DatasetLoader.h"
 #include "host/engine/ParsedCategory.h"
 #include "parser/SyntaxVariableName.h"
 
@@ -160,6 +162,50 @@ TEST(SyntaxCategoriesSubcommandTest, VariablesNotInTheTable) {
   KeptParse scale("QUILT /TABLE score /CATEGORIES VARIABLES=score ORDER=D.");
   ASSERT_TRUE(scale.Succeeded());
   EXPECT_EQ(FirstMessage(scale).arguments, (std::vector<std::string>{"CATEGORIES", "score"}));
+}
+
+// A string variable of width 4 beside a numeric one, for the reading of list values.
+std::shared_ptr<const Dataset> StringDataset() {
+  static std::shared_ptr<const Dataset> dataset = DatasetLoader::LoadText(
+      "code,n\nab,1\ncd,2\n",
+      R"({"variables": [{"name": "code", "type": "string", "width": 4, "measure": "nominal"},
+                        {"name": "n", "measure": "nominal"}]})",
+      DatasetLoadOptions());
+  return dataset;
+}
+
+TEST(SyntaxCategoriesSubcommandTest, StringVariablesTakeQuotedValues) {
+  struct Case {
+    const char* list;
+    std::vector<std::string> expected;
+  };
+  const Case cases[] = {
+      // Trailing blanks do not count; a value of blanks only is one blank.
+      {"['ab  ' 'cd']", {"value 'ab'", "value 'cd'"}},
+      {"['   ']", {"value ''"}},
+      {"[LO THRU 'b' 'x' THRU HI 'a' THRU 'c']", {"lo ..'b'", "hi 'x'..", "range 'a'..'c'"}},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.list);
+    KeptParse parse(std::string("QUILT /TABLE code /CATEGORIES VARIABLES=code ") + test.list + ".", StringDataset());
+    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+    EXPECT_EQ(DescribeList(*parse.Variable("code")), test.expected);
+  }
+  // What a string variable cannot hold is a data read error naming the text.
+  const char* const kReadError = "Subcommand ^1. Text ^2. Variable ^3. Data read error.";
+  const std::pair<const char*, const char*> refused[] = {
+      {"['abcde']", "abcde"},  // wider than the 4 bytes of the variable
+      {"[1]", "1"},            // a number
+      {"['a' THRU 5]", "5"},   // a number as the end of a range
+      {"[1 THRU HI]", "HI"},   // a range from a number: the last end is named
+  };
+  for (const auto& [list, text] : refused) {
+    SCOPED_TRACE(list);
+    KeptParse parse(std::string("QUILT /TABLE code /CATEGORIES VARIABLES=code ") + list + ".", StringDataset());
+    ASSERT_FALSE(parse.Succeeded());
+    EXPECT_EQ(parse.Error().key, kReadError);
+    EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"CATEGORIES", text, "code"}));
+  }
 }
 
 struct MessageCase {
