@@ -311,4 +311,62 @@ TEST(DataPass, DebugDumpListsCellsInKeyOrder) {
             "  (1, 0) count 1 (1 cases), valid 1, total 1, responses 1\n");
 }
 
+// Values the direct array does not hold (large, negative, fractional, -0 beside 0) and a
+// cube of four positions, whose direct index then covers only 16 encodings a position, so
+// that most cells of v are found by hash: every count must still be the plain one. v runs
+// over 40 values, 2 cases each, crossed with three constant variables.
+TEST(DataPass, ValuesAndCellsBeyondTheDirectIndex) {
+  const double special[] = {5000, -1, 2.5, -0.0, 0, 1e9};
+  std::string csv = "v,p,q,r\n";
+  std::map<double, double> expected;
+  for (int i = 0; i < 80; ++i) {
+    const double v = i % 40 < 6 ? special[i % 40] : static_cast<double>(i % 40);
+    std::ostringstream line;
+    line << v << ",1,1,1\n";
+    csv += line.str();
+    expected[v == 0.0 ? 0.0 : v] += 1;  // -0 and 0 are one category
+  }
+  Harness h(csv, "");
+  AggregationVariable* v = h.Variable("v");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(h.Variable("p"), Codes::kDimensionRow);
+  cube->AddCategoricalVariable(h.Variable("q"), Codes::kDimensionRow);
+  cube->AddCategoricalVariable(v, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(h.Variable("r"), Codes::kDimensionColumn);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, v);
+  h.RunGroup();
+  TableDimension* dimension = v->GetTableDimension();
+  ASSERT_EQ(dimension->GetNumberOfCategories(), static_cast<int>(expected.size()));
+  for (const auto& [value, count] : expected) {
+    const int code = Encoding(dimension, value);
+    ASSERT_GE(code, 0) << value;
+    EXPECT_DOUBLE_EQ(agg->GetCount(Key({0, 0, code, 0}), false, false), count) << value;
+  }
+  EXPECT_DOUBLE_EQ(
+      agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), false, false), 80);
+}
+
+// A group reset before it was completed drops the cases still waiting in a block: the
+// next group counts its own cases only (3, of g = 2).
+TEST(DataPass, ResetWithoutCompletionDropsWaitingCases) {
+  Harness h("s,g\n1,1\n1,1\n2,2\n2,2\n2,2\n",
+            R"({"variables":[{"name":"s"},{"name":"g"}],"split":{"variables":["s"]}})");
+  AggregationVariable* g = h.Variable("g");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, g);
+  auto* iterator = static_cast<ProcDSIterator*>(h._iterator.get());
+  // The first group's two cases are read and abandoned.
+  while (iterator->NextCase() != 0 && !(iterator->SplitGroupEnd() && iterator->GetCaseIndex() > 0)) {
+    if (!iterator->SplitGroupEnd()) h._table->AddNewCase();
+  }
+  h._table->ResetAggregator();
+  ASSERT_TRUE(h.RunGroup());
+  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal}), false, false), 3);
+  ASSERT_EQ(g->GetTableDimension()->GetNumberOfCategories(), 1);
+  EXPECT_EQ(g->GetTableDimension()->GetCategories()[0]->GetCatValue()->number, 2);
+}
+
 }  // namespace
