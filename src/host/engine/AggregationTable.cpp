@@ -291,12 +291,19 @@ std::vector<AggregationCube*> AggregationTable::CreateAxisCubes(int n, int cubeI
 
 void AggregationTable::AddNewCase() {
   Data& d = *_data;
-  d.Wire();
-  if (d._readMode == Data::kReadUndecided) d.DecideReadMode();
+  // The common case first: the declarations were wired and the mode chosen on case one.
   if (d._readMode == Data::kReadDirect) {
     d._rows.push_back(d._reader->GetCaseIndex());
     if (d._rows.size() == kBlockCapacity) d.Flush();
     return;
+  }
+  d.Wire();
+  if (d._readMode == Data::kReadUndecided) {
+    d.DecideReadMode();
+    if (d._readMode == Data::kReadDirect) {
+      d._rows.push_back(d._reader->GetCaseIndex());
+      return;
+    }
   }
   for (int index : d._readIndices) {
     d._columns[static_cast<unsigned>(index)] = d._iterator->GetObsPointer(static_cast<unsigned>(index));
