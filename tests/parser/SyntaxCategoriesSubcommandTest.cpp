@@ -325,6 +325,8 @@ const MessageCase kMessageCases[] = {
      "Subcommand ^1. Empty subtotal.", {"CATEGORIES"}, kWarning},
     {"KeywordTwice", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 TOTAL=YES TOTAL=NO.",
      "Subcommand ^1. Text ^2. Duplicate warning.", {"CATEGORIES", "TOTAL"}, kWarning},
+    {"VariablesTwice", "QUILT /TABLE q1 + q2 /CATEGORIES VARIABLES=q1 VARIABLES=q2 ORDER=D.",
+     "Subcommand ^1. Text ^2. Duplicate warning.", {"CATEGORIES", "VARIABLES"}, kWarning},
     {"TwoListsInOneSubcommand", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] [2].",
      "Subcommand ^1. Duplicate explicit category specifications.", {"CATEGORIES"}, kWarning},
     {"TwoListsForOneVariable", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2].",
