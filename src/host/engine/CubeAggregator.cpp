@@ -29,6 +29,9 @@ constexpr int kMaxPositions = 8;
 constexpr int kBitsPerPosition = 16;
 constexpr int kSubtotalSlots = 200;
 constexpr int kValueSlotBase = 256;
+// Dichotomy sets of up to this many members are kept by combination of members while cases
+// arrive: the largest combination code, members + 2^members - 1, must fit a key slot.
+constexpr int kMaxMaskMembers = 15;
 
 // The 128-bit packed key: 16 bits per position.
 struct PackedKey {
@@ -207,6 +210,11 @@ struct CubeAggregator::Data {
   int _setPosition = -1;  // the one set position of a cube whose other positions are single variables
   std::vector<std::uint32_t> _setCells;  // the cells of one case's set entries
   TableDimension::SetBlock _setBlock{};  // the set's results for the current block
+  // A dichotomy set of at most kMaxMaskMembers members at the set position: while cases
+  // arrive its cells are kept by the combination of members counted, encoded as
+  // _maskMembers + mask, and Complete hands each such cell to every member it holds and to
+  // the set's total. 0 for any other cube.
+  int _maskMembers = 0;
 
   // Adds case k of the block to one cell. `valid` and `responses` come from the case's
   // entry at the position carrying the statistics (true and 0 without one); a case in the
@@ -250,6 +258,7 @@ struct CubeAggregator::Data {
     return inserted.first->second;
   }
 
+  bool AddCaseAsMask(const CaseBlock& block, std::size_t k);
   bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
 
@@ -504,6 +513,11 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vec
     }
   }
   if (sets != 1) _data->_setPosition = -1;
+  if (_data->_setPosition >= 0) {
+    const int members =
+        _data->_dimensions[static_cast<unsigned>(_data->_setPosition)]->GetDichotomyMemberCount();
+    if (members > 0 && members <= kMaxMaskMembers) _data->_maskMembers = members;
+  }
   // 65,536 direct slots (256 KB) at most, shared evenly by the positions.
   const std::size_t n = _data->_positions.size();
   int capacity = 1 << 16;
@@ -707,9 +721,52 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
         continue;
       }
     }
+    if (d._maskMembers > 0 && d._setBlock._masks != nullptr && d.AddCaseAsMask(block, k)) continue;
     if (d._setPosition >= 0 && d._denseCapacity > 0 && d.AddCaseWithOneSet(block, k)) continue;
     d.AddCaseGeneral(block, k);
   }
+}
+
+// A case at a small dichotomy set and single variables goes to one cell: the one of its
+// combination of members counted. A case without a counted member, or missing or left
+// out on a single variable, returns false for the general path.
+bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k) {
+  const std::uint64_t mask = _setBlock._masks[k];
+  if (mask == 0) return false;
+  const std::size_t n = _positions.size();
+  const std::size_t setPosition = static_cast<std::size_t>(_setPosition);
+  const int setCode = _maskMembers + static_cast<int>(mask);
+  std::size_t denseIndex = 0;
+  bool dense = _denseCapacity > 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const int code = i == setPosition ? setCode : _codes[i][k];
+    if (code < 0) return false;
+    dense = dense && code + 1 < _denseCapacity;
+    if (dense) denseIndex += static_cast<std::size_t>(code + 1) * _denseStride[i];
+  }
+  std::uint32_t where = 0;
+  if (dense && _dense[denseIndex] != 0) {
+    where = _dense[denseIndex] - 1;
+  } else {
+    PackedKey key;
+    for (std::size_t i = 0; i < n; ++i) {
+      const int slot = SlotOf(i == setPosition ? setCode : _codes[i][k]);
+      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
+      PutSlot(key, static_cast<int>(i), slot);
+    }
+    where = Insert(key);
+    if (dense) _dense[denseIndex] = where + 1;
+  }
+  // A set carrying the statistics gets its responses when Complete knows the cells: a
+  // dichotomy member is never a category flagged missing.
+  if (_statPosition == _setPosition || _statPosition < 0) {
+    Update(where, block, k, /*bucket=*/false, /*valid=*/true, /*responses=*/0.0);
+  } else {
+    const int statCode = _codes[static_cast<unsigned>(_statPosition)][k];
+    Update(where, block, k, /*bucket=*/false, !_missingFlags[static_cast<unsigned>(_statPosition)][statCode],
+           /*responses=*/1.0);
+  }
+  return true;
 }
 
 // A case at one set and single variables, every cell it reaches found by direct index:
@@ -850,6 +907,7 @@ void CubeAggregator::Complete() {
   for (Cell& cell : cells) cell._total.Merge(cell._count);
   for (std::uint32_t source = 0; source < leafKeys.size(); ++source) {
     const PackedKey& leafKey = leafKeys[source];
+    double maskResponses = 0.0;  // members in a combination cell of a dichotomy set, else 0
     for (std::size_t i = 0; i < n; ++i) {
       const int code = DecodeSlot(leafKey, static_cast<int>(i));
       options[i].assign(1, code);
@@ -858,8 +916,22 @@ void CubeAggregator::Complete() {
         if (subtotal != 0) options[i].push_back(subtotal);
         options[i].push_back(kCellKeyTotal);
       }
+      if (static_cast<int>(i) == d._setPosition && d._maskMembers > 0 && code >= d._maskMembers) {
+        // A combination cell: each member counted, then the set's total.
+        options[i].clear();
+        const std::uint64_t mask = static_cast<std::uint64_t>(code - d._maskMembers);
+        for (int member = 0; member < d._maskMembers; ++member) {
+          if (mask & (std::uint64_t{1} << member)) {
+            options[i].push_back(member);
+            maskResponses += 1.0;
+          }
+        }
+        options[i].push_back(kCellKeyTotal);
+      }
       odometer[i] = 0;
     }
+    // The set carrying the statistics: one response per member counted, all of them at its total.
+    const bool addResponses = maskResponses > 0.0 && d._statPosition == d._setPosition;
     while (true) {
       for (std::size_t i = 0; i < n; ++i) codes[i] = options[i][odometer[i]];
       PackedKey key;
@@ -872,6 +944,13 @@ void CubeAggregator::Complete() {
       }
       const std::uint32_t target = inserted.first->second;
       d._cells[target].Merge(cells[source]);
+      if (addResponses) {
+        const Cell& leaf = cells[source];
+        const double factor =
+            codes[static_cast<unsigned>(d._setPosition)] == kCellKeyTotal ? maskResponses : 1.0;
+        d._cells[target]._responses += factor * leaf._count._w;
+        d._cells[target]._uResponses += factor * leaf._count._u;
+      }
       for (std::size_t s = 0; s < scales; ++s) {
         d._scaleCells[target * scales + s].Merge(scaleCells[source * scales + s]);
       }

@@ -631,7 +631,13 @@ const DimensionEntry* TableDimension::GetBlockEntries(std::size_t k, std::size_t
 }
 
 TableDimension::SetBlock TableDimension::GetSetBlock() const {
-  return {_data->_blockStates.data(), _data->_blockOffsets.data(), _data->_blockEntries.data()};
+  const bool masks = _data->_kind == AggregationVariable::kDichotomySet && _data->_members.size() <= 64;
+  return {_data->_blockStates.data(), _data->_blockOffsets.data(), _data->_blockEntries.data(),
+          masks ? _data->_hitMasks.data() : nullptr};
+}
+
+int TableDimension::GetDichotomyMemberCount() const {
+  return _data->_kind == AggregationVariable::kDichotomySet ? static_cast<int>(_data->_members.size()) : 0;
 }
 
 const std::vector<DimensionEntry>& TableDimension::GetTotalOnlyEntries() const {

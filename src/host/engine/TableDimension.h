@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -81,11 +82,14 @@ class TableDimension {
     const char* _states;
     const std::size_t* _offsets;
     const DimensionEntry* _entries;
+    const std::uint64_t* _masks;  // a dichotomy set's members counted, a bit each; else null
   };
   SetBlock GetSetBlock() const;
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
 
+  /// The number of members of a dichotomy set, 0 for any other variable.
+  int GetDichotomyMemberCount() const;
   /// True for a single variable: a case then stands in exactly one category.
   bool IsSingleVariable() const;
   /// The encoding of the subtotal that sums the value category `code`, 0 for none.

@@ -369,4 +369,74 @@ TEST(DataPass, ResetWithoutCompletionDropsWaitingCases) {
   EXPECT_EQ(g->GetTableDimension()->GetCategories()[0]->GetCatValue()->number, 2);
 }
 
+// A dichotomy set and the category set that says the same thing (member j holds j where
+// d_j is 1) give the same cells: the dichotomy set is kept by combination of members while
+// cases arrive and handed to its members at the end, the category set case by case. Both
+// with the set carrying the statistics and with g carrying them, frequency-weighted, over
+// random cases with empty g and cases without any member.
+TEST(DataPass, DichotomySetMatchesTheEquivalentCategorySet) {
+  std::mt19937 random(9);
+  std::string csv = "d1,d2,d3,c1,c2,c3,g,w\n";
+  for (int i = 0; i < 3000; ++i) {
+    std::string dichotomies;
+    std::string categories;
+    for (int j = 1; j <= 3; ++j) {
+      const bool counted = random() % 3 == 0;
+      dichotomies += counted ? "1," : "0,";
+      categories += counted ? std::to_string(j) + "," : ",";
+    }
+    const int g = static_cast<int>(random() % 4);
+    csv += dichotomies + categories + (g == 0 ? "" : std::to_string(g)) + "," +
+           std::to_string(1 + random() % 3) + "\n";
+  }
+  const std::string dict = R"({"variables":[{"name":"d1"},{"name":"d2"},{"name":"d3"},{"name":"c1"},)"
+                           R"({"name":"c2"},{"name":"c3"},{"name":"g"},{"name":"w"}],"weight":"w"})";
+  const std::vector<AggregationStatistic> statistics = {
+      AggregationStatistic(Codes::kStatCount),       AggregationStatistic(Codes::kStatResponses),
+      AggregationStatistic(Codes::kStatTotalN),      AggregationStatistic(Codes::kStatColPctCount),
+      AggregationStatistic(Codes::kStatRowPctCount), AggregationStatistic(Codes::kStatColPctResponses)};
+  for (bool setCarries : {true, false}) {
+    SCOPED_TRACE(setCarries ? "the set carries the statistics" : "g carries the statistics");
+    Harness h(csv, dict, /*weighted=*/true);
+    OBS counted;
+    counted.number = 1;
+    AggregationVariable* dichotomies = h.Own(std::make_unique<AggregationMDSet>(
+        std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 8, false));
+    AggregationVariable* categories = h.Own(std::make_unique<AggregationMCSet>(
+        std::vector<int>{h.Index("c1"), h.Index("c2"), h.Index("c3")}, "$c"));
+    AggregationVariable* g = h.Variable("g");
+    CubeAggregator* cubes[2] = {nullptr, nullptr};
+    AggregationVariable* sets[2] = {dichotomies, categories};
+    for (int c = 0; c < 2; ++c) {
+      AggregationCube* cube = h._table->CreateCube();
+      cube->AddCategoricalVariable(sets[c], Codes::kDimensionRow);
+      cube->AddCategoricalVariable(g, Codes::kDimensionColumn);
+      cubes[c] = cube->CreateCubeAggregator();
+      cube->AddCategoryStatistics(statistics, setCarries ? sets[c] : g);
+    }
+    h.RunGroup();
+    std::vector<int> gCodes = {kCellKeyTotal};
+    for (int value = 1; value <= 3; ++value) gCodes.push_back(Encoding(g->GetTableDimension(), value));
+    for (int member = 0; member <= 3; ++member) {
+      // Member 0 stands for the set's total; dichotomy member j - 1 is category j.
+      const int dichotomyCode = member == 0 ? kCellKeyTotal : member - 1;
+      const int categoryCode =
+          member == 0 ? kCellKeyTotal : Encoding(categories->GetTableDimension(), member);
+      for (int gCode : gCodes) {
+        const StatValues* left = cubes[0]->GetStatValuesByKey(Key({dichotomyCode, gCode}));
+        const StatValues* right = cubes[1]->GetStatValuesByKey(Key({categoryCode, gCode}));
+        ASSERT_NE(left, nullptr);
+        ASSERT_NE(right, nullptr);
+        for (int s = 0; s < left->Size(); ++s) {
+          EXPECT_NEAR(left->GetStatValue(s).GetValue1(), right->GetStatValue(s).GetValue1(), 1e-9)
+              << "member " << member << ", g code " << gCode << ", statistic " << s;
+          EXPECT_DOUBLE_EQ(left->GetStatValue(s).GetValue2(), right->GetStatValue(s).GetValue2());
+        }
+        EXPECT_DOUBLE_EQ(cubes[0]->GetCount(Key({dichotomyCode, gCode}), true, true),
+                         cubes[1]->GetCount(Key({categoryCode, gCode}), true, true));
+      }
+    }
+  }
+}
+
 }  // namespace
