@@ -235,6 +235,20 @@ TEST(SyntaxMRVariableSetTest, DichotomyListNamesMembers) {
   EXPECT_EQ(set->GetParsedCategories().back()->GetIndex(), -101);
 }
 
+TEST(SyntaxMRVariableSetTest, CategorySetListsValuesAndDichotomySetSortsMembers) {
+  KeptParse parse(
+      "QUILT /TABLE $brands BY $media /CATEGORIES VARIABLES=$brands [3 1 OTHERNM] "
+      "/CATEGORIES VARIABLES=$media ORDER=D.");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  // A category set's list holds values of its members, as a variable's does.
+  EXPECT_EQ(DescribeList(*parse.Variable("$brands")), (std::vector<std::string>{"value 3", "value 1", "othernm"}));
+  // A dichotomy set sorted by ORDER keeps no list; its members become categories later.
+  const SyntaxMRVariableSet* media = SetOf(parse, "$media");
+  EXPECT_TRUE(media->GetOrderSet());
+  EXPECT_FALSE(media->GetIsOrderA());
+  EXPECT_FALSE(media->GetIsExplicit());
+}
+
 TEST(SyntaxMRVariableSetTest, MembersBecomeCategoriesOnRequest) {
   KeptParse parse("QUILT /TABLE $media.");
   ASSERT_TRUE(parse.Succeeded());
