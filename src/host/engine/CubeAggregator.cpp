@@ -258,7 +258,7 @@ struct CubeAggregator::Data {
     return inserted.first->second;
   }
 
-  bool AddCaseAsMask(const CaseBlock& block, std::size_t k);
+  bool AddCaseAsMask(const CaseBlock& block, std::size_t k, std::uint64_t mask);
   bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
 
@@ -694,7 +694,14 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
     d._codes[i] = d._dimensions[i]->GetBlockCodes();
     d._missingFlags[i] = d._dimensions[i]->GetMissingFlags();
   }
-  if (d._setPosition >= 0) d._setBlock = d._dimensions[static_cast<unsigned>(d._setPosition)]->GetSetBlock();
+  // A cube keeping its dichotomy set by combination of members reads the bits only; any
+  // other cube with one set reads its entries.
+  const std::uint64_t* masks = nullptr;
+  if (d._maskMembers > 0) {
+    masks = d._dimensions[static_cast<unsigned>(d._setPosition)]->GetBlockMasks();
+  } else if (d._setPosition >= 0) {
+    d._setBlock = d._dimensions[static_cast<unsigned>(d._setPosition)]->GetSetBlock();
+  }
   const int* statCodes = d._statPosition >= 0 ? d._codes[static_cast<unsigned>(d._statPosition)] : nullptr;
   const char* statFlags =
       d._statPosition >= 0 ? d._missingFlags[static_cast<unsigned>(d._statPosition)] : nullptr;
@@ -721,28 +728,41 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
         continue;
       }
     }
-    if (d._maskMembers > 0 && d._setBlock._masks != nullptr && d.AddCaseAsMask(block, k)) continue;
-    if (d._setPosition >= 0 && d._denseCapacity > 0 && d.AddCaseWithOneSet(block, k)) continue;
+    if (masks != nullptr) {
+      // A case the combination cells cannot take could not take the one-set path either.
+      if (d.AddCaseAsMask(block, k, masks[k])) continue;
+    } else if (d._setPosition >= 0 && d._denseCapacity > 0 && d.AddCaseWithOneSet(block, k)) {
+      continue;
+    }
     d.AddCaseGeneral(block, k);
   }
 }
 
 // A case at a small dichotomy set and single variables goes to one cell: the one of its
-// combination of members counted. A case without a counted member, or missing or left
-// out on a single variable, returns false for the general path.
-bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k) {
-  const std::uint64_t mask = _setBlock._masks[k];
-  if (mask == 0) return false;
+// combination of members counted. A case without a counted member is missing on the set:
+// it goes to the hidden bucket at the set's total when the set carries the statistics, and
+// nowhere otherwise. A case missing or left out on a single variable returns false for the
+// general path.
+bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k, std::uint64_t mask) {
+  const bool statAtSet = _statPosition == _setPosition;
+  if (mask == 0 && !statAtSet) {
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      if (static_cast<int>(i) != _setPosition && _codes[i][k] < 0) return false;
+    }
+    return true;
+  }
   const std::size_t n = _positions.size();
   const std::size_t setPosition = static_cast<std::size_t>(_setPosition);
-  const int setCode = _maskMembers + static_cast<int>(mask);
+  const int setCode = mask == 0 ? kCellKeyTotal : _maskMembers + static_cast<int>(mask);
   std::size_t denseIndex = 0;
   bool dense = _denseCapacity > 0;
   for (std::size_t i = 0; i < n; ++i) {
     const int code = i == setPosition ? setCode : _codes[i][k];
-    if (code < 0) return false;
-    dense = dense && code + 1 < _denseCapacity;
-    if (dense) denseIndex += static_cast<std::size_t>(code + 1) * _denseStride[i];
+    if (code < 0 && code != kCellKeyTotal) return false;
+    if (i != setPosition && code < 0) return false;
+    const int shifted = code == kCellKeyTotal ? 0 : code + 1;
+    dense = dense && shifted < _denseCapacity;
+    if (dense) denseIndex += static_cast<std::size_t>(shifted) * _denseStride[i];
   }
   std::uint32_t where = 0;
   if (dense && _dense[denseIndex] != 0) {
@@ -759,8 +779,8 @@ bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k) 
   }
   // A set carrying the statistics gets its responses when Complete knows the cells: a
   // dichotomy member is never a category flagged missing.
-  if (_statPosition == _setPosition || _statPosition < 0) {
-    Update(where, block, k, /*bucket=*/false, /*valid=*/true, /*responses=*/0.0);
+  if (statAtSet || _statPosition < 0) {
+    Update(where, block, k, /*bucket=*/mask == 0, /*valid=*/true, /*responses=*/0.0);
   } else {
     const int statCode = _codes[static_cast<unsigned>(_statPosition)][k];
     Update(where, block, k, /*bucket=*/false, !_missingFlags[static_cast<unsigned>(_statPosition)][statCode],

@@ -93,6 +93,8 @@ struct TableDimension::Data {
   std::string _countedText;
   std::vector<std::string> _countedPadded;  // per string member: the counted text at its width
   std::vector<std::uint64_t> _hitMasks;     // per case of a block: the members counted
+  std::size_t _blockSize = 0;
+  bool _entriesPending = false;  // a dichotomy block's entries are not built yet
 
   // 1 for a value flagged user-missing, parallel to _values: a single variable's cells
   // read it for the VALID population.
@@ -332,6 +334,16 @@ struct TableDimension::Data {
       }
       if (any != 0) _memberHit[i] = true;
     }
+    _blockSize = size;
+    _entriesPending = true;
+  }
+
+  // The entries of a dichotomy block, built from its bits when first asked for: a cube that
+  // keeps the set by combination of members never needs them.
+  void BuildDichotomyEntries() {
+    if (!_entriesPending) return;
+    _entriesPending = false;
+    const std::size_t size = _blockSize;
     for (std::size_t k = 0; k < size; ++k) {
       _blockOffsets[k] = _blockEntries.size();
       std::uint64_t mask = _hitMasks[k];
@@ -597,6 +609,7 @@ void TableDimension::MapBlock(const CaseBlock& block) {
   d._blockStates.resize(block._size);
   d._blockOffsets.resize(block._size + 1);
   d._blockEntries.clear();
+  d._entriesPending = false;
   if (d._kind == AggregationVariable::kDichotomySet && d._members.size() <= 64) {
     d.MapDichotomyBlock(block);
     return;
@@ -621,19 +634,25 @@ const char* TableDimension::GetMissingFlags() const {
 }
 
 TableDimension::CaseState TableDimension::GetBlockState(std::size_t k) const {
+  _data->BuildDichotomyEntries();
   return static_cast<CaseState>(_data->_blockStates[k]);
 }
 
 const DimensionEntry* TableDimension::GetBlockEntries(std::size_t k, std::size_t& count) const {
+  _data->BuildDichotomyEntries();
   const std::size_t first = _data->_blockOffsets[k];
   count = _data->_blockOffsets[k + 1] - first;
   return _data->_blockEntries.data() + first;
 }
 
-TableDimension::SetBlock TableDimension::GetSetBlock() const {
+const std::uint64_t* TableDimension::GetBlockMasks() const {
   const bool masks = _data->_kind == AggregationVariable::kDichotomySet && _data->_members.size() <= 64;
-  return {_data->_blockStates.data(), _data->_blockOffsets.data(), _data->_blockEntries.data(),
-          masks ? _data->_hitMasks.data() : nullptr};
+  return masks ? _data->_hitMasks.data() : nullptr;
+}
+
+TableDimension::SetBlock TableDimension::GetSetBlock() const {
+  _data->BuildDichotomyEntries();
+  return {_data->_blockStates.data(), _data->_blockOffsets.data(), _data->_blockEntries.data()};
 }
 
 int TableDimension::GetDichotomyMemberCount() const {

@@ -82,9 +82,11 @@ class TableDimension {
     const char* _states;
     const std::size_t* _offsets;
     const DimensionEntry* _entries;
-    const std::uint64_t* _masks;  // a dichotomy set's members counted, a bit each; else null
   };
   SetBlock GetSetBlock() const;
+  /// A dichotomy set's members counted in each case of the block, a bit each; null for any
+  /// other variable. Cheaper than GetSetBlock, which builds the entries.
+  const std::uint64_t* GetBlockMasks() const;
   /// The entry of the total alone, for a case in the hidden bucket.
   const std::vector<DimensionEntry>& GetTotalOnlyEntries() const;
 
