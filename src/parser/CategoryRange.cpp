@@ -3,7 +3,8 @@
 
 #include "host/QuiltAssert.h"
 
-CategoryRange::CategoryRange(const std::string& text) : CategoryToken(text, TableEncryptionCodes::kExplicitRange) {}
+CategoryRange::CategoryRange(const std::string& text)
+    : CategoryToken(text, TableEncryptionCodes::kExplicitRange) {}
 
 CategoryRange::~CategoryRange() = default;
 

@@ -25,8 +25,10 @@ CategoryToken::CategoryToken(double number, const std::string& text) : CategoryT
   _my->_number = number;
 }
 
-CategoryToken::CategoryToken(const std::string& text, bool mustHaveLabel, bool isSubtotal) : CategoryToken(text) {
-  _my->_type = isSubtotal ? TableEncryptionCodes::kExplicitSubtotal : TableEncryptionCodes::kExplicitHSubtotal;
+CategoryToken::CategoryToken(const std::string& text, bool mustHaveLabel, bool isSubtotal)
+    : CategoryToken(text) {
+  _my->_type =
+      isSubtotal ? TableEncryptionCodes::kExplicitSubtotal : TableEncryptionCodes::kExplicitHSubtotal;
   _my->_mustHaveLabel = mustHaveLabel;
 }
 

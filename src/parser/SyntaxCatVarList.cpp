@@ -9,10 +9,10 @@
 #include "parser/SyntaxParserUtility.h"
 
 struct SyntaxCatVarList::Data {
-  bool _isAll = false;                          // VARIABLES=ALL
+  bool _isAll = false;                           // VARIABLES=ALL
   SyntaxCategoriesSubcommand* _owner = nullptr;  // not owned
-  std::vector<std::string> _names;              // as written, each once
-  bool _committed = false;                      // the names went to the owner
+  std::vector<std::string> _names;               // as written, each once
+  bool _committed = false;                       // the names went to the owner
 };
 
 SyntaxCatVarList::SyntaxCatVarList(SyntaxCategoriesSubcommand* owner) : _data(std::make_unique<Data>()) {

@@ -8,13 +8,13 @@
 #include "parser/SyntaxParserUtility.h"
 
 struct SyntaxCategoriesParen::Data {
-  std::string _keyword;        // the statistic as written
-  std::string _variable;       // the variable inside the parenthesis
-  bool _isOptional = false;    // the statistic needs no variable
-  bool _isPercentile = false;  // PTILE or UPTILE
-  double _percentile = -1.0;   // below -0.5 until given
+  std::string _keyword;                          // the statistic as written
+  std::string _variable;                         // the variable inside the parenthesis
+  bool _isOptional = false;                      // the statistic needs no variable
+  bool _isPercentile = false;                    // PTILE or UPTILE
+  double _percentile = -1.0;                     // below -0.5 until given
   SyntaxCategoriesSubcommand* _owner = nullptr;  // not owned
-  bool _isOpen = false;        // "(" was read
+  bool _isOpen = false;                          // "(" was read
 };
 
 SyntaxCategoriesParen::SyntaxCategoriesParen(SyntaxCategoriesSubcommand* owner, const std::string& keyword,

@@ -8,12 +8,12 @@
 #include "host/data/VariableSet.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/CategoryToken.h"
+#include "parser/SubTableCube.h"
 #include "parser/SyntaxCatVarList.h"
 #include "parser/SyntaxCategoriesParen.h"
 #include "parser/SyntaxCategorySquareBracket.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxMRVariableSet.h"
-#include "parser/SubTableCube.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -53,17 +53,17 @@ struct SyntaxCategoriesSubcommand::Data {
   bool _totalSet = false;
   bool _positionSet = false;
   bool _emptySet = false;
-  SyntaxCatVarList* _catVarList = nullptr;               // a child; null until VARIABLES
+  SyntaxCatVarList* _catVarList = nullptr;                // a child; null until VARIABLES
   SyntaxCategorySquareBracket* _squareBracket = nullptr;  // a child; null until "["
-  std::vector<std::string> _variableList;                // the names the subcommand applies to
+  std::vector<std::string> _variableList;                 // the names the subcommand applies to
   bool _isOrderA = true;
   bool _isMissingExclude = true;
   Codes::SortKey _sortKey = Codes::kSortKeyValue;
-  Codes::StatisticCodes _sortStatistic = Codes::kStatNone;    // with kSortKeyStatistic only
+  Codes::StatisticCodes _sortStatistic = Codes::kStatNone;     // with kSortKeyStatistic only
   Codes::StatisticCodes _primaryStatistic = Codes::kStatNone;  // its primary code
-  Codes::StatisticConf _statisticConf = Codes::kConfNone;     // its confidence variant
-  std::string _sortVariableName;                              // the variable in KEY=stat(var)
-  double _cutPoint = -1.0;                                    // PTILE and UPTILE
+  Codes::StatisticConf _statisticConf = Codes::kConfNone;      // its confidence variant
+  std::string _sortVariableName;                               // the variable in KEY=stat(var)
+  double _cutPoint = -1.0;                                     // PTILE and UPTILE
   Codes::StatisticsGroup _statisticGroup = Codes::kStatGroupCounts;
   std::string _statisticLabel;
   bool _isTotalNo = true;
@@ -120,9 +120,9 @@ SyntaxConverter* SyntaxCategoriesSubcommand::AttributeString(const std::string& 
     bool given;
   };
   const Keyword keywords[] = {
-      {"TOTAL", kStateTotal, data._totalSet},       {"LABEL", kStateLabel, !data._totalLabel.empty()},
+      {"TOTAL", kStateTotal, data._totalSet},          {"LABEL", kStateLabel, !data._totalLabel.empty()},
       {"POSITION", kStatePosition, data._positionSet}, {"EMPTY", kStateEmpty, data._emptySet},
-      {"ORDER", kStateOrder, data._orderSet},       {"KEY", kStateKey, data._keySet},
+      {"ORDER", kStateOrder, data._orderSet},          {"KEY", kStateKey, data._keySet},
       {"MISSING", kStateMissing, data._missingSet},
   };
   for (const Keyword& keyword : keywords) {
@@ -206,8 +206,8 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
         int code = 0;
         int prime = 0;
         int conf = 0;
-        if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup, prime,
-                                                      conf)) {
+        if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup,
+                                                      prime, conf)) {
           SyntaxParserUtility::UnknownKeyword(this, text);
         }
         data._sortStatistic = static_cast<Codes::StatisticCodes>(code);
@@ -306,8 +306,8 @@ void SyntaxCategoriesSubcommand::SetSortKeyVariable(const std::string& name, dou
   const bool inconsistent = (data._statisticGroup == Codes::kStatGroupSummary && !ScaleVarNameExist(name)) ||
                             (data._statisticGroup == Codes::kStatGroupResponses && index >= 0);
   if (inconsistent) {
-    SyntaxParserUtility::InconsistentStatVarPair(this, name,
-                                                 SyntaxParserUtility::GetStatToken(data._sortStatistic, -1.0));
+    SyntaxParserUtility::InconsistentStatVarPair(
+        this, name, SyntaxParserUtility::GetStatToken(data._sortStatistic, -1.0));
   }
   data._sortVariableName = name;
   if (data._primaryStatistic == Codes::kStatPtile || data._primaryStatistic == Codes::kStatUPtile) {
@@ -322,7 +322,8 @@ void SyntaxCategoriesSubcommand::ValidateAndCommit(const std::string& text) {
     data._pcCatName = data._squareBracket->GetPcCatName();
     // With no variable left there is nothing the computed category would be shown for.
     if (data._totalUsedInExpression && (!data._totalSet || data._isTotalNo) && !data._variableList.empty()) {
-      SyntaxParserUtility::MissingTOTALKeywordOrTOTALSetIsNo(this, data._pcCatName, data._variableList.front());
+      SyntaxParserUtility::MissingTOTALKeywordOrTOTALSetIsNo(this, data._pcCatName,
+                                                             data._variableList.front());
     }
   }
   if (data._state != kStateNone || data._catVarList == nullptr) {
@@ -369,9 +370,10 @@ void SyntaxCategoriesSubcommand::ValidateAndCommit(const std::string& text) {
       if (data._keySet) {
         SyntaxVariableName* sortVariable = nullptr;
         if (data._sortKey == Codes::kSortKeyStatistic && !data._sortVariableName.empty()) {
-          const std::vector<SyntaxVariableName*> candidates = data._statisticGroup == Codes::kStatGroupSummary
-                                                                  ? GetScaleVariables(data._sortVariableName)
-                                                                  : GetCategoricalVariables(data._sortVariableName);
+          const std::vector<SyntaxVariableName*> candidates =
+              data._statisticGroup == Codes::kStatGroupSummary
+                  ? GetScaleVariables(data._sortVariableName)
+                  : GetCategoricalVariables(data._sortVariableName);
           sortVariable = candidates.empty() ? nullptr : candidates.front();
         }
         variable->SetSortInfo(data._sortStatistic, sortVariable);
@@ -413,11 +415,13 @@ void SyntaxCategoriesSubcommand::ValidateSummarySortKey() {
         satisfied = countLike || (cube.ScaleVarNameExist(sortVariable) &&
                                   cube.ScaleVarWithStatExists(sortVariable, statistic, data._cutPoint));
       } else if (!sortVariable.empty()) {
-        satisfied = (cube.CatVarNameExist(sortVariable) || cube.ScaleVarNameExist(sortVariable) || countLike) &&
-                    (cube.CatVarWithStatExists(sortVariable, statistic) ||
-                     cube.ScaleVarWithStatExists(sortVariable, statistic, data._cutPoint) || countLike);
+        satisfied =
+            (cube.CatVarNameExist(sortVariable) || cube.ScaleVarNameExist(sortVariable) || countLike) &&
+            (cube.CatVarWithStatExists(sortVariable, statistic) ||
+             cube.ScaleVarWithStatExists(sortVariable, statistic, data._cutPoint) || countLike);
       } else {
-        satisfied = countLike || (cube.CatVarNameIsComputational(name) && cube.CatVarWithStatExists(name, statistic));
+        satisfied =
+            countLike || (cube.CatVarNameIsComputational(name) && cube.CatVarWithStatExists(name, statistic));
       }
     }
     if (satisfied) {
@@ -460,7 +464,8 @@ std::vector<std::string> SyntaxCategoriesSubcommand::GetCatVarNameList() {
   return names;
 }
 
-std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVariables(const std::string& name) {
+std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVariables(
+    const std::string& name) {
   std::vector<SyntaxVariableName*> found;
   for (SyntaxVariableName* variable : GetTableSubcommandParent()->GetTableVarList()) {
     if (variable->GetVariableType() == Codes::kVariableCategorical &&
@@ -503,7 +508,8 @@ void SyntaxCategoriesSubcommand::DumpDetails(std::ostream& out) const {
       << " position=" << (data._positionSet ? (data._isTotalPositionAfter ? "AFTER" : "BEFORE") : "-")
       << " empty=" << (data._emptySet ? (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE") : "-")
       << " order=" << (data._orderSet ? (data._isOrderA ? "A" : "D") : "-")
-      << " missing=" << (data._missingSet ? (data._isMissingExclude ? "EXCLUDE" : "INCLUDE") : "-") << " key=";
+      << " missing=" << (data._missingSet ? (data._isMissingExclude ? "EXCLUDE" : "INCLUDE") : "-")
+      << " key=";
   if (!data._keySet) {
     out << "-";
   } else if (data._sortKey == Codes::kSortKeyStatistic) {

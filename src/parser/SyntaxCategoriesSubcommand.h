@@ -1,4 +1,5 @@
-// SyntaxCategoriesSubcommand.h - CATEGORIES: which categories of the table's variables appear, in which order, with which totals
+// SyntaxCategoriesSubcommand.h - CATEGORIES: which categories of the table's variables appear, in which
+// order, with which totals
 #pragma once
 
 #include <memory>

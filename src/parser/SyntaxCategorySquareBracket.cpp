@@ -33,9 +33,9 @@ struct SyntaxCategorySquareBracket::Data {
   bool _treatMissingAsVar = false;
   bool _treatOtherNMAsVar = false;
   bool _treatThruAsVar = false;
-  bool _awaitingComputedName = false;  // "&" was read
-  bool _totalUsedInPc = false;         // a referred computed category uses TOTAL
-  std::string _pcCatName;              // name of that category
+  bool _awaitingComputedName = false;   // "&" was read
+  bool _totalUsedInPc = false;          // a referred computed category uses TOTAL
+  std::string _pcCatName;               // name of that category
   std::vector<CategoryToken*> _tokens;  // the elements; owned
 
   ~Data() {
@@ -206,7 +206,8 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
         // The same range written twice: the later place wins.
         for (std::size_t position = 0; position + 1 < tokens.size();) {
           auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
-          if (other != nullptr && other->GetChildCount() == 2 && *other->GetFirstChild() == *range->GetFirstChild() &&
+          if (other != nullptr && other->GetChildCount() == 2 &&
+              *other->GetFirstChild() == *range->GetFirstChild() &&
               *other->GetLastChild() == *range->GetLastChild()) {
             SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
             delete other;
@@ -297,7 +298,8 @@ void SyntaxCategorySquareBracket::ValidateAndCommit(const std::string& text) {
   const CategoryToken* last = data._tokens.back();
   const Codes::ExplicitListType type = last->GetTokenType();
   const bool unlabelled = IsSubtotal(type) && last->GetMustHaveLabel() && !last->GetHasLabel();
-  const bool openRange = type == Codes::kExplicitRange && static_cast<const CategoryRange*>(last)->GetChildCount() < 2;
+  const bool openRange =
+      type == Codes::kExplicitRange && static_cast<const CategoryRange*>(last)->GetChildCount() < 2;
   if (unlabelled || type == Codes::kExplicitLo || openRange) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
@@ -358,7 +360,7 @@ const std::string& SyntaxCategorySquareBracket::GetPcCatName() const {
 namespace {
 
 const char* KindName(Codes::ExplicitListType type) {
-  static const char* const kNames[] = {"string", "number",   "lo",        "hi",   "range",   "missing",
+  static const char* const kNames[] = {"string",  "number",   "lo",        "hi",   "range",   "missing",
                                        "othernm", "subtotal", "hsubtotal", "name", "computed"};
   return type >= 0 && type <= Codes::kExplicitComputed ? kNames[type] : "?";
 }

@@ -1,4 +1,5 @@
-// SyntaxCategorySquareBracket.h - the explicit list of CATEGORIES: values, ranges, keywords, subtotals, references
+// SyntaxCategorySquareBracket.h - the explicit list of CATEGORIES: values, ranges, keywords, subtotals,
+// references
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
-// SyntaxMRVariableSet.cpp - a multiple-response set node: its members, counted value, labels and category list
+// SyntaxMRVariableSet.cpp - a multiple-response set node: its members, counted value, labels and category
+// list
 #include "parser/SyntaxMRVariableSet.h"
 
 #include <cstdlib>
@@ -18,12 +19,12 @@
 struct SyntaxMRVariableSet::MrData {
   std::vector<SyntaxMRsetElementaryVariable*> _elementaryVariables;  // the members in order; owned
   int _mrSetType = VariableSet::kMR_Category;
-  int _minimumWidth = 0;                  // narrowest member
+  int _minimumWidth = 0;                    // narrowest member
   std::unique_ptr<ObsValue> _countedValue;  // dichotomy sets only
-  int _countedObsSize = 0;                // cells of the counted value
-  bool _useCountedValueLabels = false;    // counted value's labels name the categories
-  bool _countDuplicates = false;          // a case counts each repeated response
-  bool _innermost = false;                // innermost set of its axis in a cube
+  int _countedObsSize = 0;                  // cells of the counted value
+  bool _useCountedValueLabels = false;      // counted value's labels name the categories
+  bool _countDuplicates = false;            // a case counts each repeated response
+  bool _innermost = false;                  // innermost set of its axis in a cube
   const SyntaxMRsetElementaryVariable* _userMissingVariable = nullptr;  // category sets
 
   ~MrData() {
@@ -392,7 +393,8 @@ bool SyntaxMRVariableSet::GetUseCountedValueLabels() const {
 }
 
 int SyntaxMRVariableSet::GetUserMissingVarIndex() const {
-  QUILT_ASSERT(_mrData->_mrSetType == VariableSet::kMR_Category, "only a category set has user-missing values");
+  QUILT_ASSERT(_mrData->_mrSetType == VariableSet::kMR_Category,
+               "only a category set has user-missing values");
   return _mrData->_userMissingVariable == nullptr ? -1 : _mrData->_userMissingVariable->GetIndex();
 }
 
@@ -403,7 +405,8 @@ const std::vector<SyntaxMRsetElementaryVariable*>& SyntaxMRVariableSet::GetEleme
 void SyntaxMRVariableSet::DumpDetails(std::ostream& out) const {
   SyntaxVariableName::DumpDetails(out);
   const MrData& data = *_mrData;
-  out << " mrType=" << (data._mrSetType == VariableSet::kMR_Dichotomy ? "dichotomy" : "category") << " members=";
+  out << " mrType=" << (data._mrSetType == VariableSet::kMR_Dichotomy ? "dichotomy" : "category")
+      << " members=";
   const char* separator = "";
   for (const SyntaxMRsetElementaryVariable* member : data._elementaryVariables) {
     out << separator << member->GetName();
@@ -417,8 +420,7 @@ void SyntaxMRVariableSet::DumpDetails(std::ostream& out) const {
     } else {
       out << "'" << data._countedValue->Text() << "'";
     }
-    out << " countedCells=" << data._countedObsSize
-        << " countedLabels=" << data._useCountedValueLabels;
+    out << " countedCells=" << data._countedObsSize << " countedLabels=" << data._useCountedValueLabels;
   } else if (data._userMissingVariable != nullptr) {
     out << " missingFrom=" << data._userMissingVariable->GetName();
   }

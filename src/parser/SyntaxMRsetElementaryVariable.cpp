@@ -1,4 +1,5 @@
-// SyntaxMRsetElementaryVariable.cpp - one member variable of a multiple-response set, read from the dictionary
+// SyntaxMRsetElementaryVariable.cpp - one member variable of a multiple-response set, read from the
+// dictionary
 #include "parser/SyntaxMRsetElementaryVariable.h"
 
 #include "host/data/ObsValue.h"
@@ -11,22 +12,23 @@
 #include "parser/VLPair.h"
 
 struct SyntaxMRsetElementaryVariable::Data {
-  SyntaxMRVariableSet* _owner = nullptr;  // the set; not owned
-  int _missingValueType = 0;              // kind of user-missing definition
+  SyntaxMRVariableSet* _owner = nullptr;   // the set; not owned
+  int _missingValueType = 0;               // kind of user-missing definition
   const OBS* _userMissingData1 = nullptr;  // the slots of that definition; owned by the dictionary
   const OBS* _userMissingData2 = nullptr;
   const OBS* _userMissingData3 = nullptr;
-  int _index = -1;                       // dictionary index
-  std::string _name;                     // as the dictionary writes it
-  std::string _label;                    // empty when none
-  int _width = 0;                        // 0 numeric, else string width
+  int _index = -1;                           // dictionary index
+  std::string _name;                         // as the dictionary writes it
+  std::string _label;                        // empty when none
+  int _width = 0;                            // 0 numeric, else string width
   const TARN_Variable* _variable = nullptr;  // the dictionary entry; not owned
   FormatType _formatType = kFormatF;
   std::vector<VLPair> _vlData;  // value labels as the set needs them
 };
 
-SyntaxMRsetElementaryVariable::SyntaxMRsetElementaryVariable(SyntaxMRVariableSet* owner, const std::string& name,
-                                                             int setType, const std::string& countedText)
+SyntaxMRsetElementaryVariable::SyntaxMRsetElementaryVariable(SyntaxMRVariableSet* owner,
+                                                             const std::string& name, int setType,
+                                                             const std::string& countedText)
     : _data(std::make_unique<Data>()) {
   Data& data = *_data;
   data._owner = owner;
@@ -53,8 +55,8 @@ SyntaxMRsetElementaryVariable::SyntaxMRsetElementaryVariable(SyntaxMRVariableSet
     while (labels.GetNextPair(value, text)) {
       data._vlData.emplace_back(value, text == nullptr ? "" : text, data._width);
     }
-    data._missingValueType =
-        data._variable->GetMissingValues(data._userMissingData1, data._userMissingData2, data._userMissingData3);
+    data._missingValueType = data._variable->GetMissingValues(data._userMissingData1, data._userMissingData2,
+                                                              data._userMissingData3);
   } else if (labels.Size() > 0) {
     // A dichotomy member is one category; of its labels only the counted value's can name it.
     const char* countedLabel = labels.GetLabel(countedText);

@@ -20,16 +20,16 @@ using Expr = ExpressionToken;
 
 // Where the reader stands inside the expression.
 struct ReadState {
-  int depth = 1;                 // open parentheses, EXPR's own included
-  bool signAllowed = true;       // a sign in front of a number belongs to the number
-  bool operandExpected = true;   // an operand must come next
-  bool operatorExpected = false;  // an operator must come next
-  bool afterBracket = false;     // the last term was "[ ... ]"
-  bool inBracket = false;        // between "[" and "]"
-  bool finished = false;         // EXPR's closing parenthesis was read
-  bool hasPrevious = false;      // a token of the expression was read before this one
-  int previousType = 0;          // that token's type
-  int previousOp = 0;            // and operator code
+  int depth = 1;                             // open parentheses, EXPR's own included
+  bool signAllowed = true;                   // a sign in front of a number belongs to the number
+  bool operandExpected = true;               // an operand must come next
+  bool operatorExpected = false;             // an operator must come next
+  bool afterBracket = false;                 // the last term was "[ ... ]"
+  bool inBracket = false;                    // between "[" and "]"
+  bool finished = false;                     // EXPR's closing parenthesis was read
+  bool hasPrevious = false;                  // a token of the expression was read before this one
+  int previousType = 0;                      // that token's type
+  int previousOp = 0;                        // and operator code
   std::vector<std::string> bracketElements;  // the number-like texts of the open bracket
   int bracketOperands = 0;                   // operands the open bracket has added
   double bracketFirstNumber = 0.0;           // the value of the bracket's first element
@@ -67,12 +67,12 @@ std::string CurrentText(TARN_TokenSequence* tokens) {
 }  // namespace
 
 struct SyntaxPComputeSubcommand::PCData {
-  std::string _catName;            // the computed category's name
-  bool _ampersandSeen = false;     // "&" was read
-  std::string _expression;         // text of the expression as read
-  ExpressionToken _expressionToken;  // operands and operators
+  std::string _catName;                                   // the computed category's name
+  bool _ampersandSeen = false;                            // "&" was read
+  std::string _expression;                                // text of the expression as read
+  ExpressionToken _expressionToken;                       // operands and operators
   std::vector<SyntaxPPropertiesSubcommand*> _properties;  // PPROPERTIES naming this; not owned
-  ReadState _state;                // the reader's place while the expression is read
+  ReadState _state;                                       // the reader's place while the expression is read
 };
 
 SyntaxPComputeSubcommand::SyntaxPComputeSubcommand() : _pcData(std::make_unique<PCData>()) {}
@@ -94,7 +94,8 @@ SyntaxConverter* SyntaxPComputeSubcommand::Ampersand(const std::string& /*text*/
 }
 
 // PCOMPUTE & name '=' EXPR '(' expression ')'
-SyntaxConverter* SyntaxPComputeSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
+SyntaxConverter* SyntaxPComputeSubcommand::AttributeString(const std::string& text,
+                                                           TARN_TokenSequence* tokens) {
   PCData& data = *_pcData;
   if (!data._ampersandSeen) {
     SyntaxParserUtility::InvalidExpression(this, data._catName);
@@ -169,7 +170,8 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
         }
       }
       if (state.operatorExpected) {
-        if (type == TokenSequenceBase::kTokenNumber || IsArithmetic(op) || op == TokenSequenceBase::kOpRightParen) {
+        if (type == TokenSequenceBase::kTokenNumber || IsArithmetic(op) ||
+            op == TokenSequenceBase::kOpRightParen) {
           state.operatorExpected = false;
         } else if (isOperator) {
           SyntaxParserUtility::InvalidExpression(this, data._catName);
@@ -264,8 +266,8 @@ void SyntaxPComputeSubcommand::ReadSubtotal(TARN_TokenSequence* tokens) {
   ReadState& state = data._state;
   ExpressionToken& expression = data._expressionToken;
   auto addSubtotal = [&](unsigned long index) {
-    expression.addToken(data._catName, "SUBTOTAL", TableEncryptionCodes::kExplicitSubtotal, Expr::kExprKeyword,
-                        Expr::kExprOpNone, 0.0, index);
+    expression.addToken(data._catName, "SUBTOTAL", TableEncryptionCodes::kExplicitSubtotal,
+                        Expr::kExprKeyword, Expr::kExprOpNone, 0.0, index);
   };
   bool inItsBracket = false;
   while (true) {
@@ -498,7 +500,7 @@ void SyntaxPComputeSubcommand::UpdateTokenIndex(const std::string& text) {
 namespace {
 
 const char* ListTypeName(int type) {
-  static const char* const kNames[] = {"string", "number", "lo",       "hi",   "range",   "missing",
+  static const char* const kNames[] = {"string",  "number",   "lo",        "hi",   "range",   "missing",
                                        "othernm", "subtotal", "hsubtotal", "name", "computed"};
   return type >= 0 && type <= 10 ? kNames[type] : "?";
 }
@@ -516,8 +518,8 @@ void SyntaxPComputeSubcommand::DumpDetails(std::ostream& out) const {
       << " operands=";
   const char* separator = "";
   for (const TokenInfo& operand : data._expressionToken.getTokens()) {
-    out << separator << "{" << ListTypeName(operand.listType) << "/" << TokenTypeName(operand.tokenType) << " '"
-        << operand.token << "'";
+    out << separator << "{" << ListTypeName(operand.listType) << "/" << TokenTypeName(operand.tokenType)
+        << " '" << operand.token << "'";
     if (operand.index != 0) {
       out << " #" << operand.index;
     }

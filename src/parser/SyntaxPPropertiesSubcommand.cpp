@@ -25,7 +25,7 @@ enum State {
 }  // namespace
 
 struct SyntaxPPropertiesSubcommand::PPROPERTIESData {
-  int _state = kStateNames;          // the keyword whose values are being read
+  int _state = kStateNames;            // the keyword whose values are being read
   std::vector<std::string> _catNames;  // the names given, in order
   std::vector<std::string> _labels;    // LABEL texts, in order
   std::vector<Statistics*> _formats;   // FORMAT statistics; children of the subcommand

@@ -29,12 +29,12 @@
 
 struct SyntaxVariableName::VarData {
   AggregationVariable* _aggregationVariable = nullptr;  // set once by the dispatcher; not owned
-  int _index = 0;           // dictionary index; -100 for a set
-  std::string _name;        // the variable's or the set's name
-  std::string _label;       // empty when it has none
-  int _axis = 0;            // count of BY ahead of this occurrence: 0, 1 or 2
-  bool _isLeafNode = true;  // false once it is the left operand of ">"
-  int _dataType = 0;        // 0 numeric, else the width of a string variable
+  int _index = 0;                                       // dictionary index; -100 for a set
+  std::string _name;                                    // the variable's or the set's name
+  std::string _label;                                   // empty when it has none
+  int _axis = 0;                                        // count of BY ahead of this occurrence: 0, 1 or 2
+  bool _isLeafNode = true;                              // false once it is the left operand of ">"
+  int _dataType = 0;                                    // 0 numeric, else the width of a string variable
   FormatType _formatType = kFormatF;
   TableEncryptionCodes::VariableCodes _variableType = TableEncryptionCodes::kVariableCategorical;
   bool _measurementSet = false;               // [S] or [C] was given
@@ -49,21 +49,21 @@ struct SyntaxVariableName::VarData {
   bool _hasSubTotal = false;                  // the explicit category list holds a subtotal
 
   // Value labels, read from the dictionary or merged by a set.
-  int _vlPairCount = 0;      // number of pairs
+  int _vlPairCount = 0;        // number of pairs
   VLPair* _vlPairs = nullptr;  // new[]; owned; null when the count is 0
 
   // CATEGORIES options and what was given.
-  bool _isExplicit = false;                         // an explicit category list was given
-  std::vector<ParsedCategory*> _parsedCategories;   // that list in engine form; owned
-  bool _isOrderA = true;                            // ascending order of categories
-  bool _isMissingExclude = true;                    // user-missing categories left out
-  std::string _totalLabel = "Total";                // label of the total category
-  bool _isTotalPositionAfter = true;                // totals and subtotals after what they sum
-  bool _isEmptyInclude = true;                      // empty categories kept
+  bool _isExplicit = false;                        // an explicit category list was given
+  std::vector<ParsedCategory*> _parsedCategories;  // that list in engine form; owned
+  bool _isOrderA = true;                           // ascending order of categories
+  bool _isMissingExclude = true;                   // user-missing categories left out
+  std::string _totalLabel = "Total";               // label of the total category
+  bool _isTotalPositionAfter = true;               // totals and subtotals after what they sum
+  bool _isEmptyInclude = true;                     // empty categories kept
   TableEncryptionCodes::SortKey _sortKey = TableEncryptionCodes::kSortKeyValue;
-  SyntaxVariableName* _sortVariable = nullptr;      // variable of a sort statistic; not owned
+  SyntaxVariableName* _sortVariable = nullptr;  // variable of a sort statistic; not owned
   TableEncryptionCodes::StatisticCodes _sortStatistic = TableEncryptionCodes::kStatCount;
-  double _cutPoint = -1.0;                          // percentile of a PTILE or UPTILE sort key
+  double _cutPoint = -1.0;  // percentile of a PTILE or UPTILE sort key
   PresentationCodes::VLabelOption _vLabelsOption = PresentationCodes::kVLabelDefault;
   bool _orderSet = false;
   bool _missingSet = false;
@@ -176,7 +176,9 @@ void SyntaxVariableName::SetAggregationVariable(AggregationVariable* variable) {
   _varData->_aggregationVariable = variable;
 }
 
-AggregationVariable* SyntaxVariableName::GetAggregationVariable() const { return _varData->_aggregationVariable; }
+AggregationVariable* SyntaxVariableName::GetAggregationVariable() const {
+  return _varData->_aggregationVariable;
+}
 
 void SyntaxVariableName::SetIsLeafNode(bool isLeaf) {
   _varData->_isLeafNode = isLeaf;
@@ -518,7 +520,8 @@ TableEncryptionCodes::SortKey SyntaxVariableName::GetSortKey() const {
   return _varData->_sortKey;
 }
 
-void SyntaxVariableName::SetSortInfo(TableEncryptionCodes::StatisticCodes statistic, SyntaxVariableName* variable) {
+void SyntaxVariableName::SetSortInfo(TableEncryptionCodes::StatisticCodes statistic,
+                                     SyntaxVariableName* variable) {
   VarData& data = *_varData;
   if (data._keySet && (data._sortStatistic != statistic || data._sortVariable != variable)) {
     SyntaxParserUtility::DuplicateWarningFromVariable("KEY", data._name, /*categories=*/true);
@@ -712,8 +715,8 @@ ParsedCategory* SyntaxVariableName::MakeSubtotalCategory(const CategoryToken& to
   }
   const bool isDefault = !token.GetHasLabel();
   const std::string label = isDefault ? "Subtotal" : token.GetLabel();
-  auto* category = new ParsedCategory(label, isDefault, pass.encoding,
-                                      token.GetTokenType() == Codes::kExplicitSubtotal);
+  auto* category =
+      new ParsedCategory(label, isDefault, pass.encoding, token.GetTokenType() == Codes::kExplicitSubtotal);
   category->SetSubtotalEncoding(pass.encoding);
   if (after) {
     --pass.encoding;
@@ -852,8 +855,8 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
           for (const Statistics* statistic : properties->GetPFormat()) {
             statCodes.push_back(statistic->GetStatType());
             displayFormats.push_back(statistic->GetStatDisplayFormat());
-            formats.push_back(statistic->GetFormat() == nullptr ? 0
-                                                                : static_cast<int>(statistic->GetFormat()->Pack()));
+            formats.push_back(
+                statistic->GetFormat() == nullptr ? 0 : static_cast<int>(statistic->GetFormat()->Pack()));
             // Totals and subtotals feeding the computation must carry the same statistics.
             if (usesTotals && !data._totalStats.empty()) {
               bool shown = false;
@@ -866,9 +869,9 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
             }
           }
         }
-        category = std::make_unique<ParsedCategory>(catName, labels, properties->IsHideSourceSet(), statCodes,
-                                                    displayFormats, formats, ParsedCategory::kParsedComputed,
-                                                    index);
+        category =
+            std::make_unique<ParsedCategory>(catName, labels, properties->IsHideSourceSet(), statCodes,
+                                             displayFormats, formats, ParsedCategory::kParsedComputed, index);
         break;
       }
     }
@@ -1036,7 +1039,8 @@ void SyntaxVariableName::DumpDetails(std::ostream& out) const {
       << " totalstats=" << StatisticList(data._totalStats) << " vlpairs=" << data._vlPairCount
       << " total=" << (data._isTotalNo ? "NO" : "YES") << " totalLabel='" << data._totalLabel << "'"
       << " position=" << (data._isTotalPositionAfter ? "AFTER" : "BEFORE")
-      << " empty=" << (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE") << " order=" << (data._isOrderA ? "A" : "D")
+      << " empty=" << (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE")
+      << " order=" << (data._isOrderA ? "A" : "D")
       << " missing=" << (data._isMissingExclude ? "EXCLUDE" : "INCLUDE") << " key=";
   switch (data._sortKey) {
     case TableEncryptionCodes::kSortKeyLabel:

@@ -167,10 +167,10 @@ class SyntaxVariableName : public SyntaxConverter {
 
   /// Where the walk over one explicit list stands: the subtotal encoding in force.
   struct ExplicitListPass {
-    int total = 0;              // subtotals in the list
-    int encoding = -101;        // the code of the subtotal being filled
-    int seen = 0;               // subtotals met so far
-    bool sawSubtotal = false;   // a subtotal was met
+    int total = 0;             // subtotals in the list
+    int encoding = -101;       // the code of the subtotal being filled
+    int seen = 0;              // subtotals met so far
+    bool sawSubtotal = false;  // a subtotal was met
   };
   /// The record of a SUBTOTAL or HSUBTOTAL element, advancing the encoding.
   ParsedCategory* MakeSubtotalCategory(const CategoryToken& token, ExplicitListPass& pass);

@@ -116,7 +116,8 @@ std::string Describe(const ParsedCategory& category) {
       text = "value " + ValueText(category.GetCatValue(), type);
       break;
     case ParsedCategory::kParsedRange:
-      text = "range " + ValueText(category.GetCatValue(), type) + ".." + ValueText(category.GetHighValue(), type);
+      text = "range " + ValueText(category.GetCatValue(), type) + ".." +
+             ValueText(category.GetHighValue(), type);
       break;
     case ParsedCategory::kParsedLo:
       text = "lo .." + ValueText(category.GetCatValue(), type);

@@ -1,4 +1,5 @@
-// CategoriesTestSupport.h - parses a command against the sample survey (or given data) and keeps the tree for inspection
+// CategoriesTestSupport.h - parses a command against the sample survey (or given data) and keeps the tree for
+// inspection
 #pragma once
 
 #include <memory>

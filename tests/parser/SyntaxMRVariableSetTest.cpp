@@ -1,4 +1,5 @@
-// SyntaxMRVariableSetTest.cpp - multiple-response set nodes: members, counted value, merged labels, lists, MRSETS
+// SyntaxMRVariableSetTest.cpp - multiple-response set nodes: members, counted value, merged labels, lists,
+// MRSETS
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -184,35 +185,76 @@ TEST_P(SetMessages, RaiseTheirCatalogueMessage) {
 
 const MessageCase kSetMessages[] = {
     // The narrowest member must hold the counted value: 5 characters do not fit in 4.
-    {"CountedValueTooWide", "QUILT /TABLE $over.", "Subcommand ^1. MRSet ^2 has too big counted value ^3.",
-     {"TABLE", "$over", "abcde"}, kThrown},
-    {"CountedValueNotANumber", "QUILT /TABLE $countedbad.",
-     "Subcommand ^1. The counted value ^2 not of type for MRSet.", {"TABLE", "1x"}, kThrown},
-    {"SetWithUnknownMember", "QUILT /TABLE $broken.", "Subcommand ^1. Set ^2 is invalid.", {"TABLE", "$broken"},
-     kError},
-    {"TwoDefinitionsOfMissing", "QUILT /TABLE $disagree.",
-     "Subcommand ^1. User-missing contradiction in ^2. Definition from ^3 will be used.",
-     {"TABLE", "$disagree", "c3"}, kWarning},
-    {"SameVariableLabels", "QUILT /TABLE $samevar.", "Subcommand ^1. Same variable label for two vars in MDSet ^2.",
-     {"TABLE", "$samevar"}, kWarning},
-    {"CountedValueLabelledTwoWays", "QUILT /TABLE $yesja.",
-     "Subcommand ^1. Different labels for the counted value in MDSet ^2.", {"TABLE", "$yesja"}, kWarning},
-    {"CountedValueLabelsNameNothingApart", "QUILT /TABLE $named.",
-     "Subcommand ^1. Different labels for the counted value in MDSet ^2.", {"TABLE", "$named"}, kWarning},
-    {"NumbersInDichotomyList", "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 2].",
-     "Subcommand ^1. Unknown keyword ^2.", {"TABLE", "1"}, kThrown},
-    {"RangeInDichotomyList", "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 THRU 2].",
-     "Subcommand ^1. Range in MDSet ^2 cat list.", {"TABLE", "$named"}, kThrown},
-    {"NonMemberInDichotomyList", "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [d3 g].",
-     "Unrecognized variable ^1 in ^2 subcommand.", {"g", "CATEGORIES"}, kThrown},
-    {"CountDuplicatesBadValue", "QUILT /MRSETS COUNTDUPLICATES=MAYBE /TABLE $labels.",
-     "Subcommand ^1. Unknown keyword ^2.", {"MRSETS", "MAYBE"}, kThrown},
-    {"MrsetsUnknownKeyword", "QUILT /MRSETS DUPLICATES=YES /TABLE $labels.", "Subcommand ^1. Unknown keyword ^2.",
-     {"MRSETS", "DUPLICATES"}, kThrown},
-    {"MrsetsEmpty", "QUILT /MRSETS /TABLE $labels.", "Text ^1. Incomplete subcommand ^2.", {"/", "MRSETS"},
+    {"CountedValueTooWide",
+     "QUILT /TABLE $over.",
+     "Subcommand ^1. MRSet ^2 has too big counted value ^3.",
+     {"TABLE", "$over", "abcde"},
      kThrown},
-    {"MrsetsTwice", "QUILT /MRSETS COUNTDUPLICATES=YES /MRSETS COUNTDUPLICATES=NO /TABLE g.",
-     "Subcommand ^1. Text ^2. Duplicate warning.", {"QUILT", "MRSETS"}, kWarning},
+    {"CountedValueNotANumber",
+     "QUILT /TABLE $countedbad.",
+     "Subcommand ^1. The counted value ^2 not of type for MRSet.",
+     {"TABLE", "1x"},
+     kThrown},
+    {"SetWithUnknownMember",
+     "QUILT /TABLE $broken.",
+     "Subcommand ^1. Set ^2 is invalid.",
+     {"TABLE", "$broken"},
+     kError},
+    {"TwoDefinitionsOfMissing",
+     "QUILT /TABLE $disagree.",
+     "Subcommand ^1. User-missing contradiction in ^2. Definition from ^3 will be used.",
+     {"TABLE", "$disagree", "c3"},
+     kWarning},
+    {"SameVariableLabels",
+     "QUILT /TABLE $samevar.",
+     "Subcommand ^1. Same variable label for two vars in MDSet ^2.",
+     {"TABLE", "$samevar"},
+     kWarning},
+    {"CountedValueLabelledTwoWays",
+     "QUILT /TABLE $yesja.",
+     "Subcommand ^1. Different labels for the counted value in MDSet ^2.",
+     {"TABLE", "$yesja"},
+     kWarning},
+    {"CountedValueLabelsNameNothingApart",
+     "QUILT /TABLE $named.",
+     "Subcommand ^1. Different labels for the counted value in MDSet ^2.",
+     {"TABLE", "$named"},
+     kWarning},
+    {"NumbersInDichotomyList",
+     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 2].",
+     "Subcommand ^1. Unknown keyword ^2.",
+     {"TABLE", "1"},
+     kThrown},
+    {"RangeInDichotomyList",
+     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 THRU 2].",
+     "Subcommand ^1. Range in MDSet ^2 cat list.",
+     {"TABLE", "$named"},
+     kThrown},
+    {"NonMemberInDichotomyList",
+     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [d3 g].",
+     "Unrecognized variable ^1 in ^2 subcommand.",
+     {"g", "CATEGORIES"},
+     kThrown},
+    {"CountDuplicatesBadValue",
+     "QUILT /MRSETS COUNTDUPLICATES=MAYBE /TABLE $labels.",
+     "Subcommand ^1. Unknown keyword ^2.",
+     {"MRSETS", "MAYBE"},
+     kThrown},
+    {"MrsetsUnknownKeyword",
+     "QUILT /MRSETS DUPLICATES=YES /TABLE $labels.",
+     "Subcommand ^1. Unknown keyword ^2.",
+     {"MRSETS", "DUPLICATES"},
+     kThrown},
+    {"MrsetsEmpty",
+     "QUILT /MRSETS /TABLE $labels.",
+     "Text ^1. Incomplete subcommand ^2.",
+     {"/", "MRSETS"},
+     kThrown},
+    {"MrsetsTwice",
+     "QUILT /MRSETS COUNTDUPLICATES=YES /MRSETS COUNTDUPLICATES=NO /TABLE g.",
+     "Subcommand ^1. Text ^2. Duplicate warning.",
+     {"QUILT", "MRSETS"},
+     kWarning},
 };
 
 INSTANTIATE_TEST_SUITE_P(Commands, SetMessages, ::testing::ValuesIn(kSetMessages),
@@ -225,11 +267,12 @@ TEST(SyntaxMRVariableSetTest, DichotomyListNamesMembers) {
       "QUILT /PCOMPUTE &both=EXPR([d3]+[MISSING]) /TABLE $withmissing "
       "/CATEGORIES VARIABLES=$withmissing [MISSING d3 SUBTOTAL='Any' &both] TOTAL=YES.",
       SetsDataset());
-  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key << " " << (parse.Error().arguments.empty() ? "" : parse.Error().arguments.back());
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key << " "
+                                 << (parse.Error().arguments.empty() ? "" : parse.Error().arguments.back());
   // d3 is variable 9 and "missing" 11 in the dictionary above; MISSING names the member,
   // since the list is meant for dichotomy sets only.
-  const std::vector<std::string> expected = {"variable #11 @-101", "variable #9 @-101", "subtotal 'Any' @-101",
-                                             "computed &both"};
+  const std::vector<std::string> expected = {"variable #11 @-101", "variable #9 @-101",
+                                             "subtotal 'Any' @-101", "computed &both"};
   const SyntaxMRVariableSet* set = SetOf(parse, "$withmissing");
   EXPECT_EQ(DescribeList(*set), expected);
   EXPECT_EQ(set->GetParsedCategories().back()->GetIndex(), -101);
@@ -241,7 +284,8 @@ TEST(SyntaxMRVariableSetTest, CategorySetListsValuesAndDichotomySetSortsMembers)
       "/CATEGORIES VARIABLES=$media ORDER=D.");
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   // A category set's list holds values of its members, as a variable's does.
-  EXPECT_EQ(DescribeList(*parse.Variable("$brands")), (std::vector<std::string>{"value 3", "value 1", "othernm"}));
+  EXPECT_EQ(DescribeList(*parse.Variable("$brands")),
+            (std::vector<std::string>{"value 3", "value 1", "othernm"}));
   // A dichotomy set sorted by ORDER keeps no list; its members become categories later.
   const SyntaxMRVariableSet* media = SetOf(parse, "$media");
   EXPECT_TRUE(media->GetOrderSet());
@@ -264,7 +308,8 @@ TEST(SyntaxMRVariableSetTest, CountDuplicatesReachesEverySet) {
   ASSERT_TRUE(yes.Succeeded()) << yes.Error().key;
   EXPECT_TRUE(SetOf(yes, "$brands")->GetCountDuplicates());
   for (const char* name : {"$media", "$brands"}) {
-    EXPECT_TRUE(dynamic_cast<const SyntaxMRVariableSet*>(yes.Variable(name, 1))->GetCountDuplicates()) << name;
+    EXPECT_TRUE(dynamic_cast<const SyntaxMRVariableSet*>(yes.Variable(name, 1))->GetCountDuplicates())
+        << name;
   }
   KeptParse byDefault("QUILT /TABLE $brands.");
   EXPECT_FALSE(SetOf(byDefault, "$brands")->GetCountDuplicates());

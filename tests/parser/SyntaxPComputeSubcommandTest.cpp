@@ -1,4 +1,5 @@
-// SyntaxPComputeSubcommandTest.cpp - computed-category expressions: operand and operator lists, texts, messages
+// SyntaxPComputeSubcommandTest.cpp - computed-category expressions: operand and operator lists, texts,
+// messages
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,12 +16,13 @@ constexpr int kThrown = 0;
 
 // An operand as "kind/role text", with "#n" for a subtotal's number.
 std::vector<std::string> Operands(const SyntaxPComputeSubcommand& pCompute) {
-  static const char* const kKinds[] = {"string", "number", "lo",       "hi",        "range",   "missing",
+  static const char* const kKinds[] = {"string",  "number",   "lo",        "hi",   "range",   "missing",
                                        "othernm", "subtotal", "hsubtotal", "name", "computed"};
   static const char* const kRoles[] = {"value", "keyword", "constant", "name"};
   std::vector<std::string> described;
   for (const TokenInfo& operand : pCompute.GetExpTokenVector()) {
-    std::string text = std::string(kKinds[operand.listType]) + "/" + kRoles[operand.tokenType] + " " + operand.token;
+    std::string text =
+        std::string(kKinds[operand.listType]) + "/" + kRoles[operand.tokenType] + " " + operand.token;
     if (operand.index != 0) {
       text += " #" + std::to_string(operand.index);
     }
@@ -53,12 +55,18 @@ TEST(SyntaxPComputeSubcommandTest, ExpressionsBecomeOperandsAndOperators) {
       {"-2 * 3", {"number/constant -2", "number/constant 3"}, "*", "-2*3"},
       {"2 * -3", {"number/constant 2", "number/constant -3"}, "*", "2*-3"},
       // Inside the parentheses "/" divides.
-      {"([1] + [2]) / TOTAL", {"number/value 1", "number/value 2", "name/keyword TOTAL"}, "( + ) /",
+      {"([1] + [2]) / TOTAL",
+       {"number/value 1", "number/value 2", "name/keyword TOTAL"},
+       "( + ) /",
        "([1]+[2])/TOTAL"},
       {"[1 THRU 5] ** 2", {"range/value 1 THRU 5", "number/constant 2"}, "**", "[1 THRU 5]**2"},
-      {"[LO THRU 3] - [4 THRU HI]", {"range/value LO THRU 3", "range/value 4 THRU HI"}, "-",
+      {"[LO THRU 3] - [4 THRU HI]",
+       {"range/value LO THRU 3", "range/value 4 THRU HI"},
+       "-",
        "[LO THRU 3]-[4 THRU HI]"},
-      {"SUBTOTAL[2] - SUBTOTAL", {"subtotal/keyword SUBTOTAL #2", "subtotal/keyword SUBTOTAL #1"}, "-",
+      {"SUBTOTAL[2] - SUBTOTAL",
+       {"subtotal/keyword SUBTOTAL #2", "subtotal/keyword SUBTOTAL #1"},
+       "-",
        "SUBTOTAL[2]-SUBTOTAL"},
       {"SUBTOTAL -1", {"subtotal/keyword SUBTOTAL #1", "number/constant 1"}, "-", "SUBTOTAL-1"},
       {"MISSING + OTHERNM", {"missing/keyword MISSING", "othernm/keyword OTHERNM"}, "+", "MISSING+OTHERNM"},
@@ -131,18 +139,30 @@ const MessageCase kPComputeMessages[] = {
     {"UnknownWord", "QUILT /PCOMPUTE &a=EXPR([1] + half) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
     {"OperatorFirst", "QUILT /PCOMPUTE &a=EXPR(* [1]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
     {"NoAmpersand", "QUILT /PCOMPUTE a=EXPR([1]) /TABLE q1.", kInvalid, {"PCOMPUTE", ""}},
-    {"OpenRange", "QUILT /PCOMPUTE &a=EXPR([1 THRU]) /TABLE q1.", "Unrecognized variable ^1 in ^2 subcommand.",
+    {"OpenRange",
+     "QUILT /PCOMPUTE &a=EXPR([1 THRU]) /TABLE q1.",
+     "Unrecognized variable ^1 in ^2 subcommand.",
      {"[1 THRU ])", "PCOMPUTE"}},
-    {"InvalidName", "QUILT /PCOMPUTE &_a=EXPR([1]) /TABLE q1.", "Unrecognized variable ^1 in ^2 subcommand.",
+    {"InvalidName",
+     "QUILT /PCOMPUTE &_a=EXPR([1]) /TABLE q1.",
+     "Unrecognized variable ^1 in ^2 subcommand.",
      {"_a", "PCOMPUTE"}},
-    {"NoExprKeyword", "QUILT /PCOMPUTE &a=([1]) /TABLE q1.", "SubCmd ^1. Missing required keyword ^2.",
+    {"NoExprKeyword",
+     "QUILT /PCOMPUTE &a=([1]) /TABLE q1.",
+     "SubCmd ^1. Missing required keyword ^2.",
      {"PCOMPUTE", "expr"}},
-    {"NoParenthesis", "QUILT /PCOMPUTE &a=EXPR [1] /TABLE q1.", "SubCmd ^1. Missing required keyword ^2.",
+    {"NoParenthesis",
+     "QUILT /PCOMPUTE &a=EXPR [1] /TABLE q1.",
+     "SubCmd ^1. Missing required keyword ^2.",
      {"PCOMPUTE", "("}},
-    {"ClosingBracketOutside", "QUILT /PCOMPUTE &a=EXPR(([1])]) /TABLE q1.", "Subcommand ^1. Unknown keyword ^2.",
+    {"ClosingBracketOutside",
+     "QUILT /PCOMPUTE &a=EXPR(([1])]) /TABLE q1.",
+     "Subcommand ^1. Unknown keyword ^2.",
      {"PCOMPUTE", "a"}},
     {"NameOnly", "QUILT /PCOMPUTE &a /TABLE q1.", "Subcommand ^1. Unknown keyword ^2.", {"PCOMPUTE", "a"}},
-    {"AfterTable", "QUILT /TABLE q1 /PCOMPUTE &a=EXPR([1]).", "Subcommand ^1. Unknown keyword ^2.",
+    {"AfterTable",
+     "QUILT /TABLE q1 /PCOMPUTE &a=EXPR([1]).",
+     "Subcommand ^1. Unknown keyword ^2.",
      {"TABLE", "PCOMPUTE"}},
 };
 

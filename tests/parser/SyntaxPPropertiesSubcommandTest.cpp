@@ -1,4 +1,5 @@
-// SyntaxPPropertiesSubcommandTest.cpp - properties of computed categories and how a category list takes them up
+// SyntaxPPropertiesSubcommandTest.cpp - properties of computed categories and how a category list takes them
+// up
 #include <gtest/gtest.h>
 
 #include <string>
@@ -31,7 +32,8 @@ const ParsedCategory* ComputedOf(const KeptParse& parse, const std::string& vari
 TEST(SyntaxPPropertiesSubcommandTest, ComputedCategoryTakesLabelFormatsAndHiding) {
   KeptParse parse(
       "QUILT /PCOMPUTE &top=EXPR([4]+[5]) /PPROPERTIES &top LABEL='Top two' FORMAT=COUNT F5.0 COLPCT.COUNT "
-      "HIDESOURCECATS=YES /TABLE q1 BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=q1 [1 2 3 4 5 &top].");
+      "HIDESOURCECATS=YES /TABLE q1 BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=q1 [1 2 3 4 5 "
+      "&top].");
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const ParsedCategory* top = ComputedOf(parse, "q1");
   ASSERT_NE(top, nullptr);
@@ -112,28 +114,40 @@ TEST_P(PPropertiesMessages, EndTheCommand) {
   EXPECT_EQ(parse.Error().level, kThrown);
 }
 
-const std::string kLabel121 = "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + std::string(121, 'y') +
-                              "  ' /TABLE q1.";
+const std::string kLabel121 =
+    "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + std::string(121, 'y') + "  ' /TABLE q1.";
 
 const MessageCase kPPropertiesMessages[] = {
-    {"LabelTooLong", kLabel121.c_str(),
+    {"LabelTooLong",
+     kLabel121.c_str(),
      "Subcommand ^2 :  An invalid label text:\n ^1 .\nThe text is more than 120 characters.",
      {std::string(121, 'y') + "  ", "PPROPERTIES"}},
-    {"NameAfterLabel", "QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &c=EXPR([2]) /PPROPERTIES &a LABEL='x' &c /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.", {"PPROPERTIES", "c"}},
+    {"NameAfterLabel",
+     "QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &c=EXPR([2]) /PPROPERTIES &a LABEL='x' &c /TABLE q1.",
+     "Subcommand ^1. Unknown keyword ^2.",
+     {"PPROPERTIES", "c"}},
     // The percentile statistic itself refuses the next word, naming all written for it.
-    {"PercentileWithoutNumber", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=PTILE COUNT /TABLE q1.",
-     "Subcommand ^1. Invalid PTILE ^2.", {"PPROPERTIES", "PTILE COUNT"}},
-    {"NoStatistic", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=FAST /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.", {"PPROPERTIES", "FAST"}},
-    {"StatisticAndMeasurement", "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT S /TABLE q1.",
-     "Subcommand ^1. Text ^2. Statistics and Measurement level combined.", {"PPROPERTIES", "S"}},
-    {"BeforeAnyPCompute", "QUILT /PPROPERTIES &a LABEL='x' /TABLE q1.", "SubCmd ^1. Missing required keyword ^2.",
+    {"PercentileWithoutNumber",
+     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=PTILE COUNT /TABLE q1.",
+     "Subcommand ^1. Invalid PTILE ^2.",
+     {"PPROPERTIES", "PTILE COUNT"}},
+    {"NoStatistic",
+     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=FAST /TABLE q1.",
+     "Subcommand ^1. Unknown keyword ^2.",
+     {"PPROPERTIES", "FAST"}},
+    {"StatisticAndMeasurement",
+     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT S /TABLE q1.",
+     "Subcommand ^1. Text ^2. Statistics and Measurement level combined.",
+     {"PPROPERTIES", "S"}},
+    {"BeforeAnyPCompute",
+     "QUILT /PPROPERTIES &a LABEL='x' /TABLE q1.",
+     "SubCmd ^1. Missing required keyword ^2.",
      {"QUILT", "PCOMPUTE"}},
     {"TotalStatisticsDiffer",
      "QUILT /PCOMPUTE &s=EXPR(SUBTOTAL) /PPROPERTIES &s FORMAT=COLPCT.COUNT "
      "/TABLE q1 [COUNT COLPCT.COUNT TOTALS[COUNT]] /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL &s].",
-     "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as ordinary "
+     "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as "
+     "ordinary "
      "categories of ^2",
      {"s", "q1"}},
 };

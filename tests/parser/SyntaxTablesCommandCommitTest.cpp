@@ -54,7 +54,8 @@ TEST(SyntaxTablesCommandCommitTest, VLabelsReachVariablesAndSetsByNameOrIndex) {
   EXPECT_EQ(parse.Variable("q2")->GetVLabelsOption(), PresentationCodes::kVLabelDefault);
   EXPECT_EQ(parse.Variable("$media")->GetVLabelsOption(), PresentationCodes::kVLabelNone);
   // A later request for all replaces every earlier one.
-  KeptParse all("QUILT /VLABELS VARIABLES=q1 DISPLAY=NAME /VLABELS VARIABLES=ALL DISPLAY=BOTH /TABLE q1 + q2.");
+  KeptParse all(
+      "QUILT /VLABELS VARIABLES=q1 DISPLAY=NAME /VLABELS VARIABLES=ALL DISPLAY=BOTH /TABLE q1 + q2.");
   ASSERT_TRUE(all.Succeeded()) << all.Error().key;
   EXPECT_EQ(all.Variable("q1")->GetVLabelsOption(), PresentationCodes::kVLabelBoth);
   EXPECT_EQ(all.Variable("q2")->GetVLabelsOption(), PresentationCodes::kVLabelBoth);

@@ -12,7 +12,8 @@
 namespace {
 
 const char* const kNotInList =
-    "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category list for ^3.";
+    "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category list "
+    "for ^3.";
 
 TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
   KeptParse parse("QUILT /TABLE q1 BY gender.");
@@ -77,7 +78,8 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
     KeptParse parse(command);
     if (test.missing == nullptr) {
       ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-      EXPECT_EQ(Describe(*parse.Variable(test.variable)->GetParsedCategories().back()).rfind("computed &c", 0), 0u);
+      EXPECT_EQ(
+          Describe(*parse.Variable(test.variable)->GetParsedCategories().back()).rfind("computed &c", 0), 0u);
     } else {
       ASSERT_FALSE(parse.Succeeded());
       EXPECT_EQ(parse.Error().key, kNotInList);
