@@ -439,4 +439,47 @@ TEST(DataPass, DichotomySetMatchesTheEquivalentCategorySet) {
   }
 }
 
+// A dichotomy set too large to be kept by combination of members (20 members) takes the
+// path of entries; a case counts member j when (case + j) % 3 == 0, so each member is
+// counted in a third of the 30 cases (10), and every case counts 6 or 7 members.
+TEST(DataPass, LargeDichotomySetCountsEachMember) {
+  constexpr int kMembers = 20;
+  constexpr int kRows = 30;
+  std::string csv;
+  for (int j = 0; j < kMembers; ++j) csv += "m" + std::to_string(j) + ",";
+  csv += "g\n";
+  double responses = 0;
+  for (int i = 0; i < kRows; ++i) {
+    for (int j = 0; j < kMembers; ++j) {
+      const bool counted = (i + j) % 3 == 0;
+      csv += counted ? "1," : "0,";
+      responses += counted ? 1 : 0;
+    }
+    csv += std::to_string(1 + i % 2) + "\n";
+  }
+  Harness h(csv, "");
+  std::vector<int> members;
+  for (int j = 0; j < kMembers; ++j) members.push_back(h.Index("m" + std::to_string(j)));
+  OBS counted;
+  counted.number = 1;
+  AggregationVariable* set = h.Own(std::make_unique<AggregationMDSet>(members, "$m", &counted, 8, false));
+  AggregationVariable* g = h.Variable("g");
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(set, Codes::kDimensionRow);
+  cube->AddCategoricalVariable(g, Codes::kDimensionColumn);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics(
+      {AggregationStatistic(Codes::kStatCount), AggregationStatistic(Codes::kStatResponses)}, set);
+  h.RunGroup();
+  ASSERT_EQ(set->GetTableDimension()->GetNumberOfCategories(), kMembers);
+  for (int j = 0; j < kMembers; ++j) {
+    EXPECT_DOUBLE_EQ(Value(*agg, Key({j, kCellKeyTotal}), AggregationStatistic(Codes::kStatCount)), 10) << j;
+  }
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal, kCellKeyTotal}), AggregationStatistic(Codes::kStatCount)),
+                   kRows);
+  EXPECT_DOUBLE_EQ(
+      Value(*agg, Key({kCellKeyTotal, kCellKeyTotal}), AggregationStatistic(Codes::kStatResponses)),
+      responses);
+}
+
 }  // namespace
