@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
+#include "GoldenFile.h"
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
 #include "host/engine/ParsedCategory.h"
@@ -461,6 +462,21 @@ const MessageCase kMessageCases[] = {
 
 INSTANTIATE_TEST_SUITE_P(Commands, CategoriesMessages, ::testing::ValuesIn(kMessageCases),
                          [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+
+// The stable text of the tree: list elements with their kinds, the engine records with
+// their subtotal codes, the computed category with its properties, a set's members and
+// counted value, and the subcommands' settings.
+TEST(SyntaxCategoriesSubcommandTest, DumpShowsListsSetsAndComputedCategories) {
+  const std::string command =
+      "QUILT /MRSETS COUNTDUPLICATES=YES /PCOMPUTE &top2=EXPR([4]+[5]) "
+      "/PPROPERTIES &top2 LABEL='Top two' FORMAT=COUNT F5.0 HIDESOURCECATS=YES "
+      "/TABLE q1 BY $media /CATEGORIES VARIABLES=q1 [1 THRU 3 4 5 &top2 SUBTOTAL='Agree' MISSING] TOTAL=YES "
+      "/CATEGORIES VARIABLES=$media [social tv] EMPTY=EXCLUDE.";
+  KeptParse parse(command);
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  EXPECT_TRUE(MatchesGoldenFile("parser/categories_sets_computed.txt",
+                                "command: " + command + "\n\n" + parse.Dump()));
+}
 
 TEST(SyntaxCategoriesSubcommandTest, WarningsKeepTheLaterSpecification) {
   KeptParse twoLists("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2 3].");
