@@ -354,6 +354,11 @@ const MessageCase kMessageCases[] = {
      kInvalidPtile,
      {"CATEGORIES", ")"},
      kThrown},
+    {"SecondParenthesis",
+     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=MEAN((score)).",
+     "Subcommand ^1. Unbalanced paren ^2.",
+     {"CATEGORIES", "("},
+     kThrown},
     {"SortVariableNotInTable",
      "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
      kUnknownKeyword,
@@ -476,6 +481,16 @@ TEST(SyntaxCategoriesSubcommandTest, DumpShowsListsSetsAndComputedCategories) {
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   EXPECT_TRUE(MatchesGoldenFile("parser/categories_sets_computed.txt",
                                 "command: " + command + "\n\n" + parse.Dump()));
+}
+
+TEST(SyntaxCategoriesSubcommandTest, UnquotedLabelIsAnInternalError) {
+  // The reader hands a quoted label over as a literal; a word there means the token stream
+  // and the converter disagree, which is reported with the place in the source.
+  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 LABEL=Total.");
+  ASSERT_FALSE(parse.Succeeded());
+  EXPECT_EQ(parse.Error().key, "File ^1. Line ^2. Parsing error.");
+  ASSERT_EQ(parse.Error().arguments.size(), 2u);
+  EXPECT_NE(parse.Error().arguments[0].find("SyntaxCategoriesSubcommand.cpp"), std::string::npos);
 }
 
 TEST(SyntaxCategoriesSubcommandTest, WarningsKeepTheLaterSpecification) {
