@@ -105,7 +105,7 @@ std::unique_ptr<Tabulation> MakeTabulation(int kind, const ProcedureDataSource& 
     OBS counted{};
     counted.number = 1.0;
     tabulation->_variables.push_back(std::make_unique<AggregationMDSet>(members, "$media", &counted,
-                                                                        /*countedValueSize=*/8,
+                                                                        /*countedValueSize=*/1,
                                                                         /*useCountedValueLabels=*/false));
     AggregationVariable* media = tabulation->_variables.back().get();
     AggregationVariable* agegrp = tabulation->Variable(source, "agegrp");

@@ -7,8 +7,9 @@ AggregationMDSet::AggregationMDSet(const std::vector<int>& varIndices, const std
                                    const OBS* countedValue, int countedValueSize, bool useCountedValueLabels)
     : AggregationVariable(kDichotomySet, varIndices, name),
       _counted(countedValue != nullptr ? reinterpret_cast<const char*>(countedValue) : "",
-               countedValue != nullptr ? static_cast<std::size_t>(countedValueSize > 0 ? countedValueSize : 8)
-                                       : 0),
+               countedValue != nullptr
+                   ? sizeof(OBS) * static_cast<std::size_t>(countedValueSize > 0 ? countedValueSize : 1)
+                   : 0),
       _useCountedValueLabels(useCountedValueLabels) {
   QUILT_ASSERT(!varIndices.empty(), "a dichotomy set needs at least one member");
   QUILT_ASSERT(countedValue != nullptr, "a dichotomy set needs its counted value");

@@ -11,7 +11,8 @@
 /// the counted value when `useCountedValueLabels` is set.
 class AggregationMDSet : public AggregationVariable {
  public:
-  /// `countedValue` holds `countedValueSize` bytes: 0 or 8 for a number, else the string.
+  /// `countedValue` holds `countedValueSize` cells of 8 bytes (ObsLength of the members'
+  /// type): 1 for a number, as many as a string of that width needs; 0 is taken as 1.
   AggregationMDSet(const std::vector<int>& varIndices, const std::string& name, const OBS* countedValue,
                    int countedValueSize, bool useCountedValueLabels);
   ~AggregationMDSet() override;

@@ -87,7 +87,7 @@ struct Tables {
     OBS counted;
     counted.number = 1;
     _dichotomies = _h.Own(std::make_unique<AggregationMDSet>(
-        std::vector<int>{_h.Index("d1"), _h.Index("d2"), _h.Index("d3")}, "$d", &counted, 8, false));
+        std::vector<int>{_h.Index("d1"), _h.Index("d2"), _h.Index("d3")}, "$d", &counted, 1, false));
     _categories =
         _h.Own(std::make_unique<AggregationMCSet>(std::vector<int>{_h.Index("c1"), _h.Index("c2")}, "$c"));
     AggregationCube* nested = _h._table->CreateCube();
@@ -401,7 +401,7 @@ TEST(DataPass, DichotomySetMatchesTheEquivalentCategorySet) {
     OBS counted;
     counted.number = 1;
     AggregationVariable* dichotomies = h.Own(std::make_unique<AggregationMDSet>(
-        std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 8, false));
+        std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
     AggregationVariable* categories = h.Own(std::make_unique<AggregationMCSet>(
         std::vector<int>{h.Index("c1"), h.Index("c2"), h.Index("c3")}, "$c"));
     AggregationVariable* g = h.Variable("g");
@@ -462,7 +462,7 @@ TEST(DataPass, LargeDichotomySetCountsEachMember) {
   for (int j = 0; j < kMembers; ++j) members.push_back(h.Index("m" + std::to_string(j)));
   OBS counted;
   counted.number = 1;
-  AggregationVariable* set = h.Own(std::make_unique<AggregationMDSet>(members, "$m", &counted, 8, false));
+  AggregationVariable* set = h.Own(std::make_unique<AggregationMDSet>(members, "$m", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
   AggregationCube* cube = h._table->CreateCube();
   cube->AddCategoricalVariable(set, Codes::kDimensionRow);

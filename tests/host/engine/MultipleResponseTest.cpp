@@ -1,6 +1,7 @@
 // MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension, axis cubes
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -79,7 +80,7 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   OBS counted;
   counted.number = 1;
   auto* set = h.Own(std::make_unique<AggregationMDSet>(
-      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 8, false));
+      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
   AggregationCube* cube = h._table->CreateCube();
   cube->AddCategoricalVariable(g, Codes::kDimensionRow);
@@ -103,7 +104,7 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   // Labels from the counted value's label where asked: only d3 has one.
   Harness h2(csv, dict);
   auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h2.Index("d1"), h2.Index("d3")},
-                                                             "$e", &counted, 8, true));
+                                                             "$e", &counted, 1, true));
   AggregationCube* cube2 = h2._table->CreateCube();
   cube2->AddCategoricalVariable(labelled, Codes::kDimensionRow);
   cube2->CreateCubeAggregator();
@@ -212,7 +213,7 @@ TEST(MultipleResponse, DichotomySetUnderABaseWeight) {
   OBS counted;
   counted.number = 1;
   auto* set = h.Own(std::make_unique<AggregationMDSet>(
-      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 8, false));
+      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
   AggregationCube* cube = h._table->CreateCube();
   cube->AddCategoricalVariable(set, Codes::kDimensionRow);
@@ -237,6 +238,30 @@ TEST(MultipleResponse, DichotomySetUnderABaseWeight) {
   EXPECT_NEAR(Value(*agg, Key({1, g2}), colCount), 100, 1e-9);
   EXPECT_NEAR(Value(*agg, Key({0, g2}), colCount), 100 * 0.5 / 4.5, 1e-9);
   EXPECT_NEAR(Value(*agg, Key({2, g2}), rowCount), 100 * 4.0 / 6.0, 1e-9);
+}
+
+// The counted value arrives as the parser hands it: its cells and their number. A string
+// set of width 3 counted "yes" compares blank-padded text: s1 counts in cases 1 and 3, s2
+// in case 2 ("yes" with a trailing blank in the data is the same value, "Yes" is not).
+TEST(MultipleResponse, StringDichotomySetCountsItsTextValue) {
+  const std::string csv = "s1,s2\nyes,no\nno,yes \nyes,Yes\n";
+  const std::string dict = R"({"variables":[{"name":"s1","type":"string","width":3},)"
+                           R"({"name":"s2","type":"string","width":3}]})";
+  Harness h(csv, dict);
+  OBS counted;
+  std::memset(counted.bytes, ' ', sizeof counted.bytes);
+  std::memcpy(counted.bytes, "yes", 3);
+  auto* set =
+      h.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h.Index("s1"), h.Index("s2")}, "$s", &counted,
+                                               /*countedValueSize=*/1, false));
+  AggregationCube* cube = h._table->CreateCube();
+  cube->AddCategoricalVariable(set, Codes::kDimensionRow);
+  CubeAggregator* agg = cube->CreateCubeAggregator();
+  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, set);
+  h.RunGroup();
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({0}), AggregationStatistic(Codes::kStatCount)), 2);
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({1}), AggregationStatistic(Codes::kStatCount)), 1);
+  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal}), AggregationStatistic(Codes::kStatCount)), 3);
 }
 
 }  // namespace
