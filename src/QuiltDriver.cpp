@@ -12,6 +12,7 @@
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/TARN_ValueLabelMap.h"
 #include "host/data/TARN_Variable.h"
+#include "host/engine/CategoryLimitError.h"
 #include "host/output/BpComposite.h"
 #include "host/output/BpError.h"
 #include "host/output/BpProcedure.h"
@@ -124,6 +125,9 @@ void QuiltDriver::FinalizeAndBuildTables(BpProcedure& procedure, bool controlPac
       dispatcher->Finalize();
       dispatcher->BuildTable(&procedure, _dataSource, static_cast<int>(tableIndex) + 1, controlPackageMode,
                              splitText);
+    } catch (const CategoryLimitError&) {
+      // Data that no table can hold ends the command; the entry reports it.
+      throw;
     } catch (...) {
       // One broken table must not cost the user the others of the group.
       ReportCatalogueText("This is an error from which application cannot recover", kBpLevelWarning);

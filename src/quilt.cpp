@@ -11,7 +11,12 @@
 #include "host/data/HostStrings.h"
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
+#include "host/engine/CategoryLimitError.h"
+#include "host/output/BpComposite.h"
+#include "host/output/BpError.h"
+#include "host/output/BpNumber.h"
 #include "host/output/BpProcedure.h"
+#include "host/output/BpString.h"
 #include "host/tokens/TARN_TokenSequence.h"
 
 namespace {
@@ -46,7 +51,16 @@ extern "C" void quilt_(void* tokens) {
     auto* iterator = dynamic_cast<ProcDSIterator*>(pActiveIterator.get());
     QUILT_ASSERT(iterator != nullptr, "the active data set's iterator is a ProcDSIterator");
     driver.CreateCubeDispatchers(iterator);
-    driver.AggregateAndBuildTables(&procedure, controlPackageMode);
+    try {
+      driver.AggregateAndBuildTables(&procedure, controlPackageMode);
+    } catch (const CategoryLimitError& error) {
+      // Typically an identifier used as a category: name it and end the command.
+      BpComposite text("Variable ^1 has more than ^2 distinct values ...", /*translate=*/true);
+      text.Add(BpString(error.GetVariableName(), /*translate=*/false));
+      text.Add(BpNumber(static_cast<double>(error.GetLimit()), procedure.Count()));
+      text.Finish();
+      BpError(text, kBpShowAlways, kBpLevelFatal);
+    }
   }
 
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, savedWeightWord);

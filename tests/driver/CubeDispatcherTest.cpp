@@ -162,3 +162,25 @@ TEST_F(DispatcherRun, SharedRowVariableServesBothSubTables) {
 }
 
 }  // namespace
+
+namespace {
+
+// An identifier used as a category: 60,001 distinct values are more than cell keys address.
+// The command ends with a message naming the variable instead of a failed assertion.
+TEST_F(DispatcherRun, TooManyDistinctValuesEndTheCommandNamingTheVariable) {
+  std::string csv = "id\n";
+  for (int value = 0; value <= 60000; ++value) csv += std::to_string(value) + "\n";
+  Install(csv);
+  Run("QUILT /TABLE id [C]");
+  const OutputItem* fatal = nullptr;
+  for (const OutputItem* message : _document.Messages()) {
+    if (message->GetLevel() == kBpLevelFatal) fatal = message;
+  }
+  ASSERT_NE(fatal, nullptr);
+  EXPECT_EQ(fatal->GetKey(), "Variable ^1 has more than ^2 distinct values ...");
+  ASSERT_EQ(fatal->GetArguments().size(), 2u);
+  EXPECT_EQ(fatal->GetArguments()[0], "id");
+  EXPECT_EQ(DumpText(), "");  // no table was built
+}
+
+}  // namespace

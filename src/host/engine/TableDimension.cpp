@@ -16,6 +16,7 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_ValueLabelMap.h"
 #include "host/data/TARN_Variable.h"
+#include "host/engine/CategoryLimitError.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationMDSet.h"
 #include "host/engine/AggregationStatistic.h"
@@ -32,6 +33,8 @@ constexpr int kItemMissing = -3;   // excluded user-missing: the hidden bucket
 
 // Integer values in this range skip the hash map: most survey codes are small integers.
 constexpr int kSmallValues = 4096;
+// Distinct values one categorical variable may take; cell keys address no more.
+constexpr int kMaxDistinctValues = 60000;
 
 // A small integer value whose mapping in the current group is not known yet.
 constexpr int kFastUnknown = -3;
@@ -167,6 +170,15 @@ struct TableDimension::Data {
     return otherIndex >= 0 ? otherIndex : kItemExcluded;
   }
 
+  /// The encoding of a new value; refuses one beyond what a cell key can address, before
+  /// anything of the value is recorded.
+  int NextValueId() const {
+    if (_values.size() >= static_cast<std::size_t>(kMaxDistinctValues)) {
+      throw CategoryLimitError(_variable->GetName(), kMaxDistinctValues);
+    }
+    return static_cast<int>(_values.size());
+  }
+
   int Register(const OBS* cells) {
     int id = -1;
     if (_valueType == 0) {
@@ -180,14 +192,14 @@ struct TableDimension::Data {
       const std::uint64_t bits = NumberBits(number);
       auto found = _numberIds.find(bits);
       if (found != _numberIds.end()) return found->second;
-      id = static_cast<int>(_values.size());
+      id = NextValueId();
       _numberIds.emplace(bits, id);
       if (small) _smallIds[static_cast<unsigned>(number)] = id;
     } else {
       std::string key(reinterpret_cast<const char*>(cells), static_cast<std::size_t>(_valueType));
       auto found = _stringIds.find(key);
       if (found != _stringIds.end()) return found->second;
-      id = static_cast<int>(_values.size());
+      id = NextValueId();
       _stringIds.emplace(std::move(key), id);
     }
     ValueInfo info;
@@ -195,7 +207,6 @@ struct TableDimension::Data {
     info._item = Classify(info);
     if (info._item >= 0)
       info._subtotal = (*Parsed())[static_cast<unsigned>(info._item)]->GetSubtotalEncoding();
-    QUILT_ASSERT(id < 60000, "too many distinct values in one categorical variable");
     _missingFlags.push_back(info._userMissing ? 1 : 0);
     _values.push_back(std::move(info));
     return id;
