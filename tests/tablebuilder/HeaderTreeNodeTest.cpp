@@ -17,6 +17,17 @@
 
 namespace {
 
+// Placeholders a variable gives away for another dimension belong to the caller, which in
+// the builder nests or frees them; a test frees them when it is done.
+struct GivenAway : std::vector<HeaderTreeNode*> {
+  GivenAway() = default;
+  GivenAway(const GivenAway&) = delete;
+  GivenAway& operator=(const GivenAway&) = delete;
+  ~GivenAway() {
+    for (HeaderTreeNode* node : *this) delete node;
+  }
+};
+
 using Codes = TableEncryptionCodes;
 using Node = HeaderTreeNode;
 
@@ -46,7 +57,7 @@ struct Fixture {
   }
   // A variable node with one category node per label: a small final subtree.
   Node* VariableWithCategories(const std::string& name, const std::vector<std::string>& labels) {
-    std::vector<Node*> unused;
+    GivenAway unused;
     Node* node = Node::Create(Variable(name), /*keepHere=*/false, unused);
     int encoding = 1;
     for (const std::string& label : labels) node->AddChild(Node::Create(Category(1, encoding++, label)), false);
@@ -182,7 +193,7 @@ TEST(HeaderTreeNode, NestingARootStacksItsChildrenUnderEveryLeaf) {
 
 TEST(HeaderTreeNode, NestBelowStatisticsPutsTheSubtreeBetween) {
   Fixture f;
-  std::vector<Node*> unused;
+  GivenAway unused;
   std::unique_ptr<Node> scale(Node::Create(f.Variable("income", true), true, unused));
   std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatMean, "Mean"), f.Stat(Codes::kStatSum, "Sum")};
   std::vector<StatTreeNode*> none;
@@ -228,7 +239,7 @@ class AddStatsMerge : public testing::TestWithParam<MergeCase> {};
 
 TEST_P(AddStatsMerge, TotalStatisticEqualToARegularOneMerges) {
   Fixture f;
-  std::vector<Node*> unused;
+  GivenAway unused;
   std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
   std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
   std::vector<StatTreeNode*> total{f.Stat(GetParam().totalCode, "Total", GetParam().totalCut)};
@@ -249,7 +260,7 @@ TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
   Fixture f;
   for (const bool withTotalStats : {true, false}) {
     SCOPED_TRACE(withTotalStats ? "total statistics given" : "no total statistics");
-    std::vector<Node*> unused;
+    GivenAway unused;
     std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
     variable->AddChild(Node::Create(f.Category(AggregationCategory::kValue, 1, "a1")), false);
     variable->AddChild(Node::Create(f.Category(AggregationCategory::kSubtotal, 2, "Sub")), false);
