@@ -1,0 +1,168 @@
+// TableDeliveryData.h - the working record of one table delivery: fields and every cell operation
+#pragma once
+
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/data/Obs.h"
+#include "host/engine/StatValues.h"
+#include "host/output/BpHeading.h"
+#include "parser/PresentationCodes.h"
+#include "parser/TokenInfo.h"
+#include "tablebuilder/QuiltTable.h"
+#include "tablerenderer/TableDelivery.h"
+
+class AggregationCategory;
+class AggregationResult;
+class BpCategory;
+class BpCellText;
+class BpGroup;
+class BpProcedure;
+class BPTreeNode;
+class CellStatistics;
+class CubeAggregator;
+class HeaderTreeNode;
+class ParsedCategory;
+class ProcedureDataSource;
+class SyntaxTableSubcommand;
+class SyntaxVariableName;
+class TableAxis;
+class TARN_Format;
+
+/// Everything one delivery works with. TableDelivery is the handle; the operations here do
+/// the work. They fall in four groups, each defined in its own file:
+///  - TableDelivery.cpp: construction, the layout of the pivot table, user texts;
+///  - TableDeliveryCells.cpp: the walk over all leaf combinations in two passes;
+///  - TableDeliveryCellText.cpp: what one cell says (formats, decorations, empty and
+///    missing texts, hidden small counts, the modes note);
+///  - TableDeliveryComputed.cpp: computed categories evaluated at render time.
+struct TableDelivery::Data {
+  using CategoryKey = QuiltTable::CategoryKey;
+  using DisplayFormat = PresentationCodes::DisplayFormat;
+
+  Data(SyntaxTableSubcommand* subcommand, BpProcedure* procedure, ProcedureDataSource* dataSource);
+  ~Data();
+  Data(const Data&) = delete;
+  Data& operator=(const Data&) = delete;
+
+  // ---- Fields ---------------------------------------------------------------------------
+  std::vector<TableAxis*> _axes;  // owned; rows, columns, layers, empties left out
+  int _numAxes = 0;
+  bool _useMissingString = false;  // a missing text other than "." is set
+  int _emptyStringType = PresentationCodes::kEmptyFormatZero;
+  std::string _emptyString;
+  BpHeading _heading;  // where the tables go; a heading of their own with test tables
+  std::string _missingString = ".";
+  ProcedureDataSource* _dataSource = nullptr;
+  std::string _splitText;
+  BpProcedure* _procedure = nullptr;
+  TableAxis* _statAxis = nullptr;  // owned; the "Statistics" dimension when labels are hidden
+  std::vector<const AggregationCategory*> _requiredCats;
+  std::vector<TokenInfo> _operandTokens;
+  std::vector<TokenInfo> _operatorTokens;
+  std::vector<StatValues> _operandValues;
+  std::vector<const std::vector<ParsedCategory*>*> _parsedCatLists;
+  std::vector<std::vector<StatValues>> _groupOperandValues;
+  bool _statsVisible = true;
+  bool _subtotalsTested = false;
+  bool _mergedTests = false;
+  bool _apaMerged = false;
+  bool _controlPackage = false;
+  bool _operandStatMissing = false;
+  bool _blankNextCell = false;
+  SyntaxTableSubcommand* _subcommand = nullptr;
+  double _sysmis = TARN_SystemMissing();
+  double _infinity = std::numeric_limits<double>::infinity();
+  bool _hideSmallCounts = false;
+  int _hideSmallCountsValue = 0;
+  std::string _hideSmallCountsText;  // "<%d" filled with the threshold
+
+  // ---- Delivery (TableDelivery.cpp) -----------------------------------------------------
+  void RenderTableInternal(QuiltTable* table, const std::vector<CubeAggregator*>& cubes, int tableIndex,
+                           bool controlPackage);
+  /// Replaces every ")SPLIT" by the split group's text when there is one.
+  std::string getUserText(const std::string& text) const;
+
+  // ---- Cell rendering (TableDeliveryCells.cpp) ------------------------------------------
+  int Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
+  int Render2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
+  int Render3DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
+
+  // ---- Cell text (TableDeliveryCellText.cpp) --------------------------------------------
+  bool ProcessStatValues(const StatValues& values, const CellStatistics* cellStats,
+                         const CellStatistics* totalStats, SyntaxVariableName* statVar, int statType, double ptile,
+                         int statFormat, BPTreeNode* leaf);
+  bool ProcessEmptyCell(bool isTotal, const CellStatistics* cellStats, const CellStatistics* totalStats,
+                        SyntaxVariableName* statVar, int statType, double ptile, int statFormat, BPTreeNode* leaf);
+  void WriteStatDataInCell(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile, int statFormat,
+                           BpGroup& group, const BpCellText& label, const AggregationResult& result);
+  void WriteDataInCell(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile, int statFormat,
+                       BpGroup& group, const BpCellText& label);
+  void RenderCell(BpGroup& group, const BpCellText& label, const AggregationResult& result, int statFormat,
+                  const TARN_Format* format, DisplayFormat display, int vIndex, int decimals);
+  void RenderNumericCell(BpCategory& category, int statFormat, const TARN_Format* format, double value1,
+                         double value2);
+  /// The format the user gave the statistic, or null; `display` gets its decoration.
+  const TARN_Format* GetCustomFormat(SyntaxVariableName* statVar, bool useTotal, DisplayFormat& display, int statType,
+                                     double ptile) const;
+  /// Position of the statistic among a cell's values; negative when the cube lacks it.
+  int GetStatisticIndex(bool useTotal, const CellStatistics* cellStats, const CellStatistics* totalStats,
+                        SyntaxVariableName* statVar, int statType, double ptile) const;
+  /// True for counts and percentages: an empty cell shows the empty text, not the missing one.
+  bool IfUseEmptyString(int statType) const;
+  bool IsEmptyIncluded(SyntaxVariableName* statVar) const;
+  /// The label of statistic `statistic` in the "Statistics" dimension.
+  static std::unique_ptr<BpCellText> MakeStatisticLabel(const HeaderTreeNode* statistic);
+  /// The statistics a leaf's cells are written for when labels are hidden.
+  const std::vector<HeaderTreeNode*>& HiddenStatistics(BPTreeNode* leaf) const;
+
+  // ---- Computed categories (TableDeliveryComputed.cpp) ----------------------------------
+  void GetPcomputeRequiredCat(QuiltTable* table);
+  bool HasPostCategories(const std::vector<BPTreeNode*>& leaves) const;
+  void GetComputingCats(const std::vector<BPTreeNode*>& leaves);
+  void GetParsedCategory(const std::vector<BPTreeNode*>& leaves);
+  const AggregationCategory* GetPostCategory1D(const CategoryKey& key) const;
+  const AggregationCategory* GetPostCategory2D(const CategoryKey& key1, const CategoryKey& key2) const;
+  const AggregationCategory* GetPostCategory3D(const CategoryKey& key1, const CategoryKey& key2,
+                                               const CategoryKey& key3) const;
+  bool NeedPostCategory1D(const CategoryKey& key) const;
+  bool NeedPostCategory2D(const CategoryKey& key1, const CategoryKey& key2) const;
+  bool NeedPostCategory3D(const CategoryKey& key1, const CategoryKey& key2, const CategoryKey& key3) const;
+  void ComputePostCategoryValues1D(const CategoryKey& key, CubeAggregator* cube);
+  void ComputePostCategoryValues2D(const CategoryKey& key1, const CategoryKey& key2, bool swapped, int comperimeter,
+                                   QuiltTable* table, CubeAggregator* cube);
+  /// Keys in dimension order (rows, columns, layers) with the label-carrying arguments of
+  /// Combine3CellKeys.
+  void ComputePostCategoryValues3D(const CategoryKey& key1, const CategoryKey& key2, const CategoryKey& key3,
+                                   int from, int to, QuiltTable* table, CubeAggregator* cube);
+  void GetStatValuesForComputing1D(const CategoryKey& key, CubeAggregator* cube);
+  void GetStatValuesForComputing2D(bool swapped, bool postIsSecond, int comperimeter, const CategoryKey& postKey,
+                                   const CategoryKey& otherKey, QuiltTable* table, CubeAggregator* cube);
+  /// `postPosition` is the place (0..2) of the key holding the computed category among the
+  /// three in dimension order; `otherKey1` and `otherKey2` are the other two, in order.
+  void GetStatValuesForComputing3D(int postPosition, int from, int to, const CategoryKey& postKey,
+                                   const CategoryKey& otherKey1, const CategoryKey& otherKey2, QuiltTable* table,
+                                   CubeAggregator* cube);
+  /// Replaces the first computed category of `key` by the category operand `token` names;
+  /// true when the token stands for a cell.
+  bool GetPostCellKey(const TokenInfo& token, CategoryKey& key) const;
+  bool IsRightCategory(const TokenInfo& token, const AggregationCategory* category) const;
+  void GetAllValuesInComputing(std::vector<double>& values, const CellStatistics* cellStats,
+                               const CellStatistics* totalStats, SyntaxVariableName* statVar, int statType,
+                               double ptile);
+  double CaculatePostCategory(const std::vector<double>& values) const;
+  double CalculateWithOp(double a, double b, int op) const;
+  bool ProcessPostValues(const CellStatistics* cellStats, const CellStatistics* totalStats,
+                         SyntaxVariableName* statVar, int statType, double ptile, int statFormat, BPTreeNode* leaf,
+                         const AggregationCategory* post);
+  void WriteStatDataInCellForPCompute(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile,
+                                      int statFormat, BpGroup& group, const BpCellText& label, double value,
+                                      const TARN_Format* format, DisplayFormat display);
+  const TARN_Format* GetPComputeCustomFormat(SyntaxVariableName* statVar, bool useTotal, DisplayFormat& display,
+                                             int statType, const TARN_Format* format, double ptile) const;
+  bool HasTheStat(SyntaxVariableName* statVar, int statType) const;
+  bool IsHiddenSource(const CategoryKey& key, const std::vector<const std::vector<ParsedCategory*>*>& lists,
+                      int comperimeter) const;
+};
