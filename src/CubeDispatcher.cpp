@@ -32,6 +32,7 @@
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
 #include "tablebuilder/QuiltTable.h"
+#include "tablerenderer/TableDelivery.h"
 
 using Codes = TableEncryptionCodes;
 
@@ -413,8 +414,8 @@ void CubeDispatcher::BuildTable(BpProcedure* procedure, ProcedureDataSource* dat
   // The table is built even when empty: the warnings say why it holds nothing.
   IsTableEmpty(*procedure, *dataSource, tableNumber);
   IsScaleMissing(*procedure, *dataSource, tableNumber);
-  (void)controlPackageMode;
-  _data->_quiltTable->BuildCompleteTable();
+  TableDelivery(_data->_table, procedure, dataSource)
+      .RenderTable(_data->_quiltTable, tableNumber, splitText, controlPackageMode);
   if (std::ostream* dump = TableDumpChannel::Get()) {
     *dump << "table " << tableNumber;
     if (!splitText.empty()) *dump << " split " << splitText;

@@ -1,0 +1,202 @@
+// TableDelivery.cpp - the layout of a delivered table: outline entry, title, caption, corner and dimensions
+#include "tablerenderer/TableDelivery.h"
+
+#include <cstdio>
+
+#include "host/QuiltAssert.h"
+#include "host/data/ProcedureDataSource.h"
+#include "host/engine/AggregationTable.h"
+#include "host/engine/CubeAggregator.h"
+#include "host/output/BpComposite.h"
+#include "host/output/BpDimension.h"
+#include "host/output/BpError.h"
+#include "host/output/BpNumber.h"
+#include "host/output/BpPivotTable.h"
+#include "host/output/BpProcedure.h"
+#include "host/output/BpString.h"
+#include "parser/SigTestSettings.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxTableSubcommand.h"
+#include "parser/SyntaxTablesCommand.h"
+#include "parser/TableSettings.h"
+#include "tablebuilder/HeaderTreeNode.h"
+#include "tablerenderer/BPTreeNode.h"
+#include "tablerenderer/TableAxis.h"
+#include "tablerenderer/TableDeliveryData.h"
+
+namespace {
+
+BpDimension::Place PlaceOfStatistics(PresentationCodes::SLabelPosition position) {
+  switch (position) {
+    case PresentationCodes::kSLabelRow:
+      return BpDimension::kPlaceRow;
+    case PresentationCodes::kSLabelLayer:
+      return BpDimension::kPlaceLayer;
+    case PresentationCodes::kSLabelColumn:
+    default:
+      return BpDimension::kPlaceColumn;
+  }
+}
+
+const SyntaxTablesCommand* CommandOf(SyntaxTableSubcommand* subcommand) {
+  if (subcommand == nullptr) return nullptr;
+  SyntaxConverter* top = subcommand->TopParent();
+  if (top == nullptr || top->GetType() != kConverterCommand) return nullptr;
+  return static_cast<const SyntaxTablesCommand*>(top);
+}
+
+}  // namespace
+
+TableDelivery::Data::Data(SyntaxTableSubcommand* subcommand, BpProcedure* procedure, ProcedureDataSource* dataSource)
+    : _heading(*procedure), _dataSource(dataSource), _procedure(procedure), _subcommand(subcommand) {
+  if (const SyntaxTablesCommand* command = CommandOf(subcommand)) {
+    _hideSmallCounts = command->GetHideSmallCountsSet();
+    _hideSmallCountsValue = command->GetHideSmallCountsValue();
+  }
+  _hideSmallCountsText = "<" + std::to_string(_hideSmallCountsValue);
+}
+
+TableDelivery::Data::~Data() {
+  for (TableAxis* axis : _axes) delete axis;
+  delete _statAxis;
+}
+
+std::string TableDelivery::Data::getUserText(const std::string& text) const {
+  if (_splitText.empty()) return text;
+  static const std::string kSplit = ")SPLIT";
+  std::string result = text;
+  size_t start = 0;
+  while ((start = result.find(kSplit, start)) != std::string::npos) {
+    result.replace(start, kSplit.size(), _splitText);
+    start += _splitText.size();
+  }
+  return result;
+}
+
+TableDelivery::TableDelivery(SyntaxTableSubcommand* subcommand, BpProcedure* procedure,
+                             ProcedureDataSource* dataSource)
+    : _data(std::make_unique<Data>(subcommand, procedure, dataSource)) {
+  QUILT_ASSERT(procedure != nullptr, "a table is delivered into a procedure's output");
+}
+
+TableDelivery::~TableDelivery() = default;
+
+void TableDelivery::RenderTable(QuiltTable* table, int tableIndex, const std::string& splitText, bool controlPackage) {
+  _data->_splitText = splitText;
+  QUILT_ASSERT(table != nullptr && table->GetAggregationTable() != nullptr, "a delivered table has its engine table");
+  std::vector<CubeAggregator*> cubes = table->GetAggregationTable()->GetCubeAggregators();
+  QUILT_ASSERT(!cubes.empty(), "a delivered table has at least one cube");
+  table->BuildCompleteTable();
+  _data->RenderTableInternal(table, cubes, tableIndex, controlPackage);
+}
+
+void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vector<CubeAggregator*>& cubes,
+                                              int tableIndex, bool controlPackage) {
+  HeaderTreeNode* roots[3] = {table->GetRowHeaderRoot(), table->GetColHeaderRoot(), table->GetLayerHeaderRoot()};
+  const bool hasTitle = _subcommand != nullptr && _subcommand->HasTitle();
+  const std::string title = hasTitle ? _subcommand->GetTitle() : std::string();
+
+  if (table->HasSigTests()) {
+    _controlPackage = controlPackage;
+    for (const SigTestSettings& setting : table->GetSigTestSettings()) {
+      if (setting._type != TableEncryptionCodes::kSigTestProportions &&
+          setting._type != TableEncryptionCodes::kSigTestMeans) {
+        continue;
+      }
+      if (setting._merge) _mergedTests = true;
+      if (setting._styleApa) _apaMerged = true;
+    }
+  }
+  if (_mergedTests && !_apaMerged) table->addLettersToMergedColumns(roots[1], 0);
+
+  // The outline entry: the user's title, or the numbered default.
+  const bool separateTests = table->HasSeparateSigTests();
+  std::unique_ptr<BpCellText> text;
+  if (hasTitle && !separateTests) {
+    text = std::make_unique<BpString>(getUserText(title), false);
+  } else if (_controlPackage) {
+    text = std::make_unique<BpString>("Results", true);
+  } else {
+    auto numbered = std::make_unique<BpComposite>("Quilt Table ^1", true);
+    numbered->Add(BpNumber(tableIndex, BpProcedure::Count()));
+    numbered->Finish();
+    text = std::move(numbered);
+  }
+  if (separateTests) {
+    // The main table and its test tables stand under one heading.
+    _heading = _procedure->Heading(*text);
+    if (hasTitle) {
+      text = std::make_unique<BpString>(getUserText(title), false);
+    } else {
+      text = std::make_unique<BpString>("Quilt Table", true);
+    }
+  }
+  BpPivotTable pivot = _heading.PivotTable(*text, BpString("Quilt Table", true), true);
+  if (!hasTitle) pivot.HideTitle();
+  if (_mergedTests && !_apaMerged) pivot.SetProperty(BpPivotTable::kPropertyMergedTitle, *text);
+  text.reset();
+
+  const TableSettings* settings = _subcommand != nullptr ? &_subcommand->GetTableSettings() : nullptr;
+  if (settings != nullptr && settings->HasCaption()) {
+    pivot.Caption(BpString(getUserText(settings->GetCaption()), false));
+  }
+  if (settings != nullptr && settings->HasCornerText()) {
+    pivot.CornerText(BpString(getUserText(settings->GetCornerText()), false));
+  }
+
+  _statsVisible = table->AreStatsVisible();
+  if (settings != nullptr) {
+    _emptyStringType = settings->GetEmptyStringType();
+    if (_emptyStringType == PresentationCodes::kString) _emptyString = settings->GetEmptyString();
+    _missingString = settings->GetMissingString();
+    _useMissingString = _missingString != ".";
+  }
+
+  BpDimension::Place statPlace = BpDimension::kPlaceColumn;
+  if (!_statsVisible) {
+    BpDimension statistics = pivot.Dimension(BpString("Statistics", true), BpPivotTable::kSortAsCreated);
+    statPlace = PlaceOfStatistics(table->GetStatPosition());
+    statistics.Position(statPlace, 1, true, true);
+    _statAxis = new TableAxis(statistics, statPlace, table->GetStatTree(), nullptr);
+  }
+
+  static const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
+  static const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn,
+                                                BpDimension::kPlaceLayer};
+  for (int d = 0; d < 3; ++d) {
+    if (roots[d] == nullptr || roots[d]->IsLeaf()) continue;
+    BpDimension dimension = pivot.Dimension(BpString(kDimensionNames[d], true), BpPivotTable::kSortAsCreated);
+    const int order = !_statsVisible && statPlace == kPlaces[d] ? 2 : 1;
+    dimension.Position(kPlaces[d], order, true, false);
+    auto* axis = new TableAxis(dimension, kPlaces[d], roots[d], _dataSource);
+    _axes.push_back(axis);
+    axis->BuildBPTree(_statsVisible);
+  }
+
+  _numAxes = static_cast<int>(_axes.size());
+  switch (_numAxes) {
+    case 1:
+      Render1DTable(table, cubes);
+      break;
+    case 2:
+      Render2DTable(table, cubes);
+      break;
+    case 3:
+      Render3DTable(table, cubes);
+      break;
+    default:
+      BpError(BpString("Internal Error: Wrong number of axis!", true), kBpShowAlways, kBpLevelWarning);
+      break;
+  }
+
+  if (settings != nullptr && settings->HasMinColumnWidth()) {
+    pivot.MinDataColumnWidth(static_cast<int>(settings->GetMinColumnWidthPoints()));
+  }
+  if (settings != nullptr && settings->HasMaxColumnWidth()) {
+    pivot.MaxDataColumnWidth(static_cast<int>(settings->GetMaxColumnWidthPoints()));
+  }
+
+  // The significance test tables (chi-square, column proportions, column means) follow the
+  // main table here, in the order of the settings, under _heading. Their renderers do not
+  // exist yet: a table with a test request is delivered without its test tables.
+}

@@ -1,0 +1,635 @@
+// TableDeliveryCells.cpp - the walk over every combination of leaves, in two passes
+//
+// Pass one writes every cell that holds data and every computed category and notes which
+// cells are empty. Pass two decides which rows, columns and layers survive and fills the
+// empty cells of those alone, so that a row in which nothing at all was counted disappears
+// unless the user asked to keep empty categories.
+#include <cstdint>
+
+#include "host/QuiltAssert.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/CellStatistics.h"
+#include "host/engine/CubeAggregator.h"
+#include "host/engine/TableEncryptionCodes.h"
+#include "host/output/BpCategory.h"
+#include "host/output/BpCellText.h"
+#include "host/output/BpGroup.h"
+#include "parser/SyntaxVariableName.h"
+#include "tablebuilder/HeaderTreeNode.h"
+#include "tablebuilder/StatTreeNode.h"
+#include "tablerenderer/BPTreeNode.h"
+#include "tablerenderer/TableAxis.h"
+#include "tablerenderer/TableDeliveryData.h"
+
+namespace {
+
+using CategoryKey = QuiltTable::CategoryKey;
+
+enum CellState : uint8_t {
+  kCellUnknown = 0,       // no cube, or a computed category
+  kCellWritten = 1,
+  kCellEmptyTotal = 2,    // empty total or subtotal, filled in pass two
+  kCellEmptyRegular = 3,  // empty regular category, filled in pass two
+  kCellNoStatistic = 4,   // empty, and the cube lacks the statistic: never a cell
+};
+
+enum LeafState : uint8_t {
+  kLeafUnknown = 0,
+  kLeafIncludeEmpty = 1,  // a node on the leaf's path keeps empty categories
+  kLeafHasCell = 2,       // found in pass two: the leaf has a written cell
+};
+
+/// One axis walked in step with its shadow leaves: the header node reached, the key of
+/// categories on its path and the count of include-empty nodes on it.
+struct AxisWalk {
+  explicit AxisWalk(TableAxis* axis)
+      : tree(axis->GetHeaderTree()), leaves(axis->GetLeaves()), states(leaves.size(), kLeafUnknown) {}
+
+  HeaderTreeNode* tree;
+  const std::vector<BPTreeNode*>& leaves;
+  std::vector<uint8_t> states;
+  HeaderTreeNode* node = nullptr;
+  CategoryKey key;
+  bool keyChanged = false;
+  int emptyCount = 0;
+
+  int Size() const { return static_cast<int>(leaves.size()); }
+
+  void Restart() {
+    node = nullptr;
+    key.clear();
+    emptyCount = 0;
+  }
+
+  HeaderTreeNode* Step() {
+    node = node == nullptr ? QuiltTable::FirstLeaf(tree, key, keyChanged, emptyCount)
+                           : QuiltTable::NextLeaf(node, key, keyChanged, emptyCount);
+    QUILT_ASSERT(node != nullptr, "the header tree has as many leaves as its axis");
+    return node;
+  }
+
+  /// After a hidden source: with statistics in a dimension of their own, the statistics
+  /// that belong to the skipped leaf are skipped with it.
+  void SkipStatisticsOfHiddenSource(bool statsVisible) {
+    if (statsVisible) return;
+    int count = 1;
+    if (node->GetType() == HeaderTreeNode::kHNodeTypeStatistic && node->GetParent() != nullptr) {
+      count = node->GetParent()->GetNChildren();
+    } else if (node->GetType() == HeaderTreeNode::kHNodeTypeCategory) {
+      count = node->GetNChildren();
+    }
+    for (int k = 1; k < count; ++k) {
+      HeaderTreeNode* next = QuiltTable::NextLeaf(node, key, keyChanged, emptyCount);
+      if (next == nullptr) break;
+      node = next;
+    }
+  }
+};
+
+bool AllValueOrVariable(const CategoryKey& key) {
+  for (const AggregationCategory* category : key) {
+    const int type = category->GetCatType();
+    if (type != AggregationCategory::kValue && type != AggregationCategory::kVariable) return false;
+  }
+  return true;
+}
+
+bool IsTotalKind(const AggregationCategory* category) {
+  const int type = category->GetCatType();
+  return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
+         type == AggregationCategory::kHSubtotal;
+}
+
+/// The statistic a cell shows, read from the walk's node when statistics are categories.
+struct CellStatistic {
+  int type = TableEncryptionCodes::kStatCount;
+  int format = StatTreeNode::kStatFormatCount;
+  double ptile = -1.0;
+
+  void ReadFrom(const HeaderTreeNode* node) {
+    if (node->GetType() != HeaderTreeNode::kHNodeTypeStatistic) return;
+    const auto* statistic = static_cast<const StatTreeNode*>(node);
+    type = statistic->GetStatType();
+    format = statistic->GetStatFormatCode();
+    ptile = statistic->GetPtileValue();
+  }
+};
+
+/// The cube of a slot combination and what the cells of that cube read.
+struct CubeLookup {
+  CubeAggregator* cube = nullptr;
+  const CellStatistics* cellStats = nullptr;
+  const CellStatistics* totalStats = nullptr;
+  int totalDimIndex = -1;
+
+  void Find(const std::vector<CubeAggregator*>& cubes, int index) {
+    cube = index >= 0 && index < static_cast<int>(cubes.size()) ? cubes[static_cast<size_t>(index)] : nullptr;
+    if (cube == nullptr) {
+      cellStats = totalStats = nullptr;
+      totalDimIndex = -1;
+      return;
+    }
+    cellStats = cube->GetCellStats();
+    totalStats = cube->GetTotalStats();
+    totalDimIndex = cube->GetTotalStatsDimIndex();
+  }
+
+  bool IsTotalCell(const CategoryKey& combined) const {
+    return totalDimIndex >= 0 && totalDimIndex < static_cast<int>(combined.size()) &&
+           IsTotalKind(combined[static_cast<size_t>(totalDimIndex)]);
+  }
+};
+
+void SelectCategory(BPTreeNode* leaf, ProcedureDataSource* dataSource) {
+  std::unique_ptr<BpCellText> text = leaf->CreateCellText(dataSource);
+  leaf->GetParentGroup().Category(*text);
+}
+
+}  // namespace
+
+int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
+  AxisWalk walk(_axes[0]);
+  _requiredCats.clear();
+  GetPcomputeRequiredCat(table);
+  GetComputingCats(walk.leaves);
+  _parsedCatLists.clear();
+  GetParsedCategory(walk.leaves);
+
+  CellStatistic statistic;
+  CubeLookup lookup;
+  for (int i = 0; i < walk.Size(); ++i) {
+    BPTreeNode* leaf = walk.leaves[static_cast<size_t>(i)];
+    walk.Step();
+    if (IsHiddenSource(walk.key, _parsedCatLists, -1)) {
+      walk.SkipStatisticsOfHiddenSource(_statsVisible);
+      continue;
+    }
+    if (!_statsVisible && walk.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic) {
+      walk.node = walk.node->GetParent();
+    }
+    SyntaxVariableName* statVar = leaf->GetStatSourceVar();
+    if (_statsVisible) statistic.ReadFrom(walk.node);
+    lookup.Find(cubes, table->GetCubeIndex(walk.node->GetCubeIndexInDim()));
+    if (lookup.cube == nullptr) continue;
+    const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(walk.key, -1);
+
+    if (const AggregationCategory* post = GetPostCategory1D(walk.key)) {
+      _operandValues.clear();
+      _groupOperandValues.clear();
+      _operandTokens.clear();
+      _operatorTokens.clear();
+      _blankNextCell = NeedPostCategory1D(walk.key);
+      ComputePostCategoryValues1D(walk.key, lookup.cube);
+      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                        statistic.format, leaf, post);
+      walk.node->SetEmpty(false);
+    } else if (values != nullptr) {
+      ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                        statistic.format, leaf);
+      walk.node->SetEmpty(false);
+    } else if (walk.emptyCount < 1) {
+      walk.node->SetEmpty(true);
+    } else {
+      ProcessEmptyCell(lookup.IsTotalCell(walk.key), lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                       statistic.ptile, statistic.format, leaf);
+      walk.node->SetEmpty(false);
+    }
+  }
+  _requiredCats.clear();
+  _operandTokens.clear();
+  _operatorTokens.clear();
+  return 0;
+}
+
+int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
+  const int statPos = table->GetStatPosition();
+  TableAxis* axis1 = _axes[0];
+  TableAxis* axis2 = _axes[1];
+  const BpDimension::Place pos1 = axis1->GetPosition();
+  const BpDimension::Place pos2 = axis2->GetPosition();
+  // The axis that carries the statistics is the inner loop.
+  const bool swapped = statPos == PresentationCodes::kSLabelRow ||
+                       (statPos == PresentationCodes::kSLabelColumn && pos1 == BpDimension::kPlaceColumn);
+  if (swapped) std::swap(axis1, axis2);
+
+  const int option = table->GetClabelOption();
+  int comperimeter = -1;
+  if (pos2 == BpDimension::kPlaceLayer) {
+    if ((option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
+        (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn)) {
+      comperimeter = 1;
+    }
+  } else if (option == TableEncryptionCodes::kCLabelRowOpposite) {
+    comperimeter = 1;
+  } else if (option == TableEncryptionCodes::kCLabelColOpposite) {
+    comperimeter = 0;
+  }
+
+  AxisWalk outer(axis1);
+  AxisWalk inner(axis2);
+  _requiredCats.clear();
+  GetPcomputeRequiredCat(table);
+  if (HasPostCategories(outer.leaves)) GetComputingCats(outer.leaves);
+  if (HasPostCategories(inner.leaves)) GetComputingCats(inner.leaves);
+  _parsedCatLists.clear();
+  GetParsedCategory(outer.leaves);
+  GetParsedCategory(inner.leaves);
+
+  const int n1 = outer.Size();
+  const int n2 = inner.Size();
+  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2), kCellUnknown);
+  const bool lettersMerged = _mergedTests && !_apaMerged;
+  bool anyPending = false;
+  CellStatistic statistic;
+  CubeLookup lookup;
+  CategoryKey combined;
+
+  // Pass one.
+  for (int i = 0; i < n1; ++i) {
+    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
+    outer.Step();
+    if (IsHiddenSource(outer.key, _parsedCatLists, comperimeter)) {
+      outer.SkipStatisticsOfHiddenSource(_statsVisible);
+      continue;
+    }
+    if (outer.emptyCount != 0) outer.states[static_cast<size_t>(i)] = kLeafIncludeEmpty;
+    SyntaxVariableName* statVar = leaf1->GetStatSourceVar();
+    // The letter level of merged test columns has no slot of its own.
+    if (lettersMerged && statPos == PresentationCodes::kSLabelRow && AllValueOrVariable(outer.key) &&
+        outer.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
+      outer.node = outer.node->GetParent();
+    }
+    const int outerIndex = outer.node->GetCubeIndexInDim();
+    SelectCategory(leaf1, _dataSource);
+
+    int lastOuter = -2;
+    int lastInner = -2;
+    inner.Restart();
+    for (int j = 0; j < n2; ++j) {
+      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
+      inner.Step();
+      if (IsHiddenSource(inner.key, _parsedCatLists, comperimeter)) {
+        inner.SkipStatisticsOfHiddenSource(_statsVisible);
+        continue;
+      }
+      if (!_statsVisible) {
+        const bool isStatistic = inner.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
+        const bool letterLevel = lettersMerged && statPos != PresentationCodes::kSLabelRow;
+        if (letterLevel ? (!isStatistic && AllValueOrVariable(inner.key)) : isStatistic) {
+          inner.node = inner.node->GetParent();
+        }
+      }
+      SyntaxVariableName* cellVar = leaf2->GetStatSourceVar() != nullptr ? leaf2->GetStatSourceVar() : statVar;
+      if (inner.emptyCount > 0) inner.states[static_cast<size_t>(j)] = kLeafIncludeEmpty;
+      const int innerIndex = inner.node->GetCubeIndexInDim();
+      if (_statsVisible) statistic.ReadFrom(inner.node);
+      if (outerIndex != lastOuter || innerIndex != lastInner) {
+        lastOuter = outerIndex;
+        lastInner = innerIndex;
+        lookup.Find(cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex)
+                                   : table->GetCubeIndex(outerIndex, innerIndex));
+      }
+      if (lookup.cube == nullptr) continue;
+
+      const int carried = swapped ? QuiltTable::Combine2CellKeys(inner.key, outer.key, combined, comperimeter)
+                                  : QuiltTable::Combine2CellKeys(outer.key, inner.key, combined, comperimeter);
+      const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
+      const size_t cell = static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
+
+      if (const AggregationCategory* post = GetPostCategory2D(outer.key, inner.key)) {
+        _operandValues.clear();
+        _groupOperandValues.clear();
+        _operandTokens.clear();
+        _operatorTokens.clear();
+        _blankNextCell = NeedPostCategory2D(outer.key, inner.key);
+        ComputePostCategoryValues2D(outer.key, inner.key, swapped, comperimeter, table, lookup.cube);
+        ProcessPostValues(lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
+                          statistic.format, leaf2, post);
+        continue;  // a computed cell keeps nothing alive by itself
+      }
+      if (values != nullptr) {
+        ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
+                          statistic.format, leaf2);
+        cells[cell] = kCellWritten;
+        continue;
+      }
+      const bool isTotal = lookup.IsTotalCell(combined);
+      if (outer.emptyCount < 1 || inner.emptyCount < 1) {
+        cells[cell] = isTotal ? kCellEmptyTotal : kCellEmptyRegular;
+        if (!_statsVisible) {
+          anyPending = true;
+        } else if (GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, cellVar, statistic.type,
+                                     statistic.ptile) == -1) {
+          cells[cell] = kCellNoStatistic;
+        } else {
+          anyPending = true;
+        }
+      } else {
+        ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
+                         statistic.format, leaf2);
+        cells[cell] = kCellWritten;
+      }
+    }
+  }
+  _requiredCats.clear();
+  _operandTokens.clear();
+  _operatorTokens.clear();
+  if (!anyPending) return 0;
+
+  // Pass two.
+  for (int i = 0; i < n1; ++i) {
+    for (int j = 0; j < n2; ++j) {
+      if (cells[static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)] != kCellWritten) continue;
+      if (outer.states[static_cast<size_t>(i)] == kLeafUnknown) outer.states[static_cast<size_t>(i)] = kLeafHasCell;
+      if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) inner.states[static_cast<size_t>(j)] = kLeafHasCell;
+    }
+  }
+  auto kept = [this](const AxisWalk& walk, int index) {
+    const uint8_t state = walk.states[static_cast<size_t>(index)];
+    return state == kLeafIncludeEmpty || state == kLeafHasCell ||
+           IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
+  };
+  for (int i = 0; i < n1; ++i) {
+    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
+    if (!kept(outer, i)) {
+      leaf1->GetHeaderTreeNode()->SetEmpty(true);
+      continue;
+    }
+    SelectCategory(leaf1, _dataSource);
+    const int outerIndex = leaf1->GetIndex();
+    for (int j = 0; j < n2; ++j) {
+      if (!kept(inner, j)) continue;
+      const uint8_t state = cells[static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)];
+      if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
+      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
+      const int innerIndex = leaf2->GetIndex();
+      lookup.Find(cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex)
+                                 : table->GetCubeIndex(outerIndex, innerIndex));
+      if (_statsVisible) statistic.ReadFrom(leaf2->GetHeaderTreeNode());
+      SyntaxVariableName* statVar =
+          leaf1->GetStatSourceVar() != nullptr ? leaf1->GetStatSourceVar() : leaf2->GetStatSourceVar();
+      ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                       statistic.ptile, statistic.format, leaf2);
+    }
+  }
+  for (int j = 0; j < n2; ++j) {
+    if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) {
+      inner.leaves[static_cast<size_t>(j)]->GetHeaderTreeNode()->SetEmpty(true);
+    }
+  }
+  return 0;
+}
+
+int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
+  const int statPos = table->GetStatPosition();
+  // Loop order: the axis carrying the statistics innermost. `order` says how the loop
+  // indices map back to rows, columns and layers.
+  int order = 2;
+  TableAxis* loopAxes[3] = {_axes[0], _axes[1], _axes[2]};
+  if (statPos == PresentationCodes::kSLabelColumn) {
+    order = 1;
+    loopAxes[0] = _axes[0];
+    loopAxes[1] = _axes[2];
+    loopAxes[2] = _axes[1];
+  } else if (statPos == PresentationCodes::kSLabelRow) {
+    order = 0;
+    loopAxes[0] = _axes[1];
+    loopAxes[1] = _axes[2];
+    loopAxes[2] = _axes[0];
+  }
+  int from = -1;
+  int to = -1;
+  switch (table->GetClabelOption()) {
+    case TableEncryptionCodes::kCLabelRowOpposite:
+      from = 1;
+      to = 0;
+      break;
+    case TableEncryptionCodes::kCLabelColOpposite:
+      from = 0;
+      to = 1;
+      break;
+    case TableEncryptionCodes::kCLabelRowLayer:
+      from = 2;
+      to = 0;
+      break;
+    case TableEncryptionCodes::kCLabelColLayer:
+      from = 2;
+      to = 1;
+      break;
+    default:
+      break;
+  }
+
+  AxisWalk walk1(loopAxes[0]);
+  AxisWalk walk2(loopAxes[1]);
+  AxisWalk walk3(loopAxes[2]);
+  _requiredCats.clear();
+  GetPcomputeRequiredCat(table);
+  for (AxisWalk* walk : {&walk1, &walk2, &walk3}) {
+    if (HasPostCategories(walk->leaves)) GetComputingCats(walk->leaves);
+  }
+  _parsedCatLists.clear();
+  for (AxisWalk* walk : {&walk1, &walk2, &walk3}) GetParsedCategory(walk->leaves);
+
+  // Loop indices and keys back in dimension order (rows, columns, layers).
+  auto cubeIndex = [&](int a, int b, int c) {
+    switch (order) {
+      case 0:
+        return table->GetCubeIndex(c, a, b);
+      case 1:
+        return table->GetCubeIndex(a, c, b);
+      default:
+        return table->GetCubeIndex(a, b, c);
+    }
+  };
+  auto combine = [&](const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3, CategoryKey& combined) {
+    switch (order) {
+      case 0:
+        return QuiltTable::Combine3CellKeys(k3, k1, k2, combined, from, to);
+      case 1:
+        return QuiltTable::Combine3CellKeys(k1, k3, k2, combined, from, to);
+      default:
+        return QuiltTable::Combine3CellKeys(k1, k2, k3, combined, from, to);
+    }
+  };
+  auto firstNonNull = [](SyntaxVariableName* a, SyntaxVariableName* b, SyntaxVariableName* c) {
+    return a != nullptr ? a : (b != nullptr ? b : c);
+  };
+
+  const int n1 = walk1.Size();
+  const int n2 = walk2.Size();
+  const int n3 = walk3.Size();
+  auto cellAt = [&](int i, int j, int k) {
+    return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) * static_cast<size_t>(n3) +
+           static_cast<size_t>(k);
+  };
+  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3),
+                             kCellUnknown);
+  const bool lettersMerged = _mergedTests && !_apaMerged;
+  bool anyPending = false;
+  CellStatistic statistic;
+  CubeLookup lookup;
+  CategoryKey combined;
+
+  // Pass one.
+  for (int i = 0; i < n1; ++i) {
+    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
+    walk1.Step();
+    if (IsHiddenSource(walk1.key, _parsedCatLists, -1)) {
+      walk1.SkipStatisticsOfHiddenSource(_statsVisible);
+      continue;
+    }
+    if (walk1.emptyCount != 0) walk1.states[static_cast<size_t>(i)] = kLeafIncludeEmpty;
+    if (lettersMerged && statPos == PresentationCodes::kSLabelRow && AllValueOrVariable(walk1.key) &&
+        walk1.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
+      walk1.node = walk1.node->GetParent();
+    }
+    const int index1 = walk1.node->GetCubeIndexInDim();
+    SelectCategory(leaf1, _dataSource);
+
+    walk2.Restart();
+    for (int j = 0; j < n2; ++j) {
+      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
+      walk2.Step();
+      if (IsHiddenSource(walk2.key, _parsedCatLists, -1)) {
+        walk2.SkipStatisticsOfHiddenSource(_statsVisible);
+        continue;
+      }
+      if (walk2.emptyCount != 0) walk2.states[static_cast<size_t>(j)] = kLeafIncludeEmpty;
+      if (lettersMerged && statPos == PresentationCodes::kSLabelLayer && AllValueOrVariable(walk2.key) &&
+          walk2.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
+        walk2.node = walk2.node->GetParent();
+      }
+      const int index2 = walk2.node->GetCubeIndexInDim();
+      SelectCategory(leaf2, _dataSource);
+
+      int lastIndex3 = -2;
+      walk3.Restart();
+      for (int k = 0; k < n3; ++k) {
+        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
+        walk3.Step();
+        if (IsHiddenSource(walk3.key, _parsedCatLists, -1)) {
+          walk3.SkipStatisticsOfHiddenSource(_statsVisible);
+          continue;
+        }
+        if (!_statsVisible) {
+          const bool isStatistic = walk3.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
+          const bool letterLevel = lettersMerged && statPos == PresentationCodes::kSLabelColumn;
+          if (letterLevel ? (!isStatistic && AllValueOrVariable(walk3.key)) : isStatistic) {
+            walk3.node = walk3.node->GetParent();
+          }
+        }
+        if (walk3.emptyCount > 0) walk3.states[static_cast<size_t>(k)] = kLeafIncludeEmpty;
+        SyntaxVariableName* statVar =
+            firstNonNull(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
+        const int index3 = walk3.node->GetCubeIndexInDim();
+        if (_statsVisible) statistic.ReadFrom(walk3.node);
+        if (index3 != lastIndex3) {
+          lastIndex3 = index3;
+          lookup.Find(cubes, cubeIndex(index1, index2, index3));
+        }
+        if (lookup.cube == nullptr) continue;
+        const int carried = combine(walk1.key, walk2.key, walk3.key, combined);
+        const StatValues* values =
+            lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
+        const size_t cell = cellAt(i, j, k);
+
+        if (const AggregationCategory* post = GetPostCategory3D(walk1.key, walk2.key, walk3.key)) {
+          _operandValues.clear();
+          _groupOperandValues.clear();
+          _operandTokens.clear();
+          _operatorTokens.clear();
+          _blankNextCell = NeedPostCategory3D(walk1.key, walk2.key, walk3.key);
+          switch (order) {
+            case 0:
+              ComputePostCategoryValues3D(walk3.key, walk1.key, walk2.key, from, to, table, lookup.cube);
+              break;
+            case 1:
+              ComputePostCategoryValues3D(walk1.key, walk3.key, walk2.key, from, to, table, lookup.cube);
+              break;
+            default:
+              ComputePostCategoryValues3D(walk1.key, walk2.key, walk3.key, from, to, table, lookup.cube);
+              break;
+          }
+          ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                            statistic.format, leaf3, post);
+          continue;
+        }
+        if (values != nullptr) {
+          ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                            statistic.format, leaf3);
+          cells[cell] = kCellWritten;
+          continue;
+        }
+        const bool isTotal = lookup.IsTotalCell(combined);
+        if (walk1.emptyCount < 1 || walk2.emptyCount < 1 || walk3.emptyCount < 1) {
+          cells[cell] = isTotal ? kCellEmptyTotal : kCellEmptyRegular;
+          if (!_statsVisible) {
+            anyPending = true;
+          } else if (GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                                       statistic.ptile) == -1) {
+            cells[cell] = kCellNoStatistic;
+          } else {
+            anyPending = true;
+          }
+        } else {
+          ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                           statistic.format, leaf3);
+          cells[cell] = kCellWritten;
+        }
+      }
+    }
+  }
+  _requiredCats.clear();
+  _operandTokens.clear();
+  _operatorTokens.clear();
+  if (!anyPending) return 0;
+
+  // Pass two: a leaf survives with a written cell anywhere in its slice.
+  for (int i = 0; i < n1; ++i) {
+    for (int j = 0; j < n2; ++j) {
+      for (int k = 0; k < n3; ++k) {
+        if (cells[cellAt(i, j, k)] != kCellWritten) continue;
+        if (walk1.states[static_cast<size_t>(i)] == kLeafUnknown) walk1.states[static_cast<size_t>(i)] = kLeafHasCell;
+        if (walk2.states[static_cast<size_t>(j)] == kLeafUnknown) walk2.states[static_cast<size_t>(j)] = kLeafHasCell;
+        if (walk3.states[static_cast<size_t>(k)] == kLeafUnknown) walk3.states[static_cast<size_t>(k)] = kLeafHasCell;
+      }
+    }
+  }
+  auto kept = [](const AxisWalk& walk, int index) {
+    const uint8_t state = walk.states[static_cast<size_t>(index)];
+    return state == kLeafIncludeEmpty || state == kLeafHasCell;
+  };
+  for (int i = 0; i < n1; ++i) {
+    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
+    if (!kept(walk1, i)) {
+      leaf1->GetHeaderTreeNode()->SetEmpty(true);
+      continue;
+    }
+    SelectCategory(leaf1, _dataSource);
+    for (int j = 0; j < n2; ++j) {
+      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
+      if (!kept(walk2, j)) {
+        leaf2->GetHeaderTreeNode()->SetEmpty(true);
+        continue;
+      }
+      SelectCategory(leaf2, _dataSource);
+      for (int k = 0; k < n3; ++k) {
+        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
+        if (!kept(walk3, k)) {
+          leaf3->GetHeaderTreeNode()->SetEmpty(true);
+          continue;
+        }
+        const uint8_t state = cells[cellAt(i, j, k)];
+        if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
+        lookup.Find(cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()));
+        if (_statsVisible) statistic.ReadFrom(leaf3->GetHeaderTreeNode());
+        SyntaxVariableName* statVar =
+            firstNonNull(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
+        ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                         statistic.ptile, statistic.format, leaf3);
+      }
+    }
+  }
+  return 0;
+}
