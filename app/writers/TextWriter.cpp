@@ -270,6 +270,18 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       used += dataWidths[static_cast<std::size_t>(end)] + 3;
       ++end;
     }
+    // A panel that cuts through a group squeezes the group's label into the columns it
+    // keeps; end the panel at the boundary of the outermost such group instead, below the
+    // top level, which usually spans everything.
+    if (end < columnCount) {
+      for (int level = 1; level < columns.levels; ++level) {
+        const HeaderLabel* label = LabelAt(columns, level, end);
+        if (label != nullptr && label->start > start && label->start < end) {
+          end = label->start;
+          break;
+        }
+      }
+    }
     panels.emplace_back(start, end);
     if (end == start) break;
     start = end;
