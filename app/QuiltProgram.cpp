@@ -86,7 +86,10 @@ int QuiltProgram::Main(int argc, char** argv) {
       ->check(CLI::IsMember({"text", "json", "html"}));
   app.add_option("-o,--output", options.outputPath, "write there instead of standard output");
   app.add_option("--weight", options.weightVariable, "case weight variable, overriding the dictionary");
-  app.add_option("--split", options.splitVariables, "split variables, overriding the dictionary")->delimiter(',');
+  // One argument, split at commas here: a list option would also swallow the command files
+  // that follow it.
+  std::string splitList;
+  app.add_option("--split", splitList, "split variables, comma separated, overriding the dictionary");
   app.add_option("--split-layout", options.splitLayout, "how split groups are laid out")
       ->check(CLI::IsMember({"separate", "layered"}));
   app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
@@ -108,6 +111,11 @@ int QuiltProgram::Main(int argc, char** argv) {
     return kExitBadInvocation;
   }
   options.delimiter = delimiter[0];
+  for (size_t start = 0; !splitList.empty() && start <= splitList.size();) {
+    const size_t comma = std::min(splitList.find(',', start), splitList.size());
+    if (comma > start) options.splitVariables.push_back(splitList.substr(start, comma - start));
+    start = comma + 1;
+  }
   if (options.commandFiles.empty() && options.commandTexts.empty()) options.commandFiles.push_back("-");
 
   QuiltProgram program(std::move(options), std::cerr);
