@@ -94,6 +94,22 @@ bool AllValueOrVariable(const CategoryKey& key) {
   return true;
 }
 
+/// Steps an outer loop's walk to its next leaf, number `index`. False for a hidden source,
+/// which is skipped. `letterLevel`: the merged test letters stand at this axis's leaves
+/// and have no slot of their own, so the cells are found from the category above them.
+bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool letterLevel, int comperimeter) {
+  walk.Step();
+  if (data.IsHiddenSource(walk.key, data._parsedCatLists, comperimeter)) {
+    walk.SkipStatisticsOfHiddenSource(data._statsVisible);
+    return false;
+  }
+  if (walk.emptyCount != 0) walk.states[static_cast<size_t>(index)] = kLeafIncludeEmpty;
+  if (letterLevel && AllValueOrVariable(walk.key) && walk.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
+    walk.node = walk.node->GetParent();
+  }
+  return true;
+}
+
 bool IsTotalKind(const AggregationCategory* category) {
   const int type = category->GetCatType();
   return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
@@ -145,6 +161,72 @@ void SelectCategory(BPTreeNode* leaf, ProcedureDataSource* dataSource) {
   leaf->GetParentGroup().Category(*text);
 }
 
+/// One cell of pass one whose cube and full key are known.
+struct CellVisit {
+  const CubeLookup& lookup;
+  const CategoryKey& combined;
+  const StatValues* values;  // null: the cell holds nothing
+  SyntaxVariableName* statVar;
+  const CellStatistic& statistic;
+  BPTreeNode* leaf;  // the innermost leaf, in whose group the cell is written
+};
+
+/// Writes a cell that holds data at once; defers an empty one to pass two unless every
+/// axis keeps its empty categories here. Returns the cell's state.
+uint8_t WriteOrDefer(TableDelivery::Data& data, const CellVisit& cell, bool allKeepEmpty, bool& anyPending) {
+  const CubeLookup& lookup = cell.lookup;
+  const CellStatistic& statistic = cell.statistic;
+  if (cell.values != nullptr) {
+    data.ProcessStatValues(*cell.values, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type,
+                           statistic.ptile, statistic.format, cell.leaf);
+    return kCellWritten;
+  }
+  const bool isTotal = lookup.IsTotalCell(cell.combined);
+  if (allKeepEmpty) {
+    data.ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type,
+                          statistic.ptile, statistic.format, cell.leaf);
+    return kCellWritten;
+  }
+  if (data._statsVisible && data.GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar,
+                                                   statistic.type, statistic.ptile) == -1) {
+    return kCellNoStatistic;
+  }
+  anyPending = true;
+  return isTotal ? kCellEmptyTotal : kCellEmptyRegular;
+}
+
+/// Clears the operands of the last computed cell before the next is evaluated.
+void StartComputedCell(TableDelivery::Data& data, bool twoComputedMeet) {
+  data._operandValues.clear();
+  data._groupOperandValues.clear();
+  data._operandTokens.clear();
+  data._operatorTokens.clear();
+  data._blankNextCell = twoComputedMeet;
+}
+
+/// Fills a deferred empty cell of a surviving row, column or layer in pass two.
+void FillDeferredCell(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes, int cubeIndex,
+                      uint8_t state, SyntaxVariableName* statVar, BPTreeNode* leaf) {
+  CubeLookup lookup;
+  lookup.Find(cubes, cubeIndex);
+  CellStatistic statistic;
+  if (data._statsVisible) statistic.ReadFrom(leaf->GetHeaderTreeNode());
+  data.ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                        statistic.ptile, statistic.format, leaf);
+}
+
+/// With statistics in a dimension of their own, the cells of a statistic are written from
+/// the node above it; with merged test letters, from the category above the letter.
+void MoveToCellNode(AxisWalk& walk, bool letterLevel) {
+  const bool isStatistic = walk.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
+  if (letterLevel ? (!isStatistic && AllValueOrVariable(walk.key)) : isStatistic) walk.node = walk.node->GetParent();
+}
+
+/// The first of the three that is set.
+SyntaxVariableName* FirstSet(SyntaxVariableName* a, SyntaxVariableName* b, SyntaxVariableName* c = nullptr) {
+  return a != nullptr ? a : (b != nullptr ? b : c);
+}
+
 }  // namespace
 
 int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
@@ -174,11 +256,7 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
     const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(walk.key, -1);
 
     if (const AggregationCategory* post = GetPostCategory1D(walk.key)) {
-      _operandValues.clear();
-      _groupOperandValues.clear();
-      _operandTokens.clear();
-      _operatorTokens.clear();
-      _blankNextCell = NeedPostCategory1D(walk.key);
+      StartComputedCell(*this, NeedPostCategory1D(walk.key));
       ComputePostCategoryValues1D(walk.key, lookup.cube);
       ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
                         statistic.format, leaf, post);
@@ -247,18 +325,10 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   // Pass one.
   for (int i = 0; i < n1; ++i) {
     BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
-    outer.Step();
-    if (IsHiddenSource(outer.key, _parsedCatLists, comperimeter)) {
-      outer.SkipStatisticsOfHiddenSource(_statsVisible);
+    if (!StepOuterLeaf(*this, outer, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, comperimeter)) {
       continue;
     }
-    if (outer.emptyCount != 0) outer.states[static_cast<size_t>(i)] = kLeafIncludeEmpty;
     SyntaxVariableName* statVar = leaf1->GetStatSourceVar();
-    // The letter level of merged test columns has no slot of its own.
-    if (lettersMerged && statPos == PresentationCodes::kSLabelRow && AllValueOrVariable(outer.key) &&
-        outer.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
-      outer.node = outer.node->GetParent();
-    }
     const int outerIndex = outer.node->GetCubeIndexInDim();
     SelectCategory(leaf1, _dataSource);
 
@@ -272,14 +342,8 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
         inner.SkipStatisticsOfHiddenSource(_statsVisible);
         continue;
       }
-      if (!_statsVisible) {
-        const bool isStatistic = inner.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
-        const bool letterLevel = lettersMerged && statPos != PresentationCodes::kSLabelRow;
-        if (letterLevel ? (!isStatistic && AllValueOrVariable(inner.key)) : isStatistic) {
-          inner.node = inner.node->GetParent();
-        }
-      }
-      SyntaxVariableName* cellVar = leaf2->GetStatSourceVar() != nullptr ? leaf2->GetStatSourceVar() : statVar;
+      if (!_statsVisible) MoveToCellNode(inner, lettersMerged && statPos != PresentationCodes::kSLabelRow);
+      SyntaxVariableName* cellVar = FirstSet(leaf2->GetStatSourceVar(), statVar);
       if (inner.emptyCount > 0) inner.states[static_cast<size_t>(j)] = kLeafIncludeEmpty;
       const int innerIndex = inner.node->GetCubeIndexInDim();
       if (_statsVisible) statistic.ReadFrom(inner.node);
@@ -297,38 +361,14 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
       const size_t cell = static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
 
       if (const AggregationCategory* post = GetPostCategory2D(outer.key, inner.key)) {
-        _operandValues.clear();
-        _groupOperandValues.clear();
-        _operandTokens.clear();
-        _operatorTokens.clear();
-        _blankNextCell = NeedPostCategory2D(outer.key, inner.key);
+        StartComputedCell(*this, NeedPostCategory2D(outer.key, inner.key));
         ComputePostCategoryValues2D(outer.key, inner.key, swapped, comperimeter, table, lookup.cube);
         ProcessPostValues(lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
                           statistic.format, leaf2, post);
         continue;  // a computed cell keeps nothing alive by itself
       }
-      if (values != nullptr) {
-        ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
-                          statistic.format, leaf2);
-        cells[cell] = kCellWritten;
-        continue;
-      }
-      const bool isTotal = lookup.IsTotalCell(combined);
-      if (outer.emptyCount < 1 || inner.emptyCount < 1) {
-        cells[cell] = isTotal ? kCellEmptyTotal : kCellEmptyRegular;
-        if (!_statsVisible) {
-          anyPending = true;
-        } else if (GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, cellVar, statistic.type,
-                                     statistic.ptile) == -1) {
-          cells[cell] = kCellNoStatistic;
-        } else {
-          anyPending = true;
-        }
-      } else {
-        ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
-                         statistic.format, leaf2);
-        cells[cell] = kCellWritten;
-      }
+      const CellVisit visit{lookup, combined, values, cellVar, statistic, leaf2};
+      cells[cell] = WriteOrDefer(*this, visit, outer.emptyCount >= 1 && inner.emptyCount >= 1, anyPending);
     }
   }
   _requiredCats.clear();
@@ -363,13 +403,9 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
       if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
       BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
       const int innerIndex = leaf2->GetIndex();
-      lookup.Find(cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex)
-                                 : table->GetCubeIndex(outerIndex, innerIndex));
-      if (_statsVisible) statistic.ReadFrom(leaf2->GetHeaderTreeNode());
-      SyntaxVariableName* statVar =
-          leaf1->GetStatSourceVar() != nullptr ? leaf1->GetStatSourceVar() : leaf2->GetStatSourceVar();
-      ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
-                       statistic.ptile, statistic.format, leaf2);
+      FillDeferredCell(*this, cubes,
+                       swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex),
+                       state, FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar()), leaf2);
     }
   }
   for (int j = 0; j < n2; ++j) {
@@ -452,9 +488,6 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
         return QuiltTable::Combine3CellKeys(k1, k2, k3, combined, from, to);
     }
   };
-  auto firstNonNull = [](SyntaxVariableName* a, SyntaxVariableName* b, SyntaxVariableName* c) {
-    return a != nullptr ? a : (b != nullptr ? b : c);
-  };
 
   const int n1 = walk1.Size();
   const int n2 = walk2.Size();
@@ -474,32 +507,14 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
   // Pass one.
   for (int i = 0; i < n1; ++i) {
     BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    walk1.Step();
-    if (IsHiddenSource(walk1.key, _parsedCatLists, -1)) {
-      walk1.SkipStatisticsOfHiddenSource(_statsVisible);
-      continue;
-    }
-    if (walk1.emptyCount != 0) walk1.states[static_cast<size_t>(i)] = kLeafIncludeEmpty;
-    if (lettersMerged && statPos == PresentationCodes::kSLabelRow && AllValueOrVariable(walk1.key) &&
-        walk1.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
-      walk1.node = walk1.node->GetParent();
-    }
+    if (!StepOuterLeaf(*this, walk1, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, -1)) continue;
     const int index1 = walk1.node->GetCubeIndexInDim();
     SelectCategory(leaf1, _dataSource);
 
     walk2.Restart();
     for (int j = 0; j < n2; ++j) {
       BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      walk2.Step();
-      if (IsHiddenSource(walk2.key, _parsedCatLists, -1)) {
-        walk2.SkipStatisticsOfHiddenSource(_statsVisible);
-        continue;
-      }
-      if (walk2.emptyCount != 0) walk2.states[static_cast<size_t>(j)] = kLeafIncludeEmpty;
-      if (lettersMerged && statPos == PresentationCodes::kSLabelLayer && AllValueOrVariable(walk2.key) &&
-          walk2.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
-        walk2.node = walk2.node->GetParent();
-      }
+      if (!StepOuterLeaf(*this, walk2, j, lettersMerged && statPos == PresentationCodes::kSLabelLayer, -1)) continue;
       const int index2 = walk2.node->GetCubeIndexInDim();
       SelectCategory(leaf2, _dataSource);
 
@@ -512,16 +527,10 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
           walk3.SkipStatisticsOfHiddenSource(_statsVisible);
           continue;
         }
-        if (!_statsVisible) {
-          const bool isStatistic = walk3.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
-          const bool letterLevel = lettersMerged && statPos == PresentationCodes::kSLabelColumn;
-          if (letterLevel ? (!isStatistic && AllValueOrVariable(walk3.key)) : isStatistic) {
-            walk3.node = walk3.node->GetParent();
-          }
-        }
+        if (!_statsVisible) MoveToCellNode(walk3, lettersMerged && statPos == PresentationCodes::kSLabelColumn);
         if (walk3.emptyCount > 0) walk3.states[static_cast<size_t>(k)] = kLeafIncludeEmpty;
         SyntaxVariableName* statVar =
-            firstNonNull(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
+            FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
         const int index3 = walk3.node->GetCubeIndexInDim();
         if (_statsVisible) statistic.ReadFrom(walk3.node);
         if (index3 != lastIndex3) {
@@ -535,11 +544,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
         const size_t cell = cellAt(i, j, k);
 
         if (const AggregationCategory* post = GetPostCategory3D(walk1.key, walk2.key, walk3.key)) {
-          _operandValues.clear();
-          _groupOperandValues.clear();
-          _operandTokens.clear();
-          _operatorTokens.clear();
-          _blankNextCell = NeedPostCategory3D(walk1.key, walk2.key, walk3.key);
+          StartComputedCell(*this, NeedPostCategory3D(walk1.key, walk2.key, walk3.key));
           switch (order) {
             case 0:
               ComputePostCategoryValues3D(walk3.key, walk1.key, walk2.key, from, to, table, lookup.cube);
@@ -555,28 +560,9 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
                             statistic.format, leaf3, post);
           continue;
         }
-        if (values != nullptr) {
-          ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                            statistic.format, leaf3);
-          cells[cell] = kCellWritten;
-          continue;
-        }
-        const bool isTotal = lookup.IsTotalCell(combined);
-        if (walk1.emptyCount < 1 || walk2.emptyCount < 1 || walk3.emptyCount < 1) {
-          cells[cell] = isTotal ? kCellEmptyTotal : kCellEmptyRegular;
-          if (!_statsVisible) {
-            anyPending = true;
-          } else if (GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
-                                       statistic.ptile) == -1) {
-            cells[cell] = kCellNoStatistic;
-          } else {
-            anyPending = true;
-          }
-        } else {
-          ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                           statistic.format, leaf3);
-          cells[cell] = kCellWritten;
-        }
+        const CellVisit visit{lookup, combined, values, statVar, statistic, leaf3};
+        cells[cell] = WriteOrDefer(*this, visit,
+                                   walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
       }
     }
   }
@@ -622,12 +608,9 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
         }
         const uint8_t state = cells[cellAt(i, j, k)];
         if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-        lookup.Find(cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()));
-        if (_statsVisible) statistic.ReadFrom(leaf3->GetHeaderTreeNode());
-        SyntaxVariableName* statVar =
-            firstNonNull(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
-        ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
-                         statistic.ptile, statistic.format, leaf3);
+        FillDeferredCell(*this, cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
+                         FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()),
+                         leaf3);
       }
     }
   }
