@@ -271,10 +271,10 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       ++end;
     }
     // A panel that cuts through a group squeezes the group's label into the columns it
-    // keeps; end the panel at the boundary of the outermost such group instead, below the
-    // top level, which usually spans everything.
+    // keeps; end the panel at the start of the outermost group it would cut, unless that
+    // group starts the panel (it is wider than a panel, or spans everything).
     if (end < columnCount) {
-      for (int level = 1; level < columns.levels; ++level) {
+      for (int level = 0; level < columns.levels; ++level) {
         const HeaderLabel* label = LabelAt(columns, level, end);
         if (label != nullptr && label->start > start && label->start < end) {
           end = label->start;

@@ -9,6 +9,8 @@
 #include "SampleTables.h"
 #include "host/output/BpCategory.h"
 #include "host/output/BpDimension.h"
+#include "host/output/BpGroup.h"
+#include "host/output/BpNumber.h"
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
@@ -79,6 +81,48 @@ TEST(TextWriter, WideTableIsCutIntoPanelsThatRepeatRowHeaders) {
   EXPECT_EQ(rowHeaderRepeats, panels);
   // Cell values name their place (1000 * row + column): the last column's value shows.
   EXPECT_NE(text.find("2012"), std::string::npos);
+}
+
+// Three groups of three statistics; the width holds four data columns beside the row
+// labels, so a panel that filled up would cut the second group. Each panel must instead
+// hold whole groups, so that every group label keeps the width of its columns.
+TEST(TextWriter, PanelsEndAtGroupBoundaries) {
+  OutputDocument document;
+  OutputDocument::Install(&document);
+  {
+    BpProcedure procedure("Quilt", 4);
+    BpPivotTable pivot = procedure.PivotTable(BpString("Groups", false), BpString("Quilt Table", true), true);
+    BpDimension rows = pivot.Dimension(BpString("Row", true), BpPivotTable::kSortAsCreated);
+    rows.Position(BpDimension::kPlaceRow, 1, true, false);
+    BpDimension columns = pivot.Dimension(BpString("Column", true), BpPivotTable::kSortAsCreated);
+    columns.Position(BpDimension::kPlaceColumn, 1, true, false);
+    rows.Category(BpString("Only row", false));
+    for (const char* group : {"Northern region", "Southern region", "Western region"}) {
+      BpGroup named = columns.Group(BpString(group, false), true, BpPivotTable::kSortAsCreated);
+      for (const char* statistic : {"Count", "Mean", "Sum"}) {
+        named.Category(BpString(statistic, false)).Cell(BpNumber(12345, BpProcedure::Count()));
+      }
+    }
+  }
+  OutputDocument::Install(nullptr);
+  WriterOptions options;
+  options.width = 50;
+  options.ascii = true;
+  const std::string text = Render(document, "text", options);
+  // Each panel starts at a group's first column: 1, 4 or 7, never in between.
+  std::istringstream lines(text);
+  std::string line;
+  int panels = 0;
+  while (std::getline(lines, line)) {
+    if (line.rfind("(columns ", 0) != 0) continue;
+    ++panels;
+    const int first = std::stoi(line.substr(9));
+    EXPECT_EQ((first - 1) % 3, 0) << line;
+  }
+  EXPECT_GT(panels, 1) << text;
+  for (const char* group : {"Northern region", "Southern region", "Western region"}) {
+    EXPECT_NE(text.find(group), std::string::npos) << group << " is shown whole\n" << text;
+  }
 }
 
 TEST(HtmlWriter, MatchesGolden) {
