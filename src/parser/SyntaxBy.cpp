@@ -1,6 +1,7 @@
 // SyntaxBy.cpp - precedence of the crossing operator and the count of axes
 #include "parser/SyntaxBy.h"
 
+#include "host/QuiltAssert.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxTableSubcommand.h"
 
@@ -20,6 +21,7 @@ bool SyntaxBy::IsLessInert(const SyntaxConverter* op) const {
 void SyntaxBy::DissectTableInCubes() {
   SyntaxComposite::DissectTableInCubes();
   std::vector<SyntaxConverter*>& children = Children();
+  QUILT_ASSERT(children.size() == 2, "a BY has both operands once its table is committed");
   SyntaxConverter* first = children[0];
   SyntaxConverter* second = children[1];
   if (first->GetType() == kConverterDummy) {

@@ -71,6 +71,11 @@ VariableComposite::~VariableComposite() {
   delete _compositeData;
 }
 
+SubTableCube* VariableComposite::operator[](int position) const {
+  QUILT_ASSERT(position >= 0 && position < CubeCount(), "cube position within the composite");
+  return _compositeData->_cubes[static_cast<size_t>(position)];
+}
+
 int VariableComposite::CubeCount() const {
   return static_cast<int>(_compositeData->_cubes.size());
 }

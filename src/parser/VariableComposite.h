@@ -28,6 +28,7 @@ class VariableComposite {
   int CubeCount() const;
   /// The cube at `position`, below CubeCount(). Not owned by the caller.
   SubTableCube*& operator[](int position);
+  SubTableCube* operator[](int position) const;
 
   /// Takes over what `child` stands for: a variable (or set) gets a cube of its own, a
   /// composite's cubes are appended. A placeholder for an empty axis adds nothing.
