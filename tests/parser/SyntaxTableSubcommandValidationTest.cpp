@@ -58,6 +58,7 @@ const char* const kPropNoCube = "Column proportions skipped in ^1 table. No elig
 const char* const kMeansNoCube = "Pairwise comparisons skipped in ^1 table. No eligible cube.";
 const char* const kChi = "chisquare(alpha=0.05 adjust=1 mrsets=1)";
 const char* const kMeans = "means(alpha=0.05 adjust=1 mrsets=1)";
+const char* const kProp = "proportions(alpha=0.05 adjust=1 mrsets=1)";
 
 // A table without TITLES is named by its number, "1". The weighted cases weight by w.
 INSTANTIATE_TEST_SUITE_P(
@@ -103,11 +104,37 @@ INSTANTIATE_TEST_SUITE_P(
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE x [MEAN UMEAN] BY a /COMPARETEST TYPE=MEAN.",
                  {{"Pairwise comparisons skipped in ^1 table. Combined stats.", {"1"}}},
                  kMeans},
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [UCOUNT] /COMPARETEST TYPE=PROP.",
+                 {{"Column proportions skipped in ^1 table. No proper weight stats.", {"1"}}, {kPropNoCube, {"1"}}},
+                 "none"},
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOLPCT] /COMPARETEST TYPE=PROP.",
+                 {{"Column proportions skipped in ^1 table. Combined stats.", {"1"}}},
+                 kProp},
+        // Unweighted data and a scale variable with neither mean.
+        TestCase{"QUILT /TABLE x [SUM] BY a /COMPARETEST TYPE=MEAN.",
+                 {{"Pairwise comparisons skipped in ^1 table. No proper simple stats.", {"1"}}, {kMeansNoCube, {"1"}}},
+                 "none"},
+        // Reasons from several cubes come once each, in a fixed order whatever the order of the
+        // cubes: here the weight problem of a BY c stands before the combined counts of a BY b.
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOUNT] + c [UCOUNT] + d [UCOUNT]"
+                 " /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. No proper weight stats.", {"1"}},
+                  {"Chi-square skipped in ^1 table. Combined stats.", {"1"}}},
+                 kChi},
+        // The same variable in rows and columns reports ahead of the weight problem of the other cube.
+        TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY c [UCOUNT] + a /TITLES TITLE='Mix' /SIGTEST TYPE=CHISQUARE.",
+                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"Mix"}},
+                  {"Chi-square skipped in ^1 table. No proper weight stats.", {"Mix"}},
+                  {kChiNoCube, {"Mix"}}},
+                 "none"},
         // A dropped test leaves the others in place.
         TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=MEAN.", {{kChiNoCube, {"1"}}}, kMeans},
         // Moved labels: no test at all, and no cube is asked.
         TestCase{"QUILT /TABLE a BY a /SIGTEST TYPE=CHISQUARE /CLABELS COLLABELS=OPPOSITE.",
                  {{"Chi-square in comperimeter table.", {}}},
+                 "none"},
+        TestCase{"QUILT /TABLE x BY a /COMPARETEST TYPE=MEAN /CLABELS COLLABELS=OPPOSITE.",
+                 {{"Pairwise comparisons in comperimeter table.", {}}},
                  "none"}));
 
 struct ComperimeterCase {
