@@ -76,6 +76,36 @@ TEST(SyntaxTablesCommand, ABaseWeightReplacesTheCaseWeightForTheRun) {
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, saved);
 }
 
+// Through whole commands: only a WEIGHT that names a numeric variable clears the word, and
+// only a positive word (case weighting on) is cleared; the entry puts it back after the run.
+TEST(SyntaxTablesCommand, TheHostWeightWordIsClearedOnlyByAValidBaseWeight) {
+  struct Row {
+    const char* command;
+    std::int64_t before;
+    std::int64_t after;
+    bool thrown;
+  };
+  const Row rows[] = {
+      {"QUILT /WEIGHT VARIABLE=w /TABLE a.", 1, 0, false},
+      {"QUILT /WEIGHT VARIABLE=w /TABLE a.", 3, 0, false},
+      {"QUILT /WEIGHT VARIABLE=w /TABLE a.", 0, 0, false},
+      {"QUILT /WEIGHT VARIABLE=w /TABLE a.", -2, -2, false},
+      {"QUILT /TABLE a.", 1, 1, false},
+      {"QUILT /WEIGHT VARIABLE=nosuch /TABLE a.", 1, 1, true},
+      {"QUILT /WEIGHT VARIABLE=s /TABLE a.", 1, 1, true},
+  };
+  const std::int64_t saved = ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.command) + " with the word at " + std::to_string(row.before));
+    WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, row.before);
+    const EventOutcome outcome = ParseAndInspect(row.command, [](SyntaxTablesCommand&) {});
+    EXPECT_EQ(outcome.threw, row.thrown) << outcome.error.key;
+    EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), row.after);
+    SyntaxConverter::SetBaseWeightVarIndex(-1);
+  }
+  WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, saved);
+}
+
 TEST(SyntaxTablesCommand, WithoutHideSmallCountsNothingIsHidden) {
   SyntaxTablesCommand root;
   EXPECT_FALSE(root.GetHideSmallCountsSet());
