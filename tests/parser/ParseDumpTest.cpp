@@ -33,6 +33,12 @@ INSTANTIATE_TEST_SUITE_P(
         DumpCase{"paren_bracket_and_empty_axis", "QUILT /TABLE (a + b) [COUNT] BY e /TABLE BY c BY d."},
         // Percentiles with their labels and formats, summaries sharing a cube.
         DumpCase{"summaries", "QUILT /TABLE x [MEAN PTILE 25 'Quartile' COMMA8.2] + y BY a /CRITERIA CILEVEL=90."},
+        // ">" binds tighter than "+" and BY looser than both; a paren regroups; an empty
+        // column axis between two BYs; a bracket after a nesting paren reaches only its leaf;
+        // GT is written as ">".
+        DumpCase{"precedence_parens_and_empty_column",
+                 "QUILT /TABLE a + b > c BY d > (e + b) /TABLE (a + b) > c BY BY d"
+                 " /TABLE (a > b) [COLPCT] + c GT d > e."},
         // Totals on a set, a test that stays and one that is dropped.
         DumpCase{"totals_and_tests",
                  "QUILT /TABLE $dich [COUNT TOTALS [COUNT]] BY a /SIGTEST TYPE=CHISQUARE"
