@@ -135,6 +135,12 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(VariableOf(root, "a")->GetVLabelsOption(), PC::kVLabelDefault);
        EXPECT_EQ(VariableOf(root, "b")->GetVLabelsOption(), PC::kVLabelName);
      }},
+    {"VLabelsSetTwice", "QUILT /VLABELS VARIABLES=$dich a $dich DISPLAY=NONE /TABLE $dich.", kDuplicate,
+     {"VLABELS", "$dich"},
+     [](SyntaxTablesCommand& root) {
+       ASSERT_NE(VariableOf(root, "$dich"), nullptr);
+       EXPECT_EQ(VariableOf(root, "$dich")->GetVLabelsOption(), PC::kVLabelNone);
+     }},
     {"WeightVariableTwice", "QUILT /WEIGHT VARIABLE=a VARIABLE=w /TABLE b.", kDuplicate, {"WEIGHT", "VARIABLE"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(root.GetBaseWeightVarName(), "w");
@@ -184,6 +190,28 @@ const DuplicateCase kDuplicateCases[] = {
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(FirstTable(root).GetTableSettings().GetSLabelPosition(), PC::kSLabelColumn);
      }},
+    {"TwoSLabelsVisibilities", "QUILT /TABLE a /SLABELS VISIBLE=NO /SLABELS VISIBLE=YES.", kDuplicate,
+     {"SLABELS", "VISIBLE"},
+     [](SyntaxTablesCommand& root) { EXPECT_TRUE(FirstTable(root).GetTableSettings().GetSLabelVisibility()); }},
+    {"TwoCaptions", "QUILT /TABLE a /TITLES CAPTION='first' /TITLES CAPTION='second'.", kDuplicate,
+     {"TITLES", "CAPTION"},
+     [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTableSettings().GetCaption(), "second"); }},
+    {"SigTestAlphaTwice", "QUILT /TABLE a [C] BY b [C] /SIGTEST TYPE=CHISQUARE ALPHA=0.1 ALPHA=0.01.", kDuplicate,
+     {"SIGTEST", "ALPHA"},
+     [](SyntaxTablesCommand& root) {
+       const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
+       ASSERT_EQ(tests.size(), 1u);
+       EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.01);
+     }},
+    {"TwoChiSquareTests", "QUILT /TABLE a [C] BY b [C] /SIGTEST TYPE=CHISQUARE ALPHA=0.1 /SIGTEST TYPE=CHISQUARE.",
+     kDuplicate,
+     {"SIGTEST", "Chi-square"},
+     [](SyntaxTablesCommand& root) {
+       // The later request stands whole: its ALPHA is the default, not the earlier 0.1.
+       const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
+       ASSERT_EQ(tests.size(), 1u);
+       EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.05);
+     }},
     {"TwoCompareTestsOfOneType", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.1"
      " /COMPARETEST TYPE=PROP ALPHA=0.01.",
      kDuplicate,
@@ -232,6 +260,10 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(statistics[0]->GetStatType(), TEC::kStatColPctCount);
        EXPECT_EQ(statistics[1]->GetStatType(), TEC::kStatCount);
        EXPECT_EQ(statistics[1]->GetLabel(), "second");
+     }},
+    {"MeasurementTwiceInOneBracket", "QUILT /TABLE a [S C] BY b [C].", kDuplicate, {"TABLE", "C"},
+     [](SyntaxTablesCommand& root) {
+       EXPECT_EQ(VariableOf(root, "a")->GetVariableType(), TEC::kVariableCategorical);
      }},
     {"PercentileCutPointTwice", "QUILT /TABLE a [PTILE 25 50].", kDuplicate, {"TABLE", "PTILE 25 50"},
      [](SyntaxTablesCommand& root) {
