@@ -47,6 +47,9 @@ const InvalidCase kInvalidCases[] = {
     {"QUILT.", kNoTable, {"QUILT", "TABLE"}},
     {"QUILT /TABLE.", kNoTable, {"TABLE", "TABLE"}},
     {"QUILT /TABLE /TABLE a.", kNoTable, {"TABLE", "TABLE"}},
+    // Only global subcommands: the last one is current when the tokens run out.
+    {"QUILT /FORMAT EMPTY=BLANK /SMISSING LISTWISE.", kNoTable, {"SMISSING", "TABLE"}},
+    {"QUILT /HIDESMALLCOUNTS COUNT=3 /MRSETS COUNTDUPLICATES=YES.", kNoTable, {"MRSETS", "TABLE"}},
     {"QUILT /TABLE a /.", kIncorrectSequence, {"TABLE", "/"}},
     // An empty literal is a token without text.
     {"QUILT /TABLE a ''.", kNoTable, {"TABLE", "TABLE"}},
@@ -96,7 +99,18 @@ const InvalidCase kInvalidCases[] = {
     {"QUILT /titles.", kOutOfOrder, {"TABLE", "titles"}},
     {"QUILT /TABLE a /FORMAT.", kOutOfOrderGlobal, {"TABLE", "FORMAT"}},
     {"QUILT /TABLE a /MRSETS.", kOutOfOrderGlobal, {"TABLE", "MRSETS"}},
+    {"QUILT /TABLE a /VLABELS VARIABLES=a DISPLAY=NAME.", kOutOfOrderGlobal, {"TABLE", "VLABELS"}},
+    {"QUILT /TABLE a /TITLES TITLE='x' /weight VARIABLE=a.", kOutOfOrderGlobal, {"TABLE", "weight"}},
+    {"QUILT /TABLE a /SMISSING LISTWISE.", kOutOfOrderGlobal, {"TABLE", "SMISSING"}},
+    {"QUILT /TABLE a /HIDESMALLCOUNTS.", kOutOfOrderGlobal, {"TABLE", "HIDESMALLCOUNTS"}},
     {"QUILT /TABLE a /PCOMPUTE.", kUnknownKeyword, {"TABLE", "PCOMPUTE"}},
+    {"QUILT /PCOMPUTE &x=EXPR([1]) /TABLE a /PPROPERTIES &x LABEL='y'.", kUnknownKeyword, {"TABLE", "PPROPERTIES"}},
+    // Every table-level subcommand needs a TABLE before it.
+    {"QUILT /FORMAT EMPTY=BLANK /SLABELS POSITION=ROW.", kOutOfOrder, {"TABLE", "SLABELS"}},
+    {"QUILT /CLABELS AUTO.", kOutOfOrder, {"TABLE", "CLABELS"}},
+    {"QUILT /COMPARETEST TYPE=PROP.", kOutOfOrder, {"TABLE", "COMPARETEST"}},
+    {"QUILT /SIGTEST TYPE=CHISQUARE.", kOutOfOrder, {"TABLE", "SIGTEST"}},
+    {"QUILT /CRITERIA CILEVEL=90.", kOutOfOrder, {"TABLE", "CRITERIA"}},
     {"QUILT /PPROPERTIES.", kMissingKeyword, {"QUILT", "PCOMPUTE"}},
 };
 
