@@ -212,6 +212,19 @@ const DuplicateCase kDuplicateCases[] = {
        ASSERT_EQ(tests.size(), 1u);
        EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.05);
      }},
+    {"CompareTestAlphaTwice", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.05 0.01 ALPHA=0.1.",
+     kDuplicate,
+     {"COMPARETEST", "ALPHA"},
+     [](SyntaxTablesCommand& root) {
+       // The later ALPHA replaces both earlier levels; keeping 0.05 as the second level would
+       // leave the smaller level behind the larger one.
+       const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
+       ASSERT_EQ(tests.size(), 1u);
+       EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.1);
+       EXPECT_EQ(tests[0]._alphaText, "0.1");
+       EXPECT_DOUBLE_EQ(tests[0]._alpha2, 0.0);
+       EXPECT_TRUE(tests[0]._alpha2Text.empty());
+     }},
     {"TwoCompareTestsOfOneType", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.1"
      " /COMPARETEST TYPE=PROP ALPHA=0.01.",
      kDuplicate,
