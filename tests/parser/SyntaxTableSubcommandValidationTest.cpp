@@ -269,4 +269,21 @@ TEST(TableCommit, TheConfidenceLevelReachesEveryStatisticOfTheTable) {
   EXPECT_EQ(levels, (std::vector<std::string>{"x:MEAN.LCL@90", "y:MEAN@90"}));
 }
 
+TEST(TableCommit, TheLaterOfTwoCriteriaReachesTheStatistics) {
+  // Each slash commits the table's level into its statistics again, and so does the period,
+  // so the last CRITERIA wins whether a slash or the period follows it.
+  const char* const commands[] = {
+      "QUILT /TABLE x [MEAN.LCL] BY a /CRITERIA CILEVEL=90 /CRITERIA CILEVEL=99.",
+      "QUILT /TABLE x [MEAN.LCL] BY a /CRITERIA CILEVEL=90 /CRITERIA CILEVEL=99 /TITLES TITLE='t'.",
+  };
+  for (const char* command : commands) {
+    std::string level;
+    const TablesOutcome outcome = ParseTables(command, [&](std::vector<SyntaxTableSubcommand*>& tables) {
+      level = tables.at(0)->GetTableVarList().at(0)->GetStatistics().at(0)->GetCILevelString();
+    });
+    ASSERT_TRUE(outcome.succeeded) << command << ": " << outcome.error.key;
+    EXPECT_EQ(level, "99") << command;
+  }
+}
+
 }  // namespace
