@@ -16,7 +16,6 @@ const char* const kCombined = "Subcommand ^1. Text ^2. Statistics and Measuremen
 const char* const kGroup2 = "Subcommand ^1. Variable ^2. ^3 is second group stat.";
 const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
 const char* const kOrder = "Subcommand ^1. Variable ^2. The measurement level after stat list.";
-const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
 const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
 
 // The dump line of the variable or set `name`, or empty.
@@ -85,23 +84,6 @@ TEST(SyntaxSquareBracketTest, PercentileKeepsItsCutPointAndNameToken) {
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   // Two percentiles with different cut points are different statistics.
   EXPECT_NE(LineOf(outcome.dump, "x").find("stats=PTILE 25,UPTILE 50"), std::string::npos) << outcome.dump;
-}
-
-TEST(SyntaxSquareBracketTest, RepeatedStatisticInOneBracketWarnsOnceAndKeepsOne) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [COUNT COUNT].");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kDuplicate);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "COUNT"}));
-  EXPECT_EQ(StatsOf(outcome.dump, "a"), "COUNT") << outcome.dump;
-}
-
-TEST(SyntaxSquareBracketTest, RepeatedStatisticAcrossBracketsWarnsFromTheVariable) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [COUNT] [COUNT].");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "COUNT", "a"}));
 }
 
 TEST(SyntaxSquareBracketTest, MeasurementMarkChangesTheVariableType) {

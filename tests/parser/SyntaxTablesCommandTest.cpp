@@ -17,28 +17,6 @@
 
 namespace {
 
-const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
-
-TEST(SyntaxTablesCommand, AGlobalSubcommandGivenTwiceWarnsOnceAndParsingGoesOn) {
-  struct Row {
-    const char* command;
-    const char* word;
-  };
-  const Row rows[] = {
-      {"QUILT /FORMAT EMPTY=BLANK /FORMAT MISSING='-' /TABLE a.", "FORMAT"},
-      {"QUILT /SMISSING VARIABLE /SMISSING LISTWISE /TABLE a.", "SMISSING"},
-      {"QUILT /HIDESMALLCOUNTS COUNT=5 /HIDESMALLCOUNTS COUNT=4 /TABLE a.", "HIDESMALLCOUNTS"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.command);
-    const ParseOutcome outcome = ParseCommand(row.command);
-    ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-    ASSERT_EQ(outcome.reported.size(), 1u);
-    EXPECT_EQ(outcome.reported[0].key, kDuplicate);
-    EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"QUILT", row.word}));
-    EXPECT_EQ(outcome.reported[0].level, 2);  // kBpLevelWarning
-  }
-}
 
 TEST(SyntaxTablesCommand, RepeatedVLabelsAndWeightAreNoDuplicates) {
   const ParseOutcome outcome =
