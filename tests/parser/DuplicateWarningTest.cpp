@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,10 @@ struct DuplicateCase {
   // Reads the finished tree and says whether it holds the later value; a failure names what it found.
   std::function<void(SyntaxTablesCommand&)> holdsLaterValue;
 };
+
+void PrintTo(const DuplicateCase& row, std::ostream* out) {
+  *out << row.command;
+}
 
 class DuplicateWarnings : public ::testing::TestWithParam<DuplicateCase> {
  protected:
