@@ -251,6 +251,11 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   double value1 = result.GetValue1();
   double value2 = result.GetValue2();
   const bool isCount = statFormat == StatTreeNode::kStatFormatCount;
+  // The engine gives every count its unweighted size as companion, also in unweighted data.
+  // A count equal to its companion is its own unweighted count, and "<n" states it exactly,
+  // so it is hidden as a count without companion. Only a weighted count that differs from its
+  // unweighted base shows as missing, where "<n" would misstate it.
+  if (isCount && value2 == value1) value2 = _sysmis;
   const bool hidden = isCount && _hideSmallCounts && value2 >= 0 && value2 < _hideSmallCountsValue;
   if ((_useMissingString && (value1 == _sysmis || hidden)) || value1 == _infinity) {
     // Positive infinity marks a value that cannot be shown; it takes the missing text
