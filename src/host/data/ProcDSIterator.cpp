@@ -112,7 +112,12 @@ int ProcDSIterator::DoNextCase() {
   data._splitGroupEnd = false;
   data._currentCase = data._nextCase++;
   data._hasCurrent = true;
-  if (hasSplits && firstOfGroup && SplitGroupListener::IsInstalled()) AnnounceSplitGroup(dataset, data._currentCase);
+  // Groups laid out together share their tables, so no single group may name them: only
+  // groups delivered separately are announced.
+  const bool separate = dataset.GetSplitLayout() == kSplitSeparate;
+  if (hasSplits && separate && firstOfGroup && SplitGroupListener::IsInstalled()) {
+    AnnounceSplitGroup(dataset, data._currentCase);
+  }
   return 1;
 }
 
