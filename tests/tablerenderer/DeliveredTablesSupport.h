@@ -1,0 +1,107 @@
+// DeliveredTablesSupport.h - a fourteen-case survey written to a scratch folder, one command run over it, and cell lookup in the JSON
+//
+// The data are small on purpose: every number a delivered table shows can be worked out by
+// hand from the rows below, and the tests say how beside each expectation.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace delivered {
+
+/// The rows, one per case: region gender grp score q wt wave.
+///
+///  #  region gender grp score  q  wt  wave
+///  1  1 North  1 M  10    2.0  1  1.0  1
+///  2  1 North  1 M  20    4.0  2  2.0  1
+///  3  1 North  2 F  10   -3.0  1  1.0  1
+///  4  2 South  1 M  10    6.0  9  0.5  1
+///  5  2 South  2 F  20    1.0  2  1.0  1
+///  6  3 East   1 M  10   -8.0  2  1.0  1
+///  7  3 East   1 M  20   -2.0  1  1.5  1
+///  8  1 North  1 M  10    0.0  2  1.0  2
+///  9  1 North  2 F  20    5.0  1  2.0  2
+/// 10  1 North  2 F  10    7.0  9  1.0  2
+/// 11  2 South  2 F  20    3.0  1  1.0  2
+/// 12  2 South  1 M  10    2.0  1  0.5  2
+/// 13  2 South  2 F  20   -1.0  2  1.0  2
+/// 14  3 East   1 M  10   -4.0  1  1.0  2
+///
+/// region 4 "West" is labelled but never occurs; grp has neither a variable label nor value
+/// labels; q = 9 "No answer" is user-missing; score is a scale variable with one decimal.
+inline const char* kSurveyCsv =
+    "region,gender,grp,score,q,wt,wave\n"
+    "1,1,10,2.0,1,1.0,1\n"
+    "1,1,20,4.0,2,2.0,1\n"
+    "1,2,10,-3.0,1,1.0,1\n"
+    "2,1,10,6.0,9,0.5,1\n"
+    "2,2,20,1.0,2,1.0,1\n"
+    "3,1,10,-8.0,2,1.0,1\n"
+    "3,1,20,-2.0,1,1.5,1\n"
+    "1,1,10,0.0,2,1.0,2\n"
+    "1,2,20,5.0,1,2.0,2\n"
+    "1,2,10,7.0,9,1.0,2\n"
+    "2,2,20,3.0,1,1.0,2\n"
+    "2,1,10,2.0,1,0.5,2\n"
+    "2,2,20,-1.0,2,1.0,2\n"
+    "3,1,10,-4.0,1,1.0,2\n";
+
+inline const char* kSurveyDictionary = R"({
+  "variables": [
+    {"name": "region", "label": "Region", "format": "F1.0", "measure": "nominal",
+     "values": {"1": "North", "2": "South", "3": "East", "4": "West"}},
+    {"name": "gender", "label": "Gender", "format": "F1.0", "measure": "nominal",
+     "values": {"1": "Male", "2": "Female"}},
+    {"name": "grp", "format": "F2.0", "measure": "nominal"},
+    {"name": "score", "label": "Score", "format": "F5.1", "measure": "scale"},
+    {"name": "q", "label": "Rating", "format": "F1.0", "measure": "ordinal",
+     "values": {"1": "Low", "2": "High", "9": "No answer"}, "missing": {"values": [9]}},
+    {"name": "wt", "label": "Weight", "format": "F4.1", "measure": "scale"},
+    {"name": "wave", "label": "Wave", "format": "F1.0", "measure": "nominal",
+     "values": {"1": "First", "2": "Second"}}
+  ]
+})";
+
+/// How one command is run: the command and the program options that differ from the default.
+struct RunSettings {
+  RunSettings(std::string commandText, std::string weight = {}, std::vector<std::string> split = {},
+              std::string layout = {})
+      : command(std::move(commandText)),
+        weightVariable(std::move(weight)),
+        splitVariables(std::move(split)),
+        splitLayout(std::move(layout)) {}
+
+  std::string command;
+  std::string weightVariable;               // empty: unweighted
+  std::vector<std::string> splitVariables;  // empty: no split groups
+  std::string splitLayout;                  // empty: separate
+};
+
+/// Writes the survey to a fresh scratch folder, runs `settings` in `format` ("text" or
+/// "json"), expects exit status 0 and returns what the program wrote.
+std::string RunOnSurvey(const RunSettings& settings, const std::string& format);
+
+/// One cell looked for by the labels a reader sees around it, outermost first.
+struct CellPath {
+  std::vector<std::string> row;
+  std::vector<std::string> column;
+  std::vector<std::string> layer;
+};
+
+/// Every table item of a JSON document, in order, headings walked through.
+std::vector<nlohmann::json> TablesOf(const nlohmann::json& document);
+
+/// The texts of all cells of `table` at `path`, in the order the table lists them. Usually
+/// one; several when equal labels stand apart only through hidden grouping.
+std::vector<std::string> CellTexts(const nlohmann::json& table, const CellPath& path);
+
+/// Every label of every node (group or category) of the dimension named `name`, depth first,
+/// with a group's label prefixed by "+" when it is shown and "-" when it is hidden.
+std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std::string& name);
+
+}  // namespace delivered

@@ -1,0 +1,290 @@
+// DeliveredTablesTest.cpp - whole tables on a fourteen-case survey, as text and JSON, against goldens and hand-computed cells
+//
+// Each golden case runs one command through the program (parser, engine, table builder,
+// renderer, writer) in both writers. The goldens were checked against the hand counts in
+// the comments before they were committed; the cell tests below then pin the numbers that
+// matter in the JSON, so that a golden rewritten by mistake cannot hide a wrong number.
+// The rows of the survey are listed in DeliveredTablesSupport.h.
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+#include "../GoldenFile.h"
+#include "DeliveredTablesSupport.h"
+
+namespace {
+
+using delivered::CellPath;
+using delivered::CellTexts;
+using delivered::RunOnSurvey;
+using delivered::RunSettings;
+using delivered::TablesOf;
+
+
+struct GoldenCase {
+  const char* name;
+  RunSettings settings;
+};
+
+// Hand counts used below (rows of DeliveredTablesSupport.h):
+//   region:            North 6 (rows 1,2,3,8,9,10), South 5 (4,5,11,12,13), East 3 (6,7,14), West 0
+//   region x gender:   North M 3 F 3, South M 2 F 3, East M 3 F 0; Male 8, Female 6, all 14
+//   region x grp:      North 10:4 20:2, South 10:2 20:3, East 10:2 20:1; 10:8, 20:6
+//   mean score:        North 15/6 = 2.5, South 11/5 = 2.2, East -14/3 = -4.67, all 12/14 = 0.86
+//   mean by gender:    North M 6/3 = 2.0 F 9/3 = 3.0, South M 8/2 = 4.0 F 3/3 = 1.0, East M -4.67
+//   q:                 Low 7, High 5, No answer (user-missing) 2
+//   by wave (rows 1-7 first, 8-14 second):
+//                      First:  North M 2 F 1, South M 1 F 1, East M 2
+//                      Second: North M 1 F 2, South M 1 F 2, East M 1
+//   weighted by wt:    North M 1+2+1 = 4 F 1+2+1 = 4, South M 0.5+0.5 = 1 F 3, East M 3.5;
+//                      Male 8.5, Female 7
+const GoldenCase kGoldenCases[] = {
+    {"rows-only", {"QUILT /TABLE region [COUNT COLPCT.COUNT]."}},
+    {"rows-by-columns", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT]."}},
+    {"three-dimensions", {"QUILT /TABLE region BY gender BY wave [COUNT]."}},
+    {"unlabelled-values", {"QUILT /TABLE region BY grp [COUNT]."}},
+    {"vlabels-both", {"QUILT /VLABELS VARIABLES=region DISPLAY=BOTH /TABLE region BY grp [COUNT]."}},
+    {"vlabels-none", {"QUILT /VLABELS VARIABLES=region DISPLAY=NONE /TABLE region BY grp [COUNT]."}},
+    {"statistic-labels", {"QUILT /TABLE region > score [MEAN PTILE 25 MEAN.LCL]."}},
+    {"stacked-twice", {"QUILT /TABLE region + region BY gender [COUNT]."}},
+    {"slabels-row", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=ROW."}},
+    {"slabels-layer", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=LAYER."}},
+    {"slabels-hidden", {"QUILT /TABLE region BY gender [COUNT] /SLABELS VISIBLE=NO."}},
+    {"clabels-rowlabels-opposite", {"QUILT /TABLE region BY gender [COUNT] /CLABELS ROWLABELS=OPPOSITE."}},
+    {"clabels-collabels-opposite", {"QUILT /TABLE region BY gender [COUNT] /CLABELS COLLABELS=OPPOSITE."}},
+    {"clabels-rowlabels-layer", {"QUILT /TABLE region BY gender [COUNT] /CLABELS ROWLABELS=LAYER."}},
+    {"clabels-collabels-layer", {"QUILT /TABLE region BY gender [COUNT] /CLABELS COLLABELS=LAYER."}},
+    {"empty-excluded",
+     {"QUILT /TABLE region BY gender [COUNT] /CATEGORIES VARIABLES=region gender EMPTY=EXCLUDE."}},
+    {"empty-and-missing-texts",
+     {"QUILT /FORMAT EMPTY='none' MISSING='n/a' /TABLE region > score [COUNT F3.0 MEAN F5.1] BY gender."}},
+    {"column-widths",
+     {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT]."}},
+    {"hide-small-counts", {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT]."}},
+    {"decorations",
+     {"QUILT /TABLE region > score [MEAN NEGPAREN6.1 VALIDN PAREN5.0 COUNT NEQUAL5.0]."}},
+    {"percent-paren", {"QUILT /TABLE region BY gender [COUNT F5.0 COLPCT.COUNT PCTPAREN6.1]."}},
+    {"titles",
+     {"QUILT /TABLE region [COUNT] /TITLES TITLE='Counts of )TABLE' CAPTION='Small data' CORNER='Where'."}},
+    {"title-split-without-groups", {"QUILT /TABLE region [COUNT] /TITLES TITLE='Region, )SPLIT'."}},
+    {"totals-and-subtotals",
+     {"QUILT /TABLE region BY gender [COUNT] /CATEGORIES VARIABLES=region [1, 2, SUBTOTAL='North and South', 3, 4] "
+      "TOTAL=YES."}},
+    {"missing-excluded", {"QUILT /TABLE q [COUNT] /CATEGORIES VARIABLES=q TOTAL=YES."}},
+    {"missing-included", {"QUILT /TABLE q [COUNT] /CATEGORIES VARIABLES=q MISSING=INCLUDE TOTAL=YES."}},
+    {"split-separate",
+     {"QUILT /TABLE region BY gender [COUNT] /TITLES TITLE='Region, )SPLIT'.", "", {"wave"}, "separate"}},
+    {"split-layered", {"QUILT /TABLE region BY gender [COUNT].", "", {"wave"}, "layered"}},
+    {"weighted", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT].", "wt"}},
+};
+
+class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(DeliveredTables, TextAndJsonMatchTheirGoldens) {
+  const GoldenCase& golden = GetParam();
+  const std::string base = std::string("tablerenderer/delivered/") + golden.name;
+  EXPECT_TRUE(MatchesGoldenFile(base + ".txt", RunOnSurvey(golden.settings, "text")));
+  EXPECT_TRUE(MatchesGoldenFile(base + ".json", RunOnSurvey(golden.settings, "json")));
+}
+
+INSTANTIATE_TEST_SUITE_P(SmallSurvey, DeliveredTables, ::testing::ValuesIn(kGoldenCases),
+                         [](const ::testing::TestParamInfo<GoldenCase>& info) {
+                           std::string name = info.param.name;
+                           for (char& c : name) {
+                             if (c == '-') c = '_';
+                           }
+                           return name;
+                         });
+
+
+/// One cell of a golden case, found by its labels in the JSON output, and the text it must
+/// show. `table` counts the delivered tables of the run from 0.
+struct CellCase {
+  const char* goldenCase;
+  int table;
+  CellPath path;
+  const char* expected;
+  int occurrences;  // cells at that path: 2 where equal labels stand apart in hidden groups
+};
+
+const GoldenCase& FindGoldenCase(const std::string& name) {
+  for (const GoldenCase& golden : kGoldenCases) {
+    if (name == golden.name) return golden;
+  }
+  ADD_FAILURE() << "no golden case " << name;
+  return kGoldenCases[0];
+}
+
+// Expected texts from the hand counts above the golden cases.
+const CellCase kCellCases[] = {
+    // 6 of 14 cases are North: 42.857% in one decimal.
+    {"rows-only", 0, {{"Region", "North"}, {"Column %"}, {}}, "42.9%", 1},
+    // West is labelled but empty; EMPTY=INCLUDE is the default, so it shows a zero.
+    {"rows-only", 0, {{"Region", "West"}, {"Count"}, {}}, "0", 1},
+    // South female 3 of 6 females; East female empty within a kept row.
+    {"rows-by-columns", 0, {{"Region", "South"}, {"Gender", "Female", "Column %"}, {}}, "50.0%", 1},
+    {"rows-by-columns", 0, {{"Region", "East"}, {"Gender", "Male", "Column %"}, {}}, "37.5%", 1},
+    {"rows-by-columns", 0, {{"Region", "East"}, {"Gender", "Female", "Count"}, {}}, "0", 1},
+    // Second wave: North female rows 9 and 10.
+    {"three-dimensions", 0, {{"Region", "North"}, {"Gender", "Female", "Count"}, {"Wave", "Second"}}, "2", 1},
+    {"three-dimensions", 0, {{"Region", "East"}, {"Gender", "Male", "Count"}, {"Wave", "First"}}, "2", 1},
+    // Values without labels show as values: South has grp 20 in rows 5, 11 and 13.
+    {"unlabelled-values", 0, {{"Region", "South"}, {"grp", "20", "Count"}, {}}, "3", 1},
+    {"vlabels-both", 0, {{"region Region", "North"}, {"grp", "10", "Count"}, {}}, "4", 1},
+    {"vlabels-none", 0, {{"North"}, {"grp", "10", "Count"}, {}}, "4", 1},
+    // Mean of -8, -2, -4 is -4.67; PTILE 25 of North (-3 0 2 4 5 7, t = 1.5) is the second
+    // value; the 95% lower limit of North is 2.5 - 2.5706 * 3.6194 / sqrt(6) = -1.30.
+    {"statistic-labels", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, "-4.7", 1},
+    {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Percentile 25"}, {}}, "0.0", 1},
+    {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Mean 95.0% LCL"}, {}}, "-1.3", 1},
+    {"statistic-labels", 0, {{"Region", "West", "Score"}, {"Mean"}, {}}, ".", 1},
+    // The same variable stacked twice: both blocks keep their own cells.
+    {"stacked-twice", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, "3", 2},
+    {"slabels-row", 0, {{"Region", "North", "Column %"}, {"Gender", "Male"}, {}}, "37.5%", 1},
+    {"slabels-layer", 0, {{"Region", "South"}, {"Gender", "Female"}, {"Column %"}}, "50.0%", 1},
+    {"slabels-hidden", 0, {{"Region", "South"}, {"Gender", "Female"}, {}}, "3", 1},
+    // Row labels moved to the columns, under each gender; column labels moved to the rows.
+    {"clabels-rowlabels-opposite", 0, {{"Region"}, {"Gender", "Female", "South", "Count"}, {}}, "3", 1},
+    {"clabels-collabels-opposite", 0, {{"Region", "South", "Female"}, {"Gender", "Count"}, {}}, "3", 1},
+    {"clabels-rowlabels-layer", 0, {{"Region"}, {"Gender", "Male", "Count"}, {"East"}}, "3", 1},
+    {"clabels-collabels-layer", 0, {{"Region", "North"}, {"Gender", "Count"}, {"Female"}}, "3", 1},
+    // EMPTY=EXCLUDE drops West; East keeps its row and its empty female cell is filled.
+    {"empty-excluded", 0, {{"Region", "West"}, {"Gender", "Male", "Count"}, {}}, "", 0},
+    {"empty-excluded", 0, {{"Region", "East"}, {"Gender", "Female", "Count"}, {}}, "0", 1},
+    // An empty count shows the empty text, an empty mean the missing text.
+    {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Count"}, {}}, "none", 1},
+    {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, "n/a", 1},
+    {"empty-and-missing-texts", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Mean"}, {}}, "4.0", 1},
+    // Counts 6 and 5 pass the threshold 5; 3 and the empty 0 are hidden; percentages never.
+    {"hide-small-counts", 0, {{"Region", "South"}, {"Count"}, {}}, "5", 1},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Count"}, {}}, "<5", 1},
+    {"hide-small-counts", 0, {{"Region", "West"}, {"Count"}, {}}, "<5", 1},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Column %"}, {}}, "21.4%", 1},
+    {"decorations", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, "(4.7)", 1},
+    {"decorations", 0, {{"Region", "North", "Score"}, {"Mean"}, {}}, "2.5", 1},
+    {"decorations", 0, {{"Region", "South", "Score"}, {"Valid N"}, {}}, "(5)", 1},
+    {"decorations", 0, {{"Region", "West", "Score"}, {"Count"}, {}}, "N=0", 1},
+    {"percent-paren", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, "(37.5%)", 1},
+    {"titles", 0, {{"Region", "East"}, {"Count"}, {}}, "3", 1},
+    // The subtotal adds North and South: males 3 + 2, females 3 + 3; the total is every case.
+    {"totals-and-subtotals", 0, {{"Region", "North and South"}, {"Gender", "Female", "Count"}, {}}, "6", 1},
+    {"totals-and-subtotals", 0, {{"Region", "Total"}, {"Gender", "Male", "Count"}, {}}, "8", 1},
+    // Without MISSING=INCLUDE the two "No answer" cases are left out of the total.
+    {"missing-excluded", 0, {{"Rating", "Total"}, {"Count"}, {}}, "12", 1},
+    {"missing-excluded", 0, {{"Rating", "No answer"}, {"Count"}, {}}, "", 0},
+    {"missing-included", 0, {{"Rating", "No answer"}, {"Count"}, {}}, "2", 1},
+    {"missing-included", 0, {{"Rating", "Total"}, {"Count"}, {}}, "14", 1},
+    {"split-separate", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, "2", 1},
+    {"split-separate", 1, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, "1", 1},
+    // Laid out together, the one table counts all fourteen cases.
+    {"split-layered", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, "3", 1},
+    // Weighted: East males weigh 3.5 and show rounded; 4 of the male weight 8.5 is 47.1%.
+    {"weighted", 0, {{"Region", "East"}, {"Gender", "Male", "Count"}, {}}, "4", 1},
+    {"weighted", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, "47.1%", 1},
+    {"weighted", 0, {{"Region", "South"}, {"Gender", "Female", "Column %"}, {}}, "42.9%", 1},
+};
+
+TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) {
+  for (const CellCase& cellCase : kCellCases) {
+    SCOPED_TRACE(std::string(cellCase.goldenCase) + " " + cellCase.expected);
+    const nlohmann::json document =
+        nlohmann::json::parse(RunOnSurvey(FindGoldenCase(cellCase.goldenCase).settings, "json"));
+    const std::vector<nlohmann::json> tables = TablesOf(document);
+    ASSERT_LT(cellCase.table, static_cast<int>(tables.size()));
+    const std::vector<std::string> texts = CellTexts(tables[static_cast<size_t>(cellCase.table)], cellCase.path);
+    ASSERT_EQ(static_cast<int>(texts.size()), cellCase.occurrences);
+    for (const std::string& text : texts) EXPECT_EQ(text, cellCase.expected);
+  }
+}
+
+TEST(DeliveredTables, TitleCaptionCornerAndWidthsReachTheTable) {
+  const nlohmann::json titled =
+      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("titles").settings, "json")))[0];
+  // )TABLE is the expression in upper case with variable labels for names: "Region".
+  EXPECT_EQ(titled["title"], "Counts of Region");
+  EXPECT_FALSE(titled["titleHidden"].get<bool>());
+  EXPECT_EQ(titled["caption"], "Small data");
+  EXPECT_EQ(titled["corner"], "Where");
+
+  // Without split groups )SPLIT stays as written; with them it names the group.
+  const nlohmann::json plain =
+      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("title-split-without-groups").settings, "json")))[0];
+  EXPECT_EQ(plain["title"], "Region, )SPLIT");
+  const std::vector<nlohmann::json> split =
+      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("split-separate").settings, "json")));
+  ASSERT_EQ(split.size(), 2u);
+  EXPECT_EQ(split[0]["title"], "Region, Wave: First");
+  EXPECT_EQ(split[1]["title"], "Region, Wave: Second");
+
+  // 2 cm = 56.69 points and 3 cm = 85.04 points, cut to whole points.
+  const nlohmann::json widths =
+      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("column-widths").settings, "json")))[0];
+  EXPECT_EQ(widths["minDataColumnWidth"], 56);
+  EXPECT_EQ(widths["maxDataColumnWidth"], 85);
+}
+
+TEST(DeliveredTables, SplitGroupsLaidOutTogetherGetNoGroupHeading) {
+  const std::string layered = RunOnSurvey(FindGoldenCase("split-layered").settings, "text");
+  EXPECT_EQ(layered.find("Wave:"), std::string::npos) << layered;
+  const std::string separate = RunOnSurvey(FindGoldenCase("split-separate").settings, "text");
+  EXPECT_NE(separate.find("Wave: First\n---"), std::string::npos) << separate;
+  EXPECT_NE(separate.find("Wave: Second\n---"), std::string::npos) << separate;
+}
+
+struct VariableLabelCase {
+  const char* display;
+  std::vector<std::string> rowPath;  // of the North, grp 10 cell
+};
+
+TEST(DeliveredTables, VariableLabelOptionsNameTheRowVariable) {
+  const VariableLabelCase cases[] = {
+      {"DEFAULT", {"Region", "North"}},
+      {"NAME", {"region", "North"}},
+      {"LABEL", {"Region", "North"}},
+      {"BOTH", {"region Region", "North"}},
+      {"NONE", {"North"}},
+  };
+  for (const VariableLabelCase& labelCase : cases) {
+    SCOPED_TRACE(labelCase.display);
+    const RunSettings settings(std::string("QUILT /VLABELS VARIABLES=region grp DISPLAY=") + labelCase.display +
+                               " /TABLE region BY grp [COUNT].");
+    const nlohmann::json table = TablesOf(nlohmann::json::parse(RunOnSurvey(settings, "json")))[0];
+    // North with grp 10: rows 1, 3, 8 and 10. grp has no label, so every option but NONE
+    // shows its name; NONE hides it.
+    const std::vector<std::string> column =
+        std::string(labelCase.display) == "NONE" ? std::vector<std::string>{"10", "Count"}
+                                                 : std::vector<std::string>{"grp", "10", "Count"};
+    EXPECT_EQ(CellTexts(table, {labelCase.rowPath, column, {}}), std::vector<std::string>{"4"});
+  }
+}
+
+struct EmptyTextCase {
+  const char* format;    // the FORMAT subcommand, or empty for none
+  const char* expected;  // East x Female count, which holds no case
+};
+
+TEST(DeliveredTables, EmptyCountCellFollowsFormatEmpty) {
+  const EmptyTextCase cases[] = {
+      {"", "0"},
+      {"/FORMAT EMPTY=ZERO ", "0"},
+      {"/FORMAT EMPTY=BLANK ", " "},
+      {"/FORMAT EMPTY='-' ", "-"},
+  };
+  for (const EmptyTextCase& emptyCase : cases) {
+    SCOPED_TRACE(emptyCase.format);
+    // The custom format F5.1 applies to the zero as to every count.
+    const RunSettings settings(std::string("QUILT ") + emptyCase.format +
+                               "/TABLE region BY gender [COUNT F5.1] /CATEGORIES VARIABLES=region gender EMPTY=EXCLUDE.");
+    const nlohmann::json table = TablesOf(nlohmann::json::parse(RunOnSurvey(settings, "json")))[0];
+    const std::string expected = std::string(emptyCase.expected) == "0" ? "0.0" : emptyCase.expected;
+    EXPECT_EQ(CellTexts(table, {{"Region", "East"}, {"Gender", "Female", "Count"}, {}}),
+              std::vector<std::string>{expected});
+    // North males (rows 1, 2, 8) are unaffected by the empty text.
+    EXPECT_EQ(CellTexts(table, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}),
+              std::vector<std::string>{"3.0"});
+  }
+}
+
+}  // namespace
