@@ -19,7 +19,11 @@ std::string RunOnSurvey(const RunSettings& settings, const std::string& format) 
   const fs::path folder = fs::temp_directory_path() / ("quilt-delivered-" + name + "-" + format);
   fs::create_directories(folder);
   std::ofstream(folder / "small.csv", std::ios::binary) << kSurveyCsv;
-  std::ofstream(folder / "small.dict.json", std::ios::binary) << kSurveyDictionary;
+  std::string dictionary = kSurveyDictionary;
+  if (!settings.extraDictionaryMembers.empty()) {
+    dictionary.insert(dictionary.rfind('}'), ",\n  " + settings.extraDictionaryMembers + "\n");
+  }
+  std::ofstream(folder / "small.dict.json", std::ios::binary) << dictionary;
 
   ProgramOptions options;
   options.dataPath = (folder / "small.csv").string();

@@ -70,16 +70,18 @@ inline const char* kSurveyDictionary = R"({
 /// How one command is run: the command and the program options that differ from the default.
 struct RunSettings {
   RunSettings(std::string commandText, std::string weight = {}, std::vector<std::string> split = {},
-              std::string layout = {})
+              std::string layout = {}, std::string dictionaryMembers = {})
       : command(std::move(commandText)),
         weightVariable(std::move(weight)),
         splitVariables(std::move(split)),
-        splitLayout(std::move(layout)) {}
+        splitLayout(std::move(layout)),
+        extraDictionaryMembers(std::move(dictionaryMembers)) {}
 
   std::string command;
   std::string weightVariable;               // empty: unweighted
   std::vector<std::string> splitVariables;  // empty: no split groups
   std::string splitLayout;                  // empty: separate
+  std::string extraDictionaryMembers;       // JSON members added to the dictionary, e.g. "weight": "wt"
 };
 
 /// Writes the survey to a fresh scratch folder, runs `settings` in `format` ("text" or
