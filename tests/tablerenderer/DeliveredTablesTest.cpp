@@ -87,6 +87,21 @@ const GoldenCase kGoldenCases[] = {
     {"modes-and-median", {"QUILT /TABLE region > score [MODE MEDIAN]."}},
     {"slabels-row-hidden", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=ROW VISIBLE=NO."}},
     {"rows-only-statistics-hidden", {"QUILT /TABLE region [COUNT COLPCT.COUNT] /SLABELS VISIBLE=NO."}},
+    {"three-dimensions-statistics-in-layers",
+     {"QUILT /TABLE region BY gender BY wave [COUNT COLPCT.COUNT] /SLABELS POSITION=LAYER."}},
+    {"three-dimensions-statistics-hidden",
+     {"QUILT /TABLE region BY gender BY wave [COUNT COLPCT.COUNT] /SLABELS VISIBLE=NO."}},
+    {"three-dimensions-rowlabels-opposite",
+     {"QUILT /TABLE region BY gender BY wave [COUNT] /CLABELS ROWLABELS=OPPOSITE."}},
+    {"totals-on-both-axes",
+     {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=region [1, 2, SUBTOTAL='N+S', 3] "
+      "TOTAL=YES /CATEGORIES VARIABLES=gender TOTAL=YES LABEL='Both' POSITION=BEFORE."}},
+    {"missing-included-by-gender",
+     {"QUILT /TABLE q BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=q MISSING=INCLUDE TOTAL=YES."}},
+    {"nested-rows",
+     {"QUILT /TABLE region > gender BY q [COUNT ROWPCT.COUNT] /CATEGORIES VARIABLES=gender q EMPTY=EXCLUDE."}},
+    {"percentiles-with-total",
+     {"QUILT /TABLE region > score [MEAN PTILE 25 PTILE 75] BY gender /CATEGORIES VARIABLES=gender TOTAL=YES."}},
 };
 
 class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
@@ -212,6 +227,28 @@ const CellCase kCellCases[] = {
     // Statistics hidden in the rows: count and percentage share the visible path.
     {"slabels-row-hidden", 0, {{"Region", "East"}, {"Gender", "Male"}, {}}, {"3", "37.5%"}},
     {"rows-only-statistics-hidden", 0, {{"Region", "North"}, {}, {}}, {"6", "42.9%"}},
+    // First wave males: North 2, South 1, East 2 of 5; second wave males 1 of 3 each.
+    {"three-dimensions-statistics-in-layers", 0, {{"Region", "South"}, {"Gender", "Male"}, {"Wave", "First", "Column %"}}, {"20.0%"}},
+    {"three-dimensions-statistics-in-layers", 0, {{"Region", "East"}, {"Gender", "Male"}, {"Wave", "Second", "Column %"}}, {"33.3%"}},
+    {"three-dimensions-statistics-hidden", 0, {{"Region", "North"}, {"Gender", "Male"}, {"Wave", "First"}}, {"2", "40.0%"}},
+    {"three-dimensions-rowlabels-opposite", 0, {{"Region"}, {"Gender", "Female", "North", "Count"}, {"Wave", "Second"}}, {"2"}},
+    // N+S: males 3 + 2 = 5 of 8 = 62.5%, all six females; the total column comes first.
+    {"totals-on-both-axes", 0, {{"Region", "N+S"}, {"Gender", "Male", "Column %"}, {}}, {"62.5%"}},
+    {"totals-on-both-axes", 0, {{"Region", "N+S"}, {"Gender", "Both", "Count"}, {}}, {"11"}},
+    {"totals-on-both-axes", 0, {{"Region", "Total"}, {"Gender", "Both", "Column %"}, {}}, {"100.0%"}},
+    {"totals-on-both-axes", 0, {{"Region", "West"}, {"Gender", "Male", "Count"}, {}}, {}},
+    // Males: q 1 in rows 1, 7, 12, 14, q 9 in row 4; females: q 9 in row 10 of six.
+    {"missing-included-by-gender", 0, {{"Rating", "Low"}, {"Gender", "Male", "Count"}, {}}, {"4"}},
+    {"missing-included-by-gender", 0, {{"Rating", "No answer"}, {"Gender", "Female", "Column %"}, {}}, {"16.7%"}},
+    // North females: q 1 in rows 3 and 9, row 10 is "No answer" and left out: 2 of 2.
+    {"nested-rows", 0, {{"Region", "North", "Gender", "Female"}, {"Rating", "Low", "Row %"}, {}}, {"100.0%"}},
+    {"nested-rows", 0, {{"Region", "South", "Gender", "Female"}, {"Rating", "High", "Count"}, {}}, {"2"}},
+    // South males score 6 and 2: PTILE 25 (t = 0.5) is 2.0, PTILE 75 (t = 1.5) is 6.0. All of
+    // North at 75 (t = 4.5) is the fifth value, 5.0.
+    {"percentiles-with-total", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Percentile 25"}, {}}, {"2.0"}},
+    {"percentiles-with-total", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Percentile 75"}, {}}, {"6.0"}},
+    {"percentiles-with-total", 0, {{"Region", "North", "Score"}, {"Gender", "Total", "Percentile 75"}, {}}, {"5.0"}},
+    {"percentiles-with-total", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"."}},
 };
 
 TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) {
