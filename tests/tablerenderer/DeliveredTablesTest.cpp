@@ -56,6 +56,7 @@ const GoldenCase kGoldenCases[] = {
     {"clabels-collabels-opposite", {"QUILT /TABLE region BY gender [COUNT] /CLABELS COLLABELS=OPPOSITE."}},
     {"clabels-rowlabels-layer", {"QUILT /TABLE region BY gender [COUNT] /CLABELS ROWLABELS=LAYER."}},
     {"clabels-collabels-layer", {"QUILT /TABLE region BY gender [COUNT] /CLABELS COLLABELS=LAYER."}},
+    {"clabels-auto", {"QUILT /TABLE region BY gender [COUNT] /CLABELS AUTO."}},
     {"empty-excluded",
      {"QUILT /TABLE region BY gender [COUNT] /CATEGORIES VARIABLES=region gender EMPTY=EXCLUDE."}},
     {"empty-and-missing-texts",
@@ -175,6 +176,7 @@ const CellCase kCellCases[] = {
     {"clabels-collabels-opposite", 0, {{"Region", "South", "Female"}, {"Gender", "Count"}, {}}, {"3"}},
     {"clabels-rowlabels-layer", 0, {{"Region"}, {"Gender", "Male", "Count"}, {"East"}}, {"3"}},
     {"clabels-collabels-layer", 0, {{"Region", "North"}, {"Gender", "Count"}, {"Female"}}, {"3"}},
+    {"clabels-auto", 0, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"3"}},
     // EMPTY=EXCLUDE drops West; East keeps its row and its empty female cell is filled.
     {"empty-excluded", 0, {{"Region", "West"}, {"Gender", "Male", "Count"}, {}}, {}},
     {"empty-excluded", 0, {{"Region", "East"}, {"Gender", "Female", "Count"}, {}}, {"0"}},
