@@ -342,6 +342,7 @@ bool CubeDispatcher::IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& d
     removed.EndSublist();
   }
   bool removedDue = false;
+  _data->_quiltTable->ClearPostComputeRequiredCat();
   removed.Sublist();
   for (int i = 0; i < metadata.NumberOfDimensions(); ++i) {
     TableDimension& dimension = *metadata.GetDimension(i);

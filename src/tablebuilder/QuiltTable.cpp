@@ -559,6 +559,10 @@ void QuiltTable::SetPostComputeRequiredCat(const std::vector<AggregationCategory
   d._postComputeRequiredCat->insert(d._postComputeRequiredCat->end(), categories.begin(), categories.end());
 }
 
+void QuiltTable::ClearPostComputeRequiredCat() {
+  if (_tableData->_postComputeRequiredCat) _tableData->_postComputeRequiredCat->clear();
+}
+
 void QuiltTable::BuildCompleteTable() {
   Data& d = *_tableData;
   CreateFinalTree(d._prelimRowRoot, d._rowHeaderRoot, d._hasRowAxisCubes, TableEncryptionCodes::kDimensionRow);

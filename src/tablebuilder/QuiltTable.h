@@ -93,7 +93,10 @@ class QuiltTable {
   bool HasLayerAxisCubes() const;
   /// Categories that computed categories need; null until the first Set call.
   std::vector<AggregationCategory*>* GetPostComputeRequiredCat() const;
+  /// Appends the categories one dimension's computed categories may name.
   void SetPostComputeRequiredCat(const std::vector<AggregationCategory*>& categories);
+  /// Forgets them: each split group's dimensions make categories of their own.
+  void ClearPostComputeRequiredCat();
 
   // The leaf walk. `key` holds the categories on the path to the current leaf, outer first;
   // `keyChanged` is set whenever it changes; `emptyCount` counts the include-empty nodes on

@@ -3,3 +3,22 @@
 
 AggregationCategory::AggregationCategory(int catType, int encoding, int varIndex)
     : _catType(catType), _encoding(encoding), _varIndex(varIndex) {}
+
+void AggregationCategory::SetPCFormats(const std::vector<int>& statCodes, const std::vector<int>& displayFormats,
+                                       const std::vector<int>& packedFormats) {
+  _pcStatCodes = statCodes;
+  _pcDisplayFormats = displayFormats;
+  _pcFormats.clear();
+  _pcFormatGiven.clear();
+  for (int packed : packedFormats) {
+    _pcFormats.emplace_back(static_cast<long>(packed));
+    _pcFormatGiven.push_back(packed != 0);
+  }
+}
+
+std::vector<const TARN_Format*> AggregationCategory::GetPCDecimal() const {
+  std::vector<const TARN_Format*> formats;
+  formats.reserve(_pcFormats.size());
+  for (std::size_t i = 0; i < _pcFormats.size(); ++i) formats.push_back(_pcFormatGiven[i] ? &_pcFormats[i] : nullptr);
+  return formats;
+}

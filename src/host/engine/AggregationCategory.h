@@ -2,9 +2,11 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "host/data/Obs.h"
 #include "host/data/ObsValue.h"
+#include "host/data/TARN_Format.h"
 
 /// One displayed category. The engine makes them for each dimension at CompleteCases and
 /// keeps them as long as the table; the system also makes free-standing ones for labels.
@@ -33,9 +35,13 @@ class AggregationCategory {
   const std::string& GetPCatName() const { return _pcatName; }
   bool UseLabelForVar() const { return _useLabelForVar; }
   bool IsLabelDefault() const { return _isLabelDefault; }
-  int GetPCFormat() const { return _pcFormat; }
-  int GetPCDisplayFormat() const { return _pcDisplayFormat; }
-  int GetPCDecimal() const { return _pcDecimal; }
+  /// A computed category's own formats, one entry per statistic named by its properties,
+  /// three lists in parallel: the statistic codes, the display decorations, and the formats
+  /// (null where the statistic was named without a format).
+  const std::vector<int>& GetPCFormat() const { return _pcStatCodes; }
+  const std::vector<int>& GetPCDisplayFormat() const { return _pcDisplayFormats; }
+  /// The pointers point into this category and live as long as it does.
+  std::vector<const TARN_Format*> GetPCDecimal() const;
   /// A user-missing value shown as a category (MISSING=INCLUDE or named in a list).
   bool IsMissingCategory() const { return _isMissing; }
 
@@ -49,11 +55,9 @@ class AggregationCategory {
   }
   void SetPCatName(const std::string& name) { _pcatName = name; }
   void SetUseLabelForVar(bool flag) { _useLabelForVar = flag; }
-  void SetPCFormats(int format, int displayFormat, int decimals) {
-    _pcFormat = format;
-    _pcDisplayFormat = displayFormat;
-    _pcDecimal = decimals;
-  }
+  /// `packedFormats` holds TARN_Format::Pack values, 0 for none.
+  void SetPCFormats(const std::vector<int>& statCodes, const std::vector<int>& displayFormats,
+                    const std::vector<int>& packedFormats);
   void SetIsMissingCategory(bool flag) { _isMissing = flag; }
 
  private:
@@ -66,8 +70,9 @@ class AggregationCategory {
   std::string _pcatName;
   bool _useLabelForVar = false;
   bool _isLabelDefault = true;
-  int _pcFormat = 0;
-  int _pcDisplayFormat = 0;
-  int _pcDecimal = 0;
+  std::vector<int> _pcStatCodes;
+  std::vector<int> _pcDisplayFormats;
+  std::vector<TARN_Format> _pcFormats;
+  std::vector<bool> _pcFormatGiven;
   bool _isMissing = false;
 };

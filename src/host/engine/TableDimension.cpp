@@ -776,9 +776,7 @@ void TableDimension::CompleteCategories() {
           category->SetPCatName(item->GetPCatName());
           const auto& labels = item->GetCategories();
           category->SetCatLabel(labels.empty() ? item->GetPCatName() : labels.front(), labels.empty());
-          const int format = item->GetFormats().empty() ? 0 : item->GetFormats().front();
-          const int display = item->GetDisplayFormats().empty() ? 0 : item->GetDisplayFormats().front();
-          category->SetPCFormats(format, display, 0);
+          category->SetPCFormats(item->GetStatCodes(), item->GetDisplayFormats(), item->GetFormats());
           d._categories.push_back(category.get());
           d._owned.push_back(std::move(category));
           break;
