@@ -154,6 +154,12 @@ void TableDelivery::Data::WriteStatDataInCell(SyntaxVariableName* statVar, bool 
                                               const AggregationResult& result) {
   DisplayFormat display = PresentationCodes::kDisplayPlain;
   const TARN_Format* format = GetCustomFormat(statVar, useTotal, display, statType, ptile);
+  WriteFormattedCell(statVar, statFormat, group, label, result, format, display);
+}
+
+void TableDelivery::Data::WriteFormattedCell(SyntaxVariableName* statVar, int statFormat, BpGroup& group,
+                                             const BpCellText& label, const AggregationResult& result,
+                                             const TARN_Format* format, DisplayFormat display) {
   const int vIndex = FormatVariableIndex(statVar);
   int decimals = 0;
   if (vIndex >= 0 && _dataSource != nullptr && _dataSource->GetVariable(vIndex) != nullptr) {
@@ -164,18 +170,25 @@ void TableDelivery::Data::WriteStatDataInCell(SyntaxVariableName* statVar, bool 
   RenderCell(group, label, result, statFormat, format, display, vIndex, decimals);
 }
 
-const TARN_Format* TableDelivery::Data::GetCustomFormat(SyntaxVariableName* statVar, bool useTotal,
-                                                        DisplayFormat& display, int statType, double ptile) const {
+const Statistics* TableDelivery::Data::FindTableStatistic(SyntaxVariableName* statVar, bool useTotal, int statType,
+                                                          double ptile) const {
   if (statVar == nullptr) return nullptr;
   const std::vector<Statistics*>& statistics =
       useTotal && statVar->GetHasTotalStats() ? statVar->GetTotalStats() : statVar->GetStatistics();
   for (const Statistics* statistic : statistics) {
     if (statistic->GetStatType() != statType) continue;
     if (IsPercentileCode(statType) && statistic->GetCutPoint() != ptile) continue;
-    display = statistic->GetStatDisplayFormat();
-    return statistic->GetFormat();
+    return statistic;
   }
   return nullptr;
+}
+
+const TARN_Format* TableDelivery::Data::GetCustomFormat(SyntaxVariableName* statVar, bool useTotal,
+                                                        DisplayFormat& display, int statType, double ptile) const {
+  const Statistics* statistic = FindTableStatistic(statVar, useTotal, statType, ptile);
+  if (statistic == nullptr) return nullptr;
+  display = statistic->GetStatDisplayFormat();
+  return statistic->GetFormat();
 }
 
 bool TableDelivery::Data::IfUseEmptyString(int statType) const {

@@ -235,6 +235,7 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
   GetPcomputeRequiredCat(table);
   GetComputingCats(walk.leaves);
   _parsedCatLists.clear();
+  _parsedCatListVars.clear();
   GetParsedCategory(walk.leaves);
 
   CellStatistic statistic;
@@ -310,6 +311,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   if (HasPostCategories(outer.leaves)) GetComputingCats(outer.leaves);
   if (HasPostCategories(inner.leaves)) GetComputingCats(inner.leaves);
   _parsedCatLists.clear();
+  _parsedCatListVars.clear();
   GetParsedCategory(outer.leaves);
   GetParsedCategory(inner.leaves);
 
@@ -465,6 +467,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
     if (HasPostCategories(walk->leaves)) GetComputingCats(walk->leaves);
   }
   _parsedCatLists.clear();
+  _parsedCatListVars.clear();
   for (AxisWalk* walk : {&walk1, &walk2, &walk3}) GetParsedCategory(walk->leaves);
 
   // Loop indices and keys back in dimension order (rows, columns, layers).

@@ -26,6 +26,8 @@ class CubeAggregator;
 class HeaderTreeNode;
 class ParsedCategory;
 class ProcedureDataSource;
+class Statistics;
+class SyntaxPComputeSubcommand;
 class SyntaxTableSubcommand;
 class SyntaxVariableName;
 class TableAxis;
@@ -64,6 +66,7 @@ struct TableDelivery::Data {
   std::vector<TokenInfo> _operatorTokens;
   std::vector<StatValues> _operandValues;
   std::vector<const std::vector<ParsedCategory*>*> _parsedCatLists;
+  std::vector<int> _parsedCatListVars;  // parallel: the dictionary index of each list's variable
   std::vector<std::vector<StatValues>> _groupOperandValues;
   bool _statsVisible = true;
   bool _subtotalsTested = false;
@@ -98,12 +101,18 @@ struct TableDelivery::Data {
                         SyntaxVariableName* statVar, int statType, double ptile, int statFormat, BPTreeNode* leaf);
   void WriteStatDataInCell(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile, int statFormat,
                            BpGroup& group, const BpCellText& label, const AggregationResult& result);
+  /// Writes `result` with `format` (null: the statistic's default) and `display`.
+  void WriteFormattedCell(SyntaxVariableName* statVar, int statFormat, BpGroup& group, const BpCellText& label,
+                          const AggregationResult& result, const TARN_Format* format, DisplayFormat display);
   void WriteDataInCell(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile, int statFormat,
                        BpGroup& group, const BpCellText& label);
   void RenderCell(BpGroup& group, const BpCellText& label, const AggregationResult& result, int statFormat,
                   const TARN_Format* format, DisplayFormat display, int vIndex, int decimals);
   void RenderNumericCell(BpCategory& category, int statFormat, const TARN_Format* format, double value1,
                          double value2);
+  /// The statistic of the table that a cell of `statType` shows, as the user wrote it; null
+  /// when the variable's list does not name it.
+  const Statistics* FindTableStatistic(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile) const;
   /// The format the user gave the statistic, or null; `display` gets its decoration.
   const TARN_Format* GetCustomFormat(SyntaxVariableName* statVar, bool useTotal, DisplayFormat& display, int statType,
                                      double ptile) const;
@@ -165,4 +174,11 @@ struct TableDelivery::Data {
   bool HasTheStat(SyntaxVariableName* statVar, int statType) const;
   bool IsHiddenSource(const CategoryKey& key, const std::vector<const std::vector<ParsedCategory*>*>& lists,
                       int comperimeter) const;
+  /// Whether an operand of `pCompute` names `category` of dictionary variable `variable`;
+  /// `list` is the explicit list the computed category stands in.
+  bool RefersToSource(const SyntaxPComputeSubcommand& pCompute, const std::vector<ParsedCategory*>& list,
+                      const AggregationCategory* category, int variable) const;
+  /// A category's value as the expressions name it: a string value without its trailing
+  /// blanks, a set member's variable name; empty for numbers and other kinds.
+  std::string CategoryText(const AggregationCategory* category) const;
 };
