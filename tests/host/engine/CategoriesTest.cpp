@@ -169,13 +169,24 @@ TEST(Categories, OneSidedRangesAndComputedPlaceholder) {
   std::vector<ParsedCategory*> items = {
       new ParsedCategory(&one, 0, ParsedCategory::kParsedLo),
       new ParsedCategory(&three, 0, ParsedCategory::kParsedHi),
-      new ParsedCategory("diff", {"Difference"}, false, {1}, {0}, {0}, ParsedCategory::kParsedComputed, 0)};
+      // Formats for COUNT (F8.2, plain) and for statistic 3 (no format, decoration 2).
+      new ParsedCategory("diff", {"Difference"}, false, {1, 3}, {0, 2},
+                         {static_cast<int>(TARN_Format(kFormatF, 8, 2).Pack()), 0}, ParsedCategory::kParsedComputed,
+                         0)};
   t._q->AddParsedCategories(&items);
   t.Run();
   EXPECT_EQ(t.Describe(), "1:Yes 3: 4:Maybe S:Difference");
   const AggregationCategory* computed = t._dim->GetCategories()[3];
   EXPECT_EQ(computed->GetCatType(), AggregationCategory::kPcompute);
   EXPECT_EQ(computed->GetPCatName(), "diff");
+  // Every statistic the properties name keeps its format, in parallel lists.
+  EXPECT_EQ(computed->GetPCFormat(), (std::vector<int>{1, 3}));
+  EXPECT_EQ(computed->GetPCDisplayFormat(), (std::vector<int>{0, 2}));
+  const std::vector<const TARN_Format*> formats = computed->GetPCDecimal();
+  ASSERT_EQ(formats.size(), 2u);
+  ASSERT_NE(formats[0], nullptr);
+  EXPECT_EQ(*formats[0], TARN_Format(kFormatF, 8, 2));
+  EXPECT_EQ(formats[1], nullptr);
   EXPECT_EQ(t._agg->GetStatValues({computed}, -1), nullptr);
   EXPECT_DOUBLE_EQ(t.At(kCellKeyTotal, 1), 3);  // 1, 1, 3: value 2 is outside the list
   for (ParsedCategory* item : items) delete item;
