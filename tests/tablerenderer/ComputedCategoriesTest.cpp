@@ -66,6 +66,9 @@ const ComputedCase kCases[] = {
      {"QUILT /PCOMPUTE &ns=EXPR([1]+[2]) /PCOMPUTE &fm=EXPR([2]-[1]) /PPROPERTIES &ns &fm HIDESOURCECATS=YES "
       "/TABLE region BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=region [1,2,3,&ns] "
       "/CATEGORIES VARIABLES=gender [1,2,&fm] TOTAL=YES."}},
+    {"statistic-the-source-lacks",
+     {"QUILT /PCOMPUTE &rest=EXPR(TOTAL-[1]) /TABLE region BY gender [COUNT COLPCT.COUNT TOTALS[COUNT]] "
+      "/CATEGORIES VARIABLES=gender [1,2,&rest] TOTAL=YES."}},
     {"split-groups",
      {"QUILT /PCOMPUTE &d=EXPR([2]-[1]) /TABLE region BY gender [COUNT COLPCT.COUNT] "
       "/CATEGORIES VARIABLES=gender [1,2,&d] /CATEGORIES VARIABLES=region [1,2,3].",
@@ -153,6 +156,10 @@ const CellCase kCells[] = {
     {"computed-on-both-axes", 0, {{"Region", "[1]+[2]"}, {"Gender", "Total", "Count"}, {}}, {"11"}},
     {"computed-on-both-axes", 0, {{"Region", "[1]+[2]"}, {"Gender", "[2]-[1]", "Count"}, {}}, {"  "}},
     {"computed-on-both-axes", 0, {{"Region", "North"}, {"Gender", "Total", "Count"}, {}}, {}},
+    // The total column counts only: TOTAL - men is 6 - 3 as a count, and no column
+    // percentage at all, since the total cell has none to subtract from.
+    {"statistic-the-source-lacks", 0, {{"Region", "North"}, {"Gender", "TOTAL-[1]", "Count"}, {}}, {"3"}},
+    {"statistic-the-source-lacks", 0, {{"Region", "North"}, {"Gender", "TOTAL-[1]", "Column %"}, {}}, {}},
     // First wave North: 1 female of 2 (50%) minus 2 males of 5 (40%); second wave 2 of 4
     // minus 1 of 3.
     {"split-groups", 0, {{"Region", "North"}, {"Gender", "[2]-[1]", "Column %"}, {}}, {"10.0%"}},
