@@ -79,6 +79,7 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /TABLE region BY gender [COUNT] /TITLES TITLE='Region, )SPLIT'.", "", {"wave"}, "separate"}},
     {"split-layered", {"QUILT /TABLE region BY gender [COUNT].", "", {"wave"}, "layered"}},
     {"weighted", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT].", "wt"}},
+    {"base-weighted", {"QUILT /WEIGHT VARIABLE=wt /TABLE region BY gender [COUNT COLPCT.COUNT UCOUNT]."}},
     {"weighted-by-dictionary", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT].", "", {}, "", R"("weight": "wt")"}},
     {"split-by-dictionary",
      {"QUILT /TABLE region BY gender [COUNT].", "", {}, "", R"("split": {"variables": ["wave"], "layout": "separate"})"}},
@@ -212,6 +213,9 @@ const CellCase kCellCases[] = {
     {"weighted", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
     {"weighted", 0, {{"Region", "South"}, {"Gender", "Female", "Column %"}, {}}, {"42.9%"}},
     {"weighted-by-dictionary", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
+    // A base weight weighs as the case weight does, and the unweighted count stays beside it.
+    {"base-weighted", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
+    {"base-weighted", 0, {{"Region", "South"}, {"Gender", "Male", "Unweighted Count"}, {}}, {"2"}},
     {"split-by-dictionary", 1, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"2"}},
     // Threshold 4. North males weigh 4.0 on 3 cases: the companion 3 hides the cell as
     // missing. South females weigh 3.0 on 3 cases: an exact count, shown as "<4". South
