@@ -780,9 +780,12 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
             switch (wanted) {
               case Codes::kExplicitString:
               case Codes::kExplicitName:
-                // A member variable "[name]" can only stand in a dichotomy set's list.
+                // A member variable "[name]" can only stand in a dichotomy set's list, and is
+                // named without regard to case, as variables are everywhere; a literal is exact.
                 found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
-                        element->GetToken() == reference.token;
+                        (wanted == Codes::kExplicitName
+                             ? SyntaxParserUtility::ExactWordMatch(element->GetToken(), reference.token)
+                             : element->GetToken() == reference.token);
                 break;
               case Codes::kExplicitNumber: {
                 // Texts are compared, so "[1]" does not find an element written "1.0".

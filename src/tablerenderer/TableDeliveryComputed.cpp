@@ -528,7 +528,7 @@ bool TableDelivery::Data::GetPostCellKey(const TokenInfo& token, CategoryKey& ke
     }
   } else if (token.listType == Codes::kExplicitName) {
     for (const AggregationCategory* category : _requiredCats) {
-      if (CategoryText(category) == token.token) {
+      if (NamesCategory(token, category)) {
         hit = category;
         break;
       }
@@ -554,6 +554,14 @@ bool TableDelivery::Data::IsRightCategory(const TokenInfo& token, const Aggregat
   OBS converted{};
   if (FromString(token.token.c_str(), dictionary->GetFormat(), &converted) != 0) return false;
   return converted.number == NumericValue(category);
+}
+
+bool TableDelivery::Data::NamesCategory(const TokenInfo& token, const AggregationCategory* category) const {
+  // Variable names are read without regard to case, values exactly.
+  if (category->GetCatType() == AggregationCategory::kVariable) {
+    return SyntaxParserUtility::ExactWordMatch(CategoryText(category), token.token);
+  }
+  return CategoryText(category) == token.token;
 }
 
 std::string TableDelivery::Data::CategoryText(const AggregationCategory* category) const {
@@ -760,7 +768,7 @@ bool TableDelivery::Data::RefersToSource(const SyntaxPComputeSubcommand& pComput
         if (sameVariable && CategoryText(category) == token.token) return true;
         break;
       case Codes::kExplicitName:
-        if (token.tokenType == Expr::kExprName && sameVariable && CategoryText(category) == token.token) return true;
+        if (token.tokenType == Expr::kExprName && sameVariable && NamesCategory(token, category)) return true;
         break;
       case Codes::kExplicitRange:
         if (sameVariable && IsNumericValue(category) && RangeBounds(token.token).Holds(NumericValue(category))) {

@@ -181,4 +181,6 @@ struct TableDelivery::Data {
   /// A category's value as the expressions name it: a string value without its trailing
   /// blanks, a set member's variable name; empty for numbers and other kinds.
   std::string CategoryText(const AggregationCategory* category) const;
+  /// Whether a name operand (a set member's name, or a value in quotes) names `category`.
+  bool NamesCategory(const TokenInfo& token, const AggregationCategory* category) const;
 };

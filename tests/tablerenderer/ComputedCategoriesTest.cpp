@@ -69,6 +69,12 @@ const ComputedCase kCases[] = {
     {"statistic-the-source-lacks",
      {"QUILT /PCOMPUTE &rest=EXPR(TOTAL-[1]) /TABLE region BY gender [COUNT COLPCT.COUNT TOTALS[COUNT]] "
       "/CATEGORIES VARIABLES=gender [1,2,&rest] TOTAL=YES."}},
+    {"dichotomy-set-in-list-order",
+     {"QUILT /PCOMPUTE &rg=EXPR([Region]+[gender]) /PPROPERTIES &rg LABEL='Region or gender' HIDESOURCECATS=YES "
+      "/TABLE $ones [COUNT] /CATEGORIES VARIABLES=$ones [q, gender, region, &rg].",
+      "", {}, "",
+      R"("mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1, )"
+      R"("variables": ["region", "gender", "q"], "labels": "varlabels"}])"}},
     {"split-groups",
      {"QUILT /PCOMPUTE &d=EXPR([2]-[1]) /TABLE region BY gender [COUNT COLPCT.COUNT] "
       "/CATEGORIES VARIABLES=gender [1,2,&d] /CATEGORIES VARIABLES=region [1,2,3].",
@@ -160,6 +166,11 @@ const CellCase kCells[] = {
     // percentage at all, since the total cell has none to subtract from.
     {"statistic-the-source-lacks", 0, {{"Region", "North"}, {"Gender", "TOTAL-[1]", "Count"}, {}}, {"3"}},
     {"statistic-the-source-lacks", 0, {{"Region", "North"}, {"Gender", "TOTAL-[1]", "Column %"}, {}}, {}},
+    // Responses of 1: region 1 (North) 6 cases, gender 1 (male) 8 cases, q 1 (low) 7 cases;
+    // the computed category sums the first two, whose rows leave the table.
+    {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Region or gender"}, {"Count"}, {}}, {"14"}},
+    {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Rating"}, {"Count"}, {}}, {"7"}},
+    {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Gender"}, {"Count"}, {}}, {}},
     // First wave North: 1 female of 2 (50%) minus 2 males of 5 (40%); second wave 2 of 4
     // minus 1 of 3.
     {"split-groups", 0, {{"Region", "North"}, {"Gender", "[2]-[1]", "Column %"}, {}}, {"10.0%"}},

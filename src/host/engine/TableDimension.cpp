@@ -424,6 +424,46 @@ struct TableDimension::Data {
     return _owned.back().get();
   }
 
+  // One member of a dichotomy set as a category, unless the list leaves it out or it is
+  // empty and empty categories are not wanted.
+  void AddMemberCategory(const AggregationVariable& variable, std::size_t i) {
+    if (!_memberListed[i]) return;
+    if (!_memberHit[i] && !variable.GetIsEmptyInclude()) return;
+    const TARN_Variable* member = _members[i];
+    auto category = std::make_unique<AggregationCategory>(AggregationCategory::kVariable, static_cast<int>(i),
+                                                          variable.GetVarIndices()[i]);
+    const auto* set = static_cast<const AggregationMDSet*>(&variable);
+    std::string label = member->GetLabel();
+    if (set->GetUseCountedValueLabels()) {
+      TARN_ValueLabelMap labels(member->GetValueLabels());
+      ObsValue counted(member->GetType(), nullptr, -1);
+      if (member->GetType() == 0) {
+        counted = _countedNumbers[i];
+      } else {
+        counted = _countedText;
+      }
+      const char* text = labels.GetLabel(counted.Obs());
+      if (text != nullptr) label = text;
+    }
+    if (label.empty()) label = member->GetName();
+    category->SetCatLabel(label, false);
+    category->SetUseLabelForVar(true);
+    _categories.push_back(category.get());
+    _owned.push_back(std::move(category));
+  }
+
+  // A computed category: no case falls in it; the renderer works its cells out.
+  void AddComputedCategory(const ParsedCategory& item, int varIndex) {
+    auto category = std::make_unique<AggregationCategory>(AggregationCategory::kPcompute,
+                                                          kPcomputeEncodingBase - item.GetIndex(), varIndex);
+    category->SetPCatName(item.GetPCatName());
+    const auto& labels = item.GetCategories();
+    category->SetCatLabel(labels.empty() ? item.GetPCatName() : labels.front(), labels.empty());
+    category->SetPCFormats(item.GetStatCodes(), item.GetDisplayFormats(), item.GetFormats());
+    _categories.push_back(category.get());
+    _owned.push_back(std::move(category));
+  }
+
   bool Shown(const ValueInfo& info) const {
     return info._seen || (info._labelled && _variable->GetIsEmptyInclude());
   }
@@ -693,30 +733,21 @@ void TableDimension::CompleteCategories() {
   const auto* parsed = variable.GetParsedCategories();
 
   if (d._kind == AggregationVariable::kDichotomySet) {
-    for (std::size_t i = 0; i < d._members.size(); ++i) {
-      if (!d._memberListed[i]) continue;
-      if (!d._memberHit[i] && !variable.GetIsEmptyInclude()) continue;
-      const TARN_Variable* member = d._members[i];
-      auto category = std::make_unique<AggregationCategory>(AggregationCategory::kVariable,
-                                                            static_cast<int>(i), variable.GetVarIndices()[i]);
-      const auto* set = static_cast<const AggregationMDSet*>(&variable);
-      std::string label = member->GetLabel();
-      if (set->GetUseCountedValueLabels()) {
-        TARN_ValueLabelMap labels(member->GetValueLabels());
-        ObsValue counted(member->GetType(), nullptr, -1);
-        if (member->GetType() == 0) {
-          counted = d._countedNumbers[i];
-        } else {
-          counted = d._countedText;
+    // An explicit list shows the members in its own order, with its computed categories
+    // among them; without one the members follow the set's order.
+    if (parsed == nullptr) {
+      for (std::size_t i = 0; i < d._members.size(); ++i) d.AddMemberCategory(variable, i);
+    } else {
+      for (const ParsedCategory* item : *parsed) {
+        if (item->GetPCType() == ParsedCategory::kParsedComputed) {
+          d.AddComputedCategory(*item, variable.GetVarIndex());
+          continue;
         }
-        const char* text = labels.GetLabel(counted.Obs());
-        if (text != nullptr) label = text;
+        if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
+        for (std::size_t i = 0; i < d._members.size(); ++i) {
+          if (variable.GetVarIndices()[i] == item->GetVarIndex()) d.AddMemberCategory(variable, i);
+        }
       }
-      if (label.empty()) label = member->GetName();
-      category->SetCatLabel(label, false);
-      category->SetUseLabelForVar(true);
-      d._categories.push_back(category.get());
-      d._owned.push_back(std::move(category));
     }
   } else if (parsed == nullptr) {
     if (variable.GetIsEmptyInclude()) d.RegisterLabelledValues();
@@ -769,18 +800,9 @@ void TableDimension::CompleteCategories() {
           d._owned.push_back(std::move(category));
           break;
         }
-        case ParsedCategory::kParsedComputed: {
-          auto category = std::make_unique<AggregationCategory>(AggregationCategory::kPcompute,
-                                                                kPcomputeEncodingBase - item->GetIndex(),
-                                                                variable.GetVarIndex());
-          category->SetPCatName(item->GetPCatName());
-          const auto& labels = item->GetCategories();
-          category->SetCatLabel(labels.empty() ? item->GetPCatName() : labels.front(), labels.empty());
-          category->SetPCFormats(item->GetStatCodes(), item->GetDisplayFormats(), item->GetFormats());
-          d._categories.push_back(category.get());
-          d._owned.push_back(std::move(category));
+        case ParsedCategory::kParsedComputed:
+          d.AddComputedCategory(*item, variable.GetVarIndex());
           break;
-        }
         case ParsedCategory::kParsedVariable:
           break;
       }
