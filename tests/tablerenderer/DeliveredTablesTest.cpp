@@ -79,6 +79,11 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /TABLE region BY gender [COUNT] /TITLES TITLE='Region, )SPLIT'.", "", {"wave"}, "separate"}},
     {"split-layered", {"QUILT /TABLE region BY gender [COUNT].", "", {"wave"}, "layered"}},
     {"weighted", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT].", "wt"}},
+    {"dichotomy-set-subtotal",
+     {"QUILT /TABLE $ones [COUNT RESPONSES] /CATEGORIES VARIABLES=$ones [region, gender, SUBTOTAL='North or male', q].",
+      "", {}, "",
+      R"("mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1, )"
+      R"("variables": ["region", "gender", "q"], "labels": "varlabels"}])"}},
     {"base-weighted", {"QUILT /WEIGHT VARIABLE=wt /TABLE region BY gender [COUNT COLPCT.COUNT UCOUNT]."}},
     {"weighted-by-dictionary", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT].", "", {}, "", R"("weight": "wt")"}},
     {"split-by-dictionary",
@@ -213,6 +218,10 @@ const CellCase kCellCases[] = {
     {"weighted", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
     {"weighted", 0, {{"Region", "South"}, {"Gender", "Female", "Column %"}, {}}, {"42.9%"}},
     {"weighted-by-dictionary", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
+    // Cases with region 1 (rows 1-3, 8-10) or gender 1 (rows 1, 2, 4, 6-8, 12, 14): eleven,
+    // with 6 + 8 = 14 responses; the list puts q after the subtotal.
+    {"dichotomy-set-subtotal", 0, {{"Answered 1", "North or male"}, {"Count"}, {}}, {"11"}},
+    {"dichotomy-set-subtotal", 0, {{"Answered 1", "North or male"}, {"Responses"}, {}}, {"14"}},
     // A base weight weighs as the case weight does, and the unweighted count stays beside it.
     {"base-weighted", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
     {"base-weighted", 0, {{"Region", "South"}, {"Gender", "Male", "Unweighted Count"}, {}}, {"2"}},

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <sstream>
 #include <unordered_map>
 #include <utility>
@@ -928,6 +929,7 @@ void CubeAggregator::Complete() {
   for (std::uint32_t source = 0; source < leafKeys.size(); ++source) {
     const PackedKey& leafKey = leafKeys[source];
     double maskResponses = 0.0;  // members in a combination cell of a dichotomy set, else 0
+    std::map<int, double> subtotalResponses;  // members of each subtotal in that combination
     for (std::size_t i = 0; i < n; ++i) {
       const int code = DecodeSlot(leafKey, static_cast<int>(i));
       options[i].assign(1, code);
@@ -939,11 +941,17 @@ void CubeAggregator::Complete() {
       if (static_cast<int>(i) == d._setPosition && d._maskMembers > 0 && code >= d._maskMembers) {
         // A combination cell: each member counted, then the set's total.
         options[i].clear();
+        subtotalResponses.clear();
         const std::uint64_t mask = static_cast<std::uint64_t>(code - d._maskMembers);
         for (int member = 0; member < d._maskMembers; ++member) {
           if (mask & (std::uint64_t{1} << member)) {
             options[i].push_back(member);
             maskResponses += 1.0;
+            // A subtotal takes the cell once, with the responses of its members.
+            const int subtotal = d._dimensions[i]->SubtotalOf(member);
+            if (subtotal == 0) continue;
+            if (subtotalResponses.find(subtotal) == subtotalResponses.end()) options[i].push_back(subtotal);
+            subtotalResponses[subtotal] += 1.0;
           }
         }
         options[i].push_back(kCellKeyTotal);
@@ -966,8 +974,11 @@ void CubeAggregator::Complete() {
       d._cells[target].Merge(cells[source]);
       if (addResponses) {
         const Cell& leaf = cells[source];
-        const double factor =
-            codes[static_cast<unsigned>(d._setPosition)] == kCellKeyTotal ? maskResponses : 1.0;
+        const int setCode = codes[static_cast<unsigned>(d._setPosition)];
+        const auto subtotal = subtotalResponses.find(setCode);
+        const double factor = setCode == kCellKeyTotal                ? maskResponses
+                              : subtotal != subtotalResponses.end() ? subtotal->second
+                                                                    : 1.0;
         d._cells[target]._responses += factor * leaf._count._w;
         d._cells[target]._uResponses += factor * leaf._count._u;
       }

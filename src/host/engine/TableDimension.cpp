@@ -365,10 +365,21 @@ struct TableDimension::Data {
       _blockStates[k] = static_cast<char>(kCaseInCategories);
       // Counted while walking the bits: the baseline instruction set has no popcount.
       double responses = 0.0;
+      const std::size_t first = _blockEntries.size();
       while (mask != 0) {
-        _blockEntries.push_back({std::countr_zero(mask), 1.0, false});
+        const int member = std::countr_zero(mask);
+        _blockEntries.push_back({member, 1.0, false});
         mask &= mask - 1;
         responses += 1.0;
+        const int subtotal = _memberSubtotal[static_cast<unsigned>(member)];
+        if (subtotal == 0) continue;
+        bool merged = false;
+        for (std::size_t e = first; e < _blockEntries.size() && !merged; ++e) {
+          if (_blockEntries[e]._code != subtotal) continue;
+          _blockEntries[e]._responses += 1.0;
+          merged = true;
+        }
+        if (!merged) _blockEntries.push_back({subtotal, 1.0, false});
       }
       _blockEntries.push_back({kCellKeyTotal, responses, false});
     }
@@ -382,6 +393,7 @@ struct TableDimension::Data {
     for (std::size_t i = 0; i < indices.size(); ++i) {
       if (!IsMemberListed(static_cast<int>(i)) || !MemberCounts(i, block.Cells(indices[i], k))) continue;
       _entries.push_back({static_cast<int>(i), 1.0, false});
+      AddMemberSubtotal(i);
       responses += 1.0;
       _memberHit[i] = true;
     }
@@ -392,6 +404,14 @@ struct TableDimension::Data {
 
   std::vector<bool> _memberListed;
   std::vector<bool> _memberHit;
+  std::vector<int> _memberSubtotal;  // encoding of the subtotal a member is summed in, 0 for none
+
+  // A case counts once in a subtotal of a dichotomy set however many of its members it
+  // holds; the subtotal's responses are the members counted.
+  void AddMemberSubtotal(std::size_t i) {
+    const int subtotal = _memberSubtotal[i];
+    if (subtotal != 0) AddEntry(subtotal, 1.0, false);
+  }
   bool IsMemberListed(int i) const { return _memberListed[static_cast<unsigned>(i)]; }
 
   std::string LabelOf(const ObsValue& value) const {
@@ -448,6 +468,15 @@ struct TableDimension::Data {
     if (label.empty()) label = member->GetName();
     category->SetCatLabel(label, false);
     category->SetUseLabelForVar(true);
+    _categories.push_back(category.get());
+    _owned.push_back(std::move(category));
+  }
+
+  void AddSubtotalCategory(const ParsedCategory& item, int varIndex) {
+    const int type = item.GetPCType() == ParsedCategory::kParsedSubtotal ? AggregationCategory::kSubtotal
+                                                                         : AggregationCategory::kHSubtotal;
+    auto category = std::make_unique<AggregationCategory>(type, item.GetSubtotalEncoding(), varIndex);
+    category->SetCatLabel(item.GetLabel(), item.IsLabelDefault());
     _categories.push_back(category.get());
     _owned.push_back(std::move(category));
   }
@@ -523,6 +552,7 @@ TableDimension::TableDimension(AggregationVariable* variable, const TARN_DataSou
     const std::size_t n = _data->_members.size();
     _data->_memberListed.assign(n, true);
     _data->_memberHit.assign(n, false);
+    _data->_memberSubtotal.assign(n, 0);
     const auto* parsed = variable->GetParsedCategories();
     if (parsed != nullptr) {
       _data->_memberListed.assign(n, false);
@@ -530,7 +560,9 @@ TableDimension::TableDimension(AggregationVariable* variable, const TARN_DataSou
         if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
         const auto& indices = variable->GetVarIndices();
         for (std::size_t i = 0; i < n; ++i) {
-          if (indices[i] == item->GetVarIndex()) _data->_memberListed[i] = true;
+          if (indices[i] != item->GetVarIndex()) continue;
+          _data->_memberListed[i] = true;
+          if (item->GetSubtotalEncoding() < kCellKeyTotal) _data->_memberSubtotal[i] = item->GetSubtotalEncoding();
         }
       }
     }
@@ -719,6 +751,10 @@ bool TableDimension::IsSingleVariable() const {
 }
 
 int TableDimension::SubtotalOf(int code) const {
+  if (_data->_kind == AggregationVariable::kDichotomySet) {
+    const auto& subtotals = _data->_memberSubtotal;
+    return code >= 0 && code < static_cast<int>(subtotals.size()) ? subtotals[static_cast<unsigned>(code)] : 0;
+  }
   if (code < 0 || code >= static_cast<int>(_data->_values.size())) return 0;
   const int subtotal = _data->_values[static_cast<unsigned>(code)]._subtotal;
   return subtotal < kCellKeyTotal ? subtotal : 0;
@@ -741,6 +777,11 @@ void TableDimension::CompleteCategories() {
       for (const ParsedCategory* item : *parsed) {
         if (item->GetPCType() == ParsedCategory::kParsedComputed) {
           d.AddComputedCategory(*item, variable.GetVarIndex());
+          continue;
+        }
+        if (item->GetPCType() == ParsedCategory::kParsedSubtotal ||
+            item->GetPCType() == ParsedCategory::kParsedHSubtotal) {
+          d.AddSubtotalCategory(*item, variable.GetVarIndex());
           continue;
         }
         if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
@@ -789,17 +830,9 @@ void TableDimension::CompleteCategories() {
           break;
         }
         case ParsedCategory::kParsedSubtotal:
-        case ParsedCategory::kParsedHSubtotal: {
-          const int type = item->GetPCType() == ParsedCategory::kParsedSubtotal
-                               ? AggregationCategory::kSubtotal
-                               : AggregationCategory::kHSubtotal;
-          auto category = std::make_unique<AggregationCategory>(type, item->GetSubtotalEncoding(),
-                                                                variable.GetVarIndex());
-          category->SetCatLabel(item->GetLabel(), item->IsLabelDefault());
-          d._categories.push_back(category.get());
-          d._owned.push_back(std::move(category));
+        case ParsedCategory::kParsedHSubtotal:
+          d.AddSubtotalCategory(*item, variable.GetVarIndex());
           break;
-        }
         case ParsedCategory::kParsedComputed:
           d.AddComputedCategory(*item, variable.GetVarIndex());
           break;

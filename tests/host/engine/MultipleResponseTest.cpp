@@ -8,6 +8,7 @@
 #include "EngineTestSupport.h"
 #include "host/engine/AggregationMCSet.h"
 #include "host/engine/AggregationMDSet.h"
+#include "host/engine/ParsedCategory.h"
 
 namespace {
 
@@ -265,3 +266,55 @@ TEST(MultipleResponse, StringDichotomySetCountsItsTextValue) {
 }
 
 }  // namespace
+
+// The dichotomy set of DichotomySetAndExtraDimension with an explicit list: d3 first, a
+// subtotal over d1 and d2, and a computed category. The categories follow the list; the
+// subtotal counts each case once (cases 1 and 3) with the responses of its members (2 + 1),
+// by itself and crossed with g (g = 1 holds both cases).
+TEST(MultipleResponse, DichotomySetListOrderSubtotalAndComputedCategory) {
+  const std::string csv = "d1,d2,d3,g\n1,0,1,1\n0,0,0,2\n1,1,0,1\n";
+  Harness h(csv, "");
+  OBS counted;
+  counted.number = 1;
+  auto* set = h.Own(std::make_unique<AggregationMDSet>(
+      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
+  constexpr int kSubtotal = -101;
+  auto member = [&](const char* name, bool inSubtotal) {
+    auto* item = new ParsedCategory(ParsedCategory::kParsedVariable);
+    item->SetVarIndex(h.Index(name));
+    if (inSubtotal) item->SetSubtotalEncoding(kSubtotal);
+    return item;
+  };
+  auto* subtotal = new ParsedCategory("Either", false, kSubtotal, true);
+  subtotal->SetSubtotalEncoding(kSubtotal);
+  std::vector<ParsedCategory*> items = {
+      member("d3", false), member("d1", true), member("d2", true), subtotal,
+      new ParsedCategory("sum", {"Sum"}, false, {}, {}, {}, ParsedCategory::kParsedComputed, 0)};
+  set->AddParsedCategories(&items);
+  AggregationVariable* g = h.Variable("g");
+  AggregationCube* alone = h._table->CreateCube();
+  alone->AddCategoricalVariable(set, Codes::kDimensionRow);
+  CubeAggregator* aloneAgg = alone->CreateCubeAggregator();
+  alone->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
+  AggregationCube* crossed = h._table->CreateCube();
+  crossed->AddCategoricalVariable(set, Codes::kDimensionRow);
+  crossed->AddCategoricalVariable(g, Codes::kDimensionColumn);
+  CubeAggregator* crossedAgg = crossed->CreateCubeAggregator();
+  crossed->AddCategoryStatistics({AggregationStatistic(1)}, g);
+  h.RunGroup();
+
+  const auto& cats = set->GetTableDimension()->GetCategories();
+  ASSERT_EQ(cats.size(), 5u);
+  EXPECT_EQ(cats[0]->GetVarIndex(), h.Index("d3"));
+  EXPECT_EQ(cats[1]->GetVarIndex(), h.Index("d1"));
+  EXPECT_EQ(cats[3]->GetCatType(), AggregationCategory::kSubtotal);
+  EXPECT_EQ(cats[3]->GetCatLabel(), "Either");
+  EXPECT_EQ(cats[4]->GetCatType(), AggregationCategory::kPcompute);
+
+  EXPECT_DOUBLE_EQ(Value(*aloneAgg, Key({kSubtotal}), AggregationStatistic(1)), 2);
+  EXPECT_DOUBLE_EQ(Value(*aloneAgg, Key({kSubtotal}), AggregationStatistic(289)), 3);
+  EXPECT_DOUBLE_EQ(Value(*aloneAgg, Key({kCellKeyTotal}), AggregationStatistic(1)), 2);
+  const AggregationCategory* g1 = g->GetTableDimension()->GetCategories()[0];
+  EXPECT_DOUBLE_EQ(Value(*crossedAgg, Key({kSubtotal, g1->GetCatEncoding()}), AggregationStatistic(1)), 2);
+  for (ParsedCategory* item : items) delete item;
+}
