@@ -235,7 +235,7 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
   GetPcomputeRequiredCat(table);
   GetComputingCats(walk.leaves);
   _parsedCatLists.clear();
-  _parsedCatListVars.clear();
+  _parsedCatListOwners.clear();
   GetParsedCategory(walk.leaves);
 
   CellStatistic statistic;
@@ -311,7 +311,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   if (HasPostCategories(outer.leaves)) GetComputingCats(outer.leaves);
   if (HasPostCategories(inner.leaves)) GetComputingCats(inner.leaves);
   _parsedCatLists.clear();
-  _parsedCatListVars.clear();
+  _parsedCatListOwners.clear();
   GetParsedCategory(outer.leaves);
   GetParsedCategory(inner.leaves);
 
@@ -467,7 +467,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
     if (HasPostCategories(walk->leaves)) GetComputingCats(walk->leaves);
   }
   _parsedCatLists.clear();
-  _parsedCatListVars.clear();
+  _parsedCatListOwners.clear();
   for (AxisWalk* walk : {&walk1, &walk2, &walk3}) GetParsedCategory(walk->leaves);
 
   // Loop indices and keys back in dimension order (rows, columns, layers).

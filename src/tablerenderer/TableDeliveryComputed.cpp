@@ -16,6 +16,7 @@
 #include "host/data/TARN_Variable.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationResult.h"
+#include "host/engine/AggregationVariable.h"
 #include "host/engine/CellStatistics.h"
 #include "host/engine/CubeAggregator.h"
 #include "host/engine/ParsedCategory.h"
@@ -275,6 +276,19 @@ class OperandGatherer {
   bool _bindSetMembers;
 };
 
+/// Whether `category` is one of the categories of `owner`, the variable or set of an
+/// explicit list: a set's categories carry the index of one of its members.
+bool BelongsTo(const SyntaxVariableName* owner, const AggregationCategory* category) {
+  if (owner == nullptr) return true;
+  if (owner->GetIndex() >= 0) return category->GetVarIndex() == owner->GetIndex();
+  const AggregationVariable* set = owner->GetAggregationVariable();
+  if (set == nullptr) return true;
+  for (int member : set->GetVarIndices()) {
+    if (member == category->GetVarIndex()) return true;
+  }
+  return false;
+}
+
 /// Binds the expression of computed category `post` to the cell: its operand and operator
 /// lists, with each operand's `varName` set to the dictionary index of the variable.
 bool BindExpression(TableDelivery::Data& data, const AggregationCategory* post) {
@@ -371,7 +385,7 @@ void TableDelivery::Data::GetParsedCategory(const std::vector<BPTreeNode*>& leav
       for (const std::vector<ParsedCategory*>* present : _parsedCatLists) known = known || present == &list;
       if (known) continue;
       _parsedCatLists.push_back(&list);
-      _parsedCatListVars.push_back(node->GetVariable()->GetIndex());
+      _parsedCatListOwners.push_back(node->GetVariable());
     }
   }
 }
@@ -725,7 +739,7 @@ bool TableDelivery::Data::IsHiddenSource(const CategoryKey& key, const std::vect
   if (properties.empty()) return false;
 
   for (size_t listIndex = 0; listIndex < lists.size(); ++listIndex) {
-    const int listVariable = listIndex < _parsedCatListVars.size() ? _parsedCatListVars[listIndex] : -1;
+    const SyntaxVariableName* owner = listIndex < _parsedCatListOwners.size() ? _parsedCatListOwners[listIndex] : nullptr;
     for (const ParsedCategory* entry : *lists[listIndex]) {
       if (entry->GetPCatName().empty()) continue;
       for (const SyntaxPPropertiesSubcommand* property : properties) {
@@ -734,11 +748,10 @@ bool TableDelivery::Data::IsHiddenSource(const CategoryKey& key, const std::vect
           if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), entry->GetPCatName())) continue;
           for (const AggregationCategory* category : key) {
             if (category->GetCatType() == AggregationCategory::kTotal || IsComputed(category)) continue;
-            // The list's own variable; a set's list names its members' variable through the
-            // category itself.
-            int variable = entry->GetVarIndex() >= 0 ? entry->GetVarIndex() : listVariable;
-            if (variable < 0) variable = category->GetVarIndex();
-            if (RefersToSource(*pCompute, *lists[listIndex], category, variable)) return true;
+            // Only the categories of the list's own variable can be its sources: a
+            // category of a variable nested beside it may well have an equal value.
+            if (!BelongsTo(owner, category)) continue;
+            if (RefersToSource(*pCompute, *lists[listIndex], category)) return true;
           }
         }
       }
@@ -749,8 +762,10 @@ bool TableDelivery::Data::IsHiddenSource(const CategoryKey& key, const std::vect
 
 bool TableDelivery::Data::RefersToSource(const SyntaxPComputeSubcommand& pCompute,
                                          const std::vector<ParsedCategory*>& list,
-                                         const AggregationCategory* category, int variable) const {
-  const bool sameVariable = category->GetVarIndex() == variable;
+                                         const AggregationCategory* category) const {
+  // The category belongs to the list's variable, whose dictionary index it carries (for a
+  // category set, its first member; for a dichotomy set, the member it stands for).
+  const int variable = category->GetVarIndex();
   auto isMissing = [&]() {
     if (variable < 0 || _dataSource == nullptr || category->GetCatValue() == nullptr) return false;
     const TARN_Variable* dictionary = _dataSource->GetVariable(variable);
@@ -759,19 +774,19 @@ bool TableDelivery::Data::RefersToSource(const SyntaxPComputeSubcommand& pComput
   for (const TokenInfo& token : pCompute.GetExpTokenVector()) {
     switch (token.listType) {
       case Codes::kExplicitNumber:
-        if (token.tokenType == Expr::kExprValue && sameVariable && IsNumericValue(category) &&
+        if (token.tokenType == Expr::kExprValue && IsNumericValue(category) &&
             NumericValue(category) == token.number) {
           return true;
         }
         break;
       case Codes::kExplicitString:
-        if (sameVariable && CategoryText(category) == token.token) return true;
+        if (CategoryText(category) == token.token) return true;
         break;
       case Codes::kExplicitName:
-        if (token.tokenType == Expr::kExprName && sameVariable && NamesCategory(token, category)) return true;
+        if (token.tokenType == Expr::kExprName && NamesCategory(token, category)) return true;
         break;
       case Codes::kExplicitRange:
-        if (sameVariable && IsNumericValue(category) && RangeBounds(token.token).Holds(NumericValue(category))) {
+        if (IsNumericValue(category) && RangeBounds(token.token).Holds(NumericValue(category))) {
           return true;
         }
         break;
@@ -779,7 +794,7 @@ bool TableDelivery::Data::RefersToSource(const SyntaxPComputeSubcommand& pComput
         if (isMissing()) return true;
         break;
       case Codes::kExplicitOtherNM: {
-        if (!sameVariable || category->GetCatValue() == nullptr || isMissing()) break;
+        if (category->GetCatValue() == nullptr || isMissing()) break;
         bool listed = false;
         for (const ParsedCategory* entry : list) {
           listed = listed ||

@@ -66,7 +66,7 @@ struct TableDelivery::Data {
   std::vector<TokenInfo> _operatorTokens;
   std::vector<StatValues> _operandValues;
   std::vector<const std::vector<ParsedCategory*>*> _parsedCatLists;
-  std::vector<int> _parsedCatListVars;  // parallel: the dictionary index of each list's variable
+  std::vector<const SyntaxVariableName*> _parsedCatListOwners;  // parallel: whose list each is
   std::vector<std::vector<StatValues>> _groupOperandValues;
   bool _statsVisible = true;
   bool _subtotalsTested = false;
@@ -174,10 +174,10 @@ struct TableDelivery::Data {
   bool HasTheStat(SyntaxVariableName* statVar, int statType) const;
   bool IsHiddenSource(const CategoryKey& key, const std::vector<const std::vector<ParsedCategory*>*>& lists,
                       int comperimeter) const;
-  /// Whether an operand of `pCompute` names `category` of dictionary variable `variable`;
-  /// `list` is the explicit list the computed category stands in.
+  /// Whether an operand of `pCompute` names `category`, a category of the variable or set
+  /// whose explicit list `list` holds the computed category.
   bool RefersToSource(const SyntaxPComputeSubcommand& pCompute, const std::vector<ParsedCategory*>& list,
-                      const AggregationCategory* category, int variable) const;
+                      const AggregationCategory* category) const;
   /// A category's value as the expressions name it: a string value without its trailing
   /// blanks, a set member's variable name; empty for numbers and other kinds.
   std::string CategoryText(const AggregationCategory* category) const;

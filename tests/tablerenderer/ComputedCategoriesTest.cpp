@@ -75,6 +75,12 @@ const ComputedCase kCases[] = {
       "", {}, "",
       R"("mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1, )"
       R"("variables": ["region", "gender", "q"], "labels": "varlabels"}])"}},
+    {"category-set-nested-under-region",
+     {"QUILT /PCOMPUTE &c=EXPR([1]+[2]) /PPROPERTIES &c HIDESOURCECATS=YES /TABLE region > $qg [COUNT] "
+      "/CATEGORIES VARIABLES=$qg [1,2,&c] /CATEGORIES VARIABLES=region [1,2].",
+      "", {}, "",
+      R"("mrsets": [{"name": "$qg", "label": "Rating or gender", "type": "categories", )"
+      R"("variables": ["q", "gender"]}])"}},
     {"split-groups",
      {"QUILT /PCOMPUTE &d=EXPR([2]-[1]) /TABLE region BY gender [COUNT COLPCT.COUNT] "
       "/CATEGORIES VARIABLES=gender [1,2,&d] /CATEGORIES VARIABLES=region [1,2,3].",
@@ -171,6 +177,10 @@ const CellCase kCells[] = {
     {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Region or gender"}, {"Count"}, {}}, {"14"}},
     {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Rating"}, {"Count"}, {}}, {"7"}},
     {"dichotomy-set-in-list-order", 0, {{"Answered 1", "Gender"}, {"Count"}, {}}, {}},
+    // North (rows 1-3, 8-10) as (gender, q): a 1 in rows 1, 2, 3, 8, 9 and a 2 in rows 2, 3,
+    // 8, 9, 10: 5 + 5. Region North is 1 as well, but only the set's own categories hide.
+    {"category-set-nested-under-region", 0, {{"Region", "North", "Rating or gender", "[1]+[2]"}, {"Count"}, {}}, {"10"}},
+    {"category-set-nested-under-region", 0, {{"Region", "North", "Rating or gender", "Low"}, {"Count"}, {}}, {}},
     // First wave North: 1 female of 2 (50%) minus 2 males of 5 (40%); second wave 2 of 4
     // minus 1 of 3.
     {"split-groups", 0, {{"Region", "North"}, {"Gender", "[2]-[1]", "Column %"}, {}}, {"10.0%"}},
