@@ -68,6 +68,21 @@ struct AxisWalk {
     return node;
   }
 
+  /// Pass two: a leaf with a written cell survives, unless it already survives anyway.
+  void MarkHasCell(int index) {
+    uint8_t& state = states[static_cast<size_t>(index)];
+    if (state == kLeafUnknown) state = kLeafHasCell;
+  }
+
+  /// Pass two: whether leaf `index` survives; one that does not is marked empty on its
+  /// header node.
+  bool Survives(int index) const {
+    const uint8_t state = states[static_cast<size_t>(index)];
+    if (state == kLeafIncludeEmpty || state == kLeafHasCell) return true;
+    leaves[static_cast<size_t>(index)]->GetHeaderTreeNode()->SetEmpty(true);
+    return false;
+  }
+
   /// After a hidden source: with statistics in a dimension of their own, the statistics
   /// that belong to the skipped leaf are skipped with it.
   void SkipStatisticsOfHiddenSource(bool statsVisible) {
@@ -382,8 +397,8 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   for (int i = 0; i < n1; ++i) {
     for (int j = 0; j < n2; ++j) {
       if (cells[static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)] != kCellWritten) continue;
-      if (outer.states[static_cast<size_t>(i)] == kLeafUnknown) outer.states[static_cast<size_t>(i)] = kLeafHasCell;
-      if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) inner.states[static_cast<size_t>(j)] = kLeafHasCell;
+      outer.MarkHasCell(i);
+      inner.MarkHasCell(j);
     }
   }
   auto kept = [this](const AxisWalk& walk, int index) {
@@ -579,36 +594,23 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
     for (int j = 0; j < n2; ++j) {
       for (int k = 0; k < n3; ++k) {
         if (cells[cellAt(i, j, k)] != kCellWritten) continue;
-        if (walk1.states[static_cast<size_t>(i)] == kLeafUnknown) walk1.states[static_cast<size_t>(i)] = kLeafHasCell;
-        if (walk2.states[static_cast<size_t>(j)] == kLeafUnknown) walk2.states[static_cast<size_t>(j)] = kLeafHasCell;
-        if (walk3.states[static_cast<size_t>(k)] == kLeafUnknown) walk3.states[static_cast<size_t>(k)] = kLeafHasCell;
+        walk1.MarkHasCell(i);
+        walk2.MarkHasCell(j);
+        walk3.MarkHasCell(k);
       }
     }
   }
-  auto kept = [](const AxisWalk& walk, int index) {
-    const uint8_t state = walk.states[static_cast<size_t>(index)];
-    return state == kLeafIncludeEmpty || state == kLeafHasCell;
-  };
   for (int i = 0; i < n1; ++i) {
+    if (!walk1.Survives(i)) continue;
     BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    if (!kept(walk1, i)) {
-      leaf1->GetHeaderTreeNode()->SetEmpty(true);
-      continue;
-    }
     SelectCategory(leaf1, _dataSource);
     for (int j = 0; j < n2; ++j) {
+      if (!walk2.Survives(j)) continue;
       BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      if (!kept(walk2, j)) {
-        leaf2->GetHeaderTreeNode()->SetEmpty(true);
-        continue;
-      }
       SelectCategory(leaf2, _dataSource);
       for (int k = 0; k < n3; ++k) {
+        if (!walk3.Survives(k)) continue;
         BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
-        if (!kept(walk3, k)) {
-          leaf3->GetHeaderTreeNode()->SetEmpty(true);
-          continue;
-        }
         const uint8_t state = cells[cellAt(i, j, k)];
         if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
         FillDeferredCell(*this, cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
