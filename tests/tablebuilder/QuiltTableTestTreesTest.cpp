@@ -186,6 +186,13 @@ INSTANTIATE_TEST_SUITE_P(
                    {true, true, false}},
         // A scale variable outside: the categories below it are kept, with scaleAbove.
         GoldenCase{"test_means_scale_outer", "QUILT /TABLE score [MEAN] > region BY gender /COMPARETEST TYPE=MEAN."},
+        // Letters of merged tests in the main table's columns: the chi-square reads its
+        // height limit one level deeper (agegrp stays a leaf below each gender), the merged
+        // proportions keep each letter with its count below it.
+        GoldenCase{"test_chisquare_lettered_columns",
+                   "QUILT /TABLE region BY gender > agegrp [COUNT] /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=PROP "
+                   "MERGE=YES STYLE=SIMPLE.",
+                   {true, true, false}},
         // Merged proportions in APA style: no letters, the counts stay below the categories.
         GoldenCase{"test_proportions_merged_apa",
                    "QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /COMPARETEST TYPE=PROP MERGE=YES.",
