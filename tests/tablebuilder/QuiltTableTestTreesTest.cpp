@@ -315,6 +315,48 @@ TEST(QuiltTableTestTrees, TreesPairWithTheSettingsAndAreRebuiltEachTime) {
   EXPECT_EQ(LeafLabels(table.GetSigTestTrees()[0][0]), (std::vector<std::string>{"Chi-square", "df", "Sig."}));
 }
 
+// The names of the variables at the top of a tree, left to right.
+std::string TopVariables(const Node* root) {
+  std::string names;
+  for (const Node* child : root->GetChildren()) {
+    if (child->GetVariable() != nullptr) names += (names.empty() ? "" : " ") + child->GetVariable()->GetNameToken();
+  }
+  return names;
+}
+
+// A multiple-response set innermost in its dimension leaves a test that excludes sets; an
+// outer one stays, since its categories only split the table. The expected variables are
+// read off the reduction rules for each command.
+TEST(QuiltTableTestTrees, SetsInnermostLeaveTestsThatExcludeThem) {
+  struct Row {
+    const char* command;
+    const char* rows;
+    const char* columns;
+  };
+  const Row rows[] = {
+      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=YES.", "region $media",
+       "gender"},
+      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", "region",
+       "gender"},
+      {"QUILT /TABLE $media > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", "$media",
+       "gender"},
+      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=NO.", "region",
+       "gender"},
+      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=YES.", "region",
+       "gender $media"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    std::unique_ptr<BuiltTable> built = BuildWithTests(row.command);
+    ASSERT_TRUE(built);
+    const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
+    ASSERT_EQ(trees.size(), 1u);
+    ASSERT_EQ(trees[0].size(), 2u);
+    EXPECT_EQ(TopVariables(trees[0][0]), row.rows);
+    EXPECT_EQ(TopVariables(trees[0][1]), row.columns);
+  }
+}
+
 TEST(QuiltTableTestTrees, ATableWithoutTestsGetsNoTrees) {
   std::unique_ptr<BuiltTable> built = BuildWithTests("QUILT /TABLE region BY gender [COUNT].");
   ASSERT_TRUE(built);

@@ -9,7 +9,10 @@
 #include "host/data/DatasetLoader.h"
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
+#include "host/data/VariableSet.h"
 #include "host/engine/AggregationCube.h"
+#include "host/engine/AggregationMCSet.h"
+#include "host/engine/AggregationMDSet.h"
 #include "host/engine/AggregationStatistic.h"
 #include "host/engine/AggregationTable.h"
 #include "host/engine/AggregationVariable.h"
@@ -18,6 +21,8 @@
 #include "host/tokens/Lexer.h"
 #include "host/tokens/TARN_TokenSequence.h"
 #include "parser/SyntaxConverter.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxReader.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -26,17 +31,18 @@
 // Nine cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
 // nested headers lose categories under some outer categories only; region 3 has its only case
 // without gender, so that under it no gender occurs at all. late is given only in that case.
+// tv and web, counted where 1, make the dichotomy set $media.
 const char* const kBuilderCsv =
-    "region,gender,agegrp,score,income,late\n"
-    "1,1,1,10,100,\n"
-    "1,2,1,20,200,\n"
-    "1,1,2,30,300,\n"
-    "1,2,3,40,400,\n"
-    "2,1,1,50,500,\n"
-    "2,1,2,60,600,\n"
-    "2,2,2,70,700,\n"
-    "2,1,1,80,800,\n"
-    "3,,2,90,900,1\n";
+    "region,gender,agegrp,score,income,late,tv,web\n"
+    "1,1,1,10,100,,1,\n"
+    "1,2,1,20,200,,1,1\n"
+    "1,1,2,30,300,,,1\n"
+    "1,2,3,40,400,,1,\n"
+    "2,1,1,50,500,,,1\n"
+    "2,1,2,60,600,,1,1\n"
+    "2,2,2,70,700,,,\n"
+    "2,1,1,80,800,,1,\n"
+    "3,,2,90,900,1,,1\n";
 
 const char* const kBuilderDictionary = R"({
   "variables": [
@@ -46,9 +52,35 @@ const char* const kBuilderDictionary = R"({
      "values": {"1": "Young", "2": "Middle", "3": "Old"}},
     {"name": "score", "label": "Score", "measure": "scale"},
     {"name": "income", "label": "Income", "measure": "scale"},
-    {"name": "late", "label": "Late entry", "measure": "nominal", "values": {"1": "Late"}}
+    {"name": "late", "label": "Late entry", "measure": "nominal", "values": {"1": "Late"}},
+    {"name": "tv", "label": "Television", "measure": "nominal"},
+    {"name": "web", "label": "Internet", "measure": "nominal"}
+  ],
+  "mrsets": [
+    {"name": "$media", "label": "Media used", "type": "dichotomies", "counted": 1, "variables": ["tv", "web"],
+     "labels": "varlabels"}
   ]
 })";
+
+namespace {
+
+// The engine's object for a variable or set node, made as the dispatcher makes it.
+std::unique_ptr<AggregationVariable> MakeEngineVariable(SyntaxVariableName& variable) {
+  if (variable.GetType() != kConverterMRSet) {
+    return std::make_unique<AggregationVariable>(variable.GetIndex(), variable.GetNameToken());
+  }
+  auto& set = static_cast<SyntaxMRVariableSet&>(variable);
+  if (set.GetMRSetType() == VariableSet::kMR_Category) {
+    auto created = std::make_unique<AggregationMCSet>(set.GetIndexList(), set.GetNameToken());
+    created->SetUserMissingVarIndex(set.GetUserMissingVarIndex());
+    return created;
+  }
+  if (!set.GetOrderSet() && !set.GetIsExplicit()) set.SetCategoriesList();
+  return std::make_unique<AggregationMDSet>(set.GetIndexList(), set.GetNameToken(), set.GetCountedOBS(),
+                                            set.GetCountedOBSSize(), set.GetUseCountedValueLabels());
+}
+
+}  // namespace
 
 struct BuiltTable::Data {
   std::shared_ptr<ProcedureDataSource> source;
@@ -107,7 +139,7 @@ std::unique_ptr<BuiltTable> BuiltTable::Build(const std::string& command, Option
     if (options.emptyInclude.has_value()) variable->SetIsEmptyInclude(*options.emptyInclude);
     if (options.totals) variable->SetIsTotalNo(false);
     // Configured from the node in the dispatcher's order.
-    d.variables.push_back(std::make_unique<AggregationVariable>(variable->GetIndex(), variable->GetNameToken()));
+    d.variables.push_back(MakeEngineVariable(*variable));
     AggregationVariable* engineVariable = d.variables.back().get();
     engineVariable->SetVarLabel(variable->GetLabel());
     engineVariable->SetIsOrderA(variable->GetIsOrderA());

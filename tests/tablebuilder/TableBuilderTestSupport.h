@@ -48,6 +48,6 @@ class BuiltTable {
 /// The survey: region (1 North, 2 South, 3 West), gender (1 Male, 2 Female), agegrp (1 Young,
 /// 2 Middle, 3 Old), late (1 Late), all nominal; score and income scale. Cases are chosen so that agegrp 3
 /// never occurs with region 2, gender 2 never with region 2 and agegrp 1, and no gender at all
-/// with region 3, the only case that has late.
+/// with region 3, the only case that has late. $media is a dichotomy set of tv and web.
 extern const char* const kBuilderCsv;
 extern const char* const kBuilderDictionary;
