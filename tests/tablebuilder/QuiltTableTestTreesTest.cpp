@@ -344,6 +344,16 @@ TEST(QuiltTableTestTrees, SetsInnermostLeaveTestsThatExcludeThem) {
        "gender"},
       {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=YES.", "region",
        "gender $media"},
+      // In the means rows a set with a scale variable right below its categories (height 2)
+      // is innermost; one with another variable between them (height 4) is not.
+      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
+       "INCLUDEMRSETS=NO.",
+       "region", "gender"},
+      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
+       "INCLUDEMRSETS=YES.",
+       "region $media", "gender"},
+      {"QUILT /TABLE $media > region > score [MEAN] BY gender /COMPARETEST TYPE=MEAN INCLUDEMRSETS=NO.", "$media",
+       "gender"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.command);
