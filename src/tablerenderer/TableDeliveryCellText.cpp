@@ -334,7 +334,7 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   }
 
   // A decorated number.
-  const BpFormatSpec spec(*format);
+  const BpFormatSpec numberFormat(*format);
   if (display == PresentationCodes::kDisplayNegParen && value1 != _sysmis) {
     value1 = -value1;
     if (value2 != _sysmis) value2 = -value2;
@@ -347,13 +347,13 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   }
   if (isCount && _hideSmallCounts && value1 >= 0 && value1 < _hideSmallCountsValue && value2 == _sysmis) {
     BpComposite below("<(^1)", false);
-    below.Add(BpNumber(_hideSmallCountsValue, spec));
+    below.Add(BpNumber(_hideSmallCountsValue, numberFormat));
     below.Finish();
     category.Cell(below);
     return;
   }
   BpComposite decorated(decoration, false);
-  decorated.Add(BpNumber(hidden ? _sysmis : value1, spec));
+  decorated.Add(BpNumber(hidden ? _sysmis : value1, numberFormat));
   decorated.Finish();
   category.Cell(decorated);
   if (statFormat == StatTreeNode::kStatFormatVariable && !hidden && value1 != _sysmis && value2 != _sysmis &&

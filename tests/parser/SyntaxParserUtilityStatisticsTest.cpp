@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "parser/SyntaxParserUtility.h"
 
@@ -26,107 +27,22 @@ LookUp Find(const std::string& word) {
   return result;
 }
 
-// The 98 percentage keywords in code order, as the command language lists them.
-const char* const kPercentageKeywords[] = {
-    "ROWPCT.COUNT",
-    "UROWPCT.COUNT",
-    "COLPCT.COUNT",
-    "UCOLPCT.COUNT",
-    "TABLEPCT.COUNT",
-    "UTABLEPCT.COUNT",
-    "SUBTABLEPCT.COUNT",
-    "USUBTABLEPCT.COUNT",
-    "LAYERPCT.COUNT",
-    "ULAYERPCT.COUNT",
-    "LAYERROWPCT.COUNT",
-    "ULAYERROWPCT.COUNT",
-    "LAYERCOLPCT.COUNT",
-    "ULAYERCOLPCT.COUNT",
-    "ROWPCT.VALIDN",
-    "UROWPCT.VALIDN",
-    "COLPCT.VALIDN",
-    "UCOLPCT.VALIDN",
-    "TABLEPCT.VALIDN",
-    "UTABLEPCT.VALIDN",
-    "SUBTABLEPCT.VALIDN",
-    "USUBTABLEPCT.VALIDN",
-    "LAYERPCT.VALIDN",
-    "ULAYERPCT.VALIDN",
-    "LAYERROWPCT.VALIDN",
-    "ULAYERROWPCT.VALIDN",
-    "LAYERCOLPCT.VALIDN",
-    "ULAYERCOLPCT.VALIDN",
-    "ROWPCT.TOTALN",
-    "UROWPCT.TOTALN",
-    "COLPCT.TOTALN",
-    "UCOLPCT.TOTALN",
-    "TABLEPCT.TOTALN",
-    "UTABLEPCT.TOTALN",
-    "SUBTABLEPCT.TOTALN",
-    "USUBTABLEPCT.TOTALN",
-    "LAYERPCT.TOTALN",
-    "ULAYERPCT.TOTALN",
-    "LAYERROWPCT.TOTALN",
-    "ULAYERROWPCT.TOTALN",
-    "LAYERCOLPCT.TOTALN",
-    "ULAYERCOLPCT.TOTALN",
-    "ROWPCT.SUM",
-    "UROWPCT.SUM",
-    "COLPCT.SUM",
-    "UCOLPCT.SUM",
-    "TABLEPCT.SUM",
-    "UTABLEPCT.SUM",
-    "SUBTABLEPCT.SUM",
-    "USUBTABLEPCT.SUM",
-    "LAYERPCT.SUM",
-    "ULAYERPCT.SUM",
-    "LAYERROWPCT.SUM",
-    "ULAYERROWPCT.SUM",
-    "LAYERCOLPCT.SUM",
-    "ULAYERCOLPCT.SUM",
-    "ROWPCT.RESPONSES",
-    "UROWPCT.RESPONSES",
-    "COLPCT.RESPONSES",
-    "UCOLPCT.RESPONSES",
-    "TABLEPCT.RESPONSES",
-    "UTABLEPCT.RESPONSES",
-    "SUBTABLEPCT.RESPONSES",
-    "USUBTABLEPCT.RESPONSES",
-    "LAYERPCT.RESPONSES",
-    "ULAYERPCT.RESPONSES",
-    "LAYERROWPCT.RESPONSES",
-    "ULAYERROWPCT.RESPONSES",
-    "LAYERCOLPCT.RESPONSES",
-    "ULAYERCOLPCT.RESPONSES",
-    "ROWPCT.RESPONSES.COUNT",
-    "UROWPCT.RESPONSES.COUNT",
-    "COLPCT.RESPONSES.COUNT",
-    "UCOLPCT.RESPONSES.COUNT",
-    "TABLEPCT.RESPONSES.COUNT",
-    "UTABLEPCT.RESPONSES.COUNT",
-    "SUBTABLEPCT.RESPONSES.COUNT",
-    "USUBTABLEPCT.RESPONSES.COUNT",
-    "LAYERPCT.RESPONSES.COUNT",
-    "ULAYERPCT.RESPONSES.COUNT",
-    "LAYERROWPCT.RESPONSES.COUNT",
-    "ULAYERROWPCT.RESPONSES.COUNT",
-    "LAYERCOLPCT.RESPONSES.COUNT",
-    "ULAYERCOLPCT.RESPONSES.COUNT",
-    "ROWPCT.COUNT.RESPONSES",
-    "UROWPCT.COUNT.RESPONSES",
-    "COLPCT.COUNT.RESPONSES",
-    "UCOLPCT.COUNT.RESPONSES",
-    "TABLEPCT.COUNT.RESPONSES",
-    "UTABLEPCT.COUNT.RESPONSES",
-    "SUBTABLEPCT.COUNT.RESPONSES",
-    "USUBTABLEPCT.COUNT.RESPONSES",
-    "LAYERPCT.COUNT.RESPONSES",
-    "ULAYERPCT.COUNT.RESPONSES",
-    "LAYERROWPCT.COUNT.RESPONSES",
-    "ULAYERROWPCT.COUNT.RESPONSES",
-    "LAYERCOLPCT.COUNT.RESPONSES",
-    "ULAYERCOLPCT.COUNT.RESPONSES",
-};
+// The percentage keywords follow one naming rule: a base word, with "U" in front for the
+// unweighted variant, then the family's suffix. Built here from the rule, in code order.
+const char* const kBaseKeywords[] = {"ROW", "COL", "TABLE", "SUBTABLE", "LAYER", "LAYERROW", "LAYERCOL"};
+const char* const kFamilySuffixes[] = {"PCT.COUNT", "PCT.VALIDN", "PCT.TOTALN", "PCT.SUM",
+                                       "PCT.RESPONSES", "PCT.RESPONSES.COUNT", "PCT.COUNT.RESPONSES"};
+
+std::vector<std::string> PercentageKeywords() {
+  std::vector<std::string> keywords;
+  for (const char* suffix : kFamilySuffixes) {
+    for (const char* base : kBaseKeywords) {
+      keywords.push_back(std::string(base) + suffix);
+      keywords.push_back("U" + std::string(base) + suffix);
+    }
+  }
+  return keywords;
+}
 
 // The first code and group of each family of 14 keywords above, in the same order.
 struct Family {
@@ -168,7 +84,8 @@ std::string OddLabel(int code) {
 }  // namespace
 
 TEST(SyntaxParserUtilityStatistics, EveryPercentageKeywordHasItsRuleCodeLabelAndGroup) {
-  ASSERT_EQ(sizeof(kPercentageKeywords) / sizeof(kPercentageKeywords[0]), 98u);
+  const std::vector<std::string> keywords = PercentageKeywords();
+  ASSERT_EQ(keywords.size(), 98u);
   for (int i = 0; i < 98; ++i) {
     const int familyIndex = i / 14;
     const int base = (i % 14) / 2;
@@ -181,8 +98,8 @@ TEST(SyntaxParserUtilityStatistics, EveryPercentageKeywordHasItsRuleCodeLabelAnd
     if (!OddLabel(expectedCode).empty()) {
       expectedLabel = OddLabel(expectedCode);
     }
-    SCOPED_TRACE(kPercentageKeywords[i]);
-    const LookUp found = Find(kPercentageKeywords[i]);
+    SCOPED_TRACE(keywords[static_cast<size_t>(i)]);
+    const LookUp found = Find(keywords[static_cast<size_t>(i)]);
     ASSERT_TRUE(found.found);
     EXPECT_EQ(found.code, expectedCode);
     EXPECT_EQ(found.label, expectedLabel);
