@@ -10,22 +10,15 @@
 #include <string>
 #include <vector>
 
-#include "../GoldenFile.h"
 #include "DeliveredTablesSupport.h"
 
 namespace {
 
-using delivered::CellPath;
-using delivered::CellTexts;
 using delivered::DimensionLabels;
 using delivered::RunOnSurvey;
-using delivered::RunSettings;
+using delivered::CellCase;
 using delivered::TablesOf;
-
-struct ComputedCase {
-  const char* name;
-  RunSettings settings;
-};
+using ComputedCase = delivered::GoldenCase;
 
 // Hand counts used below:
 //   region x gender:  North M 3 F 3, South M 2 F 3, East M 3 F 0; West never occurs
@@ -95,35 +88,10 @@ const ComputedCase kCases[] = {
 class ComputedCategories : public ::testing::TestWithParam<ComputedCase> {};
 
 TEST_P(ComputedCategories, TextAndJsonMatchTheirGoldens) {
-  const ComputedCase& computed = GetParam();
-  const std::string base = std::string("tablerenderer/computed/") + computed.name;
-  EXPECT_TRUE(MatchesGoldenFile(base + ".txt", RunOnSurvey(computed.settings, "text")));
-  EXPECT_TRUE(MatchesGoldenFile(base + ".json", RunOnSurvey(computed.settings, "json")));
+  delivered::ExpectGoldens(GetParam(), "tablerenderer/computed");
 }
 
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, ComputedCategories, ::testing::ValuesIn(kCases),
-                         [](const ::testing::TestParamInfo<ComputedCase>& info) {
-                           std::string name = info.param.name;
-                           for (char& c : name) {
-                             if (c == '-') c = '_';
-                           }
-                           return name;
-                         });
-
-const ComputedCase& FindCase(const std::string& name) {
-  for (const ComputedCase& computed : kCases) {
-    if (name == computed.name) return computed;
-  }
-  ADD_FAILURE() << "no case " << name;
-  return kCases[0];
-}
-
-struct CellCase {
-  const char* caseName;
-  int table;
-  CellPath path;
-  std::vector<std::string> expected;  // every cell at that path; none where it has no text
-};
+INSTANTIATE_TEST_SUITE_P(SmallSurvey, ComputedCategories, ::testing::ValuesIn(kCases), delivered::GoldenTestName);
 
 const CellCase kCells[] = {
     // Female minus male: a count of an empty source counts 0; a mean of one has no value.
@@ -191,20 +159,11 @@ const CellCase kCells[] = {
     {"weighted-in-layers", 0, {{"Gender", "Female minus male"}, {"Region", "South", "Column %"}, {"Wave", "Second"}}, {"(60.0%)"}},
 };
 
-TEST(ComputedCategories, KeyCellsShowTheHandComputedTexts) {
-  for (const CellCase& cell : kCells) {
-    SCOPED_TRACE(std::string(cell.caseName) + " " + ::testing::PrintToString(cell.path.row) +
-                 ::testing::PrintToString(cell.path.column));
-    const nlohmann::json document = nlohmann::json::parse(RunOnSurvey(FindCase(cell.caseName).settings, "json"));
-    const std::vector<nlohmann::json> tables = TablesOf(document);
-    ASSERT_LT(cell.table, static_cast<int>(tables.size()));
-    EXPECT_EQ(CellTexts(tables[static_cast<size_t>(cell.table)], cell.path), cell.expected);
-  }
-}
+TEST(ComputedCategories, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(kCases, kCells); }
 
 TEST(ComputedCategories, HiddenSourcesLeaveTheHeadersToo) {
   const nlohmann::json table =
-      TablesOf(nlohmann::json::parse(RunOnSurvey(FindCase("range-with-hidden-sources").settings, "json")))[0];
+      TablesOf(nlohmann::json::parse(RunOnSurvey(delivered::FindGoldenCase(kCases, "range-with-hidden-sources").settings, "json")))[0];
   const std::vector<std::string> rows = DimensionLabels(table, "Row");
   EXPECT_EQ(std::count(rows.begin(), rows.end(), "Low"), 0) << ::testing::PrintToString(rows);
   EXPECT_EQ(std::count(rows.begin(), rows.end(), "High"), 0) << ::testing::PrintToString(rows);

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "../GoldenFile.h"
 #include "QuiltProgram.h"
 
 namespace delivered {
@@ -96,6 +97,40 @@ std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std:
     if (dimension.value("name", "") == name) CollectLabels(dimension["tree"], labels);
   }
   return labels;
+}
+
+std::string GoldenTestName(const ::testing::TestParamInfo<GoldenCase>& info) {
+  std::string name = info.param.name;
+  for (char& c : name) {
+    if (c == '-') c = '_';
+  }
+  return name;
+}
+
+void ExpectGoldens(const GoldenCase& golden, const std::string& folder) {
+  const std::string base = folder + "/" + golden.name;
+  EXPECT_TRUE(MatchesGoldenFile(base + ".txt", RunOnSurvey(golden.settings, "text")));
+  EXPECT_TRUE(MatchesGoldenFile(base + ".json", RunOnSurvey(golden.settings, "json")));
+}
+
+const GoldenCase& FindGoldenCase(std::span<const GoldenCase> cases, const std::string& name) {
+  for (const GoldenCase& golden : cases) {
+    if (name == golden.name) return golden;
+  }
+  ADD_FAILURE() << "no golden case " << name;
+  return cases.front();
+}
+
+void ExpectCellTexts(std::span<const GoldenCase> cases, std::span<const CellCase> cells) {
+  for (const CellCase& cell : cells) {
+    SCOPED_TRACE(std::string(cell.goldenCase) + " " + ::testing::PrintToString(cell.path.row) +
+                 ::testing::PrintToString(cell.path.column));
+    const nlohmann::json document =
+        nlohmann::json::parse(RunOnSurvey(FindGoldenCase(cases, cell.goldenCase).settings, "json"));
+    const std::vector<nlohmann::json> tables = TablesOf(document);
+    ASSERT_LT(cell.table, static_cast<int>(tables.size()));
+    EXPECT_EQ(CellTexts(tables[static_cast<size_t>(cell.table)], cell.path), cell.expected);
+  }
 }
 
 }  // namespace delivered

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -105,5 +106,34 @@ std::vector<std::string> CellTexts(const nlohmann::json& table, const CellPath& 
 /// Every label of every node (group or category) of the dimension named `name`, depth first,
 /// with a group's label prefixed by "+" when it is shown and "-" when it is hidden.
 std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std::string& name);
+
+/// One command of a golden test: its name, also the golden files' name, and how it runs.
+struct GoldenCase {
+  const char* name;
+  RunSettings settings;
+};
+
+/// The test name of a golden case: its name with "-" as "_".
+std::string GoldenTestName(const ::testing::TestParamInfo<GoldenCase>& info);
+
+/// Runs `golden` in both writers and compares with `folder`/NAME.txt and NAME.json.
+void ExpectGoldens(const GoldenCase& golden, const std::string& folder);
+
+/// One cell of a golden case, found by its labels in the JSON output, and the text it must
+/// show. `table` counts the delivered tables of the run from 0.
+struct CellCase {
+  const char* goldenCase;
+  int table;
+  CellPath path;
+  std::vector<std::string> expected;  // every cell at that path, in table order: none where the
+                                      // category is left out, several where only hidden
+                                      // groups or a hidden statistics dimension tell them apart
+};
+
+/// The case called `name`; a test failure when there is none.
+const GoldenCase& FindGoldenCase(std::span<const GoldenCase> cases, const std::string& name);
+
+/// Runs the golden case of each cell and expects the cell's texts.
+void ExpectCellTexts(std::span<const GoldenCase> cases, std::span<const CellCase> cells);
 
 }  // namespace delivered

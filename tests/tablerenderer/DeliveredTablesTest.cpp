@@ -11,22 +11,16 @@
 #include <string>
 #include <vector>
 
-#include "../GoldenFile.h"
 #include "DeliveredTablesSupport.h"
 
 namespace {
 
-using delivered::CellPath;
+using delivered::CellCase;
 using delivered::CellTexts;
+using delivered::GoldenCase;
 using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
-
-
-struct GoldenCase {
-  const char* name;
-  RunSettings settings;
-};
 
 // Hand counts used below (rows of DeliveredTablesSupport.h):
 //   region:            North 6 (rows 1,2,3,8,9,10), South 5 (4,5,11,12,13), East 3 (6,7,14), West 0
@@ -114,40 +108,12 @@ const GoldenCase kGoldenCases[] = {
 class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
 
 TEST_P(DeliveredTables, TextAndJsonMatchTheirGoldens) {
-  const GoldenCase& golden = GetParam();
-  const std::string base = std::string("tablerenderer/delivered/") + golden.name;
-  EXPECT_TRUE(MatchesGoldenFile(base + ".txt", RunOnSurvey(golden.settings, "text")));
-  EXPECT_TRUE(MatchesGoldenFile(base + ".json", RunOnSurvey(golden.settings, "json")));
+  delivered::ExpectGoldens(GetParam(), "tablerenderer/delivered");
 }
 
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, DeliveredTables, ::testing::ValuesIn(kGoldenCases),
-                         [](const ::testing::TestParamInfo<GoldenCase>& info) {
-                           std::string name = info.param.name;
-                           for (char& c : name) {
-                             if (c == '-') c = '_';
-                           }
-                           return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(SmallSurvey, DeliveredTables, ::testing::ValuesIn(kGoldenCases), delivered::GoldenTestName);
 
-
-/// One cell of a golden case, found by its labels in the JSON output, and the text it must
-/// show. `table` counts the delivered tables of the run from 0.
-struct CellCase {
-  const char* goldenCase;
-  int table;
-  CellPath path;
-  std::vector<std::string> expected;  // every cell at that path, in table order: none where the
-                                      // category is left out, several where only hidden
-                                      // groups or a hidden statistics dimension tell them apart
-};
-
-const GoldenCase& FindGoldenCase(const std::string& name) {
-  for (const GoldenCase& golden : kGoldenCases) {
-    if (name == golden.name) return golden;
-  }
-  ADD_FAILURE() << "no golden case " << name;
-  return kGoldenCases[0];
-}
+const GoldenCase& FindGoldenCase(const std::string& name) { return delivered::FindGoldenCase(kGoldenCases, name); }
 
 // Expected texts from the hand counts above the golden cases.
 const CellCase kCellCases[] = {
@@ -266,17 +232,7 @@ const CellCase kCellCases[] = {
     {"percentiles-with-total", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"."}},
 };
 
-TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) {
-  for (const CellCase& cellCase : kCellCases) {
-    SCOPED_TRACE(std::string(cellCase.goldenCase) + " " + ::testing::PrintToString(cellCase.path.row) +
-                 ::testing::PrintToString(cellCase.path.column));
-    const nlohmann::json document =
-        nlohmann::json::parse(RunOnSurvey(FindGoldenCase(cellCase.goldenCase).settings, "json"));
-    const std::vector<nlohmann::json> tables = TablesOf(document);
-    ASSERT_LT(cellCase.table, static_cast<int>(tables.size()));
-    EXPECT_EQ(CellTexts(tables[static_cast<size_t>(cellCase.table)], cellCase.path), cellCase.expected);
-  }
-}
+TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(kGoldenCases, kCellCases); }
 
 TEST(DeliveredTables, TitleCaptionCornerAndWidthsReachTheTable) {
   const nlohmann::json titled =
