@@ -5,6 +5,7 @@
 // empty cells of those alone, so that a row in which nothing at all was counted disappears
 // unless the user asked to keep empty categories.
 #include <cstdint>
+#include <initializer_list>
 
 #include "host/QuiltAssert.h"
 #include "host/engine/AggregationCategory.h"
@@ -219,6 +220,27 @@ void StartComputedCell(TableDelivery::Data& data, bool twoComputedMeet) {
   data._blankNextCell = twoComputedMeet;
 }
 
+/// Before a walk: the categories computed cells may name, and the explicit lists whose
+/// computed categories may hide their sources, gathered from every axis.
+void PrepareComputedCategories(TableDelivery::Data& data, QuiltTable* table, std::initializer_list<AxisWalk*> walks) {
+  data._requiredCats.clear();
+  data.GetPcomputeRequiredCat(table);
+  for (AxisWalk* walk : walks) {
+    if (data.HasPostCategories(walk->leaves)) data.GetComputingCats(walk->leaves);
+  }
+  data._parsedCatLists.clear();
+  data._parsedCatListOwners.clear();
+  for (AxisWalk* walk : walks) data.GetParsedCategory(walk->leaves);
+}
+
+/// After pass one: the working storage of computed cells points into this group's
+/// categories and expressions, and is dropped with the walk.
+void FinishComputedCategories(TableDelivery::Data& data) {
+  data._requiredCats.clear();
+  data._operandTokens.clear();
+  data._operatorTokens.clear();
+}
+
 /// Fills a deferred empty cell of a surviving row, column or layer in pass two.
 void FillDeferredCell(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes, int cubeIndex,
                       uint8_t state, SyntaxVariableName* statVar, BPTreeNode* leaf) {
@@ -246,12 +268,7 @@ SyntaxVariableName* FirstSet(SyntaxVariableName* a, SyntaxVariableName* b, Synta
 
 int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
   AxisWalk walk(_axes[0]);
-  _requiredCats.clear();
-  GetPcomputeRequiredCat(table);
-  GetComputingCats(walk.leaves);
-  _parsedCatLists.clear();
-  _parsedCatListOwners.clear();
-  GetParsedCategory(walk.leaves);
+  PrepareComputedCategories(*this, table, {&walk});
 
   CellStatistic statistic;
   CubeLookup lookup;
@@ -289,9 +306,7 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
       walk.node->SetEmpty(false);
     }
   }
-  _requiredCats.clear();
-  _operandTokens.clear();
-  _operatorTokens.clear();
+  FinishComputedCategories(*this);
   return 0;
 }
 
@@ -321,14 +336,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
 
   AxisWalk outer(axis1);
   AxisWalk inner(axis2);
-  _requiredCats.clear();
-  GetPcomputeRequiredCat(table);
-  if (HasPostCategories(outer.leaves)) GetComputingCats(outer.leaves);
-  if (HasPostCategories(inner.leaves)) GetComputingCats(inner.leaves);
-  _parsedCatLists.clear();
-  _parsedCatListOwners.clear();
-  GetParsedCategory(outer.leaves);
-  GetParsedCategory(inner.leaves);
+  PrepareComputedCategories(*this, table, {&outer, &inner});
 
   const int n1 = outer.Size();
   const int n2 = inner.Size();
@@ -388,9 +396,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
       cells[cell] = WriteOrDefer(*this, visit, outer.emptyCount >= 1 && inner.emptyCount >= 1, anyPending);
     }
   }
-  _requiredCats.clear();
-  _operandTokens.clear();
-  _operatorTokens.clear();
+  FinishComputedCategories(*this);
   if (!anyPending) return 0;
 
   // Pass two.
@@ -476,14 +482,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
   AxisWalk walk1(loopAxes[0]);
   AxisWalk walk2(loopAxes[1]);
   AxisWalk walk3(loopAxes[2]);
-  _requiredCats.clear();
-  GetPcomputeRequiredCat(table);
-  for (AxisWalk* walk : {&walk1, &walk2, &walk3}) {
-    if (HasPostCategories(walk->leaves)) GetComputingCats(walk->leaves);
-  }
-  _parsedCatLists.clear();
-  _parsedCatListOwners.clear();
-  for (AxisWalk* walk : {&walk1, &walk2, &walk3}) GetParsedCategory(walk->leaves);
+  PrepareComputedCategories(*this, table, {&walk1, &walk2, &walk3});
 
   // Loop indices and keys back in dimension order (rows, columns, layers).
   auto cubeIndex = [&](int a, int b, int c) {
@@ -584,9 +583,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
       }
     }
   }
-  _requiredCats.clear();
-  _operandTokens.clear();
-  _operatorTokens.clear();
+  FinishComputedCategories(*this);
   if (!anyPending) return 0;
 
   // Pass two: a leaf survives with a written cell anywhere in its slice.
