@@ -99,52 +99,54 @@ int TableDelivery::Data::GetStatisticIndex(bool useTotal, const CellStatistics* 
 bool TableDelivery::Data::ProcessStatValues(const StatValues& values, const CellStatistics* cellStats,
                                             const CellStatistics* totalStats, SyntaxVariableName* statVar,
                                             int statType, double ptile, int statFormat, BPTreeNode* leaf) {
-  std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
   if (_statsVisible) {
+    std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
     const int index = GetStatisticIndex(values.IsTotalStats(), cellStats, totalStats, statVar, statType, ptile);
     if (index < 0) return false;
     WriteStatDataInCell(statVar, values.IsTotalStats(), statType, ptile, statFormat, leaf->GetParentGroup(),
                         *leafText, values.GetStatValue(index));
     return true;
   }
-  // One cell per statistic of the "Statistics" dimension; the leaf stays selected.
-  leaf->GetParentGroup().Category(*leafText);
-  BpGroup& dimension = _statAxis->GetBpDimension();
-  bool written = false;
-  for (const HeaderTreeNode* node : HiddenStatistics(leaf)) {
-    const StatTreeNode& statistic = AsStatistic(node);
+  return ForEachHiddenStatistic(leaf, [&](const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label) {
     const int type = statistic.GetStatType();
     const double cutPoint = statistic.GetPtileValue();
     const int index = GetStatisticIndex(values.IsTotalStats(), cellStats, totalStats, statVar, type, cutPoint);
-    if (index < 0) continue;
-    std::unique_ptr<BpCellText> label = MakeStatisticLabel(node);
+    if (index < 0) return false;
     WriteStatDataInCell(statVar, values.IsTotalStats(), type, cutPoint, statistic.GetStatFormatCode(), dimension,
-                        *label, values.GetStatValue(index));
-    written = true;
-  }
-  return written;
+                        label, values.GetStatValue(index));
+    return true;
+  });
 }
 
 bool TableDelivery::Data::ProcessEmptyCell(bool isTotal, const CellStatistics* cellStats,
                                            const CellStatistics* totalStats, SyntaxVariableName* statVar,
                                            int statType, double ptile, int statFormat, BPTreeNode* leaf) {
-  std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
   if (_statsVisible) {
+    std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
     WriteDataInCell(statVar, isTotal, statType, ptile, statFormat, leaf->GetParentGroup(), *leafText);
     return true;
   }
+  return ForEachHiddenStatistic(leaf, [&](const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label) {
+    const int type = statistic.GetStatType();
+    const double cutPoint = statistic.GetPtileValue();
+    // A statistic the cube does not hold for this kind of cell gets no cell at all.
+    if (GetStatisticIndex(isTotal, cellStats, totalStats, statVar, type, cutPoint) < 0) return false;
+    WriteDataInCell(statVar, isTotal, type, cutPoint, statistic.GetStatFormatCode(), dimension, label);
+    return true;
+  });
+}
+
+bool TableDelivery::Data::ForEachHiddenStatistic(
+    BPTreeNode* leaf,
+    const std::function<bool(const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label)>& write) {
+  // One cell per statistic of the "Statistics" dimension; the leaf stays selected.
+  std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
   leaf->GetParentGroup().Category(*leafText);
   BpGroup& dimension = _statAxis->GetBpDimension();
   bool written = false;
   for (const HeaderTreeNode* node : HiddenStatistics(leaf)) {
-    const StatTreeNode& statistic = AsStatistic(node);
-    const int type = statistic.GetStatType();
-    const double cutPoint = statistic.GetPtileValue();
-    // A statistic the cube does not hold for this kind of cell gets no cell at all.
-    if (GetStatisticIndex(isTotal, cellStats, totalStats, statVar, type, cutPoint) < 0) continue;
     std::unique_ptr<BpCellText> label = MakeStatisticLabel(node);
-    WriteDataInCell(statVar, isTotal, type, cutPoint, statistic.GetStatFormatCode(), dimension, *label);
-    written = true;
+    written = write(AsStatistic(node), dimension, *label) || written;
   }
   return written;
 }

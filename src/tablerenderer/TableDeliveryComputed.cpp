@@ -669,45 +669,35 @@ bool TableDelivery::Data::HasTheStat(SyntaxVariableName* statVar, int statType) 
 bool TableDelivery::Data::ProcessPostValues(const CellStatistics* cellStats, const CellStatistics* totalStats,
                                             SyntaxVariableName* statVar, int statType, double ptile, int statFormat,
                                             BPTreeNode* leaf, const AggregationCategory* post) {
-  std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
-  const TARN_Format* format = nullptr;
-  DisplayFormat display = PresentationCodes::kDisplayUnset;
-  if (_statsVisible) {
-    PropertiesFormat(post, statType, format, display);
+  // The value of one statistic, written into `group` under `label`; nothing when a named
+  // cell lacks the statistic. A statistic the variable does not list has no operands: the
+  // shown cell of the leaf gets the value of an empty expression, a statistic of the hidden
+  // dimension no cell.
+  auto writeOne = [&](int type, double cutPoint, int format, BpGroup& group, const BpCellText& label,
+                      bool onlyListed) {
+    const bool listed = type != 0 && HasTheStat(statVar, type);
+    if (!listed && onlyListed) return false;
+    const TARN_Format* own = nullptr;
+    DisplayFormat display = PresentationCodes::kDisplayUnset;
+    PropertiesFormat(post, type, own, display);
     std::vector<double> values;
-    if (statType != 0 && HasTheStat(statVar, statType)) {
-      GetAllValuesInComputing(values, cellStats, totalStats, statVar, statType, ptile);
-    }
+    if (listed) GetAllValuesInComputing(values, cellStats, totalStats, statVar, type, cutPoint);
     if (_operandStatMissing) {
       _operandStatMissing = false;
       return false;
     }
-    WriteStatDataInCellForPCompute(statVar, false, statType, ptile, statFormat, leaf->GetParentGroup(), *leafText,
-                                   CaculatePostCategory(values), format, display);
+    WriteStatDataInCellForPCompute(statVar, false, type, cutPoint, format, group, label, CaculatePostCategory(values),
+                                   own, display);
     return true;
+  };
+  if (_statsVisible) {
+    std::unique_ptr<BpCellText> leafText = leaf->CreateCellText(_dataSource);
+    return writeOne(statType, ptile, statFormat, leaf->GetParentGroup(), *leafText, false);
   }
-  // One cell per statistic of the "Statistics" dimension; the leaf stays selected.
-  leaf->GetParentGroup().Category(*leafText);
-  BpGroup& dimension = _statAxis->GetBpDimension();
-  bool written = false;
-  for (const HeaderTreeNode* node : HiddenStatistics(leaf)) {
-    if (node->GetType() != HeaderTreeNode::kHNodeTypeStatistic) continue;
-    const auto* statistic = static_cast<const StatTreeNode*>(node);
-    const int type = statistic->GetStatType();
-    if (type == 0 || !HasTheStat(statVar, type)) continue;
-    PropertiesFormat(post, type, format, display);
-    std::unique_ptr<BpCellText> label = MakeStatisticLabel(node);
-    std::vector<double> values;
-    GetAllValuesInComputing(values, cellStats, totalStats, statVar, type, statistic->GetPtileValue());
-    if (_operandStatMissing) {
-      _operandStatMissing = false;
-      continue;
-    }
-    WriteStatDataInCellForPCompute(statVar, false, type, statistic->GetPtileValue(), statistic->GetStatFormatCode(),
-                                   dimension, *label, CaculatePostCategory(values), format, display);
-    written = true;
-  }
-  return written;
+  return ForEachHiddenStatistic(leaf, [&](const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label) {
+    return writeOne(statistic.GetStatType(), statistic.GetPtileValue(), statistic.GetStatFormatCode(), dimension,
+                    label, true);
+  });
 }
 
 void TableDelivery::Data::WriteStatDataInCellForPCompute(SyntaxVariableName* statVar, bool useTotal, int statType,

@@ -1,6 +1,7 @@
 // TableDeliveryData.h - the working record of one table delivery: fields and every cell operation
 #pragma once
 
+#include <functional>
 #include <limits>
 #include <memory>
 #include <string>
@@ -27,6 +28,7 @@ class HeaderTreeNode;
 class ParsedCategory;
 class ProcedureDataSource;
 class Statistics;
+class StatTreeNode;
 class SyntaxPComputeSubcommand;
 class SyntaxTableSubcommand;
 class SyntaxVariableName;
@@ -124,6 +126,12 @@ struct TableDelivery::Data {
   bool IsEmptyIncluded(SyntaxVariableName* statVar) const;
   /// The label of statistic `statistic` in the "Statistics" dimension.
   static std::unique_ptr<BpCellText> MakeStatisticLabel(const HeaderTreeNode* statistic);
+  /// With statistic labels hidden: selects the leaf's category and calls `write` once per
+  /// statistic of the "Statistics" dimension, with that dimension and the statistic's label;
+  /// `write` returns whether it wrote a cell. True if any did.
+  bool ForEachHiddenStatistic(
+      BPTreeNode* leaf,
+      const std::function<bool(const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label)>& write);
   /// The statistics a leaf's cells are written for when labels are hidden.
   const std::vector<HeaderTreeNode*>& HiddenStatistics(BPTreeNode* leaf) const;
 
