@@ -16,6 +16,7 @@
 #include "host/output/BpString.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/TableSettings.h"
@@ -52,6 +53,10 @@ TableDelivery::Data::Data(SyntaxTableSubcommand* subcommand, BpProcedure* proced
   if (const SyntaxTablesCommand* command = CommandOf(subcommand)) {
     _hideSmallCounts = command->GetHideSmallCountsSet();
     _hideSmallCountsValue = command->GetHideSmallCountsValue();
+    // Asked for every cell, so looked up once.
+    for (const SyntaxPPropertiesSubcommand* properties : command->GetPPropertiesSubcommands()) {
+      if (properties->IsHideSourceSet()) _hidingProperties.push_back(properties);
+    }
   }
   _hideSmallCountsText = "<" + std::to_string(_hideSmallCountsValue);
 }

@@ -722,18 +722,13 @@ const TARN_Format* TableDelivery::Data::GetPComputeCustomFormat(SyntaxVariableNa
 
 bool TableDelivery::Data::IsHiddenSource(const CategoryKey& key, const std::vector<const std::vector<ParsedCategory*>*>& lists,
                                          int /*comperimeter*/) const {
-  if (lists.empty()) return false;
-  const SyntaxTablesCommand* command = CommandOf(_subcommand);
-  if (command == nullptr) return false;
-  const std::vector<SyntaxPPropertiesSubcommand*> properties = command->GetPPropertiesSubcommands();
-  if (properties.empty()) return false;
+  if (lists.empty() || _hidingProperties.empty()) return false;
 
   for (size_t listIndex = 0; listIndex < lists.size(); ++listIndex) {
     const SyntaxVariableName* owner = listIndex < _parsedCatListOwners.size() ? _parsedCatListOwners[listIndex] : nullptr;
     for (const ParsedCategory* entry : *lists[listIndex]) {
       if (entry->GetPCatName().empty()) continue;
-      for (const SyntaxPPropertiesSubcommand* property : properties) {
-        if (!property->IsHideSourceSet()) continue;
+      for (const SyntaxPPropertiesSubcommand* property : _hidingProperties) {
         for (const SyntaxPComputeSubcommand* pCompute : property->GetPComputePtrs()) {
           if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), entry->GetPCatName())) continue;
           for (const AggregationCategory* category : key) {

@@ -30,6 +30,7 @@ class ProcedureDataSource;
 class Statistics;
 class StatTreeNode;
 class SyntaxPComputeSubcommand;
+class SyntaxPPropertiesSubcommand;
 class SyntaxTableSubcommand;
 class SyntaxVariableName;
 class TableAxis;
@@ -69,6 +70,7 @@ struct TableDelivery::Data {
   std::vector<StatValues> _operandValues;
   std::vector<const std::vector<ParsedCategory*>*> _parsedCatLists;
   std::vector<const SyntaxVariableName*> _parsedCatListOwners;  // parallel: whose list each is
+  std::vector<const SyntaxPPropertiesSubcommand*> _hidingProperties;  // PPROPERTIES with HIDESOURCECATS=YES
   std::vector<std::vector<StatValues>> _groupOperandValues;
   bool _statsVisible = true;
   bool _subtotalsTested = false;
