@@ -1,0 +1,110 @@
+// QuiltSigTests.h - the significance tests on finished cells: chi-square, column means, column proportions
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "parser/PresentationCodes.h"
+#include "tablerenderer/markers/RowSignificanceMarkers.h"
+
+class AggregationCategory;
+class CubeAggregator;
+struct SigTestSettings;
+
+using CategoryPath = std::vector<const AggregationCategory*>;
+
+/// The Pearson chi-square test of one row variable against one column variable for one
+/// combination of outer categories. The three numbers are system-missing when no test can
+/// be made; the flags are the facts behind the table's footnotes.
+struct ChiSquareResult {
+  double chiSquare;             // the statistic (system-missing: no test)
+  double degreesOfFreedom;      // its degrees of freedom
+  double significance;          // 1 - CdfChi(chiSquare, df); missing when that fails
+  bool lowExpected = false;     // 20% or more of the cells expect 5 or fewer cases
+  bool minExpectedBelowOne = false;  // some tested cell expects 1 case or fewer
+  bool nonIntegerCounts = false;     // some weighted cell count was rounded
+};
+
+/// The pairwise comparison of column means in one row.
+struct ColumnMeansResult {
+  std::vector<std::string> columnTexts;  // per tested column: the letters of the columns it exceeds
+  std::vector<int> tooFewColumns;        // columns with fewer than 2 cases, in column order
+  bool numericalProblem = false;         // a variance was invalid, all were zero, or a p-value failed
+  bool zeroPooled = false;               // a pair's pooled variance was not positive
+  bool nonIntegerCounts = false;         // a weighted column count was rounded
+  bool overlapProblem = false;           // a multiple-response pair's overlap term was not positive
+  RowSignificanceMarkers rowMarkers;     // the APA subscripts of the row, calculated
+};
+
+/// The column proportions test of all rows of one row variable.
+struct ColumnProportionsResult {
+  std::vector<std::vector<std::string>> cellTexts;  // rows x tested columns: letters per cell
+  std::vector<int> badRows;       // with badColumns: cells whose proportion is 0 or 1,
+  std::vector<int> badColumns;    //   in row order, then column order
+  std::vector<int> smallColumns;  // columns whose weighted base is below 2
+  bool nonIntegerCounts = false;  // a weighted cell count was not whole
+  bool overlapProblem = false;    // a multiple-response pair's overlap term was not positive
+  std::vector<RowSignificanceMarkers> rowMarkers;  // the APA subscripts of each row
+};
+
+/// The tests on the counts and moments of a cube, treating (rounded) weighted counts as
+/// sample sizes. QuiltSigTestsEffBase holds the same tests on effective base sizes, for a
+/// table under a base weight. Static operations only; no state.
+class QuiltSigTests {
+ public:
+  /// One tested pair of columns of a family (one row of a column test).
+  struct PValueInfoElem {
+    int _position = -1;     // index in the list being sorted (Benjamini-Hochberg only)
+    int _firstIndex = -1;   // the first column, by its place among the tested columns
+    int _secondIndex = -1;  // the second column; always above the first
+    double _pValue;         // the unadjusted two-sided p-value; system-missing: not tested
+    double _adjustValue;    // the adjusted p-value
+    bool _identical = false;          // two multiple-response columns holding the same cases
+    bool _significant = false;        // significant at alpha
+    bool _significantAlpha2 = false;  // significant at the second alpha
+    PValueInfoElem();
+  };
+
+  /// The chi-square test between the categories `testRows` and `testCols` of the innermost
+  /// row and column variables, the outer categories fixed by the three paths (outermost
+  /// first). `rowIsMR`/`colIsMR`: that side is a multiple-response set, whose categories
+  /// overlap. Counts are rounded to whole numbers first.
+  static ChiSquareResult GetChiSquare(const CubeAggregator& aggregator, const CategoryPath& rowPath,
+                                      const CategoryPath& colPath, const CategoryPath& layerPath,
+                                      const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
+                                      bool rowIsMR, bool colIsMR);
+
+  /// Student's t between each pair of columns `testCols` for the mean of scale variable
+  /// `statVarIndex` in the row fixed by `rowCats`.
+  static ColumnMeansResult GetColumnPairwise(const CubeAggregator& aggregator, int statVarIndex,
+                                             const CategoryPath& rowCats, const CategoryPath& colPath,
+                                             const CategoryPath& layerCats, const CategoryPath& testCols,
+                                             bool weighted, bool columnsAreMR, const SigTestSettings& settings,
+                                             const std::string& noTestMarker);
+
+  /// The z test between the column proportions of each pair of `testCols`, in each row of
+  /// `testRows`, each row a family of its own.
+  static ColumnProportionsResult GetColumnProportions(const CubeAggregator& aggregator, const CategoryPath& rowPath,
+                                                      const CategoryPath& colPath, const CategoryPath& layerPath,
+                                                      const CategoryPath& testRows, const CategoryPath& testCols,
+                                                      bool weighted, bool rowIsMR, bool colIsMR,
+                                                      const SigTestSettings& settings,
+                                                      const std::string& noTestMarker);
+
+  /// Fills each element's adjusted p-value and its significance at `alpha` and, when it is
+  /// neither missing nor 0, at `alpha2`. Columns that hold the same cases count as one.
+  /// `count` is not used: the family's size is that of the list.
+  static void AdjustSigTests(double alpha, double alpha2, PresentationCodes::SignificanceAdjustType adjustType,
+                             int count, std::vector<PValueInfoElem>& list);
+  /// The Benjamini-Hochberg step-up adjustment of one list.
+  static void AdjustSigBHTests(double alpha, double alpha2, std::vector<PValueInfoElem>& list);
+  /// Ascending p-value, ties by position.
+  static bool PValueInfoLess(const PValueInfoElem& first, const PValueInfoElem& second);
+  /// Whether the adjusted p-value is the one shown: always.
+  static bool ShowAdjustPValue(PresentationCodes::SignificanceAdjustType adjustType);
+  /// "(0.012)\n": the p-value with `digits` decimals, as SHOWSIG prints it after a letter.
+  static std::string GetPValueStr(double p, int digits);
+  /// The label of column `index` of `nColumns`: "A".."Z", or "(AA)".. past 26 columns or
+  /// with `forceParens`; lower case unless `upper`.
+  static std::string CategoryKey(int index, int nColumns, bool forceParens, bool upper);
+};
