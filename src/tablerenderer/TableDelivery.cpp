@@ -47,6 +47,10 @@ const SyntaxTablesCommand* CommandOf(SyntaxTableSubcommand* subcommand) {
   return static_cast<const SyntaxTablesCommand*>(top);
 }
 
+/// The dimensions of a table and of its test tables, by the header tree that fills them.
+const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
+const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn, BpDimension::kPlaceLayer};
+
 /// The data column widths the user set, cut to whole points; test tables take them too.
 void SetColumnWidths(BpPivotTable& pivot, const TableSettings* settings) {
   if (settings == nullptr) return;
@@ -177,9 +181,6 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
     _statAxis = new TableAxis(statistics, statPlace, table->GetStatTree(), nullptr);
   }
 
-  static const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
-  static const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn,
-                                                BpDimension::kPlaceLayer};
   for (int d = 0; d < 3; ++d) {
     if (roots[d] == nullptr || roots[d]->IsLeaf()) continue;
     BpDimension dimension = pivot.Dimension(BpString(kDimensionNames[d], true), BpPivotTable::kSortAsCreated);
@@ -249,9 +250,6 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, const std::vect
 
     BpPivotTable testTable = _heading.PivotTable(BpString("Pearson Chi Square Tests", true),
                                                  BpString("Pearson Chi Square Tests", true), true);
-    static const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
-    static const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn,
-                                                  BpDimension::kPlaceLayer};
     std::unique_ptr<TableAxis> axes[3];
     for (std::size_t d = 0; d < trees.size() && d < 3; ++d) {
       BpDimension dimension =
