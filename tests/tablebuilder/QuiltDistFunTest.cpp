@@ -83,6 +83,7 @@ const Region kRegions[] = {
     // relative error grows with the degrees of freedom: about 1e-11 at 1e4, 1e-9 at 1e6.
     {"df1e4", 2e-11, 0.0},
     {"df1e6", 3e-9, 0.0},
+    {"df1e8", 3e-7, 0.0},
     // One minus an exponential (chi-square with 2 df, t with 2, F with 2 numerator df) or
     // one half plus an arctangent (t with 1 df): exact to about 1e-16 absolute, no better.
     {"complement", 1e-12, 3e-16},

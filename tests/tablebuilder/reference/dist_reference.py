@@ -180,6 +180,11 @@ for x in (1e-300, 0.1, 0.75, 3.5, 7.9, 8, 8.5, 30, 1e3, 1e6, 1e15):
 for x, shape in ((0.5, 3), (5, 3), (50, 3), (2, 0.3), (40, 1), (300, 250)):
     emit("gammadUpper", "full", [x, shape], special.gammaincc(shape, x),
          mp.gammainc(shape, x, mp.inf, regularized=True))
+# Student's t on population-sized bases, where the incomplete beta function needs far more terms
+# than the classic 10,000.
+for df in (3e7, 1e8):
+    for x in (-2.0, -4.0):
+        emit("CdfT", "df1e8", [x, df], stats.t(df).cdf(x), cdf("T", x, df))
 # Where the continued fraction of the incomplete beta function does not converge, a normal
 # approximation takes over; at a = b = 1e12 the beta law is normal to far better than it is, so
 # the reference is the normal law with the beta's mean and variance.
