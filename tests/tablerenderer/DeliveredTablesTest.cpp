@@ -103,6 +103,18 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /TABLE region > gender BY q [COUNT ROWPCT.COUNT] /CATEGORIES VARIABLES=gender q EMPTY=EXCLUDE."}},
     {"percentiles-with-total",
      {"QUILT /TABLE region > score [MEAN PTILE 25 PTILE 75] BY gender /CATEGORIES VARIABLES=gender TOTAL=YES."}},
+    {"hidden-subtotal-rows",
+     {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=region [1, 2, "
+      "HSUBTOTAL='North and South', 3, 4] TOTAL=YES."}},
+    {"hidden-subtotal-columns-before",
+     {"QUILT /TABLE gender BY region [COUNT ROWPCT.COUNT] /CATEGORIES VARIABLES=region [1, HSUBTOTAL='South or "
+      "East', 2, 3] TOTAL=YES POSITION=BEFORE."}},
+    {"hidden-subtotal-dichotomy-set",
+     {"QUILT /TABLE $ones [COUNT] /CATEGORIES VARIABLES=$ones [region, gender, HSUBTOTAL='North or male', q] "
+      "TOTAL=YES.",
+      "", {}, "",
+      R"("mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1, )"
+      R"("variables": ["region", "gender", "q"], "labels": "varlabels"}])"}},
 };
 
 class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
@@ -230,6 +242,25 @@ const CellCase kCellCases[] = {
     {"percentiles-with-total", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Percentile 75"}, {}}, {"6.0"}},
     {"percentiles-with-total", 0, {{"Region", "North", "Score"}, {"Gender", "Total", "Percentile 75"}, {}}, {"5.0"}},
     {"percentiles-with-total", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"."}},
+    // A hidden subtotal stands in place of North and South (males 3 + 2 = 5 of 8 = 62.5%,
+    // females 3 + 3 = 6 of 6), which leave the table but stay in the total and the base.
+    {"hidden-subtotal-rows", 0, {{"Region", "North and South"}, {"Gender", "Male", "Column %"}, {}}, {"62.5%"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "North and South"}, {"Gender", "Female", "Count"}, {}}, {"6"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {}},
+    {"hidden-subtotal-rows", 0, {{"Region", "East"}, {"Gender", "Male", "Column %"}, {}}, {"37.5%"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "Total"}, {"Gender", "Male", "Count"}, {}}, {"8"}},
+    // Totals before: the subtotal sums the categories after it, South and East. Males 2 + 3
+    // of 8 = 62.5%; females 3 + 0 of 6 = 50%.
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Male"}, {"Region", "South or East", "Row %"}, {}}, {"62.5%"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Female"}, {"Region", "South or East", "Count"}, {}}, {"3"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Female"}, {"Region", "Total", "Count"}, {}}, {"6"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Male"}, {"Region", "South", "Count"}, {}}, {}},
+    // Region 1 or gender 1: eleven cases (see dichotomy-set-subtotal); q 1 in rows 1, 3, 7, 9,
+    // 11, 12, 14; any of the three: all but rows 5 and 13, twelve.
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "North or male"}, {"Count"}, {}}, {"11"}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Rating"}, {"Count"}, {}}, {"7"}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Region"}, {"Count"}, {}}, {}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Total"}, {"Count"}, {}}, {"12"}},
 };
 
 TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(kGoldenCases, kCellCases); }
