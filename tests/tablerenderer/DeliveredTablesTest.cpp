@@ -57,7 +57,8 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /FORMAT EMPTY='none' MISSING='n/a' /TABLE region > score [COUNT F3.0 MEAN F5.1] BY gender."}},
     {"column-widths",
      {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT]."}},
-    {"hide-small-counts", {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT]."}},
+    {"hide-small-counts",
+     {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT UCOUNT NEQUAL5.0]."}},
     {"decorations",
      {"QUILT /TABLE region > score [MEAN NEGPAREN6.1 VALIDN PAREN5.0 COUNT NEQUAL5.0]."}},
     {"percent-paren", {"QUILT /TABLE region BY gender [COUNT F5.0 COLPCT.COUNT PCTPAREN6.1]."}},
@@ -168,11 +169,16 @@ const CellCase kCellCases[] = {
     {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Count"}, {}}, {"none"}},
     {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"n/a"}},
     {"empty-and-missing-texts", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Mean"}, {}}, {"4.0"}},
-    // Counts 6 and 5 pass the threshold 5; 3 and the empty 0 are hidden; percentages never.
+    // Counts 6 and 5 pass the threshold 5; percentages are never hidden. East's 3 has its
+    // unweighted count 3 as companion and shows as missing, in a NEQUAL decoration too; only
+    // West's empty 0 has no companion and shows "<5".
     {"hide-small-counts", 0, {{"Region", "South"}, {"Count"}, {}}, {"5"}},
-    {"hide-small-counts", 0, {{"Region", "East"}, {"Count"}, {}}, {"<5"}},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Count"}, {}}, {"."}},
     {"hide-small-counts", 0, {{"Region", "West"}, {"Count"}, {}}, {"<5"}},
     {"hide-small-counts", 0, {{"Region", "East"}, {"Column %"}, {}}, {"21.4%"}},
+    {"hide-small-counts", 0, {{"Region", "South"}, {"Unweighted Count"}, {}}, {"N=5"}},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Unweighted Count"}, {}}, {"N=."}},
+    {"hide-small-counts", 0, {{"Region", "West"}, {"Unweighted Count"}, {}}, {"<(5)"}},
     {"decorations", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, {"(4.7)"}},
     {"decorations", 0, {{"Region", "North", "Score"}, {"Mean"}, {}}, {"2.5"}},
     {"decorations", 0, {{"Region", "South", "Score"}, {"Valid N"}, {}}, {"(5)"}},
@@ -205,10 +211,10 @@ const CellCase kCellCases[] = {
     {"base-weighted", 0, {{"Region", "South"}, {"Gender", "Male", "Unweighted Count"}, {}}, {"2"}},
     {"split-by-dictionary", 1, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"2"}},
     // Threshold 4. North males weigh 4.0 on 3 cases: the companion 3 hides the cell as
-    // missing. South females weigh 3.0 on 3 cases: an exact count, shown as "<4". South
-    // males weigh 1.0 on 2 cases: hidden. Percentages stay.
+    // missing, and so do South females, 3.0 on 3 cases, and South males, 1.0 on 2 cases.
+    // Percentages stay.
     {"weighted-hidden-small-counts", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {"hidden"}},
-    {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"<4"}},
+    {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"hidden"}},
     {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Male", "Count"}, {}}, {"hidden"}},
     {"weighted-hidden-small-counts", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
     // North's six scores are all different: every one is a mode, the smallest -3.0 shows
