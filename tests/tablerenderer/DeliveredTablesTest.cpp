@@ -41,7 +41,7 @@ const GoldenCase kGoldenCases[] = {
     {"unlabelled-values", {"QUILT /TABLE region BY grp [COUNT]."}},
     {"vlabels-both", {"QUILT /VLABELS VARIABLES=region DISPLAY=BOTH /TABLE region BY grp [COUNT]."}},
     {"vlabels-none", {"QUILT /VLABELS VARIABLES=region DISPLAY=NONE /TABLE region BY grp [COUNT]."}},
-    {"statistic-labels", {"QUILT /TABLE region > score [MEAN PTILE 25 MEAN.LCL]."}},
+    {"statistic-labels", {"QUILT /TABLE region > score [MEAN PTILE 25 MEAN.LCL MEAN.UCL 'Upper )CILEVEL%']."}},
     {"stacked-twice", {"QUILT /TABLE region + region BY gender [COUNT]."}},
     {"slabels-row", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=ROW."}},
     {"slabels-layer", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=LAYER."}},
@@ -146,10 +146,12 @@ const CellCase kCellCases[] = {
     {"vlabels-both", 0, {{"region Region", "North"}, {"grp", "10", "Count"}, {}}, {"4"}},
     {"vlabels-none", 0, {{"North"}, {"grp", "10", "Count"}, {}}, {"4"}},
     // Mean of -8, -2, -4 is -4.67; PTILE 25 of North (-3 0 2 4 5 7, t = 1.5) is the second
-    // value; the 95% lower limit of North is 2.5 - 2.5706 * 3.6194 / sqrt(6) = -1.30.
+    // value; the 95% limits of North are 2.5 -+ 2.5706 * 3.6194 / sqrt(6) = -1.30 and 6.30
+    // (scipy.stats.t.ppf(0.975, 5)). The user's "%" after )CILEVEL is the level's own sign.
     {"statistic-labels", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, {"-4.7"}},
     {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Percentile 25"}, {}}, {"0.0"}},
     {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Mean 95.0% LCL"}, {}}, {"-1.3"}},
+    {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Upper 95.0%"}, {}}, {"6.3"}},
     {"statistic-labels", 0, {{"Region", "West", "Score"}, {"Mean"}, {}}, {"."}},
     // The same variable stacked twice: both blocks keep their own cells.
     {"stacked-twice", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {"3", "3"}},
