@@ -104,7 +104,8 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const auto& layers = layout.GetLayers();
   for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
     out << "<table>\n<caption>";
-    if (!table.titleHidden) out << Escape(table.title) << Marks(layout.GetTitleMarks());
+    // An empty table names itself, even where the outline carries its title.
+    if (!table.titleHidden || layout.IsEmpty()) out << Escape(table.title) << Marks(layout.GetTitleMarks());
     if (!table.mergedTitle.empty())
       out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
     if (!layers[layerIndex].labelPath.empty()) {
@@ -137,6 +138,9 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       out << "</tr>\n";
     }
     out << "</thead>\n<tbody>\n";
+    if (layout.IsEmpty()) {
+      out << "<tr><td colspan=\"" << totalColumns << "\">" << kNoCasesText << "</td></tr>\n";
+    }
     for (std::size_t rowIndex = 0; rowIndex < rows.entries.size(); ++rowIndex) {
       out << "<tr>";
       if (rowLevels == 0) out << "<th scope=\"row\"></th>";
