@@ -222,7 +222,8 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
 
   // A table without a single cell would draw only the two rules of an empty box: its title,
   // shown even where the outline carries it, says which table is empty instead.
-  if (!table.titleHidden || layout.IsEmpty()) WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
+  if (!table.titleHidden || layout.IsEmpty())
+    WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
   if (!table.mergedTitle.empty()) WriteWrapped(table.mergedTitle, out);
   if (layout.IsEmpty()) {
     WriteWrapped(kNoCasesText, out);

@@ -49,8 +49,8 @@ struct SyntaxReader::ReaderData {
   int _parenDepth = 0;                                           // open "(" minus ")"
   int _bracketDepth = 0;                                         // open "[" minus "]"
   SyntaxConverter* _current = nullptr;                           // the converter that receives the next event
-  std::string _lastWord;                                         // the last word read, to say where a text stands
-  bool _textCutReported = false;                                 // a cut text has been warned about
+  std::string _lastWord;          // the last word read, to say where a text stands
+  bool _textCutReported = false;  // a cut text has been warned about
 };
 
 SyntaxReader::SyntaxReader() : _readerData(new ReaderData) {
@@ -79,7 +79,8 @@ void SyntaxReader::ReadTokens(TARN_TokenSequence* tokens) {
     char* commandWord = nullptr;
     int length = kInitialTextLength;
     tokens->GetText(&commandWord, &length);
-    if (commandWord != nullptr && length > 0) data._lastWord.assign(commandWord, static_cast<std::size_t>(length));
+    if (commandWord != nullptr && length > 0)
+      data._lastWord.assign(commandWord, static_cast<std::size_t>(length));
   }
 
   char text[kTokenBufferSize];

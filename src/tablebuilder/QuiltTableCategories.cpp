@@ -47,7 +47,8 @@ std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tem
   }
   if (others.empty()) return categories;
   CategoryManager manager(categories, variable->GetAggregationVariable(), dimension);
-  for (SyntaxVariableName* other : others) manager.AddCategories(QuiltTable::ShownCategories(*DimensionOf(other)));
+  for (SyntaxVariableName* other : others)
+    manager.AddCategories(QuiltTable::ShownCategories(*DimensionOf(other)));
   return manager.GetCategories();
 }
 
@@ -65,7 +66,8 @@ std::vector<AggregationCategory*> QuiltTable::ShownCategories(TableDimension& di
   const std::vector<AggregationCategory*>& all = dimension.GetCategories();
   std::vector<int> hidingSubtotals;
   for (const AggregationCategory* category : all) {
-    if (category->GetCatType() == AggregationCategory::kHSubtotal) hidingSubtotals.push_back(category->GetCatEncoding());
+    if (category->GetCatType() == AggregationCategory::kHSubtotal)
+      hidingSubtotals.push_back(category->GetCatEncoding());
   }
   if (hidingSubtotals.empty()) return all;
   std::vector<AggregationCategory*> shown;
@@ -73,7 +75,8 @@ std::vector<AggregationCategory*> QuiltTable::ShownCategories(TableDimension& di
     const int type = category->GetCatType();
     if (type == AggregationCategory::kValue || type == AggregationCategory::kVariable) {
       const int subtotal = dimension.SubtotalOf(category->GetCatEncoding());
-      if (subtotal != 0 && std::find(hidingSubtotals.begin(), hidingSubtotals.end(), subtotal) != hidingSubtotals.end()) {
+      if (subtotal != 0 &&
+          std::find(hidingSubtotals.begin(), hidingSubtotals.end(), subtotal) != hidingSubtotals.end()) {
         continue;
       }
     }

@@ -31,8 +31,8 @@ constexpr const char* kDictionary = R"({"variables": [
 struct RunCase {
   const char* name;
   std::string command;
-  const char* weight = "";          // case weight variable, or none
-  const char* splitLayout = "";     // "separate" or "layered" by wave, or no split
+  const char* weight = "";       // case weight variable, or none
+  const char* splitLayout = "";  // "separate" or "layered" by wave, or no split
   const char* csv = kCsv;
 };
 
@@ -82,7 +82,9 @@ struct WordingCase {
   std::vector<std::string> messages;  // every message of the run, in order, as level: text
 };
 
-void PrintTo(const WordingCase& wordingCase, std::ostream* out) { *out << wordingCase.run.name; }
+void PrintTo(const WordingCase& wordingCase, std::ostream* out) {
+  *out << wordingCase.run.name;
+}
 
 class MessageWording : public ::testing::TestWithParam<WordingCase> {};
 
@@ -97,8 +99,8 @@ const std::string kLongText(1100, 'x');
 const WordingCase kWordingCases[] = {
     // A scale variable has no categories, so no totals: the one TOTALS is ignored, not doubled.
     {{"scale-totals", "QUILT /TABLE score [TOTALS[MEAN]] BY gender."},
-     {"warning: Subcommand TABLE: score is a scale variable, which has no categories to total; its TOTALS are "
-      "ignored."}},
+     {"warning: Subcommand TABLE: score is a scale variable, which has no categories to total; its TOTALS "
+      "are ignored."}},
     {{"categories-not-in-table", "QUILT /TABLE region BY gender /CATEGORIES VARIABLES=wave TOTAL=YES."},
      {"warning: Subcommand CATEGORIES: wave is not a variable of this table; the settings given for it are "
       "ignored."}},
@@ -109,32 +111,35 @@ const WordingCase kWordingCases[] = {
     {{"empty-subtables-listwise-no-scale", "QUILT /SMISSING LISTWISE /TABLE region BY gender.", "zero"},
      {"warning: Some subtables of table 1 have no cases: their cells are empty."}},
     {{"empty-subtables-listwise", "QUILT /SMISSING LISTWISE /TABLE region > score [MEAN] BY gender.", "zero"},
-     {"warning: Some subtables of table 1 have no cases: their cells are empty. Scale statistics count only the "
-      "cases valid on every scale variable of the table (SMISSING=LISTWISE).",
-      "warning: There are no valid cases for the scale variables Score in table 1. Their statistics are missing."}},
+     {"warning: Some subtables of table 1 have no cases: their cells are empty. Scale statistics count only "
+      "the cases valid on every scale variable of the table (SMISSING=LISTWISE).",
+      "warning: There are no valid cases for the scale variables Score in table 1. Their statistics are "
+      "missing."}},
     // Groups laid out together: one table, no group to name.
     {{"layered-scale-without-cases", "QUILT /TABLE region > score [MEAN].", "zero", "layered"},
      {"warning: Some subtables of table 1 have no cases: their cells are empty.",
-      "warning: There are no valid cases for the scale variables Score in table 1. Their statistics are missing.",
+      "warning: There are no valid cases for the scale variables Score in table 1. Their statistics are "
+      "missing.",
       "warning: Split groups laid out together are not shown as rows: the tables cover all split groups "
       "together."}},
     {{"percentile-range", "QUILT /TABLE region BY gender /CATEGORIES VARIABLES=region KEY=PTILE(score 0)."},
-     {"fatal: Subcommand CATEGORIES: invalid percentile at \"0\": a percentile must be a number greater than 0 "
-      "and less than 100."}},
+     {"fatal: Subcommand CATEGORIES: invalid percentile at \"0\": a percentile must be a number greater than "
+      "0 and less than 100."}},
     {{"cilevel-range", "QUILT /TABLE score [MEAN] BY gender /CRITERIA CILEVEL=100."},
-     {"fatal: Subcommand CRITERIA: 100 is not a valid CILEVEL; it must be greater than 0 and less than 100."}},
+     {"fatal: Subcommand CRITERIA: 100 is not a valid CILEVEL; it must be greater than 0 and less than "
+      "100."}},
     {{"alpha-twice", "QUILT /TABLE region BY gender /COMPARETEST TYPE=PROP ALPHA=0.05 0.05."},
      {"warning: Subcommand COMPARETEST: the two ALPHA values are equal. One significance level is used."}},
     // The period that ends the command is the token where the subcommand falls short.
     {{"incomplete-at-period", "QUILT /TABLE region /CRITERIA CILEVEL=."},
      {"fatal: Subcommand CRITERIA is incomplete (at \".\")."}},
     {{"empty-title", "QUILT /TABLE region /TITLES TITLE=''."},
-     {"fatal: Subcommand TITLES: the quoted text after TITLE is empty (''). Give a text, or leave out the keyword "
-      "it belongs to."}},
+     {"fatal: Subcommand TITLES: the quoted text after TITLE is empty (''). Give a text, or leave out the "
+      "keyword it belongs to."}},
     // Two texts over the limit: one warning, naming the first.
     {{"long-texts", "QUILT /TABLE region /TITLES TITLE='" + kLongText + "' CAPTION='" + kLongText + "'."},
-     {"warning: Subcommand TITLES: the text after TITLE is longer than 1023 bytes; only its first 1023 bytes are "
-      "used."}},
+     {"warning: Subcommand TITLES: the text after TITLE is longer than 1023 bytes; only its first 1023 bytes "
+      "are used."}},
     {{"no-cases", "QUILT /TABLE region.", "", "", "region,gender,score,wave,zero\n"},
      {"fatal: There are no cases in the active data set. No tables were produced."}},
 };
@@ -152,18 +157,20 @@ INSTANTIATE_TEST_SUITE_P(SmallData, MessageWording, ::testing::ValuesIn(kWording
 // the first table of a group as for the later ones.
 TEST(MessageWording, SeparateSplitMessagesFollowTheirGroupHeading) {
   std::vector<std::string> outline;
-  Outline(RunCommand({"split-order", "QUILT /TABLE region > score [MEAN] /TABLE region [COUNT] /TABLE score [MEAN] BY gender.",
-               "", "separate"})["items"],
-          0, /*withTables=*/true, outline);
+  const RunCase run = {
+      "split-order",
+      "QUILT /TABLE region > score [MEAN] /TABLE region [COUNT] /TABLE score [MEAN] BY gender.", "",
+      "separate"};
+  Outline(RunCommand(run)["items"], 0, /*withTables=*/true, outline);
   const std::vector<std::string> expected = {
       "# Quilt",
       "  # Wave: First",
-      "    warning: In split Wave=First there are no valid cases for the scale variables Score in table 1. Their "
-      "statistics are missing.",
+      "    warning: In split Wave=First there are no valid cases for the scale variables Score in table 1. "
+      "Their statistics are missing.",
       "    table Quilt Table 1",
       "    table Quilt Table 2",
-      "    warning: In split Wave=First there are no valid cases for the scale variables Score in table 3. Their "
-      "statistics are missing.",
+      "    warning: In split Wave=First there are no valid cases for the scale variables Score in table 3. "
+      "Their statistics are missing.",
       "    table Quilt Table 3",
       "  # Wave: Second",
       "    table Quilt Table 1",

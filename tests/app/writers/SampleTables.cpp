@@ -157,11 +157,13 @@ void BuildEmptyAndDeepDocument(OutputDocument& document) {
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
     BpDimension columns = pivot.Dimension(Text("Column"), BpPivotTable::kSortAsCreated);
     columns.Position(BpDimension::kPlaceColumn, 1, true, false);
-    BpGroup region = rows.Group(Text("Region of residence of the respondent"), true, BpPivotTable::kSortAsCreated);
+    BpGroup region =
+        rows.Group(Text("Region of residence of the respondent"), true, BpPivotTable::kSortAsCreated);
     int rowIndex = 0;
     for (const char* area : {"North East of the country", "South West of the country"}) {
-      BpGroup age = region.Group(Text(area), true, BpPivotTable::kSortAsCreated)
-                        .Group(Text("Age group at the time of the interview"), true, BpPivotTable::kSortAsCreated);
+      BpGroup age =
+          region.Group(Text(area), true, BpPivotTable::kSortAsCreated)
+              .Group(Text("Age group at the time of the interview"), true, BpPivotTable::kSortAsCreated);
       for (const char* years : {"Eighteen to thirty-four years", "Thirty-five years or older"}) {
         ++rowIndex;
         for (int year = 2019; year <= 2024; ++year) {

@@ -100,8 +100,9 @@ TEST(MessageCatalogue, SplitListFillsVariableAndValuePairs) {
   composite.Add(BpString("Brands", /*translate=*/false));
   composite.Finish();
   OutputDocument::Install(nullptr);
-  EXPECT_EQ(composite.GetText(),
-            "In split Region=North, Wave=2 some subtables of table Brands have no cases: their cells are empty.");
+  EXPECT_EQ(
+      composite.GetText(),
+      "In split Region=North, Wave=2 some subtables of table Brands have no cases: their cells are empty.");
   EXPECT_EQ(composite.GetArguments(), (std::vector<std::string>{"Region, North, Wave, 2", "Brands"}));
 }
 
@@ -139,12 +140,12 @@ std::vector<std::string> LiteralsIn(const std::string& argument) {
   std::vector<std::string> keys;
   const std::regex literals(R"LIT(((?:"(?:[^"\\]|\\.)*"\s*)+))LIT");
   const std::regex piece(R"RE("((?:[^"\\]|\\.)*)")RE");
-  for (auto it = std::sregex_iterator(argument.begin(), argument.end(), literals); it != std::sregex_iterator();
-       ++it) {
+  for (auto it = std::sregex_iterator(argument.begin(), argument.end(), literals);
+       it != std::sregex_iterator(); ++it) {
     const std::string joined = it->str();
     std::string key;
-    for (auto part = std::sregex_iterator(joined.begin(), joined.end(), piece); part != std::sregex_iterator();
-         ++part) {
+    for (auto part = std::sregex_iterator(joined.begin(), joined.end(), piece);
+         part != std::sregex_iterator(); ++part) {
       const std::string text = (*part)[1].str();
       for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\\' && i + 1 < text.size()) {
@@ -167,8 +168,8 @@ std::vector<std::string> LiteralsIn(const std::string& argument) {
 std::vector<std::pair<std::string, std::string>> KeysInSources() {
   struct Call {
     std::regex name;
-    bool needsTranslate;    // the last argument must be `true`
-    std::size_t first;      // arguments [first, last) hold keys
+    bool needsTranslate;  // the last argument must be `true`
+    std::size_t first;    // arguments [first, last) hold keys
     std::size_t last;
   };
   const Call calls[] = {
@@ -188,8 +189,8 @@ std::vector<std::pair<std::string, std::string>> KeysInSources() {
     buffer << file.rdbuf();
     const std::string source = buffer.str();
     for (const Call& call : calls) {
-      for (auto it = std::sregex_iterator(source.begin(), source.end(), call.name); it != std::sregex_iterator();
-           ++it) {
+      for (auto it = std::sregex_iterator(source.begin(), source.end(), call.name);
+           it != std::sregex_iterator(); ++it) {
         const std::size_t open = static_cast<std::size_t>(it->position() + it->length() - 1);
         const std::vector<std::string> arguments = CallArguments(source, open);
         if (arguments.size() < call.last) continue;
@@ -208,11 +209,13 @@ std::vector<std::pair<std::string, std::string>> KeysInSources() {
 TEST(MessageCatalogue, EveryKeyInTheSourcesHasWording) {
   const auto keys = KeysInSources();
   // Keys the scan must see, one of each way of raising one.
-  for (const char* known : {"No cases in the active file ...", "The two ALPHA values are equal...",
-                            "Column proportions skipped in ^1 table. Combined stats.",
-                            "Some subtables in table ^1 unspecified empty ...", "Subcommand ^1. Unknown keyword ^2."}) {
-    EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [&](const auto& found) { return found.first == known; }))
-        << known;
+  for (const char* known :
+       {"No cases in the active file ...", "The two ALPHA values are equal...",
+        "Column proportions skipped in ^1 table. Combined stats.",
+        "Some subtables in table ^1 unspecified empty ...", "Subcommand ^1. Unknown keyword ^2."}) {
+    EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [&](const auto& found) {
+      return found.first == known;
+    })) << known;
   }
   for (const auto& [key, file] : keys) {
     EXPECT_NE(MessageCatalogue::FindWording(key), nullptr)
@@ -234,7 +237,8 @@ TEST(MessageCatalogue, EveryWordingReadsWithoutKeyFragments) {
     }
     const std::string text = MessageCatalogue::Expand(key, arguments);
     for (const char* fragment : {"..", "^", "[%", ":]", "  ", " ,", " .", "%%"}) {
-      EXPECT_EQ(text.find(fragment), std::string::npos) << key << "\n reads: " << text << "\n has: " << fragment;
+      EXPECT_EQ(text.find(fragment), std::string::npos)
+          << key << "\n reads: " << text << "\n has: " << fragment;
     }
   }
 }
