@@ -44,6 +44,8 @@ TEST(MessageCatalogue, ExpandsPlaceholdersAndListConstructs) {
       {"[:^1:]1", {List({"first piece ", "second"})}, "first piece second"},
       {"In ^1 the list [%1:,^1:]2 ends", {Single("T1"), List({"a", "b"})}, "In T1 the list a,b ends"},
       {"[%1:,^1:]1 only", {List({})}, " only"},
+      // An empty argument between two blanks leaves one blank.
+      {"In split [%1=%2:, ^1=^2:]1 there are ^2 cases", {List({}), Single("")}, "In split there are cases"},
       {"missing ^2", {Single("x")}, "missing ^2"},
       {"^10 and ^1", {Single("one")}, "^10 and one"},
   };
