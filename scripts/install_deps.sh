@@ -44,10 +44,13 @@ fi
 
 # One query for the whole list. A package dpkg has never heard of is reported on standard
 # error and left out of the output, so it counts as missing like a removed one does.
+# (A plain variable rather than process substitution: that needs /dev/fd, which a bare
+# chroot or container may lack.)
 declare -A installed=()
+statuses=$(dpkg-query -W -f='${Package} ${db:Status-Abbrev}\n' "${packages[@]}" 2>/dev/null)
 while read -r name state; do
   [ "${state:1:1}" = i ] && installed[$name]=1
-done < <(dpkg-query -W -f='${Package} ${db:Status-Abbrev}\n' "${packages[@]}" 2>/dev/null)
+done <<<"$statuses"
 
 missing=()
 for package in "${packages[@]}"; do
@@ -68,12 +71,13 @@ elif command -v sudo >/dev/null 2>&1 && sudo -n true >/dev/null 2>&1; then
   as_root=(sudo -n)
 else
   say "missing Debian packages: ${missing[*]}"
+  # With the update too: a new machine's package lists may be empty or out of date.
   if command -v sudo >/dev/null 2>&1; then
     say "installing them needs root; run this, then the make command again:"
-    echo "  sudo $install_line" >&2
+    echo "  sudo apt-get update && sudo $install_line" >&2
   else
     say "installing them needs root; run this as root, then the make command again:"
-    echo "  $install_line" >&2
+    echo "  apt-get update && $install_line" >&2
   fi
   exit 1
 fi

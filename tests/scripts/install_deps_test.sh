@@ -69,7 +69,7 @@ line="apt-get install -y nlohmann-json3-dev libcli11-dev"
 run_case "all present: silent, no apt-get" "" 1000 no "" 0 '^$' '^$'
 run_case "all present, --check: silent" "" 1000 no --check 0 '^$' '^$'
 run_case "missing, user without sudo: the line to run" "nlohmann-json3-dev libcli11-dev:rc" 1000 no "" 1 \
-  "missing Debian packages: $two.*needs root.*\|  (sudo )?$line\|$" '^$'
+  "missing Debian packages: $two.*needs root.*\|  (sudo )?apt-get update && (sudo )?$line\|$" '^$'
 run_case "missing, --check as root: reported, not installed" "$two" 0 yes --check 1 \
   "missing Debian packages: $two.*$line" '^$'
 run_case "missing, root: one update, then only the missing" "nlohmann-json3-dev:rc libcli11-dev" 0 no "" 0 \
