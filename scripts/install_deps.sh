@@ -82,10 +82,15 @@ else
   exit 1
 fi
 
+# apt-get's progress (hundreds of dpkg lines) goes to a log that is shown only on failure.
+log=$(mktemp "${TMPDIR:-/tmp}/quilt-install-deps.XXXXXX") || exit 2
 say "installing the missing Debian packages: ${missing[*]}"
-apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq "$@"; }
-if ! apt update || ! apt install -y "${missing[@]}" </dev/null; then
-  say "apt-get could not install: ${missing[*]}"
+apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq "$@" </dev/null >>"$log" 2>&1; }
+if ! apt update || ! apt install -y "${missing[@]}"; then
+  tail -n 20 "$log" >&2
+  say "apt-get could not install: ${missing[*]} (its whole output: $log)"
   say "the command was: ${as_root[*]}${as_root:+ }$install_line"
   exit 2
 fi
+rm -f "$log"
+say "installed."

@@ -25,10 +25,13 @@ for name; do
 done
 exit \$status
 STUB
-# apt-get: records each call, and whether it came through sudo.
+# apt-get: records each call, and whether it came through sudo; an install fails when
+# FAKE_APT_FAILS holds its message.
 cat >"$work/bin/apt-get" <<STUB
 #!/bin/sh
 echo "\${FAKE_VIA:-root} \${DEBIAN_FRONTEND:-} \$*" >>"$work/apt.log"
+[ "\$1 \$2" = "-qq install" ] && [ -n "\$FAKE_APT_FAILS" ] && { echo "E: \$FAKE_APT_FAILS"; exit 100; }
+exit 0
 STUB
 cat >"$work/bin/id" <<'STUB'
 #!/bin/sh
@@ -45,15 +48,16 @@ chmod +x "$work"/bin/*
 ln -s "$(command -v dirname)" "$work/bare/dirname"
 
 failures=0
-# case: NAME MISSING UID SUDO ARGS EXIT EXPECTED_STDERR EXPECTED_APT_LOG
+# case: NAME MISSING UID SUDO ARGS EXIT EXPECTED_STDERR EXPECTED_APT_LOG [APT_FAILS]
 # (EXPECTED_* are extended regular expressions over the whole output, its lines ended by '|')
 run_case() {
-  local name=$1 missing=$2 uid=$3 sudo=$4 args=$5 want_exit=$6 want_err=$7 want_log=$8 path=$work/bin:$PATH
+  local name=$1 missing=$2 uid=$3 sudo=$4 args=$5 want_exit=$6 want_err=$7 want_log=$8 fails=${9:-}
+  local path=$work/bin:$PATH
   [ "$missing" = ABSENT ] && path=$work/bare
   tr ' ' '\n' <<<"$missing" >"$work/missing"
   : >"$work/apt.log"
   # shellcheck disable=SC2086
-  out=$(PATH=$path FAKE_UID=$uid FAKE_SUDO=$sudo "$BASH" "$script" $args 2>"$work/err")
+  out=$(PATH=$path TMPDIR=$work FAKE_UID=$uid FAKE_SUDO=$sudo FAKE_APT_FAILS=$fails "$BASH" "$script" $args 2>"$work/err")
   local got_exit=$? err log
   err=$(tr '\n' '|' <"$work/err")
   log=$(tr '\n' '|' <"$work/apt.log")
@@ -77,6 +81,8 @@ run_case "missing, root: one update, then only the missing" "nlohmann-json3-dev:
   "^root noninteractive -qq update\|root noninteractive -qq install -y $two\|$"
 run_case "missing, user with sudo: through sudo" "libcli11-dev" 1000 yes "" 0 \
   'installing' '^sudo noninteractive -qq update\|sudo noninteractive -qq install -y libcli11-dev\|$'
+run_case "apt-get fails: its message shown, status 2" "libcli11-dev" 0 no "" 2 \
+  'E: Unable to locate package libcli11-dev.*could not install: libcli11-dev' 'install' 'Unable to locate package libcli11-dev'
 run_case "not Debian: says so, build goes on" ABSENT 1000 no "" 0 'not a Debian-like system' '^$'
 run_case "not Debian, --check: cannot tell" ABSENT 1000 no --check 3 'not a Debian-like system' '^$'
 run_case "unknown option" "" 0 no --install 2 "unknown option '--install'" '^$'
