@@ -24,8 +24,8 @@ build: configure
 # The main job: the showcase commands over the bundled sample survey. Exit status 1 means
 # a command reported an error (printed with the output); only a failure to run is fatal here.
 run: build
-	@./$(BUILD_DIR)/app/quilt examples/showcase.qlt; status=$$?; \
-	  ./$(BUILD_DIR)/app/quilt --split wave examples/showcase-waves.qlt; waves=$$?; \
+	@$(BUILD_DIR)/app/quilt examples/showcase.qlt; status=$$?; \
+	  $(BUILD_DIR)/app/quilt --split wave examples/showcase-waves.qlt; waves=$$?; \
 	  [ $$waves -gt $$status ] && status=$$waves; \
 	  if [ $$status -eq 1 ]; then echo "(quilt: a command reported an error; see the messages above)"; fi; \
 	  [ $$status -le 1 ]
