@@ -113,9 +113,12 @@ int QuiltProgram::Main(int argc, char** argv) {
     return kExitBadInvocation;
   }
   options.delimiter = delimiter[0];
-  // A workbook's bytes would only garble a terminal.
-  if (options.outputPath.empty() && ::isatty(STDOUT_FILENO) && OutputWriter::Create(options.format, {})->IsBinary()) {
-    std::cerr << "quilt: -f " << options.format << " writes a binary file: name it with -o, or redirect standard output\n";
+  // A workbook's bytes would only garble a terminal, and dumps written ahead of them would
+  // spoil the file.
+  if (options.outputPath.empty() && OutputWriter::Create(options.format, {})->IsBinary() &&
+      (::isatty(STDOUT_FILENO) || options.dumpTables || options.dumpParse)) {
+    std::cerr << "quilt: -f " << options.format << " writes a binary file: name it with -o"
+              << (options.dumpTables || options.dumpParse ? "" : ", or redirect standard output") << "\n";
     return kExitBadInvocation;
   }
   for (size_t start = 0; !splitList.empty() && start <= splitList.size();) {

@@ -126,6 +126,7 @@ std::shared_ptr<Dataset> LoadDataset(const ModuleRunOptions& options) {
   loadOptions.splitVariables = options.splitVariables;
   if (!options.csvPath.empty() && options.dictionaryJson.empty())
     return DatasetLoader::LoadFiles(options.csvPath, options.dictionaryPath, loadOptions);
+  // A dictionary given as JSON text goes with the data as text: a file is read whole first.
   std::string csvText = options.csvText;
   std::string csvName = options.csvName;
   if (!options.csvPath.empty()) {
@@ -136,17 +137,8 @@ std::shared_ptr<Dataset> LoadDataset(const ModuleRunOptions& options) {
     csvText = buffer.str();
     csvName = options.csvPath;
   }
-  std::string dictionaryJson = options.dictionaryJson;
-  std::string dictionaryName = csvName + " dictionary";
-  if (!options.dictionaryPath.empty()) {
-    std::ifstream file(options.dictionaryPath, std::ios::binary);
-    if (!file) throw DataError(options.dictionaryPath + ": cannot read the dictionary");
-    std::ostringstream buffer;
-    buffer << file.rdbuf();
-    dictionaryJson = buffer.str();
-    dictionaryName = options.dictionaryPath;
-  }
-  return DatasetLoader::LoadText(csvText, dictionaryJson, loadOptions, csvName, dictionaryName);
+  return DatasetLoader::LoadText(csvText, options.dictionaryJson, loadOptions, csvName,
+                                 csvName + " dictionary");
 }
 
 // Takes the process-wide state of a run and gives it back on every way out.

@@ -124,6 +124,22 @@ std::string CellMarks(const LayoutCell& cell) {
   return text;
 }
 
+// What a cell is, which decides its look.
+enum class Role {
+  kPlain,  // title lines, caption and notes spill over the cells to their right
+  kTitle,
+  kHeadings,  // the split group the table belongs to
+  kLayer,
+  kCorner,
+  kColumnLabel,
+  kRowLabel,
+  kTextCell,        // a data cell that is not a plain number
+  kNumberCell,      // with its number format
+  kMarks,           // letters and note marks beside a number
+  kMessageHeading,  // the header row of the messages sheet
+  kMessage,
+};
+
 }  // namespace
 
 struct XlsxWriter::Data {
@@ -136,9 +152,9 @@ struct XlsxWriter::Data {
   std::string path;  // the temporary workbook file
   lxw_workbook* workbook = nullptr;
   bool failed = false;
-  std::map<std::string, lxw_format*> formats;  // by role, or "number:" and the format code
-  std::set<std::string> sheetNames;            // case-folded, for uniqueness
-  std::vector<std::string> headings;           // open headings, outermost first
+  std::map<std::pair<Role, std::string>, lxw_format*> formats;  // by role and number format code
+  std::set<std::string> sheetNames;                             // case-folded, for uniqueness
+  std::vector<std::string> headings;                            // open headings, outermost first
   std::vector<Message> messages;
   int sheetCount = 0;
 
@@ -146,53 +162,67 @@ struct XlsxWriter::Data {
   lxw_worksheet* sheet = nullptr;
   bool clipped = false;
 
-  lxw_format* Format(const std::string& role);
+  lxw_format* Format(Role role, const std::string& code = "");
   std::string UniqueSheetName(const std::string& title);
   lxw_worksheet* AddSheet(const std::string& name);
   void Check(lxw_error error);
   bool Fits(int row, int column);
-  void Put(int row, int column, const std::string& text, const std::string& role);
+  void Put(int row, int column, const std::string& text, Role role = Role::kPlain);
   void PutNumber(int row, int column, double number, const std::string& code);
-  void Merge(int firstRow, int firstColumn, int lastRow, int lastColumn, const std::string& text,
-             const std::string& role);
+  void Merge(int firstRow, int firstColumn, int lastRow, int lastColumn, const std::string& text, Role role);
   void WriteMessagesSheet();
 };
 
-lxw_format* XlsxWriter::Data::Format(const std::string& role) {
-  auto found = formats.find(role);
+lxw_format* XlsxWriter::Data::Format(Role role, const std::string& code) {
+  const auto found = formats.find({role, code});
   if (found != formats.end()) return found->second;
   lxw_format* format = workbook_add_format(workbook);
-  if (role == "title") {
-    format_set_bold(format);
-    format_set_font_size(format, 12);
-  } else if (role == "layer") {
-    format_set_bold(format);
-  } else if (role == "headings") {
-    format_set_italic(format);
-  } else if (role == "corner" || role == "column" || role == "row") {
-    format_set_border(format, LXW_BORDER_THIN);
-    format_set_border_color(format, 0x999999);
-    format_set_text_wrap(format);
-    format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
-    if (role == "column") {
-      format_set_bg_color(format, 0xEEEEFF);
-      format_set_align(format, LXW_ALIGN_CENTER);
-    }
-    if (role == "row") format_set_bg_color(format, 0xF6F6F6);
-  } else if (role == "marks") {
-    format_set_align(format, LXW_ALIGN_LEFT);
-    format_set_font_color(format, 0x555555);
-  } else if (role == "cell" || role.rfind("number:", 0) == 0) {
-    format_set_align(format, LXW_ALIGN_RIGHT);
-    if (role != "cell") format_set_num_format(format, role.substr(7).c_str());
-  } else if (role == "heading") {
-    format_set_bold(format);
-    format_set_bottom(format, LXW_BORDER_THIN);
-  } else if (role == "wrap") {
-    format_set_text_wrap(format);
-    format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+  switch (role) {
+    case Role::kTitle:
+      format_set_bold(format);
+      format_set_font_size(format, 12);
+      break;
+    case Role::kLayer:
+      format_set_bold(format);
+      break;
+    case Role::kHeadings:
+      format_set_italic(format);
+      break;
+    case Role::kCorner:
+    case Role::kColumnLabel:
+    case Role::kRowLabel:
+      format_set_border(format, LXW_BORDER_THIN);
+      format_set_border_color(format, 0x999999);
+      format_set_text_wrap(format);
+      format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+      if (role == Role::kColumnLabel) {
+        format_set_bg_color(format, 0xEEEEFF);
+        format_set_align(format, LXW_ALIGN_CENTER);
+      }
+      if (role == Role::kRowLabel) format_set_bg_color(format, 0xF6F6F6);
+      break;
+    case Role::kMarks:
+      format_set_align(format, LXW_ALIGN_LEFT);
+      format_set_font_color(format, 0x555555);
+      break;
+    case Role::kNumberCell:
+      format_set_num_format(format, code.c_str());
+      [[fallthrough]];
+    case Role::kTextCell:
+      format_set_align(format, LXW_ALIGN_RIGHT);
+      break;
+    case Role::kMessageHeading:
+      format_set_bold(format);
+      format_set_bottom(format, LXW_BORDER_THIN);
+      break;
+    case Role::kMessage:
+      format_set_text_wrap(format);
+      format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+      break;
+    case Role::kPlain:
+      break;
   }
-  formats.emplace(role, format);
+  formats.emplace(std::make_pair(role, code), format);
   return format;
 }
 
@@ -237,10 +267,10 @@ bool XlsxWriter::Data::Fits(int row, int column) {
   return fits && sheet != nullptr;
 }
 
-void XlsxWriter::Data::Put(int row, int column, const std::string& text, const std::string& role) {
+void XlsxWriter::Data::Put(int row, int column, const std::string& text, Role role) {
   if (!Fits(row, column)) return;
   const std::string shown = CutToUnits(Utf8Repair::Repaired(text), kMaxCellUnits);
-  lxw_format* format = role.empty() ? nullptr : Format(role);
+  lxw_format* format = role == Role::kPlain ? nullptr : Format(role);
   // An empty label still carries its header's border and shading.
   if (shown.empty()) {
     if (format != nullptr)
@@ -255,11 +285,11 @@ void XlsxWriter::Data::Put(int row, int column, const std::string& text, const s
 void XlsxWriter::Data::PutNumber(int row, int column, double number, const std::string& code) {
   if (!Fits(row, column)) return;
   Check(worksheet_write_number(sheet, static_cast<lxw_row_t>(row), static_cast<lxw_col_t>(column), number,
-                               Format("number:" + code)));
+                               Format(Role::kNumberCell, code)));
 }
 
 void XlsxWriter::Data::Merge(int firstRow, int firstColumn, int lastRow, int lastColumn,
-                             const std::string& text, const std::string& role) {
+                             const std::string& text, Role role) {
   if (firstRow == lastRow && firstColumn == lastColumn) {
     Put(firstRow, firstColumn, text, role);
     return;
@@ -277,18 +307,18 @@ void XlsxWriter::Data::Merge(int firstRow, int firstColumn, int lastRow, int las
 void XlsxWriter::Data::WriteMessagesSheet() {
   sheet = AddSheet(kMessagesSheet);
   clipped = false;
-  Put(0, 0, "Level", "heading");
-  Put(0, 1, "Message", "heading");
-  Put(0, 2, "Where", "heading");
+  Put(0, 0, "Level", Role::kMessageHeading);
+  Put(0, 1, "Message", Role::kMessageHeading);
+  Put(0, 2, "Where", Role::kMessageHeading);
   std::size_t widest = 20;
   for (std::size_t index = 0; index < messages.size(); ++index) {
     const int row = static_cast<int>(index) + 1;
-    Put(row, 0, LevelName(messages[index].level), "wrap");
-    Put(row, 1, messages[index].text, "wrap");
-    Put(row, 2, messages[index].where, "wrap");
+    Put(row, 0, LevelName(messages[index].level), Role::kMessage);
+    Put(row, 1, messages[index].text, Role::kMessage);
+    Put(row, 2, messages[index].where, Role::kMessage);
     widest = std::max(widest, CharacterCount(messages[index].text));
   }
-  if (messages.empty()) Put(1, 1, "(no messages)", "");
+  if (messages.empty()) Put(1, 1, "(no messages)");
   if (sheet == nullptr) return;
   Check(worksheet_set_column(sheet, 0, 0, 12, nullptr));
   Check(worksheet_set_column(sheet, 1, 1, std::min<double>(static_cast<double>(widest), 100), nullptr));
@@ -355,10 +385,10 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
 
   // The sheet stands alone, so it always names its table, even where the outline would.
   int row = 0;
-  data.Put(row++, 0, table.title + MarkList(layout.GetTitleMarks()), "title");
-  if (!table.mergedTitle.empty()) data.Put(row++, 0, table.mergedTitle, "");
+  data.Put(row++, 0, table.title + MarkList(layout.GetTitleMarks()), Role::kTitle);
+  if (!table.mergedTitle.empty()) data.Put(row++, 0, table.mergedTitle);
   const std::string where = JoinPath(data.headings, 1);
-  if (!where.empty()) data.Put(row++, 0, where, "headings");
+  if (!where.empty()) data.Put(row++, 0, where, Role::kHeadings);
   const int clippedNoteRow = row++;
 
   const AxisLayout& rows = layout.GetRows();
@@ -398,35 +428,35 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
   };
 
   if (layout.IsEmpty()) {
-    data.Put(row++, 0, kNoCasesText, "");
+    data.Put(row++, 0, kNoCasesText);
   }
   const int headerRows = std::max(columns.levels, 1);
   int firstBodyRow = -1;
   for (std::size_t layerIndex = 0; layerIndex < layers.size() && !layout.IsEmpty(); ++layerIndex) {
     if (!layers[layerIndex].labelPath.empty())
-      data.Put(row++, 0, JoinPath(layers[layerIndex].labelPath), "layer");
+      data.Put(row++, 0, JoinPath(layers[layerIndex].labelPath), Role::kLayer);
 
-    data.Merge(row, 0, row + headerRows - 1, rowHeaderColumns - 1, table.corner, "corner");
+    data.Merge(row, 0, row + headerRows - 1, rowHeaderColumns - 1, table.corner, Role::kCorner);
     for (const HeaderLabel& label : columns.labels) {
       data.Merge(row + label.level, sheetColumn[static_cast<std::size_t>(label.start)],
                  row + label.level + label.depth - 1, lastSheetColumn(label.start + label.span), label.text,
-                 "column");
+                 Role::kColumnLabel);
       if (label.span == 1) widen(sheetColumn[static_cast<std::size_t>(label.start)], label.text);
     }
     if (columns.levels == 0) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
         data.Merge(row, sheetColumn[static_cast<std::size_t>(columnIndex)], row,
-                   lastSheetColumn(columnIndex + 1), "", "column");
+                   lastSheetColumn(columnIndex + 1), "", Role::kColumnLabel);
     }
     row += headerRows;
     if (firstBodyRow < 0) firstBodyRow = row;
 
     for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
-      if (rows.levels == 0) data.Put(row + rowIndex, 0, "", "row");
+      if (rows.levels == 0) data.Put(row + rowIndex, 0, "", Role::kRowLabel);
       for (const HeaderLabel& label : rows.labels) {
         if (label.start != rowIndex) continue;
         data.Merge(row + rowIndex, label.level, row + rowIndex + label.span - 1,
-                   label.level + label.depth - 1, label.text, "row");
+                   label.level + label.depth - 1, label.text, Role::kRowLabel);
         if (label.depth == 1) widen(label.level, label.text);
       }
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
@@ -438,23 +468,23 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
         if (!code.empty()) {
           data.PutNumber(row + rowIndex, column, cell.number, code);
         } else {
-          data.Put(row + rowIndex, column, cell.text, "cell");
+          data.Put(row + rowIndex, column, cell.text, Role::kTextCell);
         }
         widen(column, cell.text);
         const std::string marks = CellMarks(cell);
         if (!marks.empty()) {
-          data.Put(row + rowIndex, column + 1, marks, "marks");
+          data.Put(row + rowIndex, column + 1, marks, Role::kMarks);
           widen(column + 1, marks);
         }
       }
     }
     row += rowCount + 1;
   }
-  if (!table.caption.empty()) data.Put(row++, 0, table.caption + MarkList(table.captionNoteMarks), "");
-  for (const DeliveredNote& note : table.notes) data.Put(row++, 0, note.mark + ". " + note.text, "");
+  if (!table.caption.empty()) data.Put(row++, 0, table.caption + MarkList(table.captionNoteMarks));
+  for (const DeliveredNote& note : table.notes) data.Put(row++, 0, note.mark + ". " + note.text);
 
   if (data.clipped) {
-    data.Put(clippedNoteRow, 0, kClippedText, "");
+    data.Put(clippedNoteRow, 0, kClippedText);
     data.messages.push_back({kBpLevelWarning, kClippedText + std::string(" ") + table.title, where});
   }
   // Row headers are as wide as their longest single-level label; the title, caption and notes

@@ -11,8 +11,8 @@ from quilt_json import SHOWCASE, SURVEY, WAVES, json_output
 
 pd = pytest.importorskip("pandas", reason="python3-pandas is not installed")
 if not os.environ.get("QUILT_PYTHON_PATH"):
-    pytest.skip("the Python module was not built (pybind11-dev or python3-dev was missing, "
-                "or QUILT_PYTHON_MODULE is off)", allow_module_level=True)
+    pytest.skip("the Python module was not built (pybind11-dev or python3-dev was missing, QUILT_PYTHON_MODULE "
+                "is off, or this is a sanitizer build)", allow_module_level=True)
 sys.path.insert(0, os.environ["QUILT_PYTHON_PATH"])
 import quilt  # noqa: E402
 
