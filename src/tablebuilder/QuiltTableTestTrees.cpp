@@ -378,7 +378,8 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
     for (Node* node : allCats) {
       const int type = CategoryType(node);
       if (type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-          type == AggregationCategory::kNone || type == AggregationCategory::kPcompute) {
+          type == AggregationCategory::kHSubtotal || type == AggregationCategory::kNone ||
+          type == AggregationCategory::kPcompute) {
         continue;
       }
       out.push_back(node);
@@ -412,11 +413,8 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
       case AggregationCategory::kPcompute:
         break;
       case AggregationCategory::kSubtotal:
-        buffer.clear();
-        keep(node);
-        break;
       case AggregationCategory::kHSubtotal:
-        QUILT_ASSERT(buffer.empty(), "a hidden subtotal meets the categories it sums");
+        buffer.clear();
         keep(node);
         break;
       case AggregationCategory::kTotal:
