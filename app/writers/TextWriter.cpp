@@ -21,6 +21,18 @@ int DisplayWidth(const std::string& text) {
   return width;
 }
 
+// Width of the widest line of a text that may hold line breaks (a p-value under each letter).
+int WidestLine(const std::string& text) {
+  int widest = 0;
+  for (std::size_t start = 0; start <= text.size();) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    widest = std::max(widest, DisplayWidth(text.substr(start, end - start)));
+    start = end + 1;
+  }
+  return widest;
+}
+
 // Cuts a word of more than `width` code points into pieces.
 std::vector<std::string> CutWord(const std::string& word, int width) {
   std::vector<std::string> pieces;
@@ -240,7 +252,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
         int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
-        width = std::max(width, DisplayWidth(CellDisplay(cell)));
+        width = std::max(width, WidestLine(CellDisplay(cell)));
       }
     }
   }
