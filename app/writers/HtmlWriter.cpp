@@ -105,7 +105,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
     out << "<table>\n<caption>";
     if (!table.titleHidden) out << Escape(table.title) << Marks(layout.GetTitleMarks());
-    if (!table.mergedTitle.empty())
+    if (!table.mergedTitle.empty() && (table.titleHidden || table.mergedTitle != table.title))
       out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
     if (!layers[layerIndex].labelPath.empty()) {
       std::string path;

@@ -231,7 +231,10 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const int rowCount = static_cast<int>(rows.entries.size());
 
   if (!table.titleHidden) WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
-  if (!table.mergedTitle.empty()) WriteWrapped(table.mergedTitle, out);
+  // The merged title names a table that shows test letters; it is not repeated under an
+  // equal title.
+  if (!table.mergedTitle.empty() && (table.titleHidden || table.mergedTitle != table.title))
+    WriteWrapped(table.mergedTitle, out);
 
   // Widths, decided once for every layer so that the sections line up.
   std::vector<int> rowWidths(static_cast<std::size_t>(rowLevels), 1);
