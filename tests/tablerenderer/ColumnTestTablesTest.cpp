@@ -232,6 +232,12 @@ TEST(ComparisonTables, NotesSayWhatWasTestedAndWhereTheyGo) {
        0,
        "Mine",
        {"Results are based on two-sided tests with a significance level of 0.05.", "Tests are adjusted"}},
+      {"two merged tests: the second adds its note beside the first's, and the adjustment once",
+       RunSettings("QUILT /TABLE region [COUNT] + score [MEAN] BY gender /COMPARETEST TYPE=PROP MERGE=YES "
+                   "STYLE=SIMPLE /COMPARETEST TYPE=MEAN MERGE=YES STYLE=SIMPLE."),
+       0,
+       "Results are based on two-sided tests with a significance level of 0.05.",
+       {"Tests are adjusted", "Results are based on two-sided tests assuming equal variances"}},
       {"on its own beside a captioned main table: table notes",
        RunSettings(means + "/COMPARETEST TYPE=MEAN /TITLES CAPTION='Mine'."),
        1,
