@@ -122,6 +122,14 @@ struct TableDelivery::Data {
                   const TARN_Format* format, DisplayFormat display, int vIndex, int decimals);
   void RenderNumericCell(BpCategory& category, int statFormat, const TARN_Format* format, double value1,
                          double value2);
+  /// What HIDESMALLCOUNTS makes of a cell's number.
+  enum class SmallCount {
+    kShown,    // not hidden
+    kMissing,  // a count whose companion (its unweighted count) is below the threshold
+    kBelow,    // a count without companion below the threshold: "<n"
+  };
+  /// The one rule of hidden small counts; only statistics shown as counts are hidden.
+  SmallCount ClassifySmallCount(int statFormat, double value1, double value2) const;
   /// The statistic of the table that a cell of `statType` shows, as the user wrote it; null
   /// when the variable's list does not name it.
   const Statistics* FindTableStatistic(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile) const;

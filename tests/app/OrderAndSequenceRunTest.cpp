@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         // Three dimensions at most: the third BY is the culprit (IncorrectSequence naming "BY").
         RefusedCommand{"FourthAxis", "QUILT /TABLE region BY gender BY agegrp BY wave.",
-                       "Subcommand TABLE: BY is not allowed at this point."},
+                       "Subcommand TABLE: \"BY\" is not allowed at this point."},
         // A table-level subcommand before any TABLE names the parent it needs and itself.
         RefusedCommand{"CategoriesBeforeTable", "QUILT /CATEGORIES VARIABLES=region.",
                        "Subcommand CATEGORIES is out of order: it belongs to a TABLE subcommand and must come "

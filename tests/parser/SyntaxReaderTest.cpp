@@ -19,6 +19,7 @@ const char* const kOutOfOrder = "Parent subcommand ^1. Out of order subcommand ^
 const char* const kOutOfOrderGlobal = "Parent subcommand ^1. Out of order global subcommand ^2.";
 const char* const kMissingKeyword = "SubCmd ^1. Missing required keyword ^2.";
 const char* const kSetInvalid = "Subcommand ^1. Set ^2 is invalid.";
+const char* const kEmptyQuotedText = "Subcommand ^1. Empty quoted text after ^2.";
 
 struct InvalidCase {
   const char* command;
@@ -51,8 +52,8 @@ const InvalidCase kInvalidCases[] = {
     {"QUILT /FORMAT EMPTY=BLANK /SMISSING LISTWISE.", kNoTable, {"SMISSING", "TABLE"}},
     {"QUILT /HIDESMALLCOUNTS COUNT=3 /MRSETS COUNTDUPLICATES=YES.", kNoTable, {"MRSETS", "TABLE"}},
     {"QUILT /TABLE a /.", kIncorrectSequence, {"TABLE", "/"}},
-    // An empty literal is a token without text.
-    {"QUILT /TABLE a ''.", kNoTable, {"TABLE", "TABLE"}},
+    // An empty literal is a token without text; the error names the word before it.
+    {"QUILT /TABLE a ''.", kEmptyQuotedText, {"TABLE", "a"}},
     // Slashes and subcommand words.
     // ("//" at the end of a line starts a comment, so the doubled slash is followed by a word.)
     {"QUILT //TABLE a.", kIncorrectSequence, {"QUILT", "/"}},
