@@ -378,8 +378,7 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
     for (Node* node : allCats) {
       const int type = CategoryType(node);
       if (type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-          type == AggregationCategory::kHSubtotal || type == AggregationCategory::kNone ||
-          type == AggregationCategory::kPcompute) {
+          type == AggregationCategory::kNone || type == AggregationCategory::kPcompute) {
         continue;
       }
       out.push_back(node);
@@ -413,8 +412,13 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
       case AggregationCategory::kPcompute:
         break;
       case AggregationCategory::kSubtotal:
-      case AggregationCategory::kHSubtotal:
         buffer.clear();
+        keep(node);
+        break;
+      case AggregationCategory::kHSubtotal:
+        // The table shows it in place of the categories it sums, which are not in the list;
+        // whatever waits in the buffer is not summed by it and stays.
+        flush();
         keep(node);
         break;
       case AggregationCategory::kTotal:

@@ -180,16 +180,16 @@ int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, Categor
       variable != nullptr ? variable->GetAggregationVariable() : nullptr;
   TableDimension* dimension = engineVariable != nullptr ? engineVariable->GetTableDimension() : nullptr;
   if (dimension == nullptr) return 0;
-  const std::vector<AggregationCategory*>& all = dimension->GetCategories();
+  // The categories the table shows: a hidden subtotal stands there in place of its own.
+  const std::vector<AggregationCategory*> all = QuiltTable::ShownCategories(*dimension);
 
   // The categories a subtotal sums are those before it back to the previous subtotal or
   // total, in the order the totals face. So the list is scanned from the categories towards
   // their subtotal, holding the categories met in a buffer until it is clear whether a
   // subtotal takes their place; scanned backwards, everything goes in at the front.
-  //
-  // A subtotal overlaps its categories, and a test on overlapping rows of one variable would
-  // count cases twice: a hidden subtotal is therefore treated as a subtotal too, left out
-  // unless subtotals are tested, in place of its categories when they are.
+  // A hidden subtotal is tested as the table shows it, as one category: its own categories
+  // are not in the list, so nothing is counted twice, and what waits in the buffer is not
+  // summed by it.
   const bool forward = variable->GetIsTotalPositionAfter();
   std::deque<const AggregationCategory*> result;
   std::deque<const AggregationCategory*> buffer;
@@ -215,8 +215,11 @@ int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, Categor
       case AggregationCategory::kNone:
       case AggregationCategory::kPcompute:
         break;
-      case AggregationCategory::kSubtotal:
       case AggregationCategory::kHSubtotal:
+        flush();
+        take(category);
+        break;
+      case AggregationCategory::kSubtotal:
         if (!useSubtotals) {
           flush();
           break;

@@ -410,24 +410,25 @@ TEST(QuiltTableTestTrees, SubtotalSelectionReplacesTheCategoriesItSums) {
     const char* expected;
   };
   const Row rows[] = {
-      // A hidden subtotal stands beside the categories it sums: testing it with them would
-      // count their cases twice, so it is a subtotal like any other.
-      {"without subtotals only plain categories stay",
+      // The table shows a hidden subtotal in place of the categories it sums, which are not
+      // in the list: it is tested as one category.
+      {"without subtotals plain categories and hidden subtotals stay",
        CategoryList{{kValue, "1"}, {kValue, "2"}, {kSubtotal, "S12"}, {kHidden, "H"}, {kComputed, "P"},
                     {kTotal, "T"}},
-       false, true, "1 2"},
+       false, true, "1 2 H"},
       {"after: a subtotal replaces what precedes it, later categories stay",
        CategoryList{{kValue, "1"}, {kValue, "2"}, {kSubtotal, "S12"}, {kValue, "3"}, {kTotal, "T"}}, true, true,
        "S12 3"},
       {"before: the mirror image",
        CategoryList{{kTotal, "T"}, {kValue, "0"}, {kSubtotal, "S12"}, {kValue, "1"}, {kValue, "2"}}, true, false,
        "0 S12"},
-      {"a hidden subtotal replaces the categories it sums",
-       CategoryList{{kValue, "1"}, {kSubtotal, "S1"}, {kValue, "2"}, {kValue, "3"}, {kHidden, "H23"}, {kValue, "4"},
+      {"with subtotals a hidden subtotal stays, and so does a category it does not sum",
+       CategoryList{{kValue, "1"}, {kSubtotal, "S1"}, {kValue, "X"}, {kHidden, "H23"}, {kValue, "4"},
                     {kComputed, "P"}},
-       true, true, "S1 H23 4"},
-      {"before: a hidden subtotal replaces what follows it",
-       CategoryList{{kValue, "0"}, {kHidden, "H12"}, {kValue, "1"}, {kValue, "2"}}, true, false, "0 H12"},
+       true, true, "S1 X H23 4"},
+      {"before: the same in mirror image",
+       CategoryList{{kValue, "0"}, {kHidden, "H12"}, {kValue, "X"}, {kSubtotal, "S3"}, {kValue, "3"}}, true, false,
+       "0 H12 X S3"},
   };
   for (const Row& row : rows) {
     std::vector<Node*> out;
