@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/data/HostStrings.h"
+#include "host/output/MessageCatalogue.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
@@ -72,9 +73,11 @@ bool CodeSpanNames(const std::string& line, const std::string& word) {
   return false;
 }
 
-// The lines of the section ("## " heading to the next heading) whose text first names
-// `word` in a code span; empty when no line does.
-std::vector<std::string> FindSection(const std::vector<std::string>& lines, const std::string& word) {
+// The lines of the section ("## " heading to the next one) that names `word` in a code span:
+// in a table row if one does, where a statistic has its entry, else on any line. Empty when no
+// line names it.
+std::vector<std::string> FindSection(const std::vector<std::string>& lines, const std::string& word,
+                                     bool inTableRow = true) {
   bool inFence = false;
   std::size_t heading = 0;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -82,7 +85,7 @@ std::vector<std::string> FindSection(const std::vector<std::string>& lines, cons
       inFence = !inFence;
     } else if (!inFence && lines[i].rfind("## ", 0) == 0) {
       heading = i;
-    } else if (!inFence && CodeSpanNames(lines[i], word)) {
+    } else if (!inFence && (!inTableRow || lines[i].rfind('|', 0) == 0) && CodeSpanNames(lines[i], word)) {
       std::size_t end = i + 1;
       while (end < lines.size() && lines[end].rfind("## ", 0) != 0 && lines[end].rfind("# ", 0) != 0) {
         ++end;
@@ -91,7 +94,7 @@ std::vector<std::string> FindSection(const std::vector<std::string>& lines, cons
                                       lines.begin() + static_cast<std::ptrdiff_t>(end));
     }
   }
-  return {};
+  return inTableRow ? FindSection(lines, word, /*inTableRow=*/false) : std::vector<std::string>();
 }
 
 // Markdown as a terminal shows it best: code blocks indented by four, the backticks of code
@@ -146,6 +149,10 @@ bool PrintStatistic(const std::string& name, std::ostream& out) {
   const std::size_t point = keyword.rfind('.');
   if (section.empty() && point != std::string::npos) {
     section = FindSection(lines, keyword.substr(0, point));
+  }
+  // The vocabulary's labels are catalogue keys; a reader sees their wording.
+  if (const char* wording = MessageCatalogue::FindWording(label)) {
+    label = wording;
   }
   const std::size_t parameter = label.find("^1");
   if (parameter != std::string::npos) {
