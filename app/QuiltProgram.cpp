@@ -24,6 +24,7 @@
 #include "host/tokens/CommandText.h"
 #include "host/tokens/Lexer.h"
 #include "host/tokens/LexicalError.h"
+#include "HelpTopics.h"
 #include "ParseDumpCommand.h"
 #include "TableDumpChannel.h"
 #include "quilt.h"
@@ -76,6 +77,14 @@ QuiltProgram::QuiltProgram(ProgramOptions options, std::ostream& errors)
 std::string QuiltProgram::DefaultDataPath() { return std::string(QUILT_EXAMPLES_DIR) + "/survey.csv"; }
 
 int QuiltProgram::Main(int argc, char** argv) {
+  // `quilt help [NAME]` reads like the commands a user types at the prompt.
+  if (argc >= 2 && std::string(argv[1]) == "help") {
+    if (argc > 3) {
+      std::cerr << "quilt: help takes one topic\n";
+      return kExitBadInvocation;
+    }
+    return HelpTopics::Print(argc == 3 ? argv[2] : "", std::cout, std::cerr);
+  }
   ProgramOptions options;
   CLI::App app{"quilt - tabulates survey data into pivot tables"};
   app.add_option("COMMAND_FILE", options.commandFiles, "command files, run in order ('-' reads standard input)");
@@ -101,11 +110,23 @@ int QuiltProgram::Main(int argc, char** argv) {
                "parse each command without running it and print its tables, expressions and sub-table cubes");
   app.add_flag("--dump-tables", options.dumpTables,
                "print each table's header trees and sub-table cubes after each split group, then the output");
+  std::string helpTopic;
+  app.add_option("--help-topic", helpTopic, "print the guide's page on a subcommand or statistic, and stop");
+  bool listStatistics = false;
+  // For the guide's tests: the statistic vocabulary, which the statistics page must cover.
+  app.add_flag("--list-statistics", listStatistics)->group("");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     const int status = app.exit(error);
     return status == 0 ? kExitSuccess : kExitBadInvocation;
+  }
+  if (!helpTopic.empty()) {
+    return HelpTopics::Print(helpTopic, std::cout, std::cerr);
+  }
+  if (listStatistics) {
+    HelpTopics::ListStatistics(std::cout);
+    return kExitSuccess;
   }
   if (delimiter == "tab") delimiter = "\t";
   if (delimiter.size() != 1) {

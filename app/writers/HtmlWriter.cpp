@@ -129,8 +129,9 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     // A wide table scrolls in its own box; the page around it stays put.
     out << "<div class=\"table-scroll\">\n<table>\n<caption>";
     // An empty table names itself, even where the outline carries its title.
-    if (!table.titleHidden || layout.IsEmpty()) out << Escape(table.title) << Marks(layout.GetTitleMarks());
-    if (!table.mergedTitle.empty())
+    const bool titleShown = !table.titleHidden || layout.IsEmpty();
+    if (titleShown) out << Escape(table.title) << Marks(layout.GetTitleMarks());
+    if (!table.mergedTitle.empty() && !(titleShown && table.mergedTitle == table.title))
       out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
     if (layerIndex < layers.size() && !layers[layerIndex].labelPath.empty()) {
       std::string path;

@@ -23,6 +23,18 @@ int DisplayWidth(const std::string& text) {
   return width;
 }
 
+// Width of the widest line of a text that may hold line breaks (a p-value under each letter).
+int WidestLine(const std::string& text) {
+  int widest = 0;
+  for (std::size_t start = 0; start <= text.size();) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    widest = std::max(widest, DisplayWidth(text.substr(start, end - start)));
+    start = end + 1;
+  }
+  return widest;
+}
+
 // Cuts a word of more than `width` code points into pieces.
 std::vector<std::string> CutWord(const std::string& word, int width) {
   std::vector<std::string> pieces;
@@ -222,9 +234,12 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
 
   // A table without a single cell would draw only the two rules of an empty box: its title,
   // shown even where the outline carries it, says which table is empty instead.
-  if (!table.titleHidden || layout.IsEmpty())
-    WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
-  if (!table.mergedTitle.empty()) WriteWrapped(table.mergedTitle, out);
+  const bool titleShown = !table.titleHidden || layout.IsEmpty();
+  if (titleShown) WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
+  // The merged title names a table that shows test letters; it is not repeated under an
+  // equal title.
+  if (!table.mergedTitle.empty() && !(titleShown && table.mergedTitle == table.title))
+    WriteWrapped(table.mergedTitle, out);
   if (layout.IsEmpty()) {
     WriteWrapped(kNoCasesText, out);
     if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
@@ -252,7 +267,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
         int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
-        width = std::max(width, DisplayWidth(CellDisplay(cell)));
+        width = std::max(width, WidestLine(CellDisplay(cell)));
       }
     }
   }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/QuiltAStatInfo.h"
@@ -226,6 +227,9 @@ class SyntaxParserUtility {
   static std::string GetStatDefaultLabel(int code);
   /// The group of `code`; kStatGroupCounts for a code with no row.
   static StatisticsGroup GetStatGroup(int code);
+  /// Every keyword the vocabulary knows, aliases included, in alphabetical order: what a
+  /// command may write in square brackets.
+  static std::vector<std::string> GetStatKeywords();
 
  private:
   /// Rows indexed by code; built by InitStatistics, kept for the process.

@@ -1,5 +1,6 @@
 // SyntaxParserUtilityStatistics.cpp - the statistic vocabulary: codes, keywords, default labels, groups
 #include <sstream>
+#include <vector>
 
 #include "host/engine/AggregationStatistic.h"
 #include "parser/SyntaxParserUtility.h"
@@ -319,4 +320,14 @@ SyntaxParserUtility::StatisticsGroup SyntaxParserUtility::GetStatGroup(int code)
   std::string keyword;
   GetStatisticsDetail(code, group, label, keyword);
   return group;
+}
+
+std::vector<std::string> SyntaxParserUtility::GetStatKeywords() {
+  InitStatistics();
+  std::vector<std::string> keywords;
+  keywords.reserve(pKeyword2StatCode->size());
+  for (const auto& entry : *pKeyword2StatCode) {
+    keywords.push_back(entry.first);
+  }
+  return keywords;
 }

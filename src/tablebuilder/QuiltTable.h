@@ -133,7 +133,9 @@ class QuiltTable {
   /// The category nodes of one variable that a test treats, in display order. Without
   /// `useSubtotals`: all but totals, subtotals, the empty-stack label and computed
   /// categories. With it: a subtotal replaces the categories it sums (`positionAfter`: totals
-  /// stand after what they sum). Returns the number selected; `out` is not owning.
+  /// stand after what they sum). A hidden subtotal is kept either way: the table shows it in
+  /// place of its categories, which are not among the nodes. Returns the number selected;
+  /// `out` is not owning.
   static int ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                    bool useSubtotals, bool positionAfter);
   /// The categories of `dimension` that a table shows, in display order: all of them but

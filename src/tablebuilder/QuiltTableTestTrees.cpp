@@ -416,7 +416,9 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
         keep(node);
         break;
       case AggregationCategory::kHSubtotal:
-        QUILT_ASSERT(buffer.empty(), "a hidden subtotal meets the categories it sums");
+        // The table shows it in place of the categories it sums, which are not in the list;
+        // whatever waits in the buffer is not summed by it and stays.
+        flush();
         keep(node);
         break;
       case AggregationCategory::kTotal:

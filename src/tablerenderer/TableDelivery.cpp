@@ -125,7 +125,7 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
         continue;
       }
       if (setting._merge) _mergedTests = true;
-      if (setting._styleApa) _apaMerged = true;
+      if (setting._merge && setting._styleApa) _apaMerged = true;
     }
   }
   if (_mergedTests && !_apaMerged) table->addLettersToMergedColumns(roots[1], 0);
@@ -209,11 +209,11 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
 
   SetColumnWidths(pivot, settings);
 
-  if (table->HasSigTests()) RenderSigTestTables(table, cubes, tableIndex);
+  if (table->HasSigTests()) RenderSigTestTables(table, pivot, cubes, tableIndex);
 }
 
-void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, const std::vector<CubeAggregator*>& cubes,
-                                              int tableIndex) {
+void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, BpPivotTable& pivot,
+                                              const std::vector<CubeAggregator*>& cubes, int tableIndex) {
   // Unweighted counts are testable only where no weight of either kind applies.
   const bool unweighted = SyntaxConverter::GetBaseWeightVarIndex() == -1 &&
                           (_dataSource == nullptr || _dataSource->GetWeightVarIndex() == -1);
@@ -222,6 +222,7 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, const std::vect
   const std::vector<SigTestSettings>& allSettings = table->GetSigTestSettings();
   QUILT_ASSERT(allTrees.size() == allSettings.size(), "one set of test trees per significance setting");
   const TableSettings* tableSettings = _subcommand != nullptr ? &_subcommand->GetTableSettings() : nullptr;
+  bool captionFree = tableSettings == nullptr || !tableSettings->HasCaption();
 
   for (std::size_t k = 0; k < allSettings.size(); ++k) {
     const SigTestSettings& setting = allSettings[k];
@@ -243,8 +244,7 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, const std::vect
       continue;
     }
     if (setting._type != TableEncryptionCodes::kSigTestChiSquare) {
-      // TODO(#15): the column proportions and column means tables, merged into the main
-      // table or delivered here after it.
+      RenderComparisonTest(table, pivot, cubes, trees, setting, captionFree);
       continue;
     }
 

@@ -5,12 +5,10 @@
 // label leaves, "Chi-square", "df" and "Sig."; the columns end in the column variables; the
 // layers, when there are any, in their categories. The categories above a leaf fix the outer
 // categories of the test, and the variables at the leaves are the two that are tested.
-#include <cmath>
 #include <deque>
 #include <memory>
 #include <string>
 
-#include "host/data/TARN_Format.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationResult.h"
 #include "host/engine/AggregationVariable.h"
@@ -19,7 +17,6 @@
 #include "host/output/BpAnnotation.h"
 #include "host/output/BpCategory.h"
 #include "host/output/BpComposite.h"
-#include "host/output/BpFormatSpec.h"
 #include "host/output/BpNumber.h"
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpString.h"
@@ -32,6 +29,7 @@
 #include "tablebuilder/QuiltSigTests.h"
 #include "tablebuilder/QuiltSigTestsEffBase.h"
 #include "tablebuilder/StatTreeNode.h"
+#include "tablerenderer/AlphaFormat.h"
 #include "tablerenderer/AxisLeafWalk.h"
 #include "tablerenderer/BPTreeNode.h"
 #include "tablerenderer/TableAxis.h"
@@ -56,22 +54,6 @@ SyntaxVariableName* TestedVariable(const HeaderTreeNode* node) {
 
 bool IsMRSet(const SyntaxVariableName* variable) {
   return variable->GetType() == kConverterMRSet;
-}
-
-/// Decimals of the significance level in the note: as many as ALPHA was written with
-/// ("0.001" gives 3), 2 for a text without a decimal point. A level that would then round to
-/// zero (written as "1E-3") gets as many as it takes to show its first digit.
-int AlphaDecimals(const SigTestSettings& settings) {
-  const std::string& text = settings._alphaText;
-  const std::size_t point = text.find('.');
-  const bool plainDecimal = point != std::string::npos && text.find_first_of("eE") == std::string::npos;
-  int decimals = plainDecimal ? static_cast<int>(text.size() - point - 1) : 2;
-  constexpr int kMostDecimals = 16;
-  while (decimals < kMostDecimals && settings._alpha > 0.0 &&
-         std::round(settings._alpha * std::pow(10.0, decimals)) == 0.0) {
-    ++decimals;
-  }
-  return decimals < kMostDecimals ? decimals : kMostDecimals;
 }
 
 bool IsMissing(double value) {
@@ -102,7 +84,7 @@ void WriteTestCells(TableDelivery::Data& data, const std::vector<BPTreeNode*>& l
   const bool tested = !IsMissing(result.significance);
   if (tested && result.significance < settings._alpha) {
     BpComposite text("The Chi-square statistic is ^1...", true);
-    text.Add(BpNumber(settings._alpha, BpFormatSpec(TARN_Format(kFormatF, 40, AlphaDecimals(settings)))));
+    text.Add(BpNumber(settings._alpha, AlphaFormat(settings._alpha, settings._alphaText)));
     text.Finish();
     significance.CellNote(BpAnnotation(text, BpString("*", false)));
   }
@@ -198,16 +180,16 @@ int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, Categor
       variable != nullptr ? variable->GetAggregationVariable() : nullptr;
   TableDimension* dimension = engineVariable != nullptr ? engineVariable->GetTableDimension() : nullptr;
   if (dimension == nullptr) return 0;
-  const std::vector<AggregationCategory*>& all = dimension->GetCategories();
+  // The categories the table shows: a hidden subtotal stands there in place of its own.
+  const std::vector<AggregationCategory*> all = QuiltTable::ShownCategories(*dimension);
 
   // The categories a subtotal sums are those before it back to the previous subtotal or
   // total, in the order the totals face. So the list is scanned from the categories towards
   // their subtotal, holding the categories met in a buffer until it is clear whether a
   // subtotal takes their place; scanned backwards, everything goes in at the front.
-  //
-  // A subtotal overlaps its categories, and a test on overlapping rows of one variable would
-  // count cases twice: a hidden subtotal is therefore treated as a subtotal too, left out
-  // unless subtotals are tested, in place of its categories when they are.
+  // A hidden subtotal is tested as the table shows it, as one category: its own categories
+  // are not in the list, so nothing is counted twice, and what waits in the buffer is not
+  // summed by it.
   const bool forward = variable->GetIsTotalPositionAfter();
   std::deque<const AggregationCategory*> result;
   std::deque<const AggregationCategory*> buffer;
@@ -233,8 +215,11 @@ int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, Categor
       case AggregationCategory::kNone:
       case AggregationCategory::kPcompute:
         break;
-      case AggregationCategory::kSubtotal:
       case AggregationCategory::kHSubtotal:
+        flush();
+        take(category);
+        break;
+      case AggregationCategory::kSubtotal:
         if (!useSubtotals) {
           flush();
           break;

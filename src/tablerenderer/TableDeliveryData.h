@@ -39,13 +39,14 @@ class TableAxis;
 class TARN_Format;
 
 /// Everything one delivery works with. TableDelivery is the handle; the operations here do
-/// the work. They fall in four groups, each defined in its own file:
+/// the work. They fall in groups, each defined in its own file:
 ///  - TableDelivery.cpp: construction, the layout of the pivot table, user texts;
 ///  - TableDeliveryCells.cpp: the walk over all leaf combinations in two passes;
 ///  - TableDeliveryCellText.cpp: what one cell says (formats, decorations, empty and
 ///    missing texts, hidden small counts, the modes note);
 ///  - TableDeliveryComputed.cpp: computed categories evaluated at render time;
-///  - TableDeliveryChiSquare.cpp: the "Pearson Chi Square Tests" table.
+///  - TableDeliveryChiSquare.cpp: the "Pearson Chi Square Tests" table;
+///  - TableDeliveryComparisons.cpp: the column proportions and column means tests.
 struct TableDelivery::Data {
   using CategoryKey = QuiltTable::CategoryKey;
   using DisplayFormat = PresentationCodes::DisplayFormat;
@@ -94,9 +95,10 @@ struct TableDelivery::Data {
                            bool controlPackage);
   /// Replaces every ")SPLIT" by the split group's text when there is one.
   std::string getUserText(const std::string& text) const;
-  /// After the main table: builds the test trees and delivers one test table per
+  /// After the main table `pivot`: builds the test trees and delivers one test table per
   /// significance setting, in their order, or a warning where a test has nothing to test.
-  void RenderSigTestTables(QuiltTable* table, const std::vector<CubeAggregator*>& cubes, int tableIndex);
+  void RenderSigTestTables(QuiltTable* table, BpPivotTable& pivot, const std::vector<CubeAggregator*>& cubes,
+                           int tableIndex);
 
   // ---- Cell rendering (TableDeliveryCells.cpp) ------------------------------------------
   int Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
@@ -168,6 +170,15 @@ struct TableDelivery::Data {
   /// subtotals and computed categories; with `useSubtotals`, a subtotal in place of the
   /// categories it sums (and _subtotalsTested set). Returns their number.
   int SelectInnerCategs(SyntaxVariableName* variable, CategoryKey& categories, bool useSubtotals);
+
+  // ---- Column comparison tables (TableDeliveryComparisons.cpp) --------------------------
+  /// The column proportions or column means test of `setting` on its test trees: merged
+  /// into the main table `pivot` when a comparison test of the table merges, else a table
+  /// of its own. `captionFree` tells whether the main table's caption is still free; a
+  /// merged test whose note takes it clears it.
+  void RenderComparisonTest(QuiltTable* table, BpPivotTable& pivot, const std::vector<CubeAggregator*>& cubes,
+                            const std::vector<HeaderTreeNode*>& trees, const SigTestSettings& setting,
+                            bool& captionFree);
 
   // ---- Computed categories (TableDeliveryComputed.cpp) ----------------------------------
   void GetPcomputeRequiredCat(QuiltTable* table);

@@ -410,7 +410,9 @@ TEST(QuiltTableTestTrees, SubtotalSelectionReplacesTheCategoriesItSums) {
     const char* expected;
   };
   const Row rows[] = {
-      {"without subtotals only plain categories and hidden subtotals stay",
+      // The table shows a hidden subtotal in place of the categories it sums, which are not
+      // in the list: it is tested as one category.
+      {"without subtotals plain categories and hidden subtotals stay",
        CategoryList{{kValue, "1"}, {kValue, "2"}, {kSubtotal, "S12"}, {kHidden, "H"}, {kComputed, "P"},
                     {kTotal, "T"}},
        false, true, "1 2 H"},
@@ -420,9 +422,13 @@ TEST(QuiltTableTestTrees, SubtotalSelectionReplacesTheCategoriesItSums) {
       {"before: the mirror image",
        CategoryList{{kTotal, "T"}, {kValue, "0"}, {kSubtotal, "S12"}, {kValue, "1"}, {kValue, "2"}}, true, false,
        "0 S12"},
-      {"a hidden subtotal stands for categories that are not listed",
-       CategoryList{{kValue, "1"}, {kSubtotal, "S1"}, {kHidden, "H23"}, {kValue, "4"}, {kComputed, "P"}}, true,
-       true, "S1 H23 4"},
+      {"with subtotals a hidden subtotal stays, and so does a category it does not sum",
+       CategoryList{{kValue, "1"}, {kSubtotal, "S1"}, {kValue, "X"}, {kHidden, "H23"}, {kValue, "4"},
+                    {kComputed, "P"}},
+       true, true, "S1 X H23 4"},
+      {"before: the same in mirror image",
+       CategoryList{{kValue, "0"}, {kHidden, "H12"}, {kValue, "X"}, {kSubtotal, "S3"}, {kValue, "3"}}, true, false,
+       "0 H12 X S3"},
   };
   for (const Row& row : rows) {
     std::vector<Node*> out;

@@ -29,6 +29,11 @@ std::string RunOnSurvey(const RunSettings& settings, const std::string& format) 
   ProgramOptions options;
   options.dataPath = (folder / "small.csv").string();
   options.dictionaryPath = (folder / "small.dict.json").string();
+  if (!settings.dataPath.empty()) {
+    options.dataPath = settings.dataPath;
+    options.dictionaryPath.clear();
+  }
+  options.controlPackage = settings.controlPackage;
   options.commandTexts = {settings.command};
   options.format = format;
   options.width = 100;
@@ -41,6 +46,13 @@ std::string RunOnSurvey(const RunSettings& settings, const std::string& format) 
   fs::remove_all(folder);
   EXPECT_EQ(status, kExitSuccess) << settings.command << "\n" << errors.str() << output.str();
   return output.str();
+}
+
+RunSettings OnBundledSurvey(std::string command, bool controlPackage) {
+  RunSettings settings(std::move(command));
+  settings.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
+  settings.controlPackage = controlPackage;
+  return settings;
 }
 
 namespace {

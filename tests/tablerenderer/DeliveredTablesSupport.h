@@ -83,10 +83,17 @@ struct RunSettings {
   std::vector<std::string> splitVariables;  // empty: no split groups
   std::string splitLayout;                  // empty: separate
   std::string extraDictionaryMembers;       // JSON members added to the dictionary, e.g. "weight": "wt"
+  std::string dataPath;                     // empty: the fourteen-case survey; else this CSV file
+  bool controlPackage = false;              // run as the control package front end
 };
 
-/// Writes the survey to a fresh scratch folder, runs `settings` in `format` ("text" or
-/// "json"), expects exit status 0 and returns what the program wrote.
+/// The bundled two-thousand-case survey (examples/survey.csv), for tests whose differences
+/// need more cases than the small survey has.
+RunSettings OnBundledSurvey(std::string command, bool controlPackage = false);
+
+/// Writes the survey to a fresh scratch folder, runs `settings` on it (or on the data file
+/// they name) in `format` ("text" or "json"), expects exit status 0 and returns what the
+/// program wrote.
 std::string RunOnSurvey(const RunSettings& settings, const std::string& format);
 
 /// One cell looked for by the labels a reader sees around it, outermost first.

@@ -210,13 +210,18 @@ void BpPivotTable::Caption(const BpCellText& text) {
 void BpPivotTable::CaptionNote(const BpAnnotation& annotation) {
   const std::string text = annotation.GetText() == nullptr ? "" : annotation.GetText()->GetText();
   const std::string mark = annotation.GetMarker() == nullptr ? "" : annotation.GetMarker()->GetText();
-  _table->captionNotes.push_back(_table->AddNote(text, mark));
+  const int note = _table->AddNote(text, mark);
+  // Two tests of a table may bring the same note; the caption names it once.
+  if (std::find(_table->captionNotes.begin(), _table->captionNotes.end(), note) == _table->captionNotes.end())
+    _table->captionNotes.push_back(note);
 }
 
 void BpPivotTable::Note(const BpAnnotation& annotation) {
   const std::string text = annotation.GetText() == nullptr ? "" : annotation.GetText()->GetText();
   const std::string mark = annotation.GetMarker() == nullptr ? "" : annotation.GetMarker()->GetText();
-  _table->tableNotes.push_back(_table->AddNote(text, mark));
+  const int note = _table->AddNote(text, mark);
+  if (std::find(_table->tableNotes.begin(), _table->tableNotes.end(), note) == _table->tableNotes.end())
+    _table->tableNotes.push_back(note);
 }
 
 void BpPivotTable::CornerText(const BpCellText& text) {

@@ -1,0 +1,318 @@
+// ColumnTestTablesTest.cpp - "Comparisons of Means" and "Comparisons of Proportions", on their own and
+// merged, against goldens and scipy's numbers
+//
+// The goldens run on the bundled survey, whose two thousand cases give differences worth a
+// letter. Their letters and p-values were checked against reference/column_tests_reference.py
+// (scipy.stats.t, statsmodels' proportions_ztest and multipletests on the same CSV) before they
+// were committed; the comments below quote that script.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "DeliveredTablesSupport.h"
+#include "host/output/BpCellText.h"
+#include "host/output/BpComposite.h"
+#include "tablerenderer/ColumnTestTableRenderer.h"
+
+namespace {
+
+using delivered::CellCase;
+using delivered::GoldenCase;
+using delivered::OnBundledSurvey;
+using delivered::RunOnSurvey;
+using delivered::RunSettings;
+using delivered::TablesOf;
+
+const GoldenCase kComparisonCases[] = {
+    {"means-bonferroni",
+     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /COMPARETEST TYPE=MEAN.")},
+    {"means-bh",
+     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /COMPARETEST TYPE=MEAN ADJUST=BH.")},
+    {"means-none-two-alphas-showsig",
+     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /CATEGORIES VARIABLES=agegrp [3, 4, 5] "
+                     "/COMPARETEST TYPE=MEAN ADJUST=NONE ALPHA=0.01 0.05 SHOWSIG=YES.")},
+    {"means-merged-apa",
+     OnBundledSurvey("QUILT /TABLE gender > score [MEAN COUNT] BY agegrp /COMPARETEST TYPE=MEAN MERGE=YES.")},
+    {"props-layers-bh",
+     OnBundledSurvey("QUILT /TABLE web BY agegrp BY gender /COMPARETEST TYPE=PROP ADJUST=BH.")},
+    {"props-nested-columns-none",
+     OnBundledSurvey("QUILT /TABLE q1 BY wave > gender /COMPARETEST TYPE=PROP ADJUST=NONE.")},
+    {"props-merged-subtotal",
+     OnBundledSurvey("QUILT /TABLE radio BY agegrp [COUNT COLPCT.COUNT] "
+                     "/CATEGORIES VARIABLES=agegrp [1, 2, SUBTOTAL='Young', 5] "
+                     "/COMPARETEST TYPE=PROP MERGE=YES STYLE=SIMPLE CATEGORIES=SUBTOTALS.")},
+    {"props-stacked", OnBundledSurvey("QUILT /TABLE tv + web BY agegrp /COMPARETEST TYPE=PROP.")},
+    {"control-package",
+     OnBundledSurvey(
+         "QUILT /TABLE radio BY agegrp /CATEGORIES VARIABLES=agegrp [1, 2, 5] /COMPARETEST TYPE=PROP.",
+         /*controlPackage=*/true)},
+};
+
+class ComparisonTables : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(ComparisonTables, TextAndJsonMatchTheirGoldens) {
+  delivered::ExpectGoldens(GetParam(), "tablerenderer/comparisons");
+}
+
+INSTANTIATE_TEST_SUITE_P(BundledSurvey, ComparisonTables, ::testing::ValuesIn(kComparisonCases),
+                         delivered::GoldenTestName);
+
+const std::vector<std::string> kFemaleScore = {"Gender", "Female", "Knowledge score"};
+
+// The second table of a separate test is the test table; one result of each golden is
+// pinned here.
+const CellCase kComparisonCells[] = {
+    // Female 45-54 against 55-64: p 0.01303, times 15 pairs 0.195 under Bonferroni, not a
+    // letter; Benjamini-Hochberg keeps it at 0.01303, a letter.
+    {"means-bonferroni", 1, {kFemaleScore, {"Age group", "55-64", "(E)"}, {}}, {"A B C"}},
+    {"means-bh", 1, {kFemaleScore, {"Age group", "55-64", "(E)"}, {}}, {"A B C D"}},
+    // Three columns pooled: 45-54 against 55-64 p 0.014263, between the levels: lower case.
+    {"means-none-two-alphas-showsig",
+     1,
+     {kFemaleScore, {"Age group", "55-64", "(C)"}, {}},
+     {"A(0.000)\nb(0.014)"}},
+    // Female web users: 45-54 (34.5% not using) against 18-24 (14.6%), adjusted p 0.000175.
+    {"props-layers-bh",
+     1,
+     {{"Websites", "Not used"}, {"Age group", "45-54", "(D)"}, {"Gender", "Female"}},
+     {"A B C"}},
+    // Summer, "Satisfied": women 33.3% against men 20.4%, p 0.001585.
+    {"props-nested-columns-none",
+     1,
+     {{"Satisfaction: Overall service", "Satisfied"},
+      {"Survey wave", "Summer", "Gender", "Female", "(B)"},
+      {}},
+     {"A"}},
+    {"props-nested-columns-none",
+     1,
+     {{"Satisfaction: Overall service", "Satisfied"},
+      {"Survey wave", "Spring", "Gender", "Female", "(B)"},
+      {}},
+     {" "}},
+    // Web in the stacked rows: 65 or older 58.6% not using, above all others (p < 0.001).
+    {"props-stacked", 1, {{"Websites", "Not used"}, {"Age group", "65 or older", "(F)"}, {}}, {"A B C D E"}},
+};
+
+TEST(ComparisonTables, CellsShowTheReferenceLetters) {
+  delivered::ExpectCellTexts(kComparisonCases, kComparisonCells);
+}
+
+/// The markers of every cell of `table` at `row` and `column`, in table order.
+std::vector<std::string> MarkersAt(const nlohmann::json& table, const std::vector<std::string>& row,
+                                   const std::vector<std::string>& column) {
+  std::vector<std::string> markers;
+  for (const nlohmann::json& cell : table["cells"]) {
+    if (cell["row"] != row || cell["column"] != column) continue;
+    for (const nlohmann::json& marker : cell["markers"]) markers.push_back(marker.get<std::string>());
+  }
+  return markers;
+}
+
+TEST(ComparisonTables, MergedResultsAreMarkersOfTheTestedCells) {
+  struct MarkerCase {
+    const char* goldenCase;
+    std::vector<std::string> row;
+    std::vector<std::string> column;
+    std::vector<std::string> markers;
+  };
+  const MarkerCase cases[] = {
+      // Bonferroni: among women only 45-54 and 55-64 are alike (adjusted p 0.195), so they
+      // share the subscript d and 65 or older moves on to e; among men every age differs.
+      {"means-merged-apa", kFemaleScore, {"Age group", "45-54", "Mean"}, {"d"}},
+      {"means-merged-apa", kFemaleScore, {"Age group", "55-64", "Mean"}, {"d"}},
+      {"means-merged-apa", kFemaleScore, {"Age group", "65 or older", "Mean"}, {"e"}},
+      {"means-merged-apa",
+       {"Gender", "Male", "Knowledge score"},
+       {"Age group", "65 or older", "Mean"},
+       {"f"}},
+      // The count, not the count's neighbour, carries the result.
+      {"means-merged-apa", kFemaleScore, {"Age group", "55-64", "Count"}, {}},
+      // Young (18-24 and 25-34) 59.9% without radio against 49.6% at 55-64, p 0.002236: the
+      // test calls 55-64 its second column, the main table letters it C; the subtotal has no
+      // letter and is named by its label.
+      {"props-merged-subtotal", {"Radio", "Not used"}, {"Age group", "Young", "Count"}, {"C"}},
+      {"props-merged-subtotal", {"Radio", "Used"}, {"Age group", "55-64", "(C)", "Count"}, {"Young"}},
+      {"props-merged-subtotal", {"Radio", "Used"}, {"Age group", "55-64", "(C)", "Column %"}, {}},
+  };
+  for (const MarkerCase& testCase : cases) {
+    SCOPED_TRACE(std::string(testCase.goldenCase) + " " + ::testing::PrintToString(testCase.column));
+    const nlohmann::json document = nlohmann::json::parse(
+        RunOnSurvey(delivered::FindGoldenCase(kComparisonCases, testCase.goldenCase).settings, "json"));
+    const std::vector<nlohmann::json> tables = TablesOf(document);
+    ASSERT_EQ(tables.size(), 1u);
+    EXPECT_EQ(MarkersAt(tables[0], testCase.row, testCase.column), testCase.markers);
+  }
+}
+
+TEST(ComparisonTables, ControlPackageSentencesNameEachPairOfColumns) {
+  // Of 18-24, 25-34 and 55-64 only the first and the last differ in radio use (adjusted p
+  // 0.0009; the other pairs 0.150 and 0.232).
+  const nlohmann::json document = nlohmann::json::parse(
+      RunOnSurvey(FindGoldenCase(kComparisonCases, "control-package").settings, "json"));
+  const std::vector<nlohmann::json> tables = TablesOf(document);
+  ASSERT_EQ(tables.size(), 2u);
+  std::vector<std::string> sentences;
+  for (const nlohmann::json& cell : tables[1]["cells"]) sentences.push_back(cell["text"]);
+  EXPECT_EQ(sentences, (std::vector<std::string>{
+                           "There is not a statistically significant difference between 18-24 and 25-34.",
+                           "There is a statistically significant difference between 18-24 and 55-64.",
+                           "There is not a statistically significant difference between 25-34 and 55-64.",
+                       }));
+}
+
+TEST(ComparisonTables, ControlPackageKeepsTheTableWhereSentencesWouldNotFit) {
+  struct Row {
+    const char* command;
+    std::vector<std::string> subtypes;
+  };
+  const Row rows[] = {
+      {"QUILT /TABLE radio BY wave /COMPARETEST TYPE=PROP.",
+       {"Quilt Table", "Description: Response Rate Comparison"}},
+      // Six columns are too many for the sentences.
+      {"QUILT /TABLE radio BY agegrp /COMPARETEST TYPE=PROP.", {"Quilt Table", "Comparisons of Proportions"}},
+      // The rows must be a 0/1 variable.
+      {"QUILT /TABLE gender BY wave /COMPARETEST TYPE=PROP.", {"Quilt Table", "Comparisons of Proportions"}},
+      // Merged results stay in the main table.
+      {"QUILT /TABLE radio BY wave /COMPARETEST TYPE=PROP MERGE=YES.", {"Quilt Table"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.command);
+    std::vector<std::string> subtypes;
+    for (const nlohmann::json& table : TablesOf(nlohmann::json::parse(
+             RunOnSurvey(OnBundledSurvey(row.command, /*controlPackage=*/true), "json")))) {
+      subtypes.push_back(table["subtype"]);
+    }
+    EXPECT_EQ(subtypes, row.subtypes);
+  }
+}
+
+TEST(ComparisonTables, NotesSayWhatWasTestedAndWhereTheyGo) {
+  struct Row {
+    const char* name;
+    RunSettings settings;
+    int table;                       // which delivered table holds the notes
+    std::string caption;             // its caption, as far as given
+    std::vector<std::string> notes;  // the start of each note, in order
+  };
+  const std::string means = "QUILT /TABLE gender > score [MEAN] BY region ";
+  const std::string props = "QUILT /TABLE region BY gender [COUNT] ";
+  const Row rows[] = {
+      {"means on their own: the level as a caption, the adjustment as a note",
+       RunSettings(means + "/COMPARETEST TYPE=MEAN."),
+       1,
+       "Results are based on two-sided tests assuming equal variances with a significance level of 0.05.",
+       {"Tests are adjusted for all pairwise comparisons within a row of each innermost subtable using the "
+        "Bonferroni correction."}},
+      {"two levels, each with the decimals it was written with",
+       RunSettings(means + "/COMPARETEST TYPE=MEAN ALPHA=0.010 0.1 ADJUST=BH."),
+       1,
+       "Results are based on two-sided tests assuming equal variances. For each significant pair, the key of "
+       "the "
+       "smaller category appears under the category with the larger mean. Significance level for upper case "
+       "letters (A, B, C): 0.010; for lower case letters (a, b, c): 0.1.",
+       {"Tests are adjusted for all pairwise comparisons within a row of each innermost subtable using the "
+        "Benjamini-Hochberg correction."}},
+      {"no adjustment, weighted counts rounded",
+       RunSettings(props + "/COMPARETEST TYPE=PROP ADJUST=NONE.", "wt"),
+       1,
+       "Results are based on two-sided tests with a significance level of 0.05.",
+       {"Some cell counts are not integers. They were rounded to the nearest integer before the column "
+        "proportions test."}},
+      {"merged APA: the subscripts' note becomes the main table's caption",
+       RunSettings(props + "/COMPARETEST TYPE=PROP MERGE=YES."),
+       0,
+       "Values in the same row and subtable not sharing the same subscript are significantly different at p "
+       "< "
+       "0.05 in the two-sided test of equality for column proportions.",
+       {"Tests are adjusted"}},
+      {"merged under the user's caption: caption notes",
+       RunSettings(props + "/COMPARETEST TYPE=PROP MERGE=YES STYLE=SIMPLE /TITLES CAPTION='Mine'."),
+       0,
+       "Mine",
+       {"Results are based on two-sided tests with a significance level of 0.05.", "Tests are adjusted"}},
+      {"two merged tests: the second adds its note beside the first's, and the adjustment once",
+       RunSettings("QUILT /TABLE region [COUNT] + score [MEAN] BY gender /COMPARETEST TYPE=PROP MERGE=YES "
+                   "STYLE=SIMPLE /COMPARETEST TYPE=MEAN MERGE=YES STYLE=SIMPLE."),
+       0,
+       "Results are based on two-sided tests with a significance level of 0.05.",
+       {"Tests are adjusted", "Results are based on two-sided tests assuming equal variances"}},
+      {"on its own beside a captioned main table: table notes",
+       RunSettings(means + "/COMPARETEST TYPE=MEAN /TITLES CAPTION='Mine'."),
+       1,
+       "",
+       {"Results are based on two-sided tests assuming equal variances", "Tests are adjusted"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const std::vector<nlohmann::json> tables =
+        TablesOf(nlohmann::json::parse(RunOnSurvey(row.settings, "json")));
+    ASSERT_LT(row.table, static_cast<int>(tables.size()));
+    const nlohmann::json& table = tables[static_cast<std::size_t>(row.table)];
+    const std::string caption = table["caption"];
+    EXPECT_EQ(caption.rfind(row.caption, 0), 0u) << caption;
+    // The notes of the caption and of the table, not those of single cells.
+    std::vector<std::string> notes;
+    for (const char* owner : {"captionNotes", "tableNotes"}) {
+      for (const nlohmann::json& mark : table[owner]) {
+        for (const nlohmann::json& note : table["notes"]) {
+          if (note["mark"] == mark) notes.push_back(note["text"]);
+        }
+      }
+    }
+    ASSERT_EQ(notes.size(), row.notes.size()) << ::testing::PrintToString(notes);
+    for (std::size_t k = 0; k < row.notes.size(); ++k)
+      EXPECT_EQ(notes[k].rfind(row.notes[k], 0), 0u) << notes[k];
+  }
+}
+
+TEST(ComparisonTables, EveryTestComparesAHiddenSubtotalWhereTheTableShowsIt) {
+  // The table shows N+S in place of North and South. Each test treats it as one category.
+  const std::string hidden =
+      "QUILT /TABLE region BY gender [COUNT] /CATEGORIES VARIABLES=region "
+      "[1, 2, HSUBTOTAL='N+S', 3] ";
+  struct Row {
+    const char* tests;
+    CellCase cell;
+  };
+  const Row rows[] = {
+      // Men in N+S 5 of 8, in East 3 of 8; women's are 6 of 6 and 0 of 6, so Male has no
+      // column to compare with: tested, no letter.
+      {"/COMPARETEST TYPE=PROP.", {"", 1, {{"Region", "N+S"}, {"Gender", "Male", "(A)"}, {}}, {" "}}},
+      {"/COMPARETEST TYPE=PROP CATEGORIES=SUBTOTALS.",
+       {"", 1, {{"Region", "N+S"}, {"Gender", "Male", "(A)"}, {}}, {" "}}},
+      // N+S 5 6 against East 3 0 (West is empty): X 2.864, df 1, as in the chi-square goldens'
+      // subtotals case (scipy.stats.chi2_contingency).
+      {"/SIGTEST TYPE=CHISQUARE.", {"", 1, {{"Region", "Chi-square"}, {"Gender"}, {}}, {"2.86"}}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.tests);
+    const std::vector<nlohmann::json> tables =
+        TablesOf(nlohmann::json::parse(RunOnSurvey(RunSettings(hidden + row.tests), "json")));
+    ASSERT_EQ(tables.size(), 2u);
+    EXPECT_EQ(delivered::CellTexts(tables[1], row.cell.path), row.cell.expected);
+  }
+}
+
+TEST(ComparisonTables, LongCellTextsGoInPiecesOf255Bytes) {
+  struct Row {
+    std::size_t length;
+    std::vector<std::size_t> pieces;  // empty: one plain string
+  };
+  const Row rows[] = {{255, {}}, {256, {255, 1}}, {511, {255, 255, 1}}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.length);
+    const std::string text(row.length, 'x');
+    std::unique_ptr<BpCellText> cell = ColumnTestTableRenderer::DispatchLongString(text);
+    EXPECT_EQ(cell->GetText(), text);
+    const auto* composite = dynamic_cast<const BpComposite*>(cell.get());
+    ASSERT_EQ(composite != nullptr, !row.pieces.empty());
+    if (composite == nullptr) continue;
+    std::string joined;
+    for (std::size_t piece : row.pieces) joined += (joined.empty() ? "" : ", ") + std::string(piece, 'x');
+    EXPECT_EQ(composite->GetArguments(), std::vector<std::string>{joined});
+  }
+}
+
+}  // namespace
