@@ -386,7 +386,7 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
   // The sheet stands alone, so it always names its table, even where the outline would.
   int row = 0;
   data.Put(row++, 0, table.title + MarkList(layout.GetTitleMarks()), Role::kTitle);
-  if (!table.mergedTitle.empty()) data.Put(row++, 0, table.mergedTitle);
+  if (!table.mergedTitle.empty() && table.mergedTitle != table.title) data.Put(row++, 0, table.mergedTitle);
   const std::string where = JoinPath(data.headings, 1);
   if (!where.empty()) data.Put(row++, 0, where, Role::kHeadings);
   const int clippedNoteRow = row++;

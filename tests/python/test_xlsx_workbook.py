@@ -102,7 +102,8 @@ def read_table(sheet, table, headings):
     around them on the way."""
     assert sheet.value(1, 1) == with_marks(table["title"], table["tableNotes"])
     intro, row = sheet.lines(2)
-    assert intro == [text for text in (table["mergedTitle"], " / ".join(headings[1:])) if text]
+    merged = table["mergedTitle"] if table["mergedTitle"] != table["title"] else ""
+    assert intro == [text for text in (merged, " / ".join(headings[1:])) if text]
     found = {}
     layers = list(dict.fromkeys(tuple(cell["layer"]) for cell in table["cells"]))
     if not layers:
