@@ -5,13 +5,17 @@ JOBS ?= 2
 # Looked up when a recipe runs, after `deps` may have installed ninja.
 GENERATOR = $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 
-.PHONY: all deps configure build run test test-asan golden bench clean
+.PHONY: all deps test-deps configure build run test test-asan golden bench clean
 
 all: build
 
 # Installs the Debian packages of scripts/packages.txt that are missing; silent when none is.
 deps:
 	@bash scripts/install_deps.sh
+
+# The same, with the packages only the tests need (scripts/packages-test.txt).
+test-deps:
+	@bash scripts/install_deps.sh --with-tests
 
 $(BUILD_DIR)/CMakeCache.txt: | deps
 	cmake -S . -B $(BUILD_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
@@ -30,11 +34,11 @@ run: build
 	  if [ $$status -eq 1 ]; then echo "(quilt: a command reported an error; see the messages above)"; fi; \
 	  [ $$status -le 1 ]
 
-test: build
+test: test-deps build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
 # The same suite under AddressSanitizer and UndefinedBehaviorSanitizer.
-test-asan: deps
+test-asan: test-deps
 	cmake -S . -B $(ASAN_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DQUILT_SANITIZE=ON -DQUILT_BUILD_BENCHMARKS=OFF
 	cmake --build $(ASAN_DIR) -j $(JOBS)
 	ctest --test-dir $(ASAN_DIR) --output-on-failure -j $(JOBS)

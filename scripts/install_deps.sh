@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # install_deps.sh - makes sure the Debian packages listed in scripts/packages.txt are installed.
 #
-#   scripts/install_deps.sh           install the missing packages with apt-get
-#   scripts/install_deps.sh --check   only tell which are missing; installs nothing (also --dry-run)
+#   scripts/install_deps.sh              install the missing packages with apt-get
+#   scripts/install_deps.sh --check      only tell which are missing; installs nothing (also --dry-run)
+#   scripts/install_deps.sh --with-tests the packages of scripts/packages-test.txt too: what the
+#                                        tests that read our output with other programs need
 #
 # Exit status: 0 nothing is missing (or all were installed); 1 packages are missing and were
 # not installed (--check, or no way to become root); 2 bad usage or apt-get failed;
@@ -12,25 +14,29 @@
 set -u
 
 here=$(cd "$(dirname "$0")" && pwd)
-list="$here/packages.txt"
+lists=("$here/packages.txt")
 check_only=0
 
-case "${1:-}" in
-  "") ;;
-  --check | --dry-run) check_only=1 ;;
-  -h | --help) sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$0"; exit 0 ;;
-  *) echo "install_deps.sh: unknown option '$1' (use --check, or nothing)" >&2; exit 2 ;;
-esac
+for option in "$@"; do
+  case "$option" in
+    --check | --dry-run) check_only=1 ;;
+    --with-tests) lists+=("$here/packages-test.txt") ;;
+    -h | --help) sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$0"; exit 0 ;;
+    *) echo "install_deps.sh: unknown option '$option' (use --check, --with-tests, or nothing)" >&2; exit 2 ;;
+  esac
+done
 [ "${QUILT_SKIP_DEPS:-0}" = 1 ] && exit 0
 
 say() { echo "quilt setup: $*" >&2; }
 
 packages=()
-while read -r line; do
-  line=${line%%#*}
-  line=${line//[[:space:]]/}
-  [ -n "$line" ] && packages+=("$line")
-done <"$list"
+for list in "${lists[@]}"; do
+  while read -r line; do
+    line=${line%%#*}
+    line=${line//[[:space:]]/}
+    [ -n "$line" ] && packages+=("$line")
+  done <"$list"
+done
 
 if ! command -v dpkg-query >/dev/null 2>&1 || ! command -v apt-get >/dev/null 2>&1; then
   # Not Debian-like: the names in the list mean nothing to this system's package manager.

@@ -83,6 +83,9 @@ run_case "missing, user with sudo: through sudo" "libcli11-dev" 1000 yes "" 0 \
   'installing' '^sudo noninteractive -qq update\|sudo noninteractive -qq install -y libcli11-dev\|$'
 run_case "apt-get fails: its message shown, status 2" "libcli11-dev" 0 no "" 2 \
   'E: Unable to locate package libcli11-dev.*could not install: libcli11-dev' 'install' 'Unable to locate package libcli11-dev'
+run_case "a test-only package: missing only --with-tests" "chromium" 0 yes --check 0 '^$' '^$'
+run_case "--with-tests: the test-only list too" "chromium" 0 yes "--check --with-tests" 1 \
+  "missing Debian packages: chromium" '^$'
 run_case "not Debian: says so, build goes on" ABSENT 1000 no "" 0 'not a Debian-like system' '^$'
 run_case "not Debian, --check: cannot tell" ABSENT 1000 no --check 3 'not a Debian-like system' '^$'
 run_case "unknown option" "" 0 no --install 2 "unknown option '--install'" '^$'
