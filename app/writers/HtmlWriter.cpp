@@ -23,16 +23,6 @@ tfoot td{text-align:left;border:none;font-size:0.9em}
 .message.error,.message.fatal{border-left-color:#c00}
 @media print{body{margin:0}thead{display:table-header-group}})";
 
-const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
-  for (const HeaderLabel& label : axis.labels) {
-    if (label.level <= level && level < label.level + label.depth && label.start <= index &&
-        index < label.start + label.span) {
-      return &label;
-    }
-  }
-  return nullptr;
-}
-
 }  // namespace
 
 std::string HtmlWriter::Escape(const std::string& text) {
@@ -141,7 +131,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       out << "<tr>";
       if (rowLevels == 0) out << "<th scope=\"row\"></th>";
       for (int level = 0; level < rowLevels; ++level) {
-        const HeaderLabel* label = LabelAt(rows, level, static_cast<int>(rowIndex));
+        const HeaderLabel* label = rows.LabelAt(level, static_cast<int>(rowIndex));
         if (label == nullptr) {
           out << "<th scope=\"row\"></th>";
           continue;
