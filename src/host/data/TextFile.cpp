@@ -31,6 +31,7 @@ void TextFile::CheckNotDirectory(const std::string& path, const std::string& wha
 }
 
 void TextFile::CheckNoNulByte(std::string_view text, const std::string& path, const std::string& what) {
+  if (text.empty()) return;  // its data may be null, which memchr must not see
   const void* found = std::memchr(text.data(), '\0', text.size());
   if (found == nullptr) return;
   const auto offset = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
