@@ -2,13 +2,18 @@
 BUILD_DIR ?= build
 ASAN_DIR ?= build-asan
 JOBS ?= 2
-GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
+# Looked up when a recipe runs, after `deps` may have installed ninja.
+GENERATOR = $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 
-.PHONY: all configure build run test test-asan golden bench clean
+.PHONY: all deps configure build run test test-asan golden bench clean
 
 all: build
 
-$(BUILD_DIR)/CMakeCache.txt:
+# Installs the Debian packages of scripts/packages.txt that are missing; silent when none is.
+deps:
+	@bash scripts/install_deps.sh
+
+$(BUILD_DIR)/CMakeCache.txt: | deps
 	cmake -S . -B $(BUILD_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
 configure: $(BUILD_DIR)/CMakeCache.txt
@@ -19,8 +24,8 @@ build: configure
 # The main job: the showcase commands over the bundled sample survey. Exit status 1 means
 # a command reported an error (printed with the output); only a failure to run is fatal here.
 run: build
-	@./$(BUILD_DIR)/app/quilt examples/showcase.qlt; status=$$?; \
-	  ./$(BUILD_DIR)/app/quilt --split wave examples/showcase-waves.qlt; waves=$$?; \
+	@$(BUILD_DIR)/app/quilt examples/showcase.qlt; status=$$?; \
+	  $(BUILD_DIR)/app/quilt --split wave examples/showcase-waves.qlt; waves=$$?; \
 	  [ $$waves -gt $$status ] && status=$$waves; \
 	  if [ $$status -eq 1 ]; then echo "(quilt: a command reported an error; see the messages above)"; fi; \
 	  [ $$status -le 1 ]
@@ -29,7 +34,7 @@ test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
 # The same suite under AddressSanitizer and UndefinedBehaviorSanitizer.
-test-asan:
+test-asan: deps
 	cmake -S . -B $(ASAN_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DQUILT_SANITIZE=ON -DQUILT_BUILD_BENCHMARKS=OFF
 	cmake --build $(ASAN_DIR) -j $(JOBS)
 	ctest --test-dir $(ASAN_DIR) --output-on-failure -j $(JOBS)

@@ -360,12 +360,14 @@ bool CubeDispatcher::IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& d
   removed.Finish();
 
   bool hasEmptyCubes = aggregationTable.HasEmptyCubes();
-  bool listwise = metadata.GetListwise();
-  const char* emptyTemplate =
-      splitCount != 0 ? (listwise ? "In split [%1=%2:, ^1=^2:]1 subtables in ^2 unspecified empty ..."
-                                  : "In split [%1=%2:, ^1=^2:]1 subtables in ^2 empty ...")
-                      : (listwise ? "Some subtables in table ^1 unspecified empty ..." : "Some subtables in table ^1 empty ...");
-  BpComposite empty(emptyTemplate, true);
+  // The listwise wording speaks of scale variables: a table without any gets the plain one.
+  bool listwise = metadata.GetListwise() && !metadata.GetValidCount().empty();
+  BpComposite empty(splitCount != 0
+                        ? (listwise ? "In split [%1=%2:, ^1=^2:]1 subtables in ^2 unspecified empty ..."
+                                    : "In split [%1=%2:, ^1=^2:]1 subtables in ^2 empty ...")
+                        : (listwise ? "Some subtables in table ^1 unspecified empty ..."
+                                    : "Some subtables in table ^1 empty ..."),
+                    true);
   if (splitCount != 0) {
     empty.Sublist();
     empty.SplitList();
@@ -384,7 +386,8 @@ bool CubeDispatcher::IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& d
 
 bool CubeDispatcher::IsScaleMissing(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber) {
   TableMetadata& metadata = _data->_aggregationTable->GetTableMetaData();
-  bool split = dataSource.SplitVariableCount() != 0;
+  // Groups laid out together make one table over all of them: no group to name.
+  bool split = dataSource.SplitsSeparate() && dataSource.SplitVariableCount() != 0;
   BpComposite composite(split ? "In split [%1=%2:, ^1=^2:]1 no variables [%1:,^1:]2 in ^3 ..."
                               : "No cases for scale variables [%1:,^1:]1 in table ^2 ...",
                         true);

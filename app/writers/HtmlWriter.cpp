@@ -92,12 +92,15 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const int columnCount = static_cast<int>(columns.entries.size());
   const int totalColumns = std::max(rowLevels, 1) + columnCount;
   const auto& layers = layout.GetLayers();
-  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
+  // An empty table still gets one <table>, whose caption names it, even without a layer.
+  const std::size_t layerCount = layout.IsEmpty() ? 1 : layers.size();
+  for (std::size_t layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
     out << "<table>\n<caption>";
-    if (!table.titleHidden) out << Escape(table.title) << Marks(layout.GetTitleMarks());
+    // An empty table names itself, even where the outline carries its title.
+    if (!table.titleHidden || layout.IsEmpty()) out << Escape(table.title) << Marks(layout.GetTitleMarks());
     if (!table.mergedTitle.empty())
       out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
-    if (!layers[layerIndex].labelPath.empty()) {
+    if (layerIndex < layers.size() && !layers[layerIndex].labelPath.empty()) {
       std::string path;
       for (const std::string& label : layers[layerIndex].labelPath)
         path += (path.empty() ? "" : " / ") + label;
@@ -127,7 +130,10 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       out << "</tr>\n";
     }
     out << "</thead>\n<tbody>\n";
-    for (std::size_t rowIndex = 0; rowIndex < rows.entries.size(); ++rowIndex) {
+    if (layout.IsEmpty()) {
+      out << "<tr><td colspan=\"" << totalColumns << "\">" << kNoCasesText << "</td></tr>\n";
+    }
+    for (std::size_t rowIndex = 0; rowIndex < rows.entries.size() && !layout.IsEmpty(); ++rowIndex) {
       out << "<tr>";
       if (rowLevels == 0) out << "<th scope=\"row\"></th>";
       for (int level = 0; level < rowLevels; ++level) {

@@ -36,6 +36,8 @@ class OutputWriter {
   virtual void WriteMessage(int level, const std::string& text, std::ostream& out) = 0;
   virtual void WriteTable(const TableLayout& layout, std::ostream& out) = 0;
 
+  /// What a table without any cell shows under its title, in every drawn format.
+  static constexpr const char* kNoCasesText = "(no cases)";
   /// "Warning", "Error" or "Fatal error" for a message level.
   static std::string LevelName(int level);
   /// A cell's text followed by its markers and its note marks as the text and HTML

@@ -58,6 +58,8 @@ class TableLayout {
   const std::vector<AxisEntry>& GetLayers() const { return _layers; }
   /// The cell at layer `layerIndex`, row `rowIndex`, column `columnIndex`.
   const LayoutCell& GetCell(int layerIndex, int rowIndex, int columnIndex) const;
+  /// True when the table has no cell to show: no row, column or layer survived.
+  bool IsEmpty() const { return _rows.entries.empty() || _columns.entries.empty() || _layers.empty(); }
   /// Note marks after the title: those of the table notes.
   const std::vector<std::string>& GetTitleMarks() const { return _table->tableNoteMarks; }
 

@@ -12,6 +12,8 @@ namespace {
 constexpr int kDefaultWidth = 100;
 constexpr int kMaxLabelWidth = 20;     // data column labels wrap beyond this
 constexpr int kMaxRowLabelWidth = 30;  // row labels wrap beyond this
+constexpr int kMinRowLabelWidth = 6;   // a row label column is never narrowed below this
+constexpr int kUsefulDataColumns = 3;  // a panel should hold this many data columns
 
 // Width on the terminal: one column per character, a byte that is not UTF-8 counting as the
 // one replacement character it is written as.
@@ -207,8 +209,18 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const int columnCount = static_cast<int>(columns.entries.size());
   const int rowCount = static_cast<int>(rows.entries.size());
 
-  if (!table.titleHidden) WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
+  // A table without a single cell would draw only the two rules of an empty box: its title,
+  // shown even where the outline carries it, says which table is empty instead.
+  if (!table.titleHidden || layout.IsEmpty())
+    WriteWrapped(table.title + MarkList(layout.GetTitleMarks()), out);
   if (!table.mergedTitle.empty()) WriteWrapped(table.mergedTitle, out);
+  if (layout.IsEmpty()) {
+    WriteWrapped(kNoCasesText, out);
+    if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
+    for (const DeliveredNote& note : table.notes) WriteWrapped(note.mark + ". " + note.text, out);
+    out << '\n';
+    return;
+  }
 
   // Widths, decided once for every layer so that the sections line up.
   std::vector<int> rowWidths(static_cast<std::size_t>(rowLevels), 1);
@@ -247,9 +259,28 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       dataWidths[static_cast<std::size_t>(label.start + label.span - 1)] += wanted - available;
   }
 
-  // Column panels: as many data columns as fit beside the repeated row headers.
+  // Row labels wrap like column labels when the row headers leave too little room for data:
+  // while the first panel would hold fewer than a few data columns, the widest row level
+  // gives up width, down to half the line for all row headers.
   int rowBlock = 1;
   for (int width : rowWidths) rowBlock += width + 3;
+  auto columnsBeside = [&](int block) {
+    int fitting = 0;
+    for (int used = block; fitting < columnCount; ++fitting) {
+      used += dataWidths[static_cast<std::size_t>(fitting)] + 3;
+      if (used > _width) break;
+    }
+    return fitting;
+  };
+  const int usefulColumns = std::min(columnCount, kUsefulDataColumns);
+  while (columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
+    auto widestLevel = std::max_element(rowWidths.begin(), rowWidths.end());
+    if (*widestLevel <= kMinRowLabelWidth) break;
+    --*widestLevel;
+    --rowBlock;
+  }
+
+  // Column panels: as many data columns as fit beside the repeated row headers.
   std::vector<std::pair<int, int>> panels;  // [first, end)
   for (int start = 0; start < columnCount || (start == 0 && columnCount == 0);) {
     int end = start;

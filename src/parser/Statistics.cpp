@@ -155,7 +155,11 @@ SyntaxConverter* Statistics::Literal(const std::string& text) {
     static const std::string kLevelWord = ")CILEVEL";
     const std::size_t at = _data->_label.find(kLevelWord);
     if (at != std::string::npos) {
-      _data->_label.replace(at, kLevelWord.size(), "^1");
+      // The level is shown as a percentage, sign included: a "%" the user wrote after the
+      // word goes with it, so that 'Lower )CILEVEL%' reads "Lower 95.0%".
+      std::size_t length = kLevelWord.size();
+      if (_data->_label.compare(at + length, 1, "%") == 0) ++length;
+      _data->_label.replace(at, length, "^1");
       _data->_hasLabelParameter = true;
     }
   }

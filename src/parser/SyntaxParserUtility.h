@@ -48,6 +48,10 @@ class SyntaxParserUtility {
   [[noreturn]] static void UnexpectedError(const char* file, int line);
   [[noreturn]] static void NoTableSubcommand(const SyntaxConverter* converter);
   [[noreturn]] static void IncompleteSubcommand(const SyntaxConverter* converter, const std::string& text);
+  /// An empty quoted text ('') in `converter`'s subcommand; `after` is the word before it.
+  [[noreturn]] static void EmptyQuotedText(const SyntaxConverter* converter, const std::string& after);
+  /// Warns that a token's text after the word `after` was cut to `limit` bytes.
+  static void TextCut(const SyntaxConverter* converter, const std::string& after, int limit);
   [[noreturn]] static void UnknownKeyword(const SyntaxConverter* converter, const std::string& text);
   [[noreturn]] static void OutOfOrderSubcommand(const std::string& parent, const std::string& text);
   [[noreturn]] static void OutOfOrderGlobalSubcommand(const std::string& parent, const std::string& text);

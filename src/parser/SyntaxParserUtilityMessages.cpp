@@ -90,6 +90,14 @@ void SyntaxParserUtility::IncompleteSubcommand(const SyntaxConverter* converter,
   Raise("Text ^1. Incomplete subcommand ^2.", {text, NameOf(converter)});
 }
 
+void SyntaxParserUtility::EmptyQuotedText(const SyntaxConverter* converter, const std::string& after) {
+  Raise("Subcommand ^1. Empty quoted text after ^2.", {NameOf(converter), after});
+}
+
+void SyntaxParserUtility::TextCut(const SyntaxConverter* converter, const std::string& after, int limit) {
+  Warn("Subcommand ^1. Text after ^2 cut to ^3 bytes.", {NameOf(converter), after, std::to_string(limit)});
+}
+
 void SyntaxParserUtility::UnknownKeyword(const SyntaxConverter* converter, const std::string& text) {
   Raise("Subcommand ^1. Unknown keyword ^2.", {NameOf(converter), text});
 }

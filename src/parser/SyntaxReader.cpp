@@ -28,19 +28,21 @@ constexpr int kMaximumNesting = 100;
 // What the host is asked for when it does not say otherwise.
 constexpr int kInitialTextLength = 255;
 
-// Copies at most kTokenBufferSize - 1 bytes of `text` and terminates. A cut never falls
-// inside a UTF-8 sequence: continuation bytes (10xxxxxx) before the cut are dropped with
-// the character they belong to.
-void CopyTokenText(const char* text, int length, char* buffer) {
+// Copies at most kTokenBufferSize - 1 bytes of `text` and terminates; true when the text
+// was cut. A cut never falls inside a UTF-8 sequence: continuation bytes (10xxxxxx) before
+// the cut are dropped with the character they belong to.
+bool CopyTokenText(const char* text, int length, char* buffer) {
   std::memset(buffer, 0, kTokenBufferSize);
   int kept = length;
-  if (kept > kTokenBufferSize - 1) {
+  const bool cut = kept > kTokenBufferSize - 1;
+  if (cut) {
     kept = kTokenBufferSize - 1;
     while (kept > 0 && (static_cast<unsigned char>(text[kept]) & 0xC0) == 0x80) {
       --kept;
     }
   }
   std::memcpy(buffer, text, static_cast<std::size_t>(kept));
+  return cut;
 }
 
 }  // namespace
@@ -53,6 +55,8 @@ struct SyntaxReader::ReaderData {
   int _bracketDepth = 0;                                         // open "[" minus "]"
   int _outerGroupPosition = -1;  // token position before the outermost open "(" or "[", for messages
   SyntaxConverter* _current = nullptr;                           // the converter that receives the next event
+  std::string _lastWord;          // the last word read, to say where a text stands
+  bool _textCutReported = false;  // a cut text has been warned about
 };
 
 SyntaxReader::SyntaxReader() : _readerData(new ReaderData) {
@@ -75,6 +79,15 @@ void SyntaxReader::ReadTokens(TARN_TokenSequence* tokens) {
 
   // The first token is the command word itself.
   tokens->Next();
+  data._lastWord.clear();
+  data._textCutReported = false;
+  {
+    char* commandWord = nullptr;
+    int length = kInitialTextLength;
+    tokens->GetText(&commandWord, &length);
+    if (commandWord != nullptr && length > 0)
+      data._lastWord.assign(commandWord, static_cast<std::size_t>(length));
+  }
 
   char text[kTokenBufferSize];
   text[0] = '\0';
@@ -83,6 +96,7 @@ void SyntaxReader::ReadTokens(TARN_TokenSequence* tokens) {
     const TokenType type = tokens->GetTokenType();
     const OperatorCode op = tokens->GetOperatorCode();
     const std::string tokenText(text);
+    if (type == TokenSequenceBase::kTokenWord) data._lastWord = tokenText;
     writing = WriteTableExpression(expressionTable, writing, tokenText, op, type);
 
     switch (type) {
@@ -140,10 +154,18 @@ void SyntaxReader::GetStringFromTokens(TARN_TokenSequence* tokens, char* buffer)
   char* tokenText = nullptr;
   int length = kInitialTextLength;
   tokens->GetText(&tokenText, &length);
+  ReaderData& data = *_readerData;
   if (tokenText == nullptr || length <= 0 || *tokenText == '\0') {
-    SyntaxParserUtility::NoTableSubcommand(_readerData->_current);
+    // The command cannot go on, but the reader learns what stopped it and where.
+    if (tokens->GetTokenType() == TokenSequenceBase::kTokenLiteral) {
+      SyntaxParserUtility::EmptyQuotedText(data._current, data._lastWord);
+    }
+    SyntaxParserUtility::NoTableSubcommand(data._current);
   }
-  CopyTokenText(tokenText, length, buffer);
+  if (CopyTokenText(tokenText, length, buffer) && !data._textCutReported) {
+    data._textCutReported = true;
+    SyntaxParserUtility::TextCut(data._current, data._lastWord, kTokenBufferSize - 1);
+  }
 }
 
 bool SyntaxReader::WriteTableExpression(SyntaxTableSubcommand*& expressionTable, bool writing,

@@ -8,6 +8,7 @@
 #include "tablerenderer/markers/RowSignificanceMarkers.h"
 
 class AggregationCategory;
+class CellKey;
 class CubeAggregator;
 struct SigTestSettings;
 
@@ -107,4 +108,41 @@ class QuiltSigTests {
   /// The label of column `index` of `nColumns`: "A".."Z", or "(AA)".. past 26 columns or
   /// with `forceParens`; lower case unless `upper`.
   static std::string CategoryKey(int index, int nColumns, bool forceParens, bool upper);
+
+ private:
+  friend class QuiltSigTestsEffBase;
+
+  /// A category's value in a cell key; a missing category stands for all of its position.
+  static int KeyCode(const AggregationCategory* category);
+  /// The key of a means test: `rowCats`, `colPath`, the column slot, `layerCats`, and for a
+  /// set in the columns its second position last, all categories at first.
+  static CellKey MeansKey(const CategoryPath& rowCats, const CategoryPath& colPath, const CategoryPath& layerCats,
+                          bool columnsAreMR, int& columnSlot);
+  /// The key of a proportions test: `rowPath`, the row slot, `colPath`, the column slot,
+  /// `layerPath`, and for a set in the columns its second position last.
+  static CellKey ProportionsKey(const CategoryPath& rowPath, const CategoryPath& colPath,
+                                const CategoryPath& layerPath, bool colIsMR, int& rowSlot, int& columnSlot);
+  /// `rows` rows of `columns` empty texts, with the subscripts of each row set up.
+  static ColumnProportionsResult EmptyProportions(std::size_t rows, std::size_t columns);
+  /// Neither system-missing nor infinite nor NaN.
+  static bool IsValidValue(double value);
+  /// 1/a + 1/b - 2 shared / (a b): the factor of the variance of a difference between two
+  /// samples of sizes a and b that have `shared` cases in common. Exactly 0 for a = b = shared.
+  static double OverlapFactor(double a, double b, double shared);
+  /// The two-sided p-value of Student's t for two means `difference` apart, with variance
+  /// `pooled`, samples of sizes a and b with `shared` cases in common (a set in the columns)
+  /// and `df` degrees of freedom before the shared cases are taken off. System-missing when
+  /// no test can be made; the reason goes into `result`, and `failed` is set when the
+  /// distribution function gave nothing.
+  static double MeansPairPValue(double difference, double pooled, double a, double b, double shared, double df,
+                                bool columnsAreMR, ColumnMeansResult& result, bool& failed);
+  /// Adjusts the pairs of one row (a family), then writes its texts and subscripts: a column
+  /// of `tested` receives, for each significant pair, the letter of the column with the
+  /// smaller `values`; pairs that are not significant mark their columns similar. `pairs`
+  /// holds exactly the pairs that were tested, ordered by first and then second column. A
+  /// column not tested gets `noTestMarker` and is removed from `markers`.
+  static void LetterRow(const std::vector<bool>& tested, std::vector<PValueInfoElem>& pairs,
+                        const std::vector<double>& values, int count, const SigTestSettings& settings,
+                        const std::string& noTestMarker, std::vector<std::string>& texts,
+                        RowSignificanceMarkers& markers);
 };

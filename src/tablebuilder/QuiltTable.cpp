@@ -160,8 +160,8 @@ TableDimension* DimensionOf(const SyntaxVariableName* variable) {
   return dimension;
 }
 
-const std::vector<AggregationCategory*>& CategoriesOf(const SyntaxVariableName* variable) {
-  return DimensionOf(variable)->GetCategories();
+std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
+  return QuiltTable::ShownCategories(*DimensionOf(variable));
 }
 
 bool IsTotalType(int catType) {
@@ -629,7 +629,7 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
   QUILT_ASSERT(firstType == Node::kHNodeTypeTempCategories, "a categorical variable holds its placeholders");
   SyntaxVariableName* variable = node->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
-  const std::vector<AggregationCategory*>& categories = CategoriesOf(variable);
+  const std::vector<AggregationCategory*> categories = CategoriesOf(variable);
   const bool includeEmpty = variable->GetIsEmptyInclude();
   for (size_t i = 0; i < categories.size(); ++i) {
     Node* category = Node::Create(categories[i]);

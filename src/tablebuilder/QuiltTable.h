@@ -17,6 +17,7 @@ class StatTreeNode;
 class SyntaxConverter;
 class SyntaxTableSubcommand;
 class SyntaxVariableName;
+class TableDimension;
 struct SigTestSettings;
 
 /// One TABLE subcommand as the builder sees it. Before any case is read it turns the parsed
@@ -135,6 +136,10 @@ class QuiltTable {
   /// stand after what they sum). Returns the number selected; `out` is not owning.
   static int ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                    bool useSubtotals, bool positionAfter);
+  /// The categories of `dimension` that a table shows, in display order: all of them but
+  /// those a hidden subtotal (HSUBTOTAL) sums, which the subtotal replaces. The engine keeps
+  /// counting them, so they stay in every total and percentage base.
+  static std::vector<AggregationCategory*> ShownCategories(TableDimension& dimension);
 
   /// The preliminary trees, the slot counts and cube indices, the statistics, and the final
   /// trees when built; one node per line. For tests and --dump-tables.

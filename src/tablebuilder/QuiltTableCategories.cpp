@@ -1,4 +1,5 @@
 // QuiltTableCategories.cpp - which categories stand in a final tree: axis cubes, moved labels, empty stacks
+#include <algorithm>
 #include <vector>
 
 #include "host/QuiltAssert.h"
@@ -37,7 +38,7 @@ std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tem
   SyntaxVariableName* variable = tempCats[0]->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
   TableDimension* dimension = DimensionOf(variable);
-  std::vector<AggregationCategory*> categories = dimension->GetCategories();
+  std::vector<AggregationCategory*> categories = QuiltTable::ShownCategories(*dimension);
   std::vector<SyntaxVariableName*> others;
   for (size_t j = 1; j < tempCats.size(); ++j) {
     if (!onlyCategories && tempCats[j]->GetType() != Node::kHNodeTypeTempCategories) continue;
@@ -46,7 +47,8 @@ std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tem
   }
   if (others.empty()) return categories;
   CategoryManager manager(categories, variable->GetAggregationVariable(), dimension);
-  for (SyntaxVariableName* other : others) manager.AddCategories(DimensionOf(other)->GetCategories());
+  for (SyntaxVariableName* other : others)
+    manager.AddCategories(QuiltTable::ShownCategories(*DimensionOf(other)));
   return manager.GetCategories();
 }
 
@@ -59,6 +61,29 @@ Node* NewCategoryNode(const AggregationCategory* category, bool includeEmpty, si
 }
 
 }  // namespace
+
+std::vector<AggregationCategory*> QuiltTable::ShownCategories(TableDimension& dimension) {
+  const std::vector<AggregationCategory*>& all = dimension.GetCategories();
+  std::vector<int> hidingSubtotals;
+  for (const AggregationCategory* category : all) {
+    if (category->GetCatType() == AggregationCategory::kHSubtotal)
+      hidingSubtotals.push_back(category->GetCatEncoding());
+  }
+  if (hidingSubtotals.empty()) return all;
+  std::vector<AggregationCategory*> shown;
+  for (AggregationCategory* category : all) {
+    const int type = category->GetCatType();
+    if (type == AggregationCategory::kValue || type == AggregationCategory::kVariable) {
+      const int subtotal = dimension.SubtotalOf(category->GetCatEncoding());
+      if (subtotal != 0 &&
+          std::find(hidingSubtotals.begin(), hidingSubtotals.end(), subtotal) != hidingSubtotals.end()) {
+        continue;
+      }
+    }
+    shown.push_back(category);
+  }
+  return shown;
+}
 
 HeaderTreeNode* QuiltTable::BuildFinalSubtreeUseCubes(const HeaderTreeNode* node, const CategoryKey& path,
                                                       const std::vector<std::vector<CubeAggregator*>>& cubes) {
@@ -175,7 +200,7 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
                                               const std::vector<std::vector<CubeAggregator*>>& cubes,
                                               std::vector<HeaderTreeNode*>& out) {
   out.clear();
-  const std::vector<AggregationCategory*>& categories = DimensionOf(var)->GetCategories();
+  const std::vector<AggregationCategory*> categories = ShownCategories(*DimensionOf(var));
   const std::vector<Node*>& varChildren = varNode->GetChildren();
   const std::vector<Node*>& kids = varChildren[0]->GetChildren();
   const bool hasTotalBranch = varChildren.size() == 2;

@@ -11,6 +11,7 @@
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
+#include "tablebuilder/QuiltSigTests.h"
 #include "tablebuilder/QuiltTable.h"
 #include "tablebuilder/QuiltTableData.h"
 #include "tablebuilder/StatTreeNode.h"
@@ -19,23 +20,6 @@ namespace {
 
 using Node = HeaderTreeNode;
 using Codes = TableEncryptionCodes;
-
-// The label of column `index` of `nColumns`: letters A to Z in base 26 with A as 0, as many
-// digits as the largest index needs, so every column of a table has the same width; in
-// brackets when asked or when one letter is not enough.
-// TODO(#9): use QuiltSigTests::CategoryKey, which the tests share, once it lands.
-std::string ColumnLetters(int index, int nColumns, bool forceParens, bool upper) {
-  int width = 1;
-  for (int rest = (nColumns - 1) / 26; rest > 0; rest /= 26) ++width;
-  std::string letters(static_cast<size_t>(width), 'A');
-  int value = index;
-  for (int digit = width - 1; digit >= 0; --digit) {
-    letters[static_cast<size_t>(digit)] = static_cast<char>((upper ? 'A' : 'a') + value % 26);
-    value /= 26;
-  }
-  if (forceParens || nColumns > 26) return "(" + letters + ")";
-  return letters;
-}
 
 int CategoryType(const Node* node) {
   const AggregationCategory* category = node->GetCategory();
@@ -459,7 +443,8 @@ void QuiltTable::AddLettersToColumns(HeaderTreeNode* colTree) {
   if (colTree->GetMaxHeight() == 1) {
     const int n = static_cast<int>(children.size());
     for (int i = 0; i < n; ++i) {
-      children[static_cast<size_t>(i)]->AddChild(Node::Create(ColumnLetters(i, n, true, true), true), true);
+      const std::string key = QuiltSigTests::CategoryKey(i, n, /*forceParens=*/true, /*upper=*/true);
+      children[static_cast<size_t>(i)]->AddChild(Node::Create(key, true), true);
     }
     return;
   }
@@ -481,7 +466,8 @@ bool QuiltTable::hasCategoryOffspring(const HeaderTreeNode* node) {
 bool QuiltTable::addLettersToMergedColumns(HeaderTreeNode* node, int index) {
   if (node == nullptr) return false;
   if (node->GetType() == Node::kHNodeTypeCategory && !hasCategoryOffspring(node) && node->GetParent() != nullptr) {
-    const std::string key = ColumnLetters(index, node->GetParent()->GetNChildren(), true, true);
+    const std::string key = QuiltSigTests::CategoryKey(index, node->GetParent()->GetNChildren(),
+                                                       /*forceParens=*/true, /*upper=*/true);
     Node* letter = Node::Create(key, true);
     letter->addProperty(key);
     node->insertChild(letter);

@@ -15,6 +15,7 @@
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
 #include "parser/SigTestSettings.h"
+#include "parser/SyntaxConverter.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
@@ -44,6 +45,21 @@ const SyntaxTablesCommand* CommandOf(SyntaxTableSubcommand* subcommand) {
   SyntaxConverter* top = subcommand->TopParent();
   if (top == nullptr || top->GetType() != kConverterCommand) return nullptr;
   return static_cast<const SyntaxTablesCommand*>(top);
+}
+
+/// The dimensions of a table and of its test tables, by the header tree that fills them.
+const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
+const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn, BpDimension::kPlaceLayer};
+
+/// The data column widths the user set, cut to whole points; test tables take them too.
+void SetColumnWidths(BpPivotTable& pivot, const TableSettings* settings) {
+  if (settings == nullptr) return;
+  if (settings->HasMinColumnWidth()) {
+    pivot.MinDataColumnWidth(static_cast<int>(settings->GetMinColumnWidthPoints()));
+  }
+  if (settings->HasMaxColumnWidth()) {
+    pivot.MaxDataColumnWidth(static_cast<int>(settings->GetMaxColumnWidthPoints()));
+  }
 }
 
 }  // namespace
@@ -165,9 +181,6 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
     _statAxis = new TableAxis(statistics, statPlace, table->GetStatTree(), nullptr);
   }
 
-  static const char* const kDimensionNames[3] = {"Row", "Column", "Layer"};
-  static const BpDimension::Place kPlaces[3] = {BpDimension::kPlaceRow, BpDimension::kPlaceColumn,
-                                                BpDimension::kPlaceLayer};
   for (int d = 0; d < 3; ++d) {
     if (roots[d] == nullptr || roots[d]->IsLeaf()) continue;
     BpDimension dimension = pivot.Dimension(BpString(kDimensionNames[d], true), BpPivotTable::kSortAsCreated);
@@ -194,14 +207,58 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
       break;
   }
 
-  if (settings != nullptr && settings->HasMinColumnWidth()) {
-    pivot.MinDataColumnWidth(static_cast<int>(settings->GetMinColumnWidthPoints()));
-  }
-  if (settings != nullptr && settings->HasMaxColumnWidth()) {
-    pivot.MaxDataColumnWidth(static_cast<int>(settings->GetMaxColumnWidthPoints()));
-  }
+  SetColumnWidths(pivot, settings);
 
-  // The significance test tables (chi-square, column proportions, column means) follow the
-  // main table here, in the order of the settings, under _heading. Their renderers do not
-  // exist yet: a table with a test request is delivered without its test tables.
+  if (table->HasSigTests()) RenderSigTestTables(table, cubes, tableIndex);
+}
+
+void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, const std::vector<CubeAggregator*>& cubes,
+                                              int tableIndex) {
+  // Unweighted counts are testable only where no weight of either kind applies.
+  const bool unweighted = SyntaxConverter::GetBaseWeightVarIndex() == -1 &&
+                          (_dataSource == nullptr || _dataSource->GetWeightVarIndex() == -1);
+  table->BuildStatTestTables(unweighted, _mergedTests, _apaMerged);
+  const std::vector<std::vector<HeaderTreeNode*>>& allTrees = table->GetSigTestTrees();
+  const std::vector<SigTestSettings>& allSettings = table->GetSigTestSettings();
+  QUILT_ASSERT(allTrees.size() == allSettings.size(), "one set of test trees per significance setting");
+  const TableSettings* tableSettings = _subcommand != nullptr ? &_subcommand->GetTableSettings() : nullptr;
+
+  for (std::size_t k = 0; k < allSettings.size(); ++k) {
+    const SigTestSettings& setting = allSettings[k];
+    const std::vector<HeaderTreeNode*>& trees = allTrees[k];
+    if (trees.size() < 2) {
+      const char* key = setting._type == TableEncryptionCodes::kSigTestChiSquare
+                            ? "Chi-square skipped in ^1 table. No eligible cube."
+                            : setting._type == TableEncryptionCodes::kSigTestProportions
+                                  ? "Column proportions skipped in ^1 table. No eligible cube."
+                                  : "Pairwise comparisons skipped in ^1 table. No eligible cube.";
+      BpComposite skipped(key, true);
+      if (_subcommand != nullptr && _subcommand->HasTitle()) {
+        skipped.Add(BpString(getUserText(_subcommand->GetTitle()), false));
+      } else {
+        skipped.Add(BpNumber(tableIndex, BpProcedure::Count()));
+      }
+      skipped.Finish();
+      BpError(skipped, kBpShowAlways, kBpLevelWarning);
+      continue;
+    }
+    if (setting._type != TableEncryptionCodes::kSigTestChiSquare) {
+      // TODO(#15): the column proportions and column means tables, merged into the main
+      // table or delivered here after it.
+      continue;
+    }
+
+    BpPivotTable testTable = _heading.PivotTable(BpString("Pearson Chi Square Tests", true),
+                                                 BpString("Pearson Chi Square Tests", true), true);
+    std::unique_ptr<TableAxis> axes[3];
+    for (std::size_t d = 0; d < trees.size() && d < 3; ++d) {
+      BpDimension dimension =
+          testTable.Dimension(BpString(kDimensionNames[d], true), BpPivotTable::kSortAsCreated);
+      dimension.Position(kPlaces[d], 1, true, false);
+      axes[d] = std::make_unique<TableAxis>(dimension, kPlaces[d], trees[d], _dataSource);
+      axes[d]->BuildBPTree(/*showStats=*/false);
+    }
+    RenderChiSquareTable(table, testTable, cubes, axes[0].get(), axes[1].get(), axes[2].get(), setting);
+    SetColumnWidths(testTable, tableSettings);
+  }
 }

@@ -265,13 +265,8 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   BpCategory category = group.Category(label);
   double value1 = result.GetValue1();
   double value2 = result.GetValue2();
-  const bool isCount = statFormat == StatTreeNode::kStatFormatCount;
-  // The engine gives every count its unweighted size as companion, also in unweighted data.
-  // A count equal to its companion is its own unweighted count, and "<n" states it exactly,
-  // so it is hidden as a count without companion. Only a weighted count that differs from its
-  // unweighted base shows as missing, where "<n" would misstate it.
-  if (isCount && value2 == value1) value2 = _sysmis;
-  const bool hidden = isCount && _hideSmallCounts && value2 >= 0 && value2 < _hideSmallCountsValue;
+  const SmallCount smallCount = ClassifySmallCount(statFormat, value1, value2);
+  const bool hidden = smallCount == SmallCount::kMissing;
   if ((_useMissingString && (value1 == _sysmis || hidden)) || value1 == _infinity) {
     // Positive infinity marks a value that cannot be shown; it takes the missing text
     // whether or not the user set one.
@@ -347,7 +342,7 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
     _blankNextCell = false;
     return;
   }
-  if (isCount && _hideSmallCounts && value1 >= 0 && value1 < _hideSmallCountsValue && value2 == _sysmis) {
+  if (smallCount == SmallCount::kBelow) {
     BpComposite below("<(^1)", false);
     below.Add(BpNumber(_hideSmallCountsValue, numberFormat));
     below.Finish();
@@ -364,16 +359,29 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   }
 }
 
+TableDelivery::Data::SmallCount TableDelivery::Data::ClassifySmallCount(int statFormat, double value1,
+                                                                        double value2) const {
+  if (statFormat != StatTreeNode::kStatFormatCount || !_hideSmallCounts) return SmallCount::kShown;
+  // The companion is the cell's unweighted count, which the engine gives every count that
+  // has cases (an unweighted count is its own companion). Only the zero written into an
+  // empty cell has none, and that alone can be stated as "<n" without showing a number.
+  if (value2 == _sysmis) {
+    return value1 >= 0 && value1 < _hideSmallCountsValue ? SmallCount::kBelow : SmallCount::kShown;
+  }
+  return value2 >= 0 && value2 < _hideSmallCountsValue ? SmallCount::kMissing : SmallCount::kShown;
+}
+
 void TableDelivery::Data::RenderNumericCell(BpCategory& category, int statFormat, const TARN_Format* format,
                                             double value1, double value2) {
-  const bool isCount = statFormat == StatTreeNode::kStatFormatCount;
-  if (isCount && _hideSmallCounts && value1 >= 0 && value1 < _hideSmallCountsValue && value2 == _sysmis) {
-    category.Cell(BpString(_hideSmallCountsText, false));
-    return;
-  }
-  if (isCount && _hideSmallCounts && value2 >= 0 && value2 < _hideSmallCountsValue) {
-    category.Cell(BpNumber(_sysmis, BpFormatSpec(*format)));
-    return;
+  switch (ClassifySmallCount(statFormat, value1, value2)) {
+    case SmallCount::kBelow:
+      category.Cell(BpString(_hideSmallCountsText, false));
+      return;
+    case SmallCount::kMissing:
+      category.Cell(BpNumber(_sysmis, BpFormatSpec(*format)));
+      return;
+    case SmallCount::kShown:
+      break;
   }
   category.Cell(BpNumber(value1, BpFormatSpec(*format)));
   if (statFormat == StatTreeNode::kStatFormatVariable && value2 != _sysmis && value1 != value2) {

@@ -18,6 +18,7 @@
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/StatTreeNode.h"
+#include "tablerenderer/AxisLeafWalk.h"
 #include "tablerenderer/BPTreeNode.h"
 #include "tablerenderer/TableAxis.h"
 #include "tablerenderer/TableDeliveryData.h"
@@ -40,34 +41,11 @@ enum LeafState : uint8_t {
   kLeafHasCell = 2,       // found in pass two: the leaf has a written cell
 };
 
-/// One axis walked in step with its shadow leaves: the header node reached, the key of
-/// categories on its path and the count of include-empty nodes on it.
-struct AxisWalk {
-  explicit AxisWalk(TableAxis* axis)
-      : tree(axis->GetHeaderTree()), leaves(axis->GetLeaves()), states(leaves.size(), kLeafUnknown) {}
+/// One axis walked in step with its shadow leaves, with the survival state of each leaf.
+struct AxisWalk : AxisLeafWalk {
+  explicit AxisWalk(TableAxis* axis) : AxisLeafWalk(axis), states(leaves.size(), kLeafUnknown) {}
 
-  HeaderTreeNode* tree;
-  const std::vector<BPTreeNode*>& leaves;
   std::vector<uint8_t> states;
-  HeaderTreeNode* node = nullptr;
-  CategoryKey key;
-  bool keyChanged = false;
-  int emptyCount = 0;
-
-  int Size() const { return static_cast<int>(leaves.size()); }
-
-  void Restart() {
-    node = nullptr;
-    key.clear();
-    emptyCount = 0;
-  }
-
-  HeaderTreeNode* Step() {
-    node = node == nullptr ? QuiltTable::FirstLeaf(tree, key, keyChanged, emptyCount)
-                           : QuiltTable::NextLeaf(node, key, keyChanged, emptyCount);
-    QUILT_ASSERT(node != nullptr, "the header tree has as many leaves as its axis");
-    return node;
-  }
 
   /// Pass two: a leaf with a written cell survives, unless it already survives anyway.
   void MarkHasCell(int index) {

@@ -20,6 +20,7 @@ class AggregationResult;
 class BpCategory;
 class BpCellText;
 class BpGroup;
+class BpPivotTable;
 class BpProcedure;
 class BPTreeNode;
 class CellStatistics;
@@ -29,6 +30,7 @@ class ParsedCategory;
 class ProcedureDataSource;
 class Statistics;
 class StatTreeNode;
+struct SigTestSettings;
 class SyntaxPComputeSubcommand;
 class SyntaxPPropertiesSubcommand;
 class SyntaxTableSubcommand;
@@ -42,7 +44,8 @@ class TARN_Format;
 ///  - TableDeliveryCells.cpp: the walk over all leaf combinations in two passes;
 ///  - TableDeliveryCellText.cpp: what one cell says (formats, decorations, empty and
 ///    missing texts, hidden small counts, the modes note);
-///  - TableDeliveryComputed.cpp: computed categories evaluated at render time.
+///  - TableDeliveryComputed.cpp: computed categories evaluated at render time;
+///  - TableDeliveryChiSquare.cpp: the "Pearson Chi Square Tests" table.
 struct TableDelivery::Data {
   using CategoryKey = QuiltTable::CategoryKey;
   using DisplayFormat = PresentationCodes::DisplayFormat;
@@ -91,6 +94,9 @@ struct TableDelivery::Data {
                            bool controlPackage);
   /// Replaces every ")SPLIT" by the split group's text when there is one.
   std::string getUserText(const std::string& text) const;
+  /// After the main table: builds the test trees and delivers one test table per
+  /// significance setting, in their order, or a warning where a test has nothing to test.
+  void RenderSigTestTables(QuiltTable* table, const std::vector<CubeAggregator*>& cubes, int tableIndex);
 
   // ---- Cell rendering (TableDeliveryCells.cpp) ------------------------------------------
   int Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
@@ -114,6 +120,14 @@ struct TableDelivery::Data {
                   const TARN_Format* format, DisplayFormat display, int vIndex, int decimals);
   void RenderNumericCell(BpCategory& category, int statFormat, const TARN_Format* format, double value1,
                          double value2);
+  /// What HIDESMALLCOUNTS makes of a cell's number.
+  enum class SmallCount {
+    kShown,    // not hidden
+    kMissing,  // a count whose companion (its unweighted count) is below the threshold
+    kBelow,    // a count without companion below the threshold: "<n"
+  };
+  /// The one rule of hidden small counts; only statistics shown as counts are hidden.
+  SmallCount ClassifySmallCount(int statFormat, double value1, double value2) const;
   /// The statistic of the table that a cell of `statType` shows, as the user wrote it; null
   /// when the variable's list does not name it.
   const Statistics* FindTableStatistic(SyntaxVariableName* statVar, bool useTotal, int statType, double ptile) const;
@@ -136,6 +150,24 @@ struct TableDelivery::Data {
       const std::function<bool(const StatTreeNode& statistic, BpGroup& dimension, const BpCellText& label)>& write);
   /// The statistics a leaf's cells are written for when labels are hidden.
   const std::vector<HeaderTreeNode*>& HiddenStatistics(BPTreeNode* leaf) const;
+
+  // ---- Chi-square table (TableDeliveryChiSquare.cpp) ------------------------------------
+  /// Fills the test table `pivot` laid out on the three test trees: once without layers, else
+  /// once per layer leaf; then the caption and, if subtotals stood in for categories, the
+  /// note saying so. `layerAxis` may be null.
+  void RenderChiSquareTable(QuiltTable* table, BpPivotTable& pivot, const std::vector<CubeAggregator*>& cubes,
+                            TableAxis* rowAxis, TableAxis* columnAxis, TableAxis* layerAxis,
+                            const SigTestSettings& settings);
+  /// One layer: for each column variable and each row variable under their outer categories,
+  /// the test's three cells with their notes. `layerKey` holds the layer's categories, and
+  /// `layerIndex` is its sub-table slot (0 without layers).
+  void RenderChiSquare2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes, TableAxis* rowAxis,
+                              TableAxis* columnAxis, const CategoryKey& layerKey, int layerIndex,
+                              const SigTestSettings& settings);
+  /// The categories of `variable` a test compares, in display order: all but totals,
+  /// subtotals and computed categories; with `useSubtotals`, a subtotal in place of the
+  /// categories it sums (and _subtotalsTested set). Returns their number.
+  int SelectInnerCategs(SyntaxVariableName* variable, CategoryKey& categories, bool useSubtotals);
 
   // ---- Computed categories (TableDeliveryComputed.cpp) ----------------------------------
   void GetPcomputeRequiredCat(QuiltTable* table);

@@ -74,7 +74,7 @@ struct TourCase {
   const char* name;
   std::function<void(class BadInputTour&, ProgramOptions&)> setUp;
   int status;
-  std::string message;  // in the errors (status 2) or in the output document (else)
+  std::string message;  // in the errors (status 2), else in the output document as compact JSON
 };
 
 void PrintTo(const TourCase& row, std::ostream* out) { *out << row.name; }
@@ -188,7 +188,7 @@ const TourCase kTour[] = {
      1, "-e:1:9012: Table 1: the table expression stacks more than 1000 terms with +"},
     {"DeepParentheses",
      [](BadInputTour&, ProgramOptions& o) { o.commandTexts = {"QUILT /TABLE " + std::string(50000, '(') + "region" + std::string(50000, ')') + "."}; },
-     1, "-e:1:114: Subcommand TABLE: parentheses and brackets are nested more than 100 levels deep at (."},
+     1, R"(-e:1:114: Subcommand TABLE: parentheses and brackets are nested more than 100 levels deep at \"(\".)"},
     {"Latin1Command", [](BadInputTour&, ProgramOptions& o) { o.commandTexts = {"QUILT /TABLE caf\xE9."}; }, 1,
      "-e:1:17: byte 0xE9 is not UTF-8 (save the command file as UTF-8)"},
     {"DictionaryNumberOutOfRange",

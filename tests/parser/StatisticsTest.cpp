@@ -97,8 +97,9 @@ TEST(StatisticsTest, ConfidenceLabelKeepsAPlaceholderForTheLevel) {
   EXPECT_TRUE(fixture.statistic->HasLabelParameter());  // the vocabulary's label holds ^1
   const EventOutcome outcome = RunEvents([&] { fixture.statistic->Literal("Lower )CILEVEL% )CILEVEL"); });
   EXPECT_FALSE(outcome.threw);
-  // Only the first occurrence becomes the placeholder.
-  EXPECT_EQ(fixture.statistic->GetLabel(), "Lower ^1% )CILEVEL");
+  // Only the first occurrence becomes the placeholder; it shows its own percent sign, so the
+  // user's "%" after it goes.
+  EXPECT_EQ(fixture.statistic->GetLabel(), "Lower ^1 )CILEVEL");
   EXPECT_TRUE(fixture.statistic->HasLabelParameter());
 
   Fixture plain("MEAN");

@@ -19,6 +19,7 @@ const char* const kOutOfOrder = "Parent subcommand ^1. Out of order subcommand ^
 const char* const kOutOfOrderGlobal = "Parent subcommand ^1. Out of order global subcommand ^2.";
 const char* const kMissingKeyword = "SubCmd ^1. Missing required keyword ^2.";
 const char* const kSetInvalid = "Subcommand ^1. Set ^2 is invalid.";
+const char* const kEmptyQuotedText = "Subcommand ^1. Empty quoted text after ^2.";
 const char* const kNestingTooDeep = "Subcommand ^1. Nesting too deep at ^2. Limit ^3.";
 const char* const kTooManyVariables = "Table ^1. Sub-table of ^2 variables. Limit ^3.";
 const char* const kTooManyTerms = "Table ^1. More than ^2 stacked terms.";
@@ -63,8 +64,8 @@ const InvalidCase kInvalidCases[] = {
     {"QUILT /FORMAT EMPTY=BLANK /SMISSING LISTWISE.", kNoTable, {"SMISSING", "TABLE"}},
     {"QUILT /HIDESMALLCOUNTS COUNT=3 /MRSETS COUNTDUPLICATES=YES.", kNoTable, {"MRSETS", "TABLE"}},
     {"QUILT /TABLE a /.", kIncorrectSequence, {"TABLE", "/"}},
-    // An empty literal is a token without text.
-    {"QUILT /TABLE a ''.", kNoTable, {"TABLE", "TABLE"}},
+    // An empty literal is a token without text; the error names the word before it.
+    {"QUILT /TABLE a ''.", kEmptyQuotedText, {"TABLE", "a"}},
     // Slashes and subcommand words.
     // ("//" at the end of a line starts a comment, so the doubled slash is followed by a word.)
     {"QUILT //TABLE a.", kIncorrectSequence, {"QUILT", "/"}},

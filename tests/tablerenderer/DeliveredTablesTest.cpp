@@ -41,7 +41,7 @@ const GoldenCase kGoldenCases[] = {
     {"unlabelled-values", {"QUILT /TABLE region BY grp [COUNT]."}},
     {"vlabels-both", {"QUILT /VLABELS VARIABLES=region DISPLAY=BOTH /TABLE region BY grp [COUNT]."}},
     {"vlabels-none", {"QUILT /VLABELS VARIABLES=region DISPLAY=NONE /TABLE region BY grp [COUNT]."}},
-    {"statistic-labels", {"QUILT /TABLE region > score [MEAN PTILE 25 MEAN.LCL]."}},
+    {"statistic-labels", {"QUILT /TABLE region > score [MEAN PTILE 25 MEAN.LCL MEAN.UCL 'Upper )CILEVEL%']."}},
     {"stacked-twice", {"QUILT /TABLE region + region BY gender [COUNT]."}},
     {"slabels-row", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=ROW."}},
     {"slabels-layer", {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /SLABELS POSITION=LAYER."}},
@@ -57,7 +57,8 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /FORMAT EMPTY='none' MISSING='n/a' /TABLE region > score [COUNT F3.0 MEAN F5.1] BY gender."}},
     {"column-widths",
      {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT]."}},
-    {"hide-small-counts", {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT]."}},
+    {"hide-small-counts",
+     {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT UCOUNT NEQUAL5.0]."}},
     {"decorations",
      {"QUILT /TABLE region > score [MEAN NEGPAREN6.1 VALIDN PAREN5.0 COUNT NEQUAL5.0]."}},
     {"percent-paren", {"QUILT /TABLE region BY gender [COUNT F5.0 COLPCT.COUNT PCTPAREN6.1]."}},
@@ -103,6 +104,18 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /TABLE region > gender BY q [COUNT ROWPCT.COUNT] /CATEGORIES VARIABLES=gender q EMPTY=EXCLUDE."}},
     {"percentiles-with-total",
      {"QUILT /TABLE region > score [MEAN PTILE 25 PTILE 75] BY gender /CATEGORIES VARIABLES=gender TOTAL=YES."}},
+    {"hidden-subtotal-rows",
+     {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=region [1, 2, "
+      "HSUBTOTAL='North and South', 3, 4] TOTAL=YES."}},
+    {"hidden-subtotal-columns-before",
+     {"QUILT /TABLE gender BY region [COUNT ROWPCT.COUNT] /CATEGORIES VARIABLES=region [1, HSUBTOTAL='South or "
+      "East', 2, 3] TOTAL=YES POSITION=BEFORE."}},
+    {"hidden-subtotal-dichotomy-set",
+     {"QUILT /TABLE $ones [COUNT] /CATEGORIES VARIABLES=$ones [region, gender, HSUBTOTAL='North or male', q] "
+      "TOTAL=YES.",
+      "", {}, "",
+      R"("mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1, )"
+      R"("variables": ["region", "gender", "q"], "labels": "varlabels"}])"}},
 };
 
 class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
@@ -133,10 +146,12 @@ const CellCase kCellCases[] = {
     {"vlabels-both", 0, {{"region Region", "North"}, {"grp", "10", "Count"}, {}}, {"4"}},
     {"vlabels-none", 0, {{"North"}, {"grp", "10", "Count"}, {}}, {"4"}},
     // Mean of -8, -2, -4 is -4.67; PTILE 25 of North (-3 0 2 4 5 7, t = 1.5) is the second
-    // value; the 95% lower limit of North is 2.5 - 2.5706 * 3.6194 / sqrt(6) = -1.30.
+    // value; the 95% limits of North are 2.5 -+ 2.5706 * 3.6194 / sqrt(6) = -1.30 and 6.30
+    // (scipy.stats.t.ppf(0.975, 5)). The user's "%" after )CILEVEL is the level's own sign.
     {"statistic-labels", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, {"-4.7"}},
     {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Percentile 25"}, {}}, {"0.0"}},
     {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Mean 95.0% LCL"}, {}}, {"-1.3"}},
+    {"statistic-labels", 0, {{"Region", "North", "Score"}, {"Upper 95.0%"}, {}}, {"6.3"}},
     {"statistic-labels", 0, {{"Region", "West", "Score"}, {"Mean"}, {}}, {"."}},
     // The same variable stacked twice: both blocks keep their own cells.
     {"stacked-twice", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {"3", "3"}},
@@ -156,11 +171,16 @@ const CellCase kCellCases[] = {
     {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Count"}, {}}, {"none"}},
     {"empty-and-missing-texts", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"n/a"}},
     {"empty-and-missing-texts", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Mean"}, {}}, {"4.0"}},
-    // Counts 6 and 5 pass the threshold 5; 3 and the empty 0 are hidden; percentages never.
+    // Counts 6 and 5 pass the threshold 5; percentages are never hidden. East's 3 has its
+    // unweighted count 3 as companion and shows as missing, in a NEQUAL decoration too; only
+    // West's empty 0 has no companion and shows "<5".
     {"hide-small-counts", 0, {{"Region", "South"}, {"Count"}, {}}, {"5"}},
-    {"hide-small-counts", 0, {{"Region", "East"}, {"Count"}, {}}, {"<5"}},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Count"}, {}}, {"."}},
     {"hide-small-counts", 0, {{"Region", "West"}, {"Count"}, {}}, {"<5"}},
     {"hide-small-counts", 0, {{"Region", "East"}, {"Column %"}, {}}, {"21.4%"}},
+    {"hide-small-counts", 0, {{"Region", "South"}, {"Unweighted Count"}, {}}, {"N=5"}},
+    {"hide-small-counts", 0, {{"Region", "East"}, {"Unweighted Count"}, {}}, {"N=."}},
+    {"hide-small-counts", 0, {{"Region", "West"}, {"Unweighted Count"}, {}}, {"<(5)"}},
     {"decorations", 0, {{"Region", "East", "Score"}, {"Mean"}, {}}, {"(4.7)"}},
     {"decorations", 0, {{"Region", "North", "Score"}, {"Mean"}, {}}, {"2.5"}},
     {"decorations", 0, {{"Region", "South", "Score"}, {"Valid N"}, {}}, {"(5)"}},
@@ -193,10 +213,10 @@ const CellCase kCellCases[] = {
     {"base-weighted", 0, {{"Region", "South"}, {"Gender", "Male", "Unweighted Count"}, {}}, {"2"}},
     {"split-by-dictionary", 1, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"2"}},
     // Threshold 4. North males weigh 4.0 on 3 cases: the companion 3 hides the cell as
-    // missing. South females weigh 3.0 on 3 cases: an exact count, shown as "<4". South
-    // males weigh 1.0 on 2 cases: hidden. Percentages stay.
+    // missing, and so do South females, 3.0 on 3 cases, and South males, 1.0 on 2 cases.
+    // Percentages stay.
     {"weighted-hidden-small-counts", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {"hidden"}},
-    {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"<4"}},
+    {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Female", "Count"}, {}}, {"hidden"}},
     {"weighted-hidden-small-counts", 0, {{"Region", "South"}, {"Gender", "Male", "Count"}, {}}, {"hidden"}},
     {"weighted-hidden-small-counts", 0, {{"Region", "North"}, {"Gender", "Male", "Column %"}, {}}, {"47.1%"}},
     // North's six scores are all different: every one is a mode, the smallest -3.0 shows
@@ -230,6 +250,25 @@ const CellCase kCellCases[] = {
     {"percentiles-with-total", 0, {{"Region", "South", "Score"}, {"Gender", "Male", "Percentile 75"}, {}}, {"6.0"}},
     {"percentiles-with-total", 0, {{"Region", "North", "Score"}, {"Gender", "Total", "Percentile 75"}, {}}, {"5.0"}},
     {"percentiles-with-total", 0, {{"Region", "East", "Score"}, {"Gender", "Female", "Mean"}, {}}, {"."}},
+    // A hidden subtotal stands in place of North and South (males 3 + 2 = 5 of 8 = 62.5%,
+    // females 3 + 3 = 6 of 6), which leave the table but stay in the total and the base.
+    {"hidden-subtotal-rows", 0, {{"Region", "North and South"}, {"Gender", "Male", "Column %"}, {}}, {"62.5%"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "North and South"}, {"Gender", "Female", "Count"}, {}}, {"6"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "North"}, {"Gender", "Male", "Count"}, {}}, {}},
+    {"hidden-subtotal-rows", 0, {{"Region", "East"}, {"Gender", "Male", "Column %"}, {}}, {"37.5%"}},
+    {"hidden-subtotal-rows", 0, {{"Region", "Total"}, {"Gender", "Male", "Count"}, {}}, {"8"}},
+    // Totals before: the subtotal sums the categories after it, South and East. Males 2 + 3
+    // of 8 = 62.5%; females 3 + 0 of 6 = 50%.
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Male"}, {"Region", "South or East", "Row %"}, {}}, {"62.5%"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Female"}, {"Region", "South or East", "Count"}, {}}, {"3"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Female"}, {"Region", "Total", "Count"}, {}}, {"6"}},
+    {"hidden-subtotal-columns-before", 0, {{"Gender", "Male"}, {"Region", "South", "Count"}, {}}, {}},
+    // Region 1 or gender 1: eleven cases (see dichotomy-set-subtotal); q 1 in rows 1, 3, 7, 9,
+    // 11, 12, 14; any of the three: all but rows 5 and 13, twelve.
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "North or male"}, {"Count"}, {}}, {"11"}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Rating"}, {"Count"}, {}}, {"7"}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Region"}, {"Count"}, {}}, {}},
+    {"hidden-subtotal-dichotomy-set", 0, {{"Answered 1", "Total"}, {"Count"}, {}}, {"12"}},
 };
 
 TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(kGoldenCases, kCellCases); }

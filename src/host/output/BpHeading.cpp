@@ -18,9 +18,9 @@ std::string SplitHeadingText(const OutputDocument& document, int groupNumber) {
   return text;
 }
 
-// The item under which a new child of `data` goes: a procedure whose split group changed
-// opens the group's heading first.
-OutputItem* ContainerFor(BpHeading::ImplData& data) {
+}  // namespace
+
+OutputItem* HeadingContainer(BpHeading::ImplData& data) {
   if (!data.isProcedure) return data.item.get();
   // A procedure starts pending: when the driver has named the first group's split pairs its
   // tables get a heading too, even where no SplitChange came before the first group.
@@ -34,8 +34,6 @@ OutputItem* ContainerFor(BpHeading::ImplData& data) {
   return data.splitItem ? data.splitItem.get() : data.item.get();
 }
 
-}  // namespace
-
 BpHeading::BpHeading(std::shared_ptr<ImplData> data) : _impl(std::move(data)) {}
 
 BpHeading::~BpHeading() = default;
@@ -43,11 +41,11 @@ BpHeading::~BpHeading() = default;
 BpHeading BpHeading::Heading(const BpCellText& text) {
   auto data = std::make_shared<ImplData>();
   data->document = _impl->document;
-  data->item = _impl->document->AddHeading(ContainerFor(*_impl), text.GetText());
+  data->item = _impl->document->AddHeading(HeadingContainer(*_impl), text.GetText());
   return BpHeading(data);
 }
 
 BpPivotTable BpHeading::PivotTable(const BpCellText& title, const BpCellText& subtype, bool /*flag*/) {
-  std::shared_ptr<OutputItem> slot = _impl->document->ReserveTable(ContainerFor(*_impl));
+  std::shared_ptr<OutputItem> slot = _impl->document->ReserveTable(HeadingContainer(*_impl));
   return BpPivotTable(_impl->document, slot, title, subtype);
 }

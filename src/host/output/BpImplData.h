@@ -26,6 +26,10 @@ struct BpHeading::ImplData {
   std::shared_ptr<OutputItem> splitItem;  // the current split group's heading, if any
 };
 
+/// The item under which a new child of `data` goes: for a procedure whose split group
+/// changed, the group's heading, opened on first use.
+OutputItem* HeadingContainer(BpHeading::ImplData& data);
+
 /// A group or category node. Categories carry an id unique within their dimension.
 struct BpGroup::ImplData {
   std::unique_ptr<BpCellText> label;

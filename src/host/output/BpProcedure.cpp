@@ -39,7 +39,10 @@ BpProcedure::BpProcedure(std::string name, int /*kind*/) : BpHeading(MakeProcedu
   // Pairs left from an earlier command must not name this command's groups.
   _impl->document->SetSplitPairs({});
   _impl->splitPending = true;
-  _impl->document->OpenProcedure(_impl->item.get());
+  // Messages go where tables go: after the heading of the split group they speak of. The
+  // record outlives the registration, which the destructor withdraws.
+  ImplData* impl = _impl.get();
+  _impl->document->OpenProcedure(_impl->item.get(), [impl] { return HeadingContainer(*impl); });
 }
 
 BpProcedure::~BpProcedure() {

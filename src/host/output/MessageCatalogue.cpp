@@ -112,6 +112,14 @@ std::string MessageCatalogue::ExpandTemplate(const std::string& templateText,
   const std::string_view text(templateText);
   std::string out;
   std::size_t position = 0;
+  // An argument that expands to nothing between two blanks takes one of them along, so that
+  // "In split ^1 there" with no split reads "In split there".
+  auto skipDoubledBlank = [&](std::size_t before) {
+    if (out.size() == before && !out.empty() && out.back() == ' ' && position < text.size() &&
+        text[position] == ' ') {
+      ++position;
+    }
+  };
   while (position < text.size()) {
     const char current = text[position];
     if (current == '[') {
@@ -125,10 +133,12 @@ std::string MessageCatalogue::ExpandTemplate(const std::string& templateText,
         if (number > 0) {
           const std::string_view first = text.substr(position + 1, firstEnd - position - 1);
           const std::string_view rest = text.substr(firstEnd + 1, restEnd - firstEnd - 1);
+          const std::size_t before = out.size();
           if (static_cast<std::size_t>(number) <= arguments.size()) {
             out += ExpandList(first, rest, arguments[static_cast<std::size_t>(number) - 1]);
           }
           position = next;
+          skipDoubledBlank(before);
           continue;
         }
       }
@@ -136,12 +146,14 @@ std::string MessageCatalogue::ExpandTemplate(const std::string& templateText,
       std::size_t next = position + 1;
       const int number = ReadNumber(text, next);
       if (number > 0) {
+        const std::size_t before = out.size();
         if (static_cast<std::size_t>(number) <= arguments.size()) {
           out += arguments[static_cast<std::size_t>(number) - 1].text;
         } else {
           out.append(text.substr(position, next - position));  // kept visible: an argument is missing
         }
         position = next;
+        skipDoubledBlank(before);
         continue;
       }
     }

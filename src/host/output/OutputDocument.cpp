@@ -17,6 +17,7 @@ void CollectKind(const OutputItem& item, OutputItem::Kind kind, std::vector<cons
 struct OutputDocument::Data {
   OutputItem root;                      // a heading that holds the top-level items
   std::vector<OutputItem*> procedures;  // open procedures, innermost last
+  std::vector<std::function<OutputItem*()>> containers;  // parallel: where each puts its items
   SplitPairs splitPairs;
   std::vector<std::string> debugLines;
 };
@@ -64,6 +65,7 @@ bool OutputDocument::HasMessageAtLeast(int level) const {
 void OutputDocument::Clear() {
   _data->root.children.clear();
   _data->procedures.clear();
+  _data->containers.clear();
   _data->debugLines.clear();
   _data->splitPairs.clear();
 }
@@ -112,15 +114,22 @@ void OutputDocument::AddMessage(int level, const std::string& key, std::vector<s
   item->key = key;
   item->arguments = std::move(arguments);
   item->text = text;
-  OutputItem& parent = _data->procedures.empty() ? _data->root : *_data->procedures.back();
-  parent.children.push_back(item);
+  OutputItem* parent = &_data->root;
+  if (!_data->procedures.empty()) {
+    const std::function<OutputItem*()>& container = _data->containers.back();
+    parent = container ? container() : _data->procedures.back();
+  }
+  parent->children.push_back(item);
 }
 
-void OutputDocument::OpenProcedure(OutputItem* heading) {
+void OutputDocument::OpenProcedure(OutputItem* heading, std::function<OutputItem*()> container) {
   _data->procedures.push_back(heading);
+  _data->containers.push_back(std::move(container));
 }
 
 void OutputDocument::CloseProcedure(OutputItem* heading) {
   auto found = std::find(_data->procedures.begin(), _data->procedures.end(), heading);
-  if (found != _data->procedures.end()) _data->procedures.erase(found);
+  if (found == _data->procedures.end()) return;
+  _data->containers.erase(_data->containers.begin() + (found - _data->procedures.begin()));
+  _data->procedures.erase(found);
 }

@@ -1,6 +1,7 @@
 // OutputDocument.h - the collected output of a run: headings, tables and messages in order
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -49,10 +50,13 @@ class OutputDocument {
   std::shared_ptr<OutputItem> AddHeading(OutputItem* parent, const std::string& text);
   /// Reserves the place of a table now; it shows once delivered.
   std::shared_ptr<OutputItem> ReserveTable(OutputItem* parent);
-  /// Appends a message under the innermost open procedure, else at the top level.
+  /// Appends a message where the innermost open procedure now puts its output (the heading
+  /// of its current split group, when it has one), else at the top level.
   void AddMessage(int level, const std::string& key, std::vector<std::string> arguments,
                   const std::string& text);
-  void OpenProcedure(OutputItem* heading);
+  /// `container`, when given, says where the procedure's next item goes; it may open the
+  /// heading of a new split group.
+  void OpenProcedure(OutputItem* heading, std::function<OutputItem*()> container = {});
   void CloseProcedure(OutputItem* heading);
 
  private:

@@ -1,6 +1,8 @@
 // SampleTables.cpp - the shared sample documents of the writer tests
 #include "SampleTables.h"
 
+#include <string>
+
 #include "host/output/BpAnnotation.h"
 #include "host/output/BpCategory.h"
 #include "host/output/BpComposite.h"
@@ -132,6 +134,44 @@ void BuildWideDocument(OutputDocument& document, int columnCount) {
         // value = 1000 * row + column, so each cell names its own place.
         brand.Category(Text(label.c_str()))
             .Cell(BpNumber(1000.0 * rowIndex + columnIndex, BpProcedure::Count()));
+      }
+    }
+  }
+  OutputDocument::Install(nullptr);
+}
+
+void BuildEmptyAndDeepDocument(OutputDocument& document) {
+  OutputDocument::Install(&document);
+  {
+    BpProcedure procedure("Quilt", 4);
+    {
+      BpPivotTable pivot = procedure.PivotTable(Text("Quilt Table 1"), Text("Quilt Table"), true);
+      pivot.HideTitle();
+      BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
+      rows.Position(BpDimension::kPlaceRow, 1, true, false);
+      BpDimension columns = pivot.Dimension(Text("Column"), BpPivotTable::kSortAsCreated);
+      columns.Position(BpDimension::kPlaceColumn, 1, true, false);
+    }
+    BpPivotTable pivot = procedure.PivotTable(Text("Purchases by year"), Text("Quilt Table"), true);
+    BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
+    rows.Position(BpDimension::kPlaceRow, 1, true, false);
+    BpDimension columns = pivot.Dimension(Text("Column"), BpPivotTable::kSortAsCreated);
+    columns.Position(BpDimension::kPlaceColumn, 1, true, false);
+    BpGroup region =
+        rows.Group(Text("Region of residence of the respondent"), true, BpPivotTable::kSortAsCreated);
+    int rowIndex = 0;
+    for (const char* area : {"North East of the country", "South West of the country"}) {
+      BpGroup age =
+          region.Group(Text(area), true, BpPivotTable::kSortAsCreated)
+              .Group(Text("Age group at the time of the interview"), true, BpPivotTable::kSortAsCreated);
+      for (const char* years : {"Eighteen to thirty-four years", "Thirty-five years or older"}) {
+        ++rowIndex;
+        for (int year = 2019; year <= 2024; ++year) {
+          age.Category(Text(years));
+          // value = 10 * row + column, so each cell names its own place.
+          columns.Category(Text(std::to_string(year).c_str()))
+              .Cell(BpNumber(10.0 * rowIndex + (year - 2018), BpProcedure::Count()));
+        }
       }
     }
   }

@@ -13,3 +13,7 @@ void BuildSampleDocument(OutputDocument& document);
 
 /// A document with one table of `columnCount` columns, wide enough to need panels.
 void BuildWideDocument(OutputDocument& document, int columnCount);
+
+/// A document with a table whose title the outline carries and that has no cell at all, and a
+/// table of six narrow columns under four nested row levels with long labels.
+void BuildEmptyAndDeepDocument(OutputDocument& document);

@@ -127,6 +127,22 @@ TEST(TextWriter, PanelsEndAtGroupBoundaries) {
   }
 }
 
+// The empty table shows its title and one line in place of a box. The deep table's row labels
+// wrap so that three of its six year columns stand beside them, where at their full width
+// (four levels of up to 30 characters) only one would fit the 80 characters.
+TEST(TextWriter, EmptyTableAndDeepRowHeadersMatchGolden) {
+  OutputDocument document;
+  BuildEmptyAndDeepDocument(document);
+  WriterOptions options;
+  options.width = 80;
+  options.ascii = true;
+  const std::string text = Render(document, "text", options);
+  EXPECT_TRUE(MatchesGoldenFile("output/empty-and-deep.txt", text));
+  EXPECT_NE(text.find("(columns 1-3 of 6)"), std::string::npos) << text;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(static_cast<int>(line.size()), 80) << line;
+}
+
 TEST(HtmlWriter, MatchesGolden) {
   OutputDocument document;
   BuildSampleDocument(document);
@@ -235,6 +251,7 @@ TEST(OutputWriter, EveryWriterShowsTheSameLabelsAndNumbers) {
   EXPECT_EQ(html.find("DummyGroup"), std::string::npos);
 }
 
+// Even a title the outline carries (hidden) names a table without cells, in every format.
 TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
   OutputDocument document;
   OutputDocument::Install(&document);
@@ -242,6 +259,7 @@ TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
     BpProcedure procedure("Quilt", 4);
     BpPivotTable pivot =
         procedure.PivotTable(BpString("Nothing here", false), BpString("Quilt Table", true), true);
+    pivot.HideTitle();
     BpDimension rows = pivot.Dimension(BpString("Row", false), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
     rows.Category(BpString("never written", false));
@@ -251,6 +269,9 @@ TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
     const std::string output = Render(document, format);
     EXPECT_NE(output.find("Nothing here"), std::string::npos) << format;
     EXPECT_EQ(output.find("never written"), std::string::npos) << format;
+    if (std::string(format) != "json") {
+      EXPECT_NE(output.find("(no cases)"), std::string::npos) << format;
+    }
   }
 }
 

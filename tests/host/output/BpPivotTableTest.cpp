@@ -199,7 +199,7 @@ TEST_F(BpPivotTableTest, MessagesStandInOrderAmongTheTables) {
   EXPECT_EQ(children[2]->GetLevel(), kBpLevelFatal);
   EXPECT_EQ(children[2]->GetKey(), "Subcommand ^1. Unknown keyword ^2.");
   EXPECT_EQ(children[2]->GetArguments(), (std::vector<std::string>{"TABLE", "FOO"}));
-  EXPECT_EQ(children[2]->GetText(), "Subcommand TABLE: unknown keyword FOO.");
+  EXPECT_EQ(children[2]->GetText(), "Subcommand TABLE: unknown keyword \"FOO\".");
   EXPECT_TRUE(_document.HasMessageAtLeast(kBpLevelFatal));
   EXPECT_EQ(_document.Messages().size(), 2u);
 }

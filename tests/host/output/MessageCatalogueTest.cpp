@@ -1,6 +1,7 @@
 // MessageCatalogueTest.cpp - template expansion, catalogue completeness and wording of the keys in use
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -43,6 +44,8 @@ TEST(MessageCatalogue, ExpandsPlaceholdersAndListConstructs) {
       {"[:^1:]1", {List({"first piece ", "second"})}, "first piece second"},
       {"In ^1 the list [%1:,^1:]2 ends", {Single("T1"), List({"a", "b"})}, "In T1 the list a,b ends"},
       {"[%1:,^1:]1 only", {List({})}, " only"},
+      // An empty argument between two blanks leaves one blank.
+      {"In split [%1=%2:, ^1=^2:]1 there are ^2 cases", {List({}), Single("")}, "In split there are cases"},
       {"missing ^2", {Single("x")}, "missing ^2"},
       {"^10 and ^1", {Single("one")}, "^10 and one"},
   };
@@ -63,8 +66,7 @@ TEST(MessageCatalogue, AbbreviatedKeysGetFullSentences) {
   composite.Finish();
   EXPECT_EQ(composite.GetText().find("..."), std::string::npos);
   EXPECT_NE(composite.GetText().find("0.05"), std::string::npos);
-  EXPECT_EQ(BpString("More than 20...", /*translate=*/true).GetText().rfind("More than 20% of the cells", 0),
-            0u);
+  EXPECT_EQ(BpString("More than 20...", /*translate=*/true).GetText().rfind("20% or more of the cells", 0), 0u);
 }
 
 TEST(MessageCatalogue, EveryWordingKeepsTheKeysPlaceholders) {
@@ -99,36 +101,85 @@ TEST(MessageCatalogue, SplitListFillsVariableAndValuePairs) {
   composite.Add(BpString("Brands", /*translate=*/false));
   composite.Finish();
   OutputDocument::Install(nullptr);
-  EXPECT_EQ(composite.GetText(),
-            "In split Region=North, Wave=2 some subtables of table Brands are empty and are not shown.");
+  EXPECT_EQ(
+      composite.GetText(),
+      "In split Region=North, Wave=2 some subtables of table Brands have no cases: their cells are empty.");
   EXPECT_EQ(composite.GetArguments(), (std::vector<std::string>{"Region, North, Wave, 2", "Brands"}));
 }
 
-// Every string literal the sources pass as a catalogue key: BpString(..., true),
-// BpComposite(..., true), the driver's ReportCatalogueText, and the first argument of the
-// parser's catalogue helpers. Adjacent literals are joined as the compiler joins them.
-std::vector<std::pair<std::string, std::string>> KeysInSources() {
-  const std::string literal = R"LIT(((?:"(?:[^"\\]|\\.)*"\s*)+))LIT";
-  const std::string translateTrue = R"(\s*,\s*(?:/\*[^*]*\*/\s*)?true\s*\))";
-  const std::regex everywhere[] = {
-      std::regex(R"(BpString\s*\(\s*)" + literal + translateTrue),
-      std::regex(R"(BpComposite\s*(?:[A-Za-z_]\w*\s*)?[({]\s*)" + literal + translateTrue),
-      std::regex(R"(ReportCatalogueText\s*\(\s*)" + literal),
-  };
-  const std::regex parserHelpers(R"(\b(?:Raise|Compose|Report|ReportWarning|Warn)\s*\(\s*)" + literal);
+// The arguments of the call whose "(" is at `open`, split at top-level commas; empty when
+// the call is not closed.
+std::vector<std::string> CallArguments(const std::string& source, std::size_t open) {
+  std::vector<std::string> arguments(1);
+  int depth = 0;
+  for (std::size_t i = open; i < source.size(); ++i) {
+    const char c = source[i];
+    if (c == '"' || c == '\'') {
+      const std::size_t start = i;
+      for (++i; i < source.size() && source[i] != c; ++i) {
+        if (source[i] == '\\') ++i;
+      }
+      if (depth > 0) arguments.back() += source.substr(start, i - start + 1);
+      continue;
+    }
+    if (c == '(' || c == '{' || c == '[') {
+      if (depth++ == 0) continue;
+    } else if (c == ')' || c == '}' || c == ']') {
+      if (--depth == 0) return arguments;
+    } else if (c == ',' && depth == 1) {
+      arguments.emplace_back();
+      continue;
+    }
+    arguments.back() += c;
+  }
+  return {};
+}
+
+// The string keys in one argument: adjacent literals joined as the compiler joins them, and
+// each branch of a conditional a key of its own.
+std::vector<std::string> LiteralsIn(const std::string& argument) {
+  std::vector<std::string> keys;
+  const std::regex literals(R"LIT(((?:"(?:[^"\\]|\\.)*"\s*)+))LIT");
   const std::regex piece(R"RE("((?:[^"\\]|\\.)*)")RE");
-  auto unescape = [](const std::string& text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      if (text[i] == '\\' && i + 1 < text.size()) {
-        ++i;
-        out += text[i] == 'n' ? '\n' : text[i];
-      } else {
-        out += text[i];
+  for (auto it = std::sregex_iterator(argument.begin(), argument.end(), literals);
+       it != std::sregex_iterator(); ++it) {
+    const std::string joined = it->str();
+    std::string key;
+    for (auto part = std::sregex_iterator(joined.begin(), joined.end(), piece);
+         part != std::sregex_iterator(); ++part) {
+      const std::string text = (*part)[1].str();
+      for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 1 < text.size()) {
+          ++i;
+          key += text[i] == 'n' ? '\n' : text[i];
+        } else {
+          key += text[i];
+        }
       }
     }
-    return out;
+    keys.push_back(key);
+  }
+  return keys;
+}
+
+// Every key the sources raise: the text of BpString(..., true) and BpComposite(..., true)
+// (both branches of a conditional), the first argument of the catalogue helpers and of the
+// driver's ReportCatalogueText and GenericMessage, and the keys a significance-test family
+// chooses among (SigTestKey).
+std::vector<std::pair<std::string, std::string>> KeysInSources() {
+  struct Call {
+    std::regex name;
+    bool needsTranslate;  // the last argument must be `true`
+    std::size_t first;    // arguments [first, last) hold keys
+    std::size_t last;
   };
+  const Call calls[] = {
+      {std::regex(R"(\bBpString\s*\()"), true, 0, 1},
+      {std::regex(R"(\bBpComposite(?:\s+[A-Za-z_]\w*)?\s*\()"), true, 0, 1},
+      {std::regex(R"(\b(?:ReportCatalogueText|GenericMessage|Raise|Compose|Report|Warn)\s*\()"), false, 0, 1},
+      {std::regex(R"(\bSigTestKey\s*\()"), false, 1, 4},
+  };
+  const std::regex translateTrue(R"(^\s*(?:/\*[^*]*\*/\s*)?true\s*$)");
   std::vector<std::pair<std::string, std::string>> found;
   const std::filesystem::path root = std::filesystem::path(QUILT_SOURCE_DIR) / "src";
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
@@ -138,20 +189,18 @@ std::vector<std::pair<std::string, std::string>> KeysInSources() {
     std::stringstream buffer;
     buffer << file.rdbuf();
     const std::string source = buffer.str();
-    std::vector<const std::regex*> patterns;
-    for (const std::regex& pattern : everywhere) patterns.push_back(&pattern);
-    if (entry.path().filename().string().rfind("SyntaxParserUtility", 0) == 0)
-      patterns.push_back(&parserHelpers);
-    for (const std::regex* pattern : patterns) {
-      for (auto it = std::sregex_iterator(source.begin(), source.end(), *pattern);
+    for (const Call& call : calls) {
+      for (auto it = std::sregex_iterator(source.begin(), source.end(), call.name);
            it != std::sregex_iterator(); ++it) {
-        const std::string literals = (*it)[1].str();
-        std::string key;
-        for (auto part = std::sregex_iterator(literals.begin(), literals.end(), piece);
-             part != std::sregex_iterator(); ++part) {
-          key += unescape((*part)[1].str());
+        const std::size_t open = static_cast<std::size_t>(it->position() + it->length() - 1);
+        const std::vector<std::string> arguments = CallArguments(source, open);
+        if (arguments.size() < call.last) continue;
+        if (call.needsTranslate && !std::regex_match(arguments.back(), translateTrue)) continue;
+        for (std::size_t index = call.first; index < call.last; ++index) {
+          for (const std::string& key : LiteralsIn(arguments[index])) {
+            found.emplace_back(key, entry.path().filename().string());
+          }
         }
-        found.emplace_back(key, entry.path().filename().string());
       }
     }
   }
@@ -160,11 +209,38 @@ std::vector<std::pair<std::string, std::string>> KeysInSources() {
 
 TEST(MessageCatalogue, EveryKeyInTheSourcesHasWording) {
   const auto keys = KeysInSources();
-  // The driver's four run messages are there from the start; the scan must see them.
-  EXPECT_GE(keys.size(), 4u);
+  // Keys the scan must see, one of each way of raising one.
+  for (const char* known :
+       {"No cases in the active file ...", "The two ALPHA values are equal...",
+        "Column proportions skipped in ^1 table. Combined stats.",
+        "Some subtables in table ^1 unspecified empty ...", "Subcommand ^1. Unknown keyword ^2."}) {
+    EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [&](const auto& found) {
+      return found.first == known;
+    })) << known;
+  }
   for (const auto& [key, file] : keys) {
     EXPECT_NE(MessageCatalogue::FindWording(key), nullptr)
         << file << ": key without wording: \"" << key << '"';
+  }
+}
+
+// Each wording filled in as a reader sees it: single placeholders with a word, lists with
+// four elements. What is left must be plain text, without the marks of a key or a template.
+TEST(MessageCatalogue, EveryWordingReadsWithoutKeyFragments) {
+  const std::regex listConstruct(R"(\[[^\]]*:\]([0-9]+))");
+  const std::regex placeholder(R"(\^([0-9]+))");
+  for (const std::string& key : MessageCatalogue::Keys()) {
+    const std::string wording = MessageCatalogue::FindWording(key);
+    std::vector<MessageArgument> arguments(9, Single("word"));
+    for (auto it = std::sregex_iterator(wording.begin(), wording.end(), listConstruct);
+         it != std::sregex_iterator(); ++it) {
+      arguments[std::stoul((*it)[1].str()) - 1] = List({"first", "second", "third", "fourth"});
+    }
+    const std::string text = MessageCatalogue::Expand(key, arguments);
+    for (const char* fragment : {"..", "^", "[%", ":]", "  ", " ,", " .", "%%"}) {
+      EXPECT_EQ(text.find(fragment), std::string::npos)
+          << key << "\n reads: " << text << "\n has: " << fragment;
+    }
   }
 }
 

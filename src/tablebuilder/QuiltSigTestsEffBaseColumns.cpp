@@ -1,0 +1,294 @@
+// QuiltSigTestsEffBaseColumns.cpp - the column means and column proportions tests on effective base sizes
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "aggregator/CellKey.h"
+#include "host/QuiltAssert.h"
+#include "host/data/Obs.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/CubeAggregator.h"
+#include "parser/SigTestSettings.h"
+#include "tablebuilder/QuiltDistFun.h"
+#include "tablebuilder/QuiltSigTestsEffBase.h"
+
+namespace {
+
+constexpr double kSysmis = TARN_SystemMissing();
+
+// Kish's effective sample size of cases with total weight w and total squared weight w2:
+// the number of unweighted cases that would give a mean the same variance. Written as
+// w * (w / w2), the form the effective overlap of two set columns takes, so that columns
+// holding the same cases have an overlap term of exactly 0.
+double EffectiveBase(double w, double w2) {
+  return w2 > 0.0 ? w * (w / w2) : kSysmis;
+}
+
+}  // namespace
+
+// The t test of QuiltSigTests::GetColumnPairwise with effective bases in place of rounded
+// counts: a column's variance is its sum of squares over W - W / neff (the unbiased
+// estimate under sampling weights), and the degrees of freedom come from the effective
+// bases. No count is rounded, and a pair is tested when either column has more than one
+// case.
+ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
+    const CubeAggregator& aggregator, int statVarIndex, const CategoryPath& rowCats,
+    const CategoryPath& colPath, const CategoryPath& layerCats, const CategoryPath& testCols, bool weighted,
+    bool columnsAreMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+  using Base = QuiltSigTests;
+  ColumnMeansResult result;
+  const std::size_t nColumns = testCols.size();
+  result.columnTexts.assign(nColumns, std::string());
+  result.rowMarkers.setNumColumns(nColumns);
+
+  const int meanRecord = aggregator.GetMeanVarIndex(statVarIndex, weighted);
+  const int unweightedRecord = weighted ? aggregator.GetMeanVarIndex(statVarIndex, false) : meanRecord;
+  QUILT_ASSERT(meanRecord >= 0 && unweightedRecord >= 0, "the means test reads a scale variable of its cube");
+
+  int columnSlot = 0;
+  CellKey key = Base::MeansKey(rowCats, colPath, layerCats, columnsAreMR, columnSlot);
+  const int extraSlot = key.GetLength() - 1;
+  auto unweightedCount = [&](double weightedCount) {
+    if (!weighted) return weightedCount;
+    const double* count = aggregator.GetValuePtr(unweightedRecord, key);
+    return count == nullptr ? 0.0 : *count;
+  };
+
+  enum { kNothingToTest = 1, kTestable = 3, kNoVariance = 4 };
+  std::vector<int> status(nColumns, kNothingToTest);
+  std::vector<double> w(nColumns, 0.0);
+  std::vector<double> w2(nColumns, 0.0);
+  std::vector<double> mean(nColumns, kSysmis);
+  std::vector<double> ss(nColumns, kSysmis);
+  std::vector<double> unweighted(nColumns, 0.0);
+  std::vector<double> neff(nColumns, kSysmis);
+  std::vector<double> denominator(nColumns, 0.0);  // W - W / neff: the column's degrees of freedom in weight
+  const int k = static_cast<int>(nColumns);
+  double pooledSS = 0.0;
+  double pooledDenominator = 0.0;
+  double effectiveTotal = 0.0;
+  bool allSSZero = true;
+  for (std::size_t i = 0; i < nColumns; ++i) {
+    key[columnSlot] = Base::KeyCode(testCols[i]);
+    const double* moments = aggregator.GetCountMeanVariance(meanRecord, key);
+    if (moments != nullptr) {
+      w[i] = moments[0];
+      w2[i] = moments[3];
+      if (w[i] != 0.0) {
+        mean[i] = moments[1];
+        ss[i] = moments[2];
+      }
+    }
+    unweighted[i] = unweightedCount(w[i]);
+    neff[i] = EffectiveBase(w[i], w2[i]);
+    if (!Base::IsValidValue(mean[i])) {
+      status[i] = kNothingToTest;
+    } else if (Base::IsValidValue(ss[i]) && neff[i] != kSysmis) {
+      status[i] = kTestable;
+    } else {
+      // Cases of positive weight always have squared weights; a column without them
+      // cannot be weighed and counts as one without a variance.
+      status[i] = kNoVariance;
+      result.numericalProblem = true;
+    }
+    if (status[i] != kTestable) continue;
+    pooledSS += ss[i];
+    allSSZero = allSSZero && ss[i] <= 0.0;
+    denominator[i] = w[i] - w[i] / neff[i];
+    pooledDenominator += denominator[i];
+    effectiveTotal += neff[i];
+  }
+  if (allSSZero) result.numericalProblem = true;
+  const double df0 = effectiveTotal - k;
+  const bool testsRun = k >= 2 && !result.numericalProblem;
+  const double pooledAll = settings._meansVarianceAllCats && testsRun && pooledDenominator > 0.0
+                               ? pooledSS / pooledDenominator
+                               : kSysmis;
+
+  std::vector<Base::PValueInfoElem> pairs;
+  bool failed = false;
+  std::vector<bool> tested(nColumns, false);
+  for (std::size_t i = 0; i < nColumns; ++i) tested[i] = testsRun && status[i] == kTestable;
+  for (std::size_t i = 0; i < nColumns; ++i) {
+    if (!tested[i]) continue;
+    key[columnSlot] = Base::KeyCode(testCols[i]);
+    for (std::size_t j = i + 1; j < nColumns; ++j) {
+      if (!tested[j] || !(unweighted[i] > 1.0 || unweighted[j] > 1.0)) continue;
+      Base::PValueInfoElem pair;
+      pair._firstIndex = static_cast<int>(i);
+      pair._secondIndex = static_cast<int>(j);
+      double pooled = pooledAll;
+      double df = df0;
+      if (!settings._meansVarianceAllCats) {
+        const double pairDenominator = denominator[i] + denominator[j];
+        pooled = pairDenominator > 0.0 ? (ss[i] + ss[j]) / pairDenominator : kSysmis;
+        df = neff[i] + neff[j] - 2.0;
+      }
+      double shared = 0.0;
+      if (columnsAreMR && pooled > 0.0) {
+        key[extraSlot] = Base::KeyCode(testCols[j]);
+        const double* both = aggregator.GetCountMeanVariance(meanRecord, key);
+        // The effective number of shared cases: their weight scaled as each column scales
+        // weight to effective cases, averaged over the two.
+        shared = both == nullptr ? 0.0 : 0.5 * both[0] * (w[i] / w2[i] + w[j] / w2[j]);
+        const double unweightedShared = unweightedCount(both == nullptr ? 0.0 : both[0]);
+        key[extraSlot] = kCellKeyTotal;
+        pair._identical = unweighted[i] == unweightedShared && unweighted[j] == unweightedShared;
+      }
+      pair._pValue = Base::MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, neff[i], neff[j], shared, df,
+                                           columnsAreMR, result, failed);
+      pairs.push_back(pair);
+    }
+  }
+  Base::LetterRow(tested, pairs, mean, k, settings, noTestMarker, result.columnTexts, result.rowMarkers);
+  if (failed) result.numericalProblem = true;
+  return result;
+}
+
+// The proportions test of QuiltSigTests::GetColumnProportions on effective bases: the
+// proportions and the pooled proportion on the plain weights, the standard error on the
+// effective bases, and the p-value from Student's t with the effective bases' degrees of
+// freedom, since under a sampling weight the normal law would overstate the evidence of
+// small bases. A cell at 0 or 1 stays in the test: two cells at the same bound do not
+// differ (p-value 1), and one at a bound against one inside is tested as any other.
+ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
+    const CubeAggregator& aggregator, const CategoryPath& rowPath, const CategoryPath& colPath,
+    const CategoryPath& layerPath, const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
+    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+  using Base = QuiltSigTests;
+  const std::size_t nRows = testRows.size();
+  const std::size_t nColumns = testCols.size();
+  ColumnProportionsResult result = Base::EmptyProportions(nRows, nColumns);
+  int rowSlot = 0;
+  int columnSlot = 0;
+  CellKey key = Base::ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
+  const int extraSlot = key.GetLength() - 1;
+  struct Weights {
+    double w = 0.0;   // total weight
+    double w2 = 0.0;  // total of squared weights
+    double u = 0.0;   // number of cases
+  };
+  auto read = [&]() {
+    Weights weights;
+    weights.w = aggregator.GetCount(key, weighted, false);
+    weights.w2 = aggregator.GetCount(key, weighted, true);
+    weights.u = weighted ? aggregator.GetCount(key, false, false) : weights.w;
+    return weights;
+  };
+
+  std::vector<std::vector<Weights>> cell(nRows, std::vector<Weights>(nColumns));
+  std::vector<Weights> base(nColumns);
+  std::vector<double> neff(nColumns, 0.0);
+  for (std::size_t r = 0; r < nRows; ++r) {
+    key[rowSlot] = Base::KeyCode(testRows[r]);
+    for (std::size_t c = 0; c < nColumns; ++c) {
+      key[columnSlot] = Base::KeyCode(testCols[c]);
+      cell[r][c] = read();
+      if (rowIsMR) continue;
+      base[c].w += cell[r][c].w;
+      base[c].w2 += cell[r][c].w2;
+      base[c].u += cell[r][c].u;
+      const double cellBase = EffectiveBase(cell[r][c].w, cell[r][c].w2);
+      if (cellBase != kSysmis) neff[c] += cellBase;
+    }
+  }
+  if (rowIsMR) {
+    key[rowSlot] = kCellKeyTotal;
+    for (std::size_t c = 0; c < nColumns; ++c) {
+      key[columnSlot] = Base::KeyCode(testCols[c]);
+      base[c] = read();
+      neff[c] = EffectiveBase(base[c].w, base[c].w2);
+    }
+  }
+
+  // The effective overlap of two set columns, from the weights of the shared cases, each
+  // column's own weights of the same row (or of the set's total in the rows).
+  auto effectiveShared = [](const Weights& both, const Weights& first, const Weights& second) {
+    if (!(both.w2 > 0.0 && first.w2 > 0.0 && second.w2 > 0.0)) return 0.0;
+    return 0.5 * both.w * (first.w / first.w2 + second.w / second.w2);
+  };
+  std::vector<std::vector<double>> sharedU(nColumns, std::vector<double>(nColumns, 0.0));
+  std::vector<std::vector<double>> sharedEffective(nColumns, std::vector<double>(nColumns, 0.0));
+  if (colIsMR) {
+    for (std::size_t i = 0; i < nColumns; ++i) {
+      key[columnSlot] = Base::KeyCode(testCols[i]);
+      for (std::size_t j = i + 1; j < nColumns; ++j) {
+        key[extraSlot] = Base::KeyCode(testCols[j]);
+        if (rowIsMR) {
+          key[rowSlot] = kCellKeyTotal;
+          const Weights both = read();
+          sharedU[i][j] = both.u;
+          sharedEffective[i][j] = effectiveShared(both, base[i], base[j]);
+        } else {
+          for (std::size_t r = 0; r < nRows; ++r) {
+            key[rowSlot] = Base::KeyCode(testRows[r]);
+            const Weights both = read();
+            sharedU[i][j] += both.u;
+            sharedEffective[i][j] += effectiveShared(both, cell[r][i], cell[r][j]);
+          }
+        }
+        key[extraSlot] = kCellKeyTotal;
+      }
+    }
+  }
+
+  // A column without any weight in the tested rows has no proportion to compare.
+  const bool enoughCategories = nRows >= 2 && nColumns >= 2;
+  std::vector<bool> takesPart(nColumns, false);
+  int taking = 0;
+  for (std::size_t c = 0; c < nColumns; ++c) {
+    takesPart[c] = enoughCategories && base[c].w > 0.0;
+    if (takesPart[c]) ++taking;
+  }
+  for (std::size_t r = 0; r < nRows; ++r) {
+    std::vector<double> proportion(nColumns, 0.0);
+    for (std::size_t c = 0; c < nColumns; ++c) {
+      if (takesPart[c]) proportion[c] = cell[r][c].w / base[c].w;
+    }
+    std::vector<Base::PValueInfoElem> pairs;
+    for (std::size_t i = 0; i < nColumns; ++i) {
+      if (!takesPart[i]) continue;
+      for (std::size_t j = i + 1; j < nColumns; ++j) {
+        if (!takesPart[j] || !(base[i].u > 1.0 || base[j].u > 1.0)) continue;
+        Base::PValueInfoElem pair;
+        pair._firstIndex = static_cast<int>(i);
+        pair._secondIndex = static_cast<int>(j);
+        const double xi = cell[r][i].w;
+        const double xj = cell[r][j].w;
+        const bool identical = colIsMR && base[i].u == sharedU[i][j] && base[j].u == sharedU[i][j];
+        if ((xi <= 0.0 && xj <= 0.0) || (xi >= base[i].w && xj >= base[j].w)) {
+          // Both at the same bound: no difference to test. Identical set columns stay
+          // without a p-value, so that they count once in the adjustment.
+          pair._identical = identical;
+          if (!identical) pair._pValue = 1.0;
+          pairs.push_back(pair);
+          continue;
+        }
+        const double q = (xi + xj) / (base[i].w + base[j].w);
+        double df = neff[i] + neff[j] - 2.0;
+        double z = kSysmis;
+        if (colIsMR) {
+          const double shared = sharedEffective[i][j];
+          const double f = Base::OverlapFactor(neff[i], neff[j], shared);
+          if (f > 0.0) {
+            z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
+          } else {
+            result.overlapProblem = true;
+          }
+          df -= shared;
+          pair._identical = identical;
+        } else {
+          z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / neff[i] + 1.0 / neff[j]));
+        }
+        if (Base::IsValidValue(z)) {
+          const double c = QuiltDistFun::CdfT(std::fabs(z), df);
+          if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
+        }
+        pairs.push_back(pair);
+      }
+    }
+    Base::LetterRow(takesPart, pairs, proportion, taking, settings, noTestMarker, result.cellTexts[r],
+                    result.rowMarkers[r]);
+  }
+  return result;
+}

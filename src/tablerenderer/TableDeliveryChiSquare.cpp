@@ -1,0 +1,261 @@
+// TableDeliveryChiSquare.cpp - the "Pearson Chi Square Tests" table: one test per row and column variable,
+// outer categories and layer
+//
+// The test trees stand as the table's dimensions. Under each row variable they hold three
+// label leaves, "Chi-square", "df" and "Sig."; the columns end in the column variables; the
+// layers, when there are any, in their categories. The categories above a leaf fix the outer
+// categories of the test, and the variables at the leaves are the two that are tested.
+#include <cmath>
+#include <deque>
+#include <memory>
+#include <string>
+
+#include "host/data/TARN_Format.h"
+#include "host/engine/AggregationCategory.h"
+#include "host/engine/AggregationResult.h"
+#include "host/engine/AggregationVariable.h"
+#include "host/engine/CubeAggregator.h"
+#include "host/engine/TableDimension.h"
+#include "host/output/BpAnnotation.h"
+#include "host/output/BpCategory.h"
+#include "host/output/BpComposite.h"
+#include "host/output/BpFormatSpec.h"
+#include "host/output/BpNumber.h"
+#include "host/output/BpPivotTable.h"
+#include "host/output/BpString.h"
+#include "parser/SigTestSettings.h"
+#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxConverterType.h"
+#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxVariableName.h"
+#include "tablebuilder/HeaderTreeNode.h"
+#include "tablebuilder/QuiltSigTests.h"
+#include "tablebuilder/QuiltSigTestsEffBase.h"
+#include "tablebuilder/StatTreeNode.h"
+#include "tablerenderer/AxisLeafWalk.h"
+#include "tablerenderer/BPTreeNode.h"
+#include "tablerenderer/TableAxis.h"
+#include "tablerenderer/TableDeliveryData.h"
+
+namespace {
+
+using CategoryKey = QuiltTable::CategoryKey;
+
+/// Makes the leaf's category the current one of its dimension and returns it.
+BpCategory SelectLeaf(BPTreeNode* leaf, ProcedureDataSource* dataSource) {
+  std::unique_ptr<BpCellText> text = leaf->CreateCellText(dataSource);
+  return leaf->GetParentGroup().Category(*text);
+}
+
+/// The tested variable at a node of a test tree; null where the node is not a categorical
+/// variable, which a well-formed test tree never has there.
+SyntaxVariableName* TestedVariable(const HeaderTreeNode* node) {
+  if (node == nullptr || node->GetType() != HeaderTreeNode::kHNodeTypeCatVariable) return nullptr;
+  return node->GetVariable();
+}
+
+bool IsMRSet(const SyntaxVariableName* variable) {
+  return variable->GetType() == kConverterMRSet;
+}
+
+/// Decimals of the significance level in the note: as many as ALPHA was written with
+/// ("0.001" gives 3), 2 for a text without a decimal point. A level that would then round to
+/// zero (written as "1E-3") gets as many as it takes to show its first digit.
+int AlphaDecimals(const SigTestSettings& settings) {
+  const std::string& text = settings._alphaText;
+  const std::size_t point = text.find('.');
+  const bool plainDecimal = point != std::string::npos && text.find_first_of("eE") == std::string::npos;
+  int decimals = plainDecimal ? static_cast<int>(text.size() - point - 1) : 2;
+  constexpr int kMostDecimals = 16;
+  while (decimals < kMostDecimals && settings._alpha > 0.0 &&
+         std::round(settings._alpha * std::pow(10.0, decimals)) == 0.0) {
+    ++decimals;
+  }
+  return decimals < kMostDecimals ? decimals : kMostDecimals;
+}
+
+bool IsMissing(double value) {
+  return value == TARN_SystemMissing();
+}
+
+/// Writes the three cells of one test into the row leaves `first` to `first + 2` of the
+/// columns and layer selected, and the notes on what the test found into the "Sig." cell.
+void WriteTestCells(TableDelivery::Data& data, const std::vector<BPTreeNode*>& leaves, int first,
+                    const ChiSquareResult& result, bool sameVariable, const SigTestSettings& settings) {
+  const double values[3] = {result.chiSquare, result.degreesOfFreedom, result.significance};
+  // The degrees of freedom are a count, so that hidden small counts hide them as well.
+  static const int kFormats[3] = {StatTreeNode::kStatFormatGeneral, StatTreeNode::kStatFormatCount,
+                                  StatTreeNode::kStatFormatSignificance};
+  for (int k = 0; k < 3; ++k) {
+    BPTreeNode* leaf = leaves[static_cast<std::size_t>(first + k)];
+    std::unique_ptr<BpCellText> label = leaf->CreateCellText(data._dataSource);
+    data.RenderCell(leaf->GetParentGroup(), *label, AggregationResult(values[k]), kFormats[k],
+                    /*format=*/nullptr, PresentationCodes::kDisplayPlain, /*vIndex=*/0, /*decimals=*/0);
+  }
+
+  BpCategory significance = SelectLeaf(leaves[static_cast<std::size_t>(first + 2)], data._dataSource);
+  if (sameVariable) {
+    significance.CellNote(BpAnnotation(BpString("...row and column vars are same...", true)));
+    return;
+  }
+  // The notes on expected counts only matter where a test was made.
+  const bool tested = !IsMissing(result.significance);
+  if (tested && result.significance < settings._alpha) {
+    BpComposite text("The Chi-square statistic is ^1...", true);
+    text.Add(BpNumber(settings._alpha, BpFormatSpec(TARN_Format(kFormatF, 40, AlphaDecimals(settings)))));
+    text.Finish();
+    significance.CellNote(BpAnnotation(text, BpString("*", false)));
+  }
+  if (tested && result.lowExpected) significance.CellNote(BpAnnotation(BpString("More than 20...", true)));
+  if (tested && result.minExpectedBelowOne) {
+    significance.CellNote(BpAnnotation(BpString("The minimum expected cell count...", true)));
+  }
+  if (result.nonIntegerCounts) significance.CellNote(BpAnnotation(BpString("Some cell counts...", true)));
+}
+
+}  // namespace
+
+void TableDelivery::Data::RenderChiSquareTable(QuiltTable* table, BpPivotTable& pivot,
+                                               const std::vector<CubeAggregator*>& cubes, TableAxis* rowAxis,
+                                               TableAxis* columnAxis, TableAxis* layerAxis,
+                                               const SigTestSettings& settings) {
+  if (layerAxis == nullptr) {
+    RenderChiSquare2DTable(table, cubes, rowAxis, columnAxis, CategoryKey(), 0, settings);
+  } else {
+    AxisLeafWalk layers(layerAxis);
+    for (BPTreeNode* leaf : layers.leaves) {
+      layers.Step();
+      SelectLeaf(leaf, _dataSource);
+      RenderChiSquare2DTable(table, cubes, rowAxis, columnAxis, layers.key, layers.node->GetCubeIndexInDim(),
+                             settings);
+    }
+  }
+  if (_subtotalsTested) pivot.Note(BpAnnotation(BpString("Tests are based on subtotals...", true)));
+  pivot.Caption(BpString("Results are based on nonempty...", true));
+}
+
+void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes,
+                                                 TableAxis* rowAxis, TableAxis* columnAxis,
+                                                 const CategoryKey& layerKey, int layerIndex,
+                                                 const SigTestSettings& settings) {
+  const bool useSubtotals = settings._includeSubtotals;
+  const bool baseWeighted = SyntaxConverter::GetBaseWeightVarIndex() >= 0;
+  AxisLeafWalk columns(columnAxis);
+  AxisLeafWalk rows(rowAxis);
+
+  for (BPTreeNode* columnLeaf : columns.leaves) {
+    columns.Step();
+    SyntaxVariableName* columnVariable = TestedVariable(columns.node);
+    if (columnVariable == nullptr) continue;
+    const int colIndex = columns.node->GetCubeIndexInDim();
+    CategoryKey columnCats;
+    SelectInnerCategs(columnVariable, columnCats, useSubtotals);
+    const bool columnIsMR = IsMRSet(columnVariable);
+    SelectLeaf(columnLeaf, _dataSource);
+
+    rows.Restart();
+    int lastRowIndex = -2;
+    CubeAggregator* cube = nullptr;
+    // Three leaves per row variable: the walk stops at the first and goes on from the
+    // variable, past the other two.
+    for (int i = 0; i + 2 < rows.Size(); i += 3) {
+      rows.Step();
+      if (rows.node->GetParent() != nullptr) rows.node = rows.node->GetParent();
+      SyntaxVariableName* rowVariable = TestedVariable(rows.node);
+      if (rowVariable == nullptr) continue;
+      const int rowIndex = rows.node->GetCubeIndexInDim();
+      if (rowIndex != lastRowIndex) {
+        lastRowIndex = rowIndex;
+        const int index = table->GetCubeIndex(rowIndex, colIndex, layerIndex);
+        cube = index >= 0 && index < static_cast<int>(cubes.size()) ? cubes[static_cast<std::size_t>(index)]
+                                                                    : nullptr;
+      }
+      if (cube == nullptr) continue;
+
+      const bool sameVariable =
+          SyntaxParserUtility::ExactWordMatch(rowVariable->GetNameToken(), columnVariable->GetNameToken());
+      ChiSquareResult result{TARN_SystemMissing(), TARN_SystemMissing(), TARN_SystemMissing()};
+      if (!sameVariable) {
+        CategoryKey rowCats;
+        SelectInnerCategs(rowVariable, rowCats, useSubtotals);
+        const bool rowIsMR = IsMRSet(rowVariable);
+        result = baseWeighted
+                     ? QuiltSigTestsEffBase::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
+                                                          columnCats, /*weighted=*/true, rowIsMR, columnIsMR)
+                     : QuiltSigTests::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
+                                                   columnCats, /*weighted=*/true, rowIsMR, columnIsMR);
+      }
+
+      WriteTestCells(*this, rows.leaves, i, result, sameVariable, settings);
+    }
+  }
+}
+
+int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, CategoryKey& categories,
+                                           bool useSubtotals) {
+  categories.clear();
+  const AggregationVariable* engineVariable =
+      variable != nullptr ? variable->GetAggregationVariable() : nullptr;
+  TableDimension* dimension = engineVariable != nullptr ? engineVariable->GetTableDimension() : nullptr;
+  if (dimension == nullptr) return 0;
+  const std::vector<AggregationCategory*>& all = dimension->GetCategories();
+
+  // The categories a subtotal sums are those before it back to the previous subtotal or
+  // total, in the order the totals face. So the list is scanned from the categories towards
+  // their subtotal, holding the categories met in a buffer until it is clear whether a
+  // subtotal takes their place; scanned backwards, everything goes in at the front.
+  //
+  // A subtotal overlaps its categories, and a test on overlapping rows of one variable would
+  // count cases twice: a hidden subtotal is therefore treated as a subtotal too, left out
+  // unless subtotals are tested, in place of its categories when they are.
+  const bool forward = variable->GetIsTotalPositionAfter();
+  std::deque<const AggregationCategory*> result;
+  std::deque<const AggregationCategory*> buffer;
+  auto take = [&](const AggregationCategory* category) {
+    if (forward) {
+      result.push_back(category);
+    } else {
+      result.push_front(category);
+    }
+  };
+  auto flush = [&]() {
+    if (forward) {
+      result.insert(result.end(), buffer.begin(), buffer.end());
+    } else {
+      result.insert(result.begin(), buffer.begin(), buffer.end());
+    }
+    buffer.clear();
+  };
+  const int count = static_cast<int>(all.size());
+  for (int step = 0; step < count; ++step) {
+    const AggregationCategory* category = all[static_cast<std::size_t>(forward ? step : count - 1 - step)];
+    switch (category->GetCatType()) {
+      case AggregationCategory::kNone:
+      case AggregationCategory::kPcompute:
+        break;
+      case AggregationCategory::kSubtotal:
+      case AggregationCategory::kHSubtotal:
+        if (!useSubtotals) {
+          flush();
+          break;
+        }
+        buffer.clear();
+        take(category);
+        _subtotalsTested = true;
+        break;
+      case AggregationCategory::kTotal:
+        flush();
+        break;
+      default:
+        if (forward) {
+          buffer.push_back(category);
+        } else {
+          buffer.push_front(category);
+        }
+        break;
+    }
+  }
+  flush();
+  categories.assign(result.begin(), result.end());
+  return static_cast<int>(categories.size());
+}

@@ -1,0 +1,78 @@
+#!/usr/bin/python3
+"""Prints the chi-square tests of the delivered-tables survey (DeliveredTablesSupport.h) that
+ChiSquareTablesTest and its goldens show, from scipy.stats: chi-square, degrees of freedom,
+significance and the facts behind the notes, per test.
+
+Counts are weights rounded half up (floor(x + 0.5)) unless a base weight applies; then the
+statistic on plain weights is scaled by W / Q, total weight over total squared weight. Rows and
+columns without cases leave the test, but still count among the cells whose expected counts
+are judged (every category of the variable, empty ones included).
+
+Run: /usr/bin/python3 tests/tablerenderer/reference/chisquare_tables_reference.py
+"""
+import math
+
+import numpy as np
+from scipy import stats
+
+# region gender grp score q wt wave; q 9 is user-missing.
+SURVEY = [
+    (1, 1, 10, 2.0, 1, 1.0, 1), (1, 1, 20, 4.0, 2, 2.0, 1), (1, 2, 10, -3.0, 1, 1.0, 1),
+    (2, 1, 10, 6.0, 9, 0.5, 1), (2, 2, 20, 1.0, 2, 1.0, 1), (3, 1, 10, -8.0, 2, 1.0, 1),
+    (3, 1, 20, -2.0, 1, 1.5, 1), (1, 1, 10, 0.0, 2, 1.0, 2), (1, 2, 20, 5.0, 1, 2.0, 2),
+    (1, 2, 10, 7.0, 9, 1.0, 2), (2, 2, 20, 3.0, 1, 1.0, 2), (2, 1, 10, 2.0, 1, 0.5, 2),
+    (2, 2, 20, -1.0, 2, 1.0, 2), (3, 1, 10, -4.0, 1, 1.0, 2),
+]
+CASES = [dict(zip(("region", "gender", "grp", "score", "q", "wt", "wave"), row)) for row in SURVEY]
+CATEGORIES = {"region": [1, 2, 3, 4], "gender": [1, 2], "q": [1, 2], "wave": [1, 2]}
+
+
+def test(rows, columns, select=lambda case: True, weight=None, base=False, row_categories=None):
+    row_categories = row_categories or [[v] for v in CATEGORIES[rows]]
+    w = np.zeros((len(row_categories), len(CATEGORIES[columns])))
+    w2 = 0.0
+    for case in CASES:
+        if not select(case) or case["q"] == 9 and "q" in (rows, columns):
+            continue
+        weight_of = case[weight] if weight else 1.0
+        for i, values in enumerate(row_categories):
+            if case[rows] in values and case[columns] in CATEGORIES[columns]:
+                w[i, CATEGORIES[columns].index(case[columns])] += weight_of
+                w2 += weight_of ** 2
+    observed = w if base else np.floor(w + 0.5)
+    non_integer = not base and bool(np.any(observed != w))
+    kept_rows = [i for i in range(observed.shape[0]) if observed[i].sum() > 0]
+    kept_cols = [j for j in range(observed.shape[1]) if observed[:, j].sum() > 0]
+    n = observed.sum()
+    if n == 0:
+        return "no test: no cases"
+    expected = np.outer(observed.sum(axis=1), observed.sum(axis=0)) / n
+    cells = [expected[i, j] for i in kept_rows for j in kept_cols]
+    low = sum(e > 5 for e in cells) / observed.size <= 0.8
+    below_one = any(e <= 1 for e in cells)
+    if len(kept_rows) < 2 or len(kept_cols) < 2:
+        return "no test (low %s, below one %s, non-integer %s)" % (low, below_one, non_integer)
+    x, p, dof, _ = stats.chi2_contingency(observed[np.ix_(kept_rows, kept_cols)], correction=False)
+    if base:
+        x = x * n / w2
+        p = stats.chi2.sf(x, dof)
+    return "X %.6f df %d p %.6f (low %s, below one %s, non-integer %s)" % (x, dof, p, low, below_one, non_integer)
+
+
+def main():
+    print("plain: region BY gender:", test("region", "gender"))
+    for region in (1, 2, 3, 4):
+        print("nested: region %d > gender BY q:" % region,
+              test("gender", "q", select=lambda case, region=region: case["region"] == region))
+    for wave in (1, 2):
+        print("layers: region BY gender, wave %d:" % wave,
+              test("region", "gender", select=lambda case, wave=wave: case["wave"] == wave))
+    print("weighted by wt (ALPHA=0.1): region BY gender:", test("region", "gender", weight="wt"))
+    print("base weight wt: region BY gender:", test("region", "gender", weight="wt", base=True))
+    print("subtotal North+South, East, West: region BY gender:",
+          test("region", "gender", row_categories=[[1, 2], [3], [4]]))
+    print("q BY gender:", test("q", "gender"))
+
+
+if __name__ == "__main__":
+    main()
