@@ -43,10 +43,6 @@ constexpr int kMaximumBys = 2;
 constexpr const char* kGlobalSubcommands[] = {"FORMAT", "SMISSING",        "VLABELS",
                                               "MRSETS", "HIDESMALLCOUNTS", "WEIGHT"};
 
-// The subcommand words that belong to a table.
-constexpr const char* kTableSubcommands[] = {"SLABELS", "CLABELS",     "CATEGORIES", "TITLES",
-                                             "SIGTEST", "COMPARETEST", "CRITERIA"};
-
 }  // namespace
 
 SyntaxTableSubcommand::SyntaxTableSubcommand(int tableNumber) : _tableData(new TableData) {

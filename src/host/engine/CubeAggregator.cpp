@@ -223,11 +223,13 @@ struct CubeAggregator::Data {
   void PrepareDense() {
     if (_denseLimit == 0) return;
     if (_denseCapacity > 0 && (_largestShifted < _denseCapacity || _denseCapacity == _denseLimit)) return;
-    // A first size of about 64 slots whatever the key length, at least 2 per position.
-    int capacity = _denseCapacity > 0
-                       ? _denseCapacity
-                       : std::max(2, static_cast<int>(std::floor(
-                                         std::pow(64.0, 1.0 / static_cast<double>(_positions.size())))));
+    // A first size of about 64 slots whatever the key length, at least 2 per position (a
+    // cube without categorical variables has one slot, whatever its capacity).
+    int capacity = _denseCapacity;
+    if (capacity == 0) {
+      const double positions = static_cast<double>(std::max<std::size_t>(_positions.size(), 1));
+      capacity = std::max(2, static_cast<int>(std::floor(std::pow(64.0, 1.0 / positions))));
+    }
     while (capacity <= _largestShifted && capacity < _denseLimit) capacity *= 2;
     ResizeDense(std::min(capacity, _denseLimit));
   }
