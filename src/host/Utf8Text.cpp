@@ -99,33 +99,38 @@ std::string Utf8Text::NameByte(unsigned char byte) {
 }
 
 std::string Utf8Text::Quoted(std::string_view text, std::size_t maxCharacters) {
+  std::size_t end = 0;
+  for (std::size_t characters = 0; end < text.size() && characters < maxCharacters; ++characters) {
+    end += CharacterLengthAt(text, end);
+  }
+  return "'" + Escaped(text.substr(0, end)) + (end < text.size() ? "...'" : "'");
+}
+
+std::string Utf8Text::Escaped(std::string_view text) {
   const char* digits = "0123456789ABCDEF";
-  std::string quoted = "'";
-  std::size_t characters = 0;
-  std::size_t offset = 0;
-  for (; offset < text.size() && characters < maxCharacters; ++characters) {
+  std::string escaped;
+  for (std::size_t offset = 0; offset < text.size();) {
     const auto byte = static_cast<unsigned char>(text[offset]);
     const std::size_t length = CharacterLength(text, offset);
     if (length > 1 || (length == 1 && byte >= 0x20 && byte != 0x7F)) {
-      quoted.append(text.substr(offset, length));
+      escaped.append(text.substr(offset, length));
       offset += length;
       continue;
     }
     switch (byte) {
       case '\n':
-        quoted += "\\n";
+        escaped += "\\n";
         break;
       case '\r':
-        quoted += "\\r";
+        escaped += "\\r";
         break;
       case '\t':
-        quoted += "\\t";
+        escaped += "\\t";
         break;
       default:
-        quoted += std::string("\\x") + digits[byte >> 4] + digits[byte & 0xF];
+        escaped += std::string("\\x") + digits[byte >> 4] + digits[byte & 0xF];
     }
     ++offset;
   }
-  if (offset < text.size()) quoted += "...";
-  return quoted + "'";
+  return escaped;
 }

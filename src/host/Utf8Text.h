@@ -35,6 +35,10 @@ class Utf8Text {
   /// \xNN, and bytes that are not UTF-8 as \xNN, so a message is one line of valid text.
   static std::string Quoted(std::string_view text, std::size_t maxCharacters = 40);
 
+  /// `text` escaped as Quoted escapes it, whole and without quotes: for a message that
+  /// carries text from elsewhere (a parser's own message quoting the input).
+  static std::string Escaped(std::string_view text);
+
   /// "byte 0xE9", how messages name a single byte.
   static std::string NameByte(unsigned char byte);
 };

@@ -181,7 +181,8 @@ DictionaryReader::DictionaryReader(const std::string& jsonText, const std::strin
       throw DataError(where + Utf8Text::Quoted(builder.LastToken()) + " is out of the range of numbers (" +
                       LineAndColumn(jsonText, position >= length ? position - length : 0) + ")");
     }
-    throw DataError(where + "not valid JSON: " + builder.ErrorText());
+    // The parser's text shows what it last read, which may be the very bytes at fault.
+    throw DataError(where + "not valid JSON: " + Utf8Text::Escaped(builder.ErrorText()));
   }
   const json& root = _data->_root;
   if (!root.is_object()) throw DataError(sourceName + ": the dictionary is not a JSON object");

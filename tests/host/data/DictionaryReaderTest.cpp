@@ -124,6 +124,10 @@ TEST(DictionaryReader, EachErrorNamesItsJsonPath) {
        "survey.dict.json: variables[0].values['1']: '2e555' is out of the range of numbers (line 2, column "
        "18)"},
       {"2e555", "survey.dict.json: '2e555' is out of the range of numbers (line 1, column 1)"},
+      // The parser quotes what it read; a byte that is not UTF-8 is shown escaped.
+      {"{\"variables\": [{\"name\": \"id\", \"label\": \"caf\xE9\"}]}",
+       "survey.dict.json: variables[0].label: not valid JSON: parse error at line 1, column 45: syntax error "
+       "while parsing value - invalid string: ill-formed UTF-8 byte; last read: '\"caf\\xE9\"'"},
       {deep.c_str(), deepMessage.c_str()},
       {R"([1, 2])", "survey.dict.json: the dictionary is not a JSON object"},
       {R"({"varables": []})", "survey.dict.json: varables: unknown key"},
