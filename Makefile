@@ -1,11 +1,13 @@
 # Makefile - the two front doors: `make run` and `make test`.
 BUILD_DIR ?= build
 ASAN_DIR ?= build-asan
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 60
 JOBS ?= 2
 # Looked up when a recipe runs, after `deps` may have installed ninja.
 GENERATOR = $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 
-.PHONY: all deps test-deps configure build run test test-asan golden bench clean
+.PHONY: all deps test-deps configure build run test test-asan fuzz golden bench clean
 
 all: build
 
@@ -43,6 +45,16 @@ test-asan: test-deps
 	cmake --build $(ASAN_DIR) -j $(JOBS)
 	ctest --test-dir $(ASAN_DIR) --output-on-failure -j $(JOBS)
 
+# The libFuzzer harnesses of tests/fuzz (command lexer, CSV reader, dictionary reader, whole
+# commands through every writer), built with clang and the sanitizers, each run for
+# FUZZ_SECONDS (default 60) one after the other; fails on any crash, leak, timeout or
+# assertion, keeping the input in $(FUZZ_DIR)/fuzz/findings.
+fuzz: test-deps
+	cmake -S . -B $(FUZZ_DIR) $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
+	  -DQUILT_FUZZ=ON -DQUILT_BUILD_BENCHMARKS=OFF
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzzers
+	tests/fuzz/run_fuzzers.sh $(FUZZ_DIR) $(FUZZ_SECONDS)
+
 # Rewrites the golden files from the current build; review the diff before committing.
 golden: build
 	QUILT_UPDATE_GOLDEN=1 ctest --test-dir $(BUILD_DIR) -j $(JOBS) || true
@@ -51,4 +63,4 @@ bench: build
 	bench/run_bench.sh
 
 clean:
-	rm -rf $(BUILD_DIR) $(ASAN_DIR)
+	rm -rf $(BUILD_DIR) $(ASAN_DIR) $(FUZZ_DIR)

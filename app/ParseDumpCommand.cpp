@@ -21,6 +21,7 @@ void ParseDumpCommand::Run(const std::string& text, int firstLine, const std::st
   LexedCommand lexed;
   try {
     lexed = Lexer::Lex(text, firstLine);
+    lexed.origin = origin;
   } catch (const LexicalError& error) {
     const std::string where = origin + ":" + std::to_string(error.GetLine()) + ":" + std::to_string(error.GetColumn());
     BpError(BpString(where + ": " + error.GetProblem(), /*translate=*/false), kBpShowAlways, kBpLevelFatal);
@@ -41,7 +42,7 @@ void ParseDumpCommand::Run(const std::string& text, int firstLine, const std::st
       reader.ReadTokens(&tokens);
       ParseDump::Write(out, reader.GetTable());
     } catch (const BpComposite& composite) {
-      BpError(composite, kBpShowAlways, kBpLevelFatal);
+      BpErrorAt(composite, kBpShowAlways, kBpLevelFatal, tokens.GetLocation());
       out << "not parsed: see the messages\n";
     }
   }

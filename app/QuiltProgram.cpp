@@ -3,13 +3,18 @@
 
 #include <CLI/CLI.hpp>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <sstream>
 
 #include "host/data/ActiveDataSet.h"
@@ -17,6 +22,7 @@
 #include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
 #include "host/data/SplitGroupListener.h"
+#include "host/data/TextFile.h"
 #include "host/output/BpError.h"
 #include "host/output/BpString.h"
 #include "host/output/OutputDocument.h"
@@ -42,30 +48,48 @@ std::string DescribeLexicalError(const std::string& origin, const LexicalError& 
          error.GetProblem();
 }
 
-bool ReadWholeFile(const std::string& path, std::string& text) {
-  if (path == "-") {
-    std::ostringstream buffer;
-    buffer << std::cin.rdbuf();
-    text = buffer.str();
-    return true;
+// Checks that the output file can be written without touching what it holds now, so a run
+// that fails later loses nothing. On failure `reason` is the system's word for it.
+bool CanWriteFile(const std::string& path, std::string& reason) {
+  struct stat status {};
+  const bool existed = ::stat(path.c_str(), &status) == 0;
+  if (existed && S_ISDIR(status.st_mode)) {
+    reason = std::strerror(EISDIR);
+    return false;
   }
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) return false;
-  std::ostringstream buffer;
-  buffer << stream.rdbuf();
-  text = buffer.str();
-  return !stream.bad();
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT, 0666);
+  if (descriptor < 0) {
+    reason = std::strerror(errno);
+    return false;
+  }
+  ::close(descriptor);
+  if (!existed) ::unlink(path.c_str());
+  return true;
 }
 
-// Checks that the output file can be written without touching what it holds now, so a run
-// that fails later loses nothing.
-bool CanWriteFile(const std::string& path) {
-  const bool existed = std::filesystem::exists(path);
-  {
-    std::ofstream probe(path, std::ios::app);
-    if (!probe) return false;
+// Writes `text` over the file at `path`. The text is complete before the file is opened, so
+// only a failing disk can leave it half written, and then the run says so.
+bool WriteFile(const std::string& path, const std::string& text, std::string& reason) {
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_TRUNC | O_CREAT, 0666);
+  if (descriptor < 0) {
+    reason = std::strerror(errno);
+    return false;
   }
-  if (!existed) std::filesystem::remove(path);
+  std::size_t written = 0;
+  while (written < text.size()) {
+    const ssize_t count = ::write(descriptor, text.data() + written, text.size() - written);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) {
+      reason = std::strerror(count < 0 ? errno : EIO);
+      ::close(descriptor);
+      return false;
+    }
+    written += static_cast<std::size_t>(count);
+  }
+  if (::close(descriptor) != 0) {
+    reason = std::strerror(errno);
+    return false;
+  }
   return true;
 }
 
@@ -150,35 +174,46 @@ int QuiltProgram::Main(int argc, char** argv) {
   if (options.commandFiles.empty() && options.commandTexts.empty()) options.commandFiles.push_back("-");
 
   QuiltProgram program(std::move(options), std::cerr);
-  return program.Run(std::cout);
+  try {
+    return program.Run(std::cout);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "quilt: out of memory\n";
+  } catch (const std::exception& error) {
+    // Nothing should get here; if something does, say so rather than abort.
+    std::cerr << "quilt: internal error: " << error.what() << "\n";
+  }
+  return kExitInternalError;
 }
 
 bool QuiltProgram::CollectCommands(std::vector<Command>& commands) {
-  for (const std::string& path : _options.commandFiles) {
-    std::string text;
-    if (!ReadWholeFile(path, text)) {
-      _errors << "quilt: cannot read command file '" << path << "'\n";
-      return false;
-    }
-    const std::string origin = path == "-" ? "<stdin>" : path;
+  // Every source must hold a command: an empty file or a closed standard input is far more
+  // likely a mistake than a wish to run nothing.
+  const auto split = [&](const std::string& text, const std::string& origin) {
     try {
+      const std::size_t before = commands.size();
       for (const CommandText& piece : CommandSplitter::Split(text, /*requireFinalPeriod=*/false)) {
         commands.push_back({origin, piece.firstLine, piece.text});
       }
+      if (commands.size() > before) return true;
+      _errors << "quilt: " << origin << ": no command to run ("
+              << (text.empty() ? "it is empty" : "it holds no QUILT command") << ")\n";
     } catch (const LexicalError& error) {
       _errors << "quilt: " << DescribeLexicalError(origin, error) << "\n";
+    }
+    return false;
+  };
+  for (const std::string& path : _options.commandFiles) {
+    std::string text;
+    try {
+      text = TextFile::Read(path, "command file");
+    } catch (const DataError& error) {
+      _errors << "quilt: " << error.what() << "\n";
       return false;
     }
+    if (!split(text, path == "-" ? "<stdin>" : path)) return false;
   }
   for (const std::string& text : _options.commandTexts) {
-    try {
-      for (const CommandText& piece : CommandSplitter::Split(text, /*requireFinalPeriod=*/false)) {
-        commands.push_back({"-e", piece.firstLine, piece.text});
-      }
-    } catch (const LexicalError& error) {
-      _errors << "quilt: " << DescribeLexicalError("-e", error) << "\n";
-      return false;
-    }
+    if (!split(text, "-e")) return false;
   }
   return true;
 }
@@ -204,6 +239,7 @@ void QuiltProgram::RunCommand(const Command& command) {
   LexedCommand lexed;
   try {
     lexed = Lexer::Lex(command.text, command.firstLine);
+    lexed.origin = command.origin;
   } catch (const LexicalError& error) {
     // A command that cannot be read is reported where the user reads the rest of the run.
     BpString text(DescribeLexicalError(command.origin, error), /*translate=*/false);
@@ -223,18 +259,20 @@ int QuiltProgram::WriteDocument(const OutputDocument& document, std::ostream& ou
     output.flush();
     return output ? kExitSuccess : kExitBadInvocation;
   }
-  std::ofstream file(_options.outputPath, std::ios::binary | std::ios::trunc);
-  if (!file) {
-    _errors << "quilt: cannot write output file '" << _options.outputPath << "'\n";
+  std::ostringstream text;
+  writer->Write(document, text);
+  std::string reason;
+  if (!WriteFile(_options.outputPath, text.str(), reason)) {
+    _errors << "quilt: " << _options.outputPath << ": cannot write the output file (" << reason << ")\n";
     return kExitBadInvocation;
   }
-  writer->Write(document, file);
-  return file ? kExitSuccess : kExitBadInvocation;
+  return kExitSuccess;
 }
 
 int QuiltProgram::Run(std::ostream& output) {
-  if (!_options.outputPath.empty() && !CanWriteFile(_options.outputPath)) {
-    _errors << "quilt: cannot write output file '" << _options.outputPath << "'\n";
+  std::string reason;
+  if (!_options.outputPath.empty() && !CanWriteFile(_options.outputPath, reason)) {
+    _errors << "quilt: " << _options.outputPath << ": cannot write the output file (" << reason << ")\n";
     return kExitBadInvocation;
   }
   std::vector<Command> commands;

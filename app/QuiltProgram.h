@@ -14,6 +14,7 @@ enum QuiltExitStatus : int {
   kExitSuccess = 0,        // every command ran; warnings allowed
   kExitCommandError = 1,   // a command ended with an error
   kExitBadInvocation = 2,  // bad options, or data, dictionary or command file unreadable
+  kExitInternalError = 3,  // a fault of the program itself, reported instead of aborting
 };
 
 /// Runs the commands of one invocation against the active data set and writes everything

@@ -19,7 +19,7 @@
 #include "writers/HtmlWriter.h"
 #include "writers/TableLayout.h"
 #include "writers/TextWriter.h"
-#include "writers/Utf8Repair.h"
+#include "host/Utf8Text.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ class TableText : public TextWriter {
 };
 
 std::string Valid(const std::string& text) {
-  return Utf8Repair::Repaired(text);
+  return Utf8Text::Repaired(text, /*replaceControls=*/true);
 }
 
 std::vector<std::string> Valid(const std::vector<std::string>& texts) {

@@ -412,12 +412,27 @@ bool CubeDispatcher::IsScaleMissing(BpProcedure& procedure, ProcedureDataSource&
   return due;
 }
 
+void CubeDispatcher::ReportOverflow(BpProcedure& procedure, ProcedureDataSource& dataSource,
+                                    int tableNumber) {
+  const std::vector<int> indices = _data->_aggregationTable->GetOverflowVarIndices();
+  if (indices.empty()) return;
+  BpComposite composite("Statistics of [%1:,^1:]1 in table ^2 overflow ...", true);
+  composite.Sublist();
+  for (int index : indices)
+    composite.Add(BpVariable(*dataSource.GetVariable(index), BpVariable::kShowDefault));
+  composite.EndSublist();
+  AddTitleParameters(procedure, composite, tableNumber);
+  composite.Finish();
+  BpError(composite, kBpShowAlways, kBpLevelWarning);
+}
+
 void CubeDispatcher::BuildTable(BpProcedure* procedure, ProcedureDataSource* dataSource, int tableNumber,
                                 bool controlPackageMode, const std::string& splitText) {
   QUILT_ASSERT(procedure != nullptr && dataSource != nullptr, "a table is built for a procedure and its data");
   // The table is built even when empty: the warnings say why it holds nothing.
   IsTableEmpty(*procedure, *dataSource, tableNumber);
   IsScaleMissing(*procedure, *dataSource, tableNumber);
+  ReportOverflow(*procedure, *dataSource, tableNumber);
   TableDelivery(_data->_table, procedure, dataSource)
       .RenderTable(_data->_quiltTable, tableNumber, splitText, controlPackageMode);
   if (std::ostream* dump = TableDumpChannel::Get()) {

@@ -64,6 +64,9 @@ private:
   bool IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber);
   /// Warns of scale variables without a valid case.
   bool IsScaleMissing(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber);
+  /// Warns of scale variables whose sums or moments went beyond the range of numbers, so
+  /// that a "." in their cells is explained.
+  void ReportOverflow(BpProcedure& procedure, ProcedureDataSource& dataSource, int tableNumber);
   /// The table placeholder of a warning: the user's title, else the table number.
   void AddTitleParameters(BpProcedure& procedure, BpComposite& composite, int tableNumber) const;
 

@@ -17,6 +17,7 @@
 #include "host/output/BpError.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/tokens/TARN_TokenSequence.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxTableSubcommand.h"
 
@@ -54,7 +55,8 @@ int QuiltDriver::ParseSyntax(TARN_TokenSequence* tokens) {
   try {
     _reader.ReadTokens(tokens);
   } catch (const BpComposite& composite) {
-    BpError(composite, kBpShowAlways, kBpLevelFatal);
+    // The token the parser stopped at is where the reader looks first.
+    BpErrorAt(composite, kBpShowAlways, kBpLevelFatal, tokens->GetLocation());
     return 1;
   } catch (...) {
     ReportCatalogueText("Unspecified error.", kBpLevelFatal);

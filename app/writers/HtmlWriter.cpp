@@ -25,23 +25,13 @@ th[scope=col],th[scope=row]{white-space:nowrap}
 .message.error,.message.fatal{border-left-color:#c00}
 @media print{body{margin:0}thead{display:table-header-group}.table-scroll{overflow:visible}})";
 
-const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
-  for (const HeaderLabel& label : axis.labels) {
-    if (label.level <= level && level < label.level + label.depth && label.start <= index &&
-        index < label.start + label.span) {
-      return &label;
-    }
-  }
-  return nullptr;
-}
-
 // The ids of the header cells over column `index`, or beside row `index`, outermost first:
 // what the `headers` attribute of a data cell lists for screen readers and scrapers.
 std::string HeaderIds(const AxisLayout& axis, int index, const std::string& prefix) {
   std::string ids;
   const HeaderLabel* previous = nullptr;
   for (int level = 0; level < axis.levels; ++level) {
-    const HeaderLabel* label = LabelAt(axis, level, index);
+    const HeaderLabel* label = axis.LabelAt(level, index);
     if (label == nullptr || label == previous) continue;
     previous = label;
     ids +=
@@ -174,7 +164,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       out << "<tr>";
       if (rowLevels == 0) out << "<th scope=\"row\"></th>";
       for (int level = 0; level < rowLevels; ++level) {
-        const HeaderLabel* label = LabelAt(rows, level, static_cast<int>(rowIndex));
+        const HeaderLabel* label = rows.LabelAt(level, static_cast<int>(rowIndex));
         if (label == nullptr) {
           out << "<th scope=\"row\"></th>";
           continue;

@@ -57,7 +57,8 @@ void JsonWriter::BeginDocument(std::ostream& /*out*/) {
 }
 
 void JsonWriter::EndDocument(std::ostream& out) {
-  out << _data->document.dump(2) << '\n';
+  // A label that is not UTF-8 must not end the run: its bad bytes become U+FFFD.
+  out << _data->document.dump(2, ' ', /*ensure_ascii=*/false, json::error_handler_t::replace) << '\n';
 }
 
 void JsonWriter::BeginHeading(const std::string& text, int /*depth*/, std::ostream& /*out*/) {

@@ -1,6 +1,9 @@
 // OutputWriter.cpp - walking the document and choosing a writer by name
 #include "writers/OutputWriter.h"
 
+#include <sstream>
+
+#include "host/Utf8Text.h"
 #include "host/output/BpError.h"
 #include "host/output/OutputDocument.h"
 #include "writers/HtmlWriter.h"
@@ -18,9 +21,18 @@ std::unique_ptr<OutputWriter> OutputWriter::Create(const std::string& format, co
 }
 
 void OutputWriter::Write(const OutputDocument& document, std::ostream& out) {
-  BeginDocument(out);
-  for (const OutputItem* item : document.Items()) WriteItem(*item, 0, out);
-  EndDocument(out);
+  // Written whole, then repaired: labels come from data and commands, and whatever bytes they
+  // hold, the output is valid UTF-8 with no stray control characters. A binary format (a
+  // workbook) repairs each text as it stores it instead: its own bytes are not text.
+  std::ostringstream buffer;
+  BeginDocument(buffer);
+  for (const OutputItem* item : document.Items()) WriteItem(*item, 0, buffer);
+  EndDocument(buffer);
+  if (IsBinary()) {
+    out << buffer.str();
+  } else {
+    out << Utf8Text::Repaired(buffer.str(), /*replaceControls=*/true);
+  }
 }
 
 void OutputWriter::WriteItem(const OutputItem& item, int depth, std::ostream& out) {

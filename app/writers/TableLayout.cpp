@@ -116,10 +116,32 @@ AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimens
       start = end;
     }
   }
+  // Each place of the header grid is covered by at most one label: an index of them makes
+  // finding the label at a place one look-up, whatever the number of rows.
+  const std::size_t width = axis.entries.size();
+  axis.labelIndex.assign(static_cast<std::size_t>(axis.levels) * width, -1);
+  for (std::size_t index = 0; index < axis.labels.size(); ++index) {
+    const HeaderLabel& label = axis.labels[index];
+    for (int level = label.level; level < label.level + label.depth; ++level) {
+      for (int entry = label.start; entry < label.start + label.span; ++entry) {
+        axis.labelIndex[static_cast<std::size_t>(level) * width + static_cast<std::size_t>(entry)] =
+            static_cast<int>(index);
+      }
+    }
+  }
   return axis;
 }
 
 }  // namespace
+
+const HeaderLabel* AxisLayout::LabelAt(int level, int index) const {
+  if (level < 0 || level >= levels || index < 0 || static_cast<std::size_t>(index) >= entries.size()) {
+    return nullptr;
+  }
+  const int found =
+      labelIndex[static_cast<std::size_t>(level) * entries.size() + static_cast<std::size_t>(index)];
+  return found < 0 ? nullptr : &labels[static_cast<std::size_t>(found)];
+}
 
 TableLayout::TableLayout(const DeliveredTable& table) : _table(&table) {
   _rows = BuildAxis(table, table.DimensionsAt(0));

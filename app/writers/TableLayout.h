@@ -30,6 +30,10 @@ struct AxisLayout {
   std::vector<AxisEntry> entries;   // the rows or columns in order
   int levels = 0;                   // header levels (0 when no labels show)
   std::vector<HeaderLabel> labels;  // each with its span; sorted by level, then start
+  std::vector<int> labelIndex;      // level-major, then entry: the label covering it, -1 for none
+
+  /// The label covering header level `level` at entry `index`, or null.
+  const HeaderLabel* LabelAt(int level, int index) const;
 };
 
 /// The shown text of one cell with its markers and note marks kept apart.

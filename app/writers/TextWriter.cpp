@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <set>
 
+#include "host/Utf8Text.h"
 #include "writers/TableLayout.h"
 
 namespace {
@@ -14,13 +15,10 @@ constexpr int kMaxRowLabelWidth = 30;  // row labels wrap beyond this
 constexpr int kMinRowLabelWidth = 6;   // a row label column is never narrowed below this
 constexpr int kUsefulDataColumns = 3;  // a panel should hold this many data columns
 
-// Width on the terminal: one column per UTF-8 code point.
+// Width on the terminal: one column per character, a byte that is not UTF-8 counting as the
+// one replacement character it is written as.
 int DisplayWidth(const std::string& text) {
-  int width = 0;
-  for (unsigned char c : text) {
-    if ((c & 0xC0) != 0x80) ++width;
-  }
-  return width;
+  return static_cast<int>(Utf8Text::CharacterCount(text));
 }
 
 // Width of the widest line of a text that may hold line breaks (a p-value under each letter).
@@ -35,20 +33,21 @@ int WidestLine(const std::string& text) {
   return widest;
 }
 
-// Cuts a word of more than `width` code points into pieces.
+// Cuts a word of more than `width` characters into pieces, never inside a character.
 std::vector<std::string> CutWord(const std::string& word, int width) {
   std::vector<std::string> pieces;
   std::string piece;
   int pieceWidth = 0;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    const unsigned char c = static_cast<unsigned char>(word[i]);
-    if ((c & 0xC0) != 0x80 && pieceWidth == width) {
+  for (std::size_t offset = 0; offset < word.size();) {
+    const std::size_t length = Utf8Text::CharacterLengthAt(word, offset);
+    if (pieceWidth == width) {
       pieces.push_back(piece);
       piece.clear();
       pieceWidth = 0;
     }
-    if ((c & 0xC0) != 0x80) ++pieceWidth;
-    piece += word[i];
+    ++pieceWidth;
+    piece.append(word, offset, length);
+    offset += length;
   }
   if (!piece.empty()) pieces.push_back(piece);
   return pieces;
@@ -117,16 +116,6 @@ std::string MarkList(const std::vector<std::string>& marks) {
   std::string text = " [";
   for (std::size_t i = 0; i < marks.size(); ++i) text += (i == 0 ? "" : ",") + marks[i];
   return text + "]";
-}
-
-const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
-  for (const HeaderLabel& label : axis.labels) {
-    if (label.level <= level && level < label.level + label.depth && label.start <= index &&
-        index < label.start + label.span) {
-      return &label;
-    }
-  }
-  return nullptr;
 }
 
 }  // namespace
@@ -321,7 +310,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     // group starts the panel (it is wider than a panel, or spans everything).
     if (end < columnCount) {
       for (int level = 0; level < columns.levels; ++level) {
-        const HeaderLabel* label = LabelAt(columns, level, end);
+        const HeaderLabel* label = columns.LabelAt(level, end);
         if (label != nullptr && label->start > start && label->start < end) {
           end = label->start;
           break;
@@ -354,7 +343,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
         GridRow row;
         row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
         for (int column = panelStart; column < panelEnd;) {
-          const HeaderLabel* label = LabelAt(columns, level, column);
+          const HeaderLabel* label = columns.LabelAt(level, column);
           const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);
           const bool shows = label != nullptr && label->level == level;
           row.push_back(
@@ -368,7 +357,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
         GridRow row;
         for (int level = 0; level < rowLevels;) {
-          const HeaderLabel* label = rows.levels == 0 ? nullptr : LabelAt(rows, level, rowIndex);
+          const HeaderLabel* label = rows.levels == 0 ? nullptr : rows.LabelAt(level, rowIndex);
           const int depth = label == nullptr ? 1 : label->level + label->depth - level;
           const bool shows = label != nullptr && label->start == rowIndex && label->level == level;
           row.push_back({level, depth, shows ? label->text : std::string(), false});

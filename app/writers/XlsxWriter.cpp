@@ -13,10 +13,10 @@
 #include <sstream>
 #include <vector>
 
+#include "host/Utf8Text.h"
 #include "host/output/BpError.h"
 #include "writers/ExcelNumberFormat.h"
 #include "writers/TableLayout.h"
-#include "writers/Utf8Repair.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ constexpr const char* kClippedText =
 // UTF-16 code units of the character at `offset` of repaired text: two for a character
 // beyond the Basic Multilingual Plane, which UTF-8 writes in four bytes.
 std::size_t Utf16Units(const std::string& text, std::size_t offset, std::size_t& length) {
-  length = std::max<std::size_t>(Utf8Repair::CharacterLength(text, offset), 1);
+  length = std::max<std::size_t>(Utf8Text::CharacterLengthAt(text, offset), 1);
   return length == 4 ? 2 : 1;
 }
 
@@ -90,7 +90,7 @@ std::string Abbreviated(const std::string& text, std::size_t maxUnits) {
 std::size_t CharacterCount(const std::string& text) {
   std::size_t count = 0;
   for (std::size_t offset = 0; offset < text.size(); ++count)
-    offset += std::max<std::size_t>(Utf8Repair::CharacterLength(text, offset), 1);
+    offset += std::max<std::size_t>(Utf8Text::CharacterLengthAt(text, offset), 1);
   return count;
 }
 
@@ -231,7 +231,7 @@ lxw_format* XlsxWriter::Data::Format(Role role, const std::string& code) {
 std::string XlsxWriter::Data::UniqueSheetName(const std::string& title) {
   std::string base;
   bool lastWasSpace = false;
-  for (char c : Utf8Repair::Repaired(title)) {
+  for (char c : Utf8Text::Repaired(title, /*replaceControls=*/true)) {
     const bool space =
         c == ' ' || c == '\n' || c == '\t' || std::string_view("[]:*?/\\").find(c) != std::string_view::npos;
     if (space && lastWasSpace) continue;
@@ -269,7 +269,7 @@ bool XlsxWriter::Data::Fits(int row, int column) {
 
 void XlsxWriter::Data::Put(int row, int column, const std::string& text, Role role) {
   if (!Fits(row, column)) return;
-  const std::string shown = CutToUnits(Utf8Repair::Repaired(text), kMaxCellUnits);
+  const std::string shown = CutToUnits(Utf8Text::Repaired(text, /*replaceControls=*/true), kMaxCellUnits);
   lxw_format* format = role == Role::kPlain ? nullptr : Format(role);
   // An empty label still carries its header's border and shading.
   if (shown.empty()) {
@@ -298,7 +298,7 @@ void XlsxWriter::Data::Merge(int firstRow, int firstColumn, int lastRow, int las
     Put(firstRow, firstColumn, text, role);
     return;
   }
-  const std::string shown = CutToUnits(Utf8Repair::Repaired(text), kMaxCellUnits);
+  const std::string shown = CutToUnits(Utf8Text::Repaired(text, /*replaceControls=*/true), kMaxCellUnits);
   Check(worksheet_merge_range(sheet, static_cast<lxw_row_t>(firstRow), static_cast<lxw_col_t>(firstColumn),
                               static_cast<lxw_row_t>(lastRow), static_cast<lxw_col_t>(lastColumn),
                               shown.c_str(), Format(role)));

@@ -59,7 +59,7 @@ const std::vector<TokenInfo>& ExpressionToken::getTokens() const {
   return _data->_tokens;
 }
 
-std::vector<TokenInfo> ExpressionToken::getOperatorTokens() const {
+const std::vector<TokenInfo>& ExpressionToken::getOperatorTokens() const {
   return _data->_opTokens;
 }
 

@@ -48,7 +48,7 @@ class ExpressionToken {
   void removeLastToken();
   std::vector<TokenInfo>& getTokens();
   const std::vector<TokenInfo>& getTokens() const;
-  std::vector<TokenInfo> getOperatorTokens() const;
+  const std::vector<TokenInfo>& getOperatorTokens() const;
   void setExpression(const std::string& expression);
   const std::string& getExpression() const;
 

@@ -1,7 +1,10 @@
 // SyntaxCategorySquareBracket.cpp - the explicit list of CATEGORIES and its sequence rules
 #include "parser/SyntaxCategorySquareBracket.h"
 
+#include <cstdio>
 #include <ostream>
+#include <string>
+#include <unordered_set>
 
 #include "parser/CategoryRange.h"
 #include "parser/CategoryToken.h"
@@ -37,6 +40,11 @@ struct SyntaxCategorySquareBracket::Data {
   bool _totalUsedInPc = false;          // a referred computed category uses TOTAL
   std::string _pcCatName;               // name of that category
   std::vector<CategoryToken*> _tokens;  // the elements; owned
+  // Keys (EqualityKey) of every element and range ever added. A key not among them cannot
+  // match an earlier element, so the search for duplicates, linear in the list, only runs
+  // when one may exist: a list of 100,000 distinct values costs no more than its length.
+  std::unordered_set<std::string> _seenKeys;
+  std::unordered_set<std::string> _seenRangeKeys;
 
   ~Data() {
     for (CategoryToken* token : _tokens) {
@@ -44,6 +52,31 @@ struct SyntaxCategorySquareBracket::Data {
     }
   }
 };
+
+namespace {
+
+// A text that two elements share whenever operator== holds between them (and sometimes
+// when it does not): the kind, and the word or number that the comparison looks at.
+std::string EqualityKey(const CategoryToken& token) {
+  const int type = static_cast<int>(token.GetTokenType());
+  switch (token.GetTokenType()) {
+    case TableEncryptionCodes::kExplicitString:
+    case TableEncryptionCodes::kExplicitName:
+    case TableEncryptionCodes::kExplicitComputed:
+      return std::to_string(type) + ":" + SyntaxParserUtility::UpperCaseString(token.GetToken().c_str());
+    case TableEncryptionCodes::kExplicitNumber: {
+      // 0 and -0 compare equal; any other equal doubles print alike at full precision.
+      const double number = token.GetNumber() == 0.0 ? 0.0 : token.GetNumber();
+      char text[32];
+      std::snprintf(text, sizeof text, "%.17g", number);
+      return std::to_string(type) + ":" + text;
+    }
+    default:
+      return std::to_string(type);
+  }
+}
+
+}  // namespace
 
 SyntaxCategorySquareBracket::SyntaxCategorySquareBracket() : _data(std::make_unique<Data>()) {}
 
@@ -204,6 +237,9 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
         }
         range->AddCategoryToken(added.release());
         // The same range written twice: the later place wins.
+        const std::string rangeKey =
+            EqualityKey(*range->GetFirstChild()) + " THRU " + EqualityKey(*range->GetLastChild());
+        if (_data->_seenRangeKeys.insert(rangeKey).second) return;
         for (std::size_t position = 0; position + 1 < tokens.size();) {
           auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
           if (other != nullptr && other->GetChildCount() == 2 &&
@@ -261,6 +297,7 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
 void SyntaxCategorySquareBracket::RemoveDuplicatesOfLast(const std::string& text) {
   std::vector<CategoryToken*>& tokens = _data->_tokens;
   const CategoryToken& last = *tokens.back();
+  if (_data->_seenKeys.insert(EqualityKey(last)).second) return;
   for (std::size_t position = 0; position + 1 < tokens.size();) {
     CategoryToken* earlier = tokens[position];
     if (!IsSubtotal(earlier->GetTokenType()) && *earlier == last) {

@@ -1,6 +1,7 @@
 // SyntaxConverter.cpp - the default event protocol shared by all parse nodes
 #include "parser/SyntaxConverter.h"
 
+#include <algorithm>
 #include <memory>
 #include <ostream>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "host/data/Obs.h"
 #include "host/data/TARN_DataSource.h"
 #include "host/data/VariableSet.h"
+#include "host/engine/AggregationCube.h"
 #include "parser/SyntaxBy.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
@@ -22,6 +24,39 @@
 #include "parser/SyntaxSquareBracket.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
+
+namespace {
+
+// Terms one table expression may stack with "+".
+constexpr int kMaxStackedTerms = 1000;
+
+// How many variables the deepest nesting within `node` puts into one sub-table: a variable
+// or set counts one, a nesting adds up its sides, and a stack, a paren or a crossing takes
+// its deepest operand.
+int NestingDepth(SyntaxConverter* node) {
+  switch (node->GetType()) {
+    case kConverterVariable:
+    case kConverterMRSet:
+      return 1;
+    case kConverterGreaterThan:
+    case kConverterParen:
+    case kConverterPlus:
+    case kConverterBy:
+    case kConverterComposite:
+      break;
+    default:
+      return 0;
+  }
+  const bool nests = node->GetType() == kConverterGreaterThan;
+  int depth = 0;
+  for (SyntaxConverter* child : node->Children()) {
+    const int childDepth = NestingDepth(child);
+    depth = nests ? depth + childDepth : std::max(depth, childDepth);
+  }
+  return depth;
+}
+
+}  // namespace
 
 struct SyntaxConverter::ConverterData {
   SyntaxConverter* _parent = nullptr;             // null at the root and on a square bracket
@@ -356,7 +391,25 @@ SyntaxConverter* SyntaxConverter::InfixBinaryOperator(SyntaxConverter* op) {
   }
   const int kind = op->GetType();
   SyntaxConverter* last = children.back();
+  if (kind == kConverterPlus) {
+    // Stacking is dissected pairwise, each level listing the cubes below it, so the work
+    // grows with the square of the terms: a bound keeps any command cheap, and is far
+    // beyond a table anyone can read.
+    SyntaxTableSubcommand* table = GetTableSubcommandParent();
+    if (table->AddStackedTerm() > kMaxStackedTerms) {
+      delete op;
+      SyntaxParserUtility::TooManyStackedTerms(table->GetTableNumber(), kMaxStackedTerms);
+    }
+  }
   if (kind == kConverterGreaterThan) {
+    // A nesting deeper than a cube's key can hold (and one scale variable beside) can never
+    // be a table. Refusing it here keeps a long chain of ">" from costing its square.
+    const int depth = NestingDepth(last) + 1;
+    if (depth > AggregationCube::kMaxVariables + 1) {
+      delete op;
+      SyntaxParserUtility::TooManyCubeVariables(GetTableSubcommandParent()->GetTableNumber(), depth,
+                                                AggregationCube::kMaxVariables);
+    }
     last->SetIsLeafNode(false);
   }
   children.pop_back();

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <ostream>
+#include <set>
 
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_DataSource.h"
@@ -441,14 +442,21 @@ void SyntaxPComputeSubcommand::ValidateAndCommit(const std::string& text) {
          operands[leading].tokenType != Expr::kExprKeyword) {
     ++leading;
   }
+  // An operand conflicts with the leading ones when any of them is of another kind; the
+  // kinds among them are collected once, so that a long expression is checked in one pass.
+  std::set<int> leadingKinds;
+  for (std::size_t position = 0; position < leading; ++position) {
+    leadingKinds.insert(static_cast<int>(operands[position].tokenType));
+  }
   for (const TokenInfo& operand : operands) {
     if (operand.tokenType != Expr::kExprValue && operand.tokenType != Expr::kExprName) {
       continue;
     }
-    for (std::size_t position = 0; position < leading; ++position) {
-      if (operands[position].tokenType != operand.tokenType) {
-        SyntaxParserUtility::InvalidExpression(this, data._catName);
-      }
+    const bool conflicts =
+        leadingKinds.size() > 1 ||
+        (leadingKinds.size() == 1 && *leadingKinds.begin() != static_cast<int>(operand.tokenType));
+    if (conflicts) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
     }
   }
 }

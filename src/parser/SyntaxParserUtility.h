@@ -58,6 +58,13 @@ class SyntaxParserUtility {
   [[noreturn]] static void OutOfOrderGlobalSubcommand(const std::string& parent, const std::string& text);
   [[noreturn]] static void IncorrectSequence(const SyntaxConverter* converter, const std::string& text);
   [[noreturn]] static void UnbalancedParen(const SyntaxConverter* converter, const std::string& text);
+  /// A sub-table of table `tableNumber` needs `count` key positions, more than `limit`.
+  [[noreturn]] static void TooManyCubeVariables(int tableNumber, int count, int limit);
+  /// The expression of table `tableNumber` stacks more than `limit` terms.
+  [[noreturn]] static void TooManyStackedTerms(int tableNumber, int limit);
+  /// Parentheses and brackets nested deeper than `limit` levels, found at `text`.
+  [[noreturn]] static void NestingTooDeep(const SyntaxConverter* converter, const std::string& text,
+                                          int limit);
   /// Names "CATEGORIES" as the subcommand when `converter` is a multiple-response set.
   [[noreturn]] static void UnknownVariable(const SyntaxConverter* converter, const std::string& text);
   [[noreturn]] static void MissingVariableArgument(const SyntaxConverter* converter, const std::string& text);

@@ -118,6 +118,20 @@ void SyntaxParserUtility::UnbalancedParen(const SyntaxConverter* converter, cons
   Raise("Subcommand ^1. Unbalanced paren ^2.", {NameOf(converter), text});
 }
 
+void SyntaxParserUtility::NestingTooDeep(const SyntaxConverter* converter, const std::string& text,
+                                         int limit) {
+  Raise("Subcommand ^1. Nesting too deep at ^2. Limit ^3.", {NameOf(converter), text, std::to_string(limit)});
+}
+
+void SyntaxParserUtility::TooManyCubeVariables(int tableNumber, int count, int limit) {
+  Raise("Table ^1. Sub-table of ^2 variables. Limit ^3.",
+        {std::to_string(tableNumber), std::to_string(count), std::to_string(limit)});
+}
+
+void SyntaxParserUtility::TooManyStackedTerms(int tableNumber, int limit) {
+  Raise("Table ^1. More than ^2 stacked terms.", {std::to_string(tableNumber), std::to_string(limit)});
+}
+
 void SyntaxParserUtility::UnknownVariable(const SyntaxConverter* converter, const std::string& text) {
   Raise("Unrecognized variable ^1 in ^2 subcommand.", {text, SubcommandOrCategories(converter)});
 }

@@ -20,6 +20,11 @@ using OperatorCode = TokenSequenceBase::OperatorCode;
 // (see CopyTokenText), so no input can overrun it.
 constexpr int kTokenBufferSize = 1024;
 
+// Parentheses and brackets nest at most this deep, together. Real commands stay within a
+// handful of levels; the bound keeps every recursive walk of the tree shallow, whatever the
+// input.
+constexpr int kMaximumNesting = 100;
+
 // What the host is asked for when it does not say otherwise.
 constexpr int kInitialTextLength = 255;
 
@@ -48,6 +53,7 @@ struct SyntaxReader::ReaderData {
   TokenType _prevTokenType = TokenSequenceBase::kTokenOperator;  // type of the previous token
   int _parenDepth = 0;                                           // open "(" minus ")"
   int _bracketDepth = 0;                                         // open "[" minus "]"
+  int _outerGroupPosition = -1;  // token position before the outermost open "(" or "[", for messages
   SyntaxConverter* _current = nullptr;                           // the converter that receives the next event
   std::string _lastWord;          // the last word read, to say where a text stands
   bool _textCutReported = false;  // a cut text has been warned about
@@ -118,6 +124,13 @@ void SyntaxReader::ReadTokens(TARN_TokenSequence* tokens) {
   }
   if (data._prevOperator == TokenSequenceBase::kOpSlash) {
     SyntaxParserUtility::IncorrectSequence(data._current, text);
+  }
+  // A group still open at the end of the command: "(region." or "[COUNT.". The message
+  // points at the outermost one, which the sequence is moved back to.
+  if (data._parenDepth > 0 || data._bracketDepth > 0) {
+    tokens->SetPosition(data._outerGroupPosition);
+    tokens->Next();
+    SyntaxParserUtility::UnbalancedParen(data._current, data._parenDepth > 0 ? "(" : "[");
   }
   data._current = data._current->Period(".");
 }
@@ -190,10 +203,13 @@ bool SyntaxReader::WriteTableExpression(SyntaxTableSubcommand*& expressionTable,
   return writing;
 }
 
-void SyntaxReader::OperatorConverter(TARN_TokenSequence* /*tokens*/, const std::string& text, int op) {
+void SyntaxReader::OperatorConverter(TARN_TokenSequence* tokens, const std::string& text, int op) {
   ReaderData& data = *_readerData;
   SyntaxConverter*& current = data._current;
   const bool depthsZero = data._parenDepth == 0 && data._bracketDepth == 0;
+  if (depthsZero && (op == TokenSequenceBase::kOpLeftParen || op == TokenSequenceBase::kOpLeftBracket)) {
+    data._outerGroupPosition = tokens->PositionBefore();
+  }
   // "//" leaves a subcommand empty, and "+ )" leaves a stack without its last operand.
   if ((data._prevOperator == TokenSequenceBase::kOpSlash && op == TokenSequenceBase::kOpSlash) ||
       (data._prevOperator == TokenSequenceBase::kOpPlus && op == TokenSequenceBase::kOpRightParen)) {
@@ -215,6 +231,7 @@ void SyntaxReader::OperatorConverter(TARN_TokenSequence* /*tokens*/, const std::
       break;
     case TokenSequenceBase::kOpLeftParen:
       ++data._parenDepth;
+      CheckNestingDepth(text);
       current = current->LeftParen(text);
       break;
     case TokenSequenceBase::kOpRightParen:
@@ -223,6 +240,7 @@ void SyntaxReader::OperatorConverter(TARN_TokenSequence* /*tokens*/, const std::
       break;
     case TokenSequenceBase::kOpLeftBracket:
       ++data._bracketDepth;
+      CheckNestingDepth(text);
       current = current->LeftSquareBracket(text);
       break;
     case TokenSequenceBase::kOpRightBracket:
@@ -241,6 +259,13 @@ void SyntaxReader::OperatorConverter(TARN_TokenSequence* /*tokens*/, const std::
     default:
       // The terminator and operators no converter takes ("=" out of place, "-", "*").
       SyntaxParserUtility::UnknownKeyword(current, text);
+  }
+}
+
+void SyntaxReader::CheckNestingDepth(const std::string& text) {
+  const ReaderData& data = *_readerData;
+  if (data._parenDepth + data._bracketDepth > kMaximumNesting) {
+    SyntaxParserUtility::NestingTooDeep(data._current, text, kMaximumNesting);
   }
 }
 

@@ -46,6 +46,8 @@ class SyntaxReader {
                             int op, int type);
   /// Events of operator tokens.
   void OperatorConverter(TARN_TokenSequence* tokens, const std::string& text, int op);
+  /// Raises NestingTooDeep when the "(" or "[" just counted opens one level too many.
+  void CheckNestingDepth(const std::string& text);
   /// Looks ahead one token: true, with the "=" consumed, when it is "="; otherwise steps
   /// back so the look-ahead token is delivered again.
   bool IsTokenAttribute(TARN_TokenSequence* tokens);

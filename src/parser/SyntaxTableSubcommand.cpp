@@ -24,6 +24,7 @@
 
 struct SyntaxTableSubcommand::TableData {
   int _tableNumber = 0;                            // 1-based number of the table
+  int _stackedTerms = 1;                           // terms of the expression joined by +
   int _numOfBys = 0;                               // count of BY; 0 to 2
   std::vector<SyntaxVariableName*> _tableVarList;  // variables and sets in order of appearance; not owned
   std::vector<SyntaxVariableName*> _tableSetList;  // those that are multiple-response sets; not owned
@@ -41,10 +42,6 @@ constexpr int kMaximumBys = 2;
 // The subcommand words that belong before the first table.
 constexpr const char* kGlobalSubcommands[] = {"FORMAT", "SMISSING",        "VLABELS",
                                               "MRSETS", "HIDESMALLCOUNTS", "WEIGHT"};
-
-// The subcommand words that belong to a table.
-constexpr const char* kTableSubcommands[] = {"SLABELS", "CLABELS",     "CATEGORIES", "TITLES",
-                                             "SIGTEST", "COMPARETEST", "CRITERIA"};
 
 }  // namespace
 
@@ -97,6 +94,7 @@ SyntaxConverter* SyntaxTableSubcommand::Period(const std::string& text) {
   ValidateAndCommit(text);
   ValidateComperimeterRequest();
   ValidateStatisticalTests();
+  ValidateCubeSizes();
   return SyntaxConverter::Period(text);
 }
 
@@ -140,6 +138,7 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
     // This table is complete: its checks run before the next one begins.
     ValidateComperimeterRequest();
     ValidateStatisticalTests();
+    ValidateCubeSizes();
     return GetParent()->SubCommandString(text);
   }
   for (const char* keyword : kGlobalSubcommands) {
@@ -199,6 +198,10 @@ void SyntaxTableSubcommand::SetTitle(const std::string& title) {
 
 bool SyntaxTableSubcommand::HasTitle() const {
   return _tableData->_settings.HasTitle();
+}
+
+int SyntaxTableSubcommand::AddStackedTerm() {
+  return ++_tableData->_stackedTerms;
 }
 
 int SyntaxTableSubcommand::GetTableNumber() const {

@@ -47,6 +47,9 @@ class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
   /// Drops each requested test that cannot run on any cube of the table, with warnings
   /// that say why. The HasChiSquareTest and similar flags stay as they were.
   void ValidateStatisticalTests();
+  /// Raises TooManyCubeVariables for a sub-table whose cell keys would need more variables
+  /// than the engine's keys hold.
+  void ValidateCubeSizes();
   bool ValidateChiSquareTest(bool includeMRSets);
   bool ValidateColPropTest(bool includeMRSets);
   bool ValidateMeanPropTest(bool includeMRSets);
@@ -60,6 +63,8 @@ class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
   bool HasTitle() const;
 
   int GetTableNumber() const;
+  /// Counts one more "+" of the expression; returns the number of stacked terms so far.
+  int AddStackedTerm();
   /// What SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST committed for this table.
   TableSettings& GetTableSettings();
   const TableSettings& GetTableSettings() const;

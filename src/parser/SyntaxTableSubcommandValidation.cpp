@@ -3,10 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "host/data/VariableSet.h"
+#include "host/engine/AggregationCube.h"
 #include "host/engine/ParsedCategory.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SubTableCube.h"
-#include "host/data/VariableSet.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxParserUtility.h"
@@ -138,6 +139,20 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
     }
   }
   return true;
+}
+
+void SyntaxTableSubcommand::ValidateCubeSizes() {
+  const VariableComposite& composite = *this;
+  for (int index = 0; index < composite.CubeCount(); ++index) {
+    const SubTableCube& cube = *composite[index];
+    // As the dispatcher declares it: the categorical variables, and a multiple-response
+    // column set once more when a test must tell its columns apart.
+    const int positions =
+        cube.GetCatVarCount() + (cube.NeedExtraDim() && cube.GetInnerColMRforTest() ? 1 : 0);
+    if (positions > AggregationCube::kMaxVariables) {
+      SyntaxParserUtility::TooManyCubeVariables(GetTableNumber(), positions, AggregationCube::kMaxVariables);
+    }
+  }
 }
 
 void SyntaxTableSubcommand::ValidateStatisticalTests() {

@@ -123,18 +123,19 @@ const WordingCase kWordingCases[] = {
       "warning: Split groups laid out together are not shown as rows: the tables cover all split groups "
       "together."}},
     {{"percentile-range", "QUILT /TABLE region BY gender /CATEGORIES VARIABLES=region KEY=PTILE(score 0)."},
-     {"fatal: Subcommand CATEGORIES: invalid percentile at \"0\": a percentile must be a number greater than "
+     {"fatal: -e:1:76: Subcommand CATEGORIES: invalid percentile at \"0\": a percentile must be a number greater than "
       "0 and less than 100."}},
     {{"cilevel-range", "QUILT /TABLE score [MEAN] BY gender /CRITERIA CILEVEL=100."},
-     {"fatal: Subcommand CRITERIA: 100 is not a valid CILEVEL; it must be greater than 0 and less than "
+     {"fatal: -e:1:55: Subcommand CRITERIA: 100 is not a valid CILEVEL; it must be greater than 0 and less than "
       "100."}},
     {{"alpha-twice", "QUILT /TABLE region BY gender /COMPARETEST TYPE=PROP ALPHA=0.05 0.05."},
      {"warning: Subcommand COMPARETEST: the two ALPHA values are equal. One significance level is used."}},
-    // The period that ends the command is the token where the subcommand falls short.
+    // The period that ends the command is the token where the subcommand falls short; the
+    // location is that of the last token, the period being no token.
     {{"incomplete-at-period", "QUILT /TABLE region /CRITERIA CILEVEL=."},
-     {"fatal: Subcommand CRITERIA is incomplete (at \".\")."}},
+     {"fatal: -e:1:38: Subcommand CRITERIA is incomplete (at \".\")."}},
     {{"empty-title", "QUILT /TABLE region /TITLES TITLE=''."},
-     {"fatal: Subcommand TITLES: the quoted text after TITLE is empty (''). Give a text, or leave out the "
+     {"fatal: -e:1:35: Subcommand TITLES: the quoted text after TITLE is empty (''). Give a text, or leave out the "
       "keyword it belongs to."}},
     // Two texts over the limit: one warning, naming the first.
     {{"long-texts", "QUILT /TABLE region /TITLES TITLE='" + kLongText + "' CAPTION='" + kLongText + "'."},

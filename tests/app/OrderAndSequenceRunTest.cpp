@@ -56,12 +56,28 @@ INSTANTIATE_TEST_SUITE_P(
     SampleSurvey, RefusedCommands,
     ::testing::Values(
         // Three dimensions at most: the third BY is the culprit (IncorrectSequence naming "BY").
+        // Each message starts with where the parser stopped: the token at fault.
         RefusedCommand{"FourthAxis", "QUILT /TABLE region BY gender BY agegrp BY wave.",
-                       "Subcommand TABLE: \"BY\" is not allowed at this point."},
+                       "-e:1:41: Subcommand TABLE: \"BY\" is not allowed at this point."},
         // A table-level subcommand before any TABLE names the parent it needs and itself.
-        RefusedCommand{"CategoriesBeforeTable", "QUILT /CATEGORIES VARIABLES=region.",
-                       "Subcommand CATEGORIES is out of order: it belongs to a TABLE subcommand and must come "
-                       "after one."}),
+        RefusedCommand{
+            "CategoriesBeforeTable", "QUILT /CATEGORIES VARIABLES=region.",
+            "-e:1:8: Subcommand CATEGORIES is out of order: it belongs to a TABLE subcommand and must "
+            "come after one."},
+        RefusedCommand{"UnknownSubcommand", "QUILT /TABLE region\n /TABEL gender.",
+                       "-e:2:3: Subcommand TABLE: unknown keyword \"TABEL\"."},
+        RefusedCommand{"UnknownStatistic", "QUILT /TABLE region [COUNT PERCENT].",
+                       "-e:1:28: Subcommand TABLE: unknown keyword \"PERCENT\"."},
+        RefusedCommand{"UnknownVariable", "QUILT /TABLE region BY nosuch.",
+                       "-e:1:24: Unrecognized variable nosuch in the TABLE subcommand."},
+        RefusedCommand{"UnclosedParenthesis", "QUILT /TABLE (region.",
+                       "-e:1:14: Subcommand TABLE: unbalanced parenthesis at \"(\"."},
+        // Nine variables in one sub-table are one more than a cell key holds; the check runs
+        // after the parse, before any case is read.
+        RefusedCommand{
+            "NineNestedVariables", "QUILT /TABLE region > gender > agegrp > wave > q1 > q2 > q3 > q4 > q5.",
+            "-e:1:68: Table 1: a sub-table nests or crosses 9 categorical variables, but a table can "
+            "hold at most 8. Split the table, or nest fewer variables."}),
     [](const ::testing::TestParamInfo<RefusedCommand>& info) { return std::string(info.param.name); });
 
 }  // namespace

@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 namespace {
@@ -61,54 +65,189 @@ TEST_F(ProgramFixture, UnterminatedQuoteIsReportedWithLineAndColumn) {
   EXPECT_NE(_output.str().find("bad.qlt:2:21: unterminated quoted text"), std::string::npos) << _output.str();
 }
 
-struct BadInputCase {
+// The bad-input tour: each row sets up the files of one run (every run writes JSON to an
+// output file that already holds earlier results) and states the exit status and a piece
+// of the message that must name what is wrong and where. Status 2 leaves the output file
+// as it was and prints nothing; status 1 (a command failed) and 0 replace it with a whole
+// document, which must parse. Texts and counts were worked out by hand from the rows.
+struct TourCase {
   const char* name;
-  const char* csv;         // null: the data path does not exist
-  const char* dictionary;  // null: no dictionary
-  const char* expectedInError;
+  std::function<void(class BadInputTour&, ProgramOptions&)> setUp;
+  int status;
+  std::string message;  // in the errors (status 2), else in the output document as compact JSON
 };
 
-class BadInputs : public ProgramFixture, public ::testing::WithParamInterface<BadInputCase> {};
+void PrintTo(const TourCase& row, std::ostream* out) { *out << row.name; }
 
-TEST_P(BadInputs, ExitTwoNamingWhatAndWhere) {
-  const BadInputCase& badInput = GetParam();
+class BadInputTour : public ProgramFixture, public ::testing::WithParamInterface<TourCase> {
+public:
+  std::string Path(const std::string& name) const { return (_folder / name).string(); }
+  using ProgramFixture::Write;
+};
+
+// Data of `count` lines after a header "id,x", line i holding `field(i)`.
+std::string Rows(int count, const std::function<std::string(int)>& field) {
+  std::string csv = "id,x\n";
+  for (int i = 0; i < count; ++i) csv += std::to_string(i + 1) + "," + field(i) + "\n";
+  return csv;
+}
+
+// Runs with standard input read from `path` (file descriptor 0 swapped for the run).
+class StandardInputFrom {
+public:
+  explicit StandardInputFrom(const char* path) : _saved(::dup(0)) {
+    const int descriptor = ::open(path, O_RDONLY);
+    ::dup2(descriptor, 0);
+    ::close(descriptor);
+  }
+  ~StandardInputFrom() {
+    ::dup2(_saved, 0);
+    ::close(_saved);
+  }
+
+private:
+  int _saved;
+};
+
+const TourCase kTour[] = {
+    // Files that cannot be read as what they are given as.
+    {"MissingDataFile", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Path("missing.csv"); }, 2,
+     "missing.csv: cannot open the data file (No such file or directory)"},
+    {"UnreadableDataFile", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Path("small.csv/x.csv"); },
+     2, "small.csv/x.csv: cannot open the data file (Not a directory)"},
+    {"DirectoryAsDataFile", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Path(""); }, 2,
+     "is a directory, not a data file"},
+    {"DirectoryAsDictionary", [](BadInputTour& t, ProgramOptions& o) { o.dictionaryPath = t.Path(""); }, 2,
+     "is a directory, not a dictionary"},
+    {"DirectoryAsCommandFile",
+     [](BadInputTour& t, ProgramOptions& o) { o.commandFiles = {t.Path("")}, o.commandTexts = {}; }, 2,
+     "is a directory, not a command file"},
+    {"DevZeroAsDataFile", [](BadInputTour&, ProgramOptions& o) { o.dataPath = "/dev/zero"; }, 2,
+     "/dev/zero:1: byte 0x00 at byte 1 of the file: the data file is not text"},
+    {"DevZeroAsDictionary", [](BadInputTour&, ProgramOptions& o) { o.dictionaryPath = "/dev/zero"; }, 2,
+     "/dev/zero:1: byte 0x00 at byte 1 of the file: the dictionary is not text"},
+    {"DevZeroAsCommandFile", [](BadInputTour&, ProgramOptions& o) { o.commandFiles = {"/dev/zero"}, o.commandTexts = {}; },
+     2, "/dev/zero:1: byte 0x00 at byte 1 of the file: the command file is not text"},
+    {"BinaryGarbageAsCommandFile",
+     [](BadInputTour& t, ProgramOptions& o) {
+       const char garbage[] = "QUILT /TABLE \x89PNG\r\n\x1A\n\0\0\0\rIHDR";
+       o.commandFiles = {t.Write("garbage.qlt", std::string(garbage, sizeof garbage - 1))};
+       o.commandTexts = {};
+     },
+     2, "garbage.qlt:3: byte 0x00 at byte 22 of the file: the command file is not text"},
+    // Empty inputs.
+    {"EmptyDataFile", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("empty.csv", ""); }, 2,
+     "empty.csv: the file is empty (it needs a header row of variable names)"},
+    {"EmptyCommandFile",
+     [](BadInputTour& t, ProgramOptions& o) { o.commandFiles = {t.Write("empty.qlt", "")}, o.commandTexts = {}; },
+     2, "empty.qlt: no command to run (it is empty)"},
+    {"EmptyStandardInput", [](BadInputTour&, ProgramOptions& o) { o.commandFiles = {"-"}, o.commandTexts = {}; },
+     2, "<stdin>: no command to run (it is empty)"},
+    {"HeaderOnly", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("header.csv", "region,gender\n"); },
+     1, "There are no cases in the active data set"},
+    // The shape of the CSV text: what is refused, and what is read.
+    {"RaggedRows", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", "region,gender\n1,1\n2\n"); },
+     2, "bad.csv:3: 1 field, but the header has 2 columns"},
+    {"ByteOrderMarkAndCrLf",
+     [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bom.csv", "\xEF\xBB\xBFregion\r\n7\r\n7\r\n"); }, 0,
+     R"("row":["region","7"])"},
+    {"QuotedLineEndsAndDoubledQuotes",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("quoted.csv", "region,note\n1,\"two\nlines\"\n2,\"say \"\"hi\"\"\"\n");
+       o.commandTexts = {"QUILT /TABLE note."};
+     },
+     0, R"(say \"hi\")"},
+    // Numbers that no double holds.
+    {"NumberOutOfRange", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(3, [](int i) { return i == 2 ? "1e400" : "1"; })); },
+     2, "bad.csv:4: column 'x': '1e400' is out of the range of numbers"},
+    {"NaNText", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(2, [](int i) { return i == 0 ? "2" : "nan"; })); },
+     2, "bad.csv:3: column 'x': 'nan' is not a number"},
+    {"InfText", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(1, [](int) { return "-Infinity"; })); },
+     2, "bad.csv:2: column 'x': '-Infinity' is not a number"},
+    {"SumBeyondTheRange",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("huge.csv", Rows(3, [](int i) { return i < 2 ? "1e308" : "0.5"; }));
+       o.commandTexts = {"QUILT /TABLE x [S] [SUM]."};
+     },
+     0, "Some statistics of x in table 1 are beyond the range of numbers"},
+    // Sizes: a 10 MB field, a category of 100,000 values, a 1 MB command.
+    {"TenMegabyteField", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("big.csv", Rows(2, [](int i) { return i == 1 ? std::string(10 << 20, 'a') : "b"; })); },
+     2, "big.csv:3: column 'x': a text of 10485760 bytes is longer than the limit of 32767 bytes"},
+    {"HundredThousandValueCategory",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("ids.csv", Rows(100000, [](int i) { return "v" + std::to_string(i); }));
+       o.commandTexts = {"QUILT /TABLE x."};
+     },
+     1, "The variable x has more than 60000 distinct values"},
+    {"OneMegabyteCommand",
+     [](BadInputTour&, ProgramOptions& o) {
+       std::string command = "QUILT /TABLE region";
+       while (command.size() < (1 << 20)) command += " + gender";
+       o.commandTexts = {command + "."};
+     },
+     1, "-e:1:9012: Table 1: the table expression stacks more than 1000 terms with +"},
+    {"DeepParentheses",
+     [](BadInputTour&, ProgramOptions& o) { o.commandTexts = {"QUILT /TABLE " + std::string(50000, '(') + "region" + std::string(50000, ')') + "."}; },
+     1, R"(-e:1:114: Subcommand TABLE: parentheses and brackets are nested more than 100 levels deep at \"(\".)"},
+    {"Latin1Command", [](BadInputTour&, ProgramOptions& o) { o.commandTexts = {"QUILT /TABLE caf\xE9."}; }, 1,
+     "-e:1:17: byte 0xE9 is not UTF-8 (save the command file as UTF-8)"},
+    {"DictionaryNumberOutOfRange",
+     [](BadInputTour& t, ProgramOptions& o) { o.dictionaryPath = t.Write("bad.dict.json", R"({"variables": [{"name": "region", "values": {"1": 2e555}}]})"); },
+     2, "bad.dict.json: variables[0].values['1']: '2e555' is out of the range of numbers (line 1, column 51)"},
+    // Output that cannot be written: under a file, and in /proc (root may write anywhere else).
+    {"OutputUnderAFile", [](BadInputTour& t, ProgramOptions& o) { o.outputPath = t.Path("small.csv/out.json"); }, 2,
+     "small.csv/out.json: cannot write the output file (Not a directory)"},
+    {"OutputInProc", [](BadInputTour&, ProgramOptions& o) { o.outputPath = "/proc/quilt/out.json"; }, 2,
+     "/proc/quilt/out.json: cannot write the output file (No such file or directory)"},
+    // Weights: a case whose weight is missing, zero or negative is left out of every table;
+    // region 1 holds 2 + 1.5 = 3.5, shown rounded as 4, and region 2 (weights 0 and missing) none.
+    {"NegativeZeroAndMissingWeights",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("weighted.csv", "region,w\n1,2\n1,-1\n2,0\n2,\n1,1.5\n");
+       o.weightVariable = "w";
+     },
+     0, R"("number":3.5)"},
+    {"NonNumericWeight",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("weighted.csv", "region,w\n1,2\n1,heavy\n");
+       o.weightVariable = "w";
+     },
+     2, "--weight: 'w' is a string variable; a weight must be numeric"},
+};
+
+TEST_P(BadInputTour, ExitStatusMessageAndOutputFile) {
+  const TourCase& row = GetParam();
+  const std::string earlier = "earlier results\n";
   ProgramOptions options;
   options.commandTexts = {"QUILT /TABLE region."};
-  options.dataPath = badInput.csv == nullptr ? (_folder / "missing.csv").string() : Write("bad.csv", badInput.csv);
-  if (badInput.dictionary != nullptr) options.dictionaryPath = Write("bad.dict.json", badInput.dictionary);
-  EXPECT_EQ(Run(options), kExitBadInvocation);
-  EXPECT_NE(_errors.str().find(badInput.expectedInError), std::string::npos) << _errors.str();
-  EXPECT_EQ(_output.str(), "") << "nothing runs on bad input";
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    QuiltProgram, BadInputs,
-    ::testing::Values(BadInputCase{"MissingData", nullptr, nullptr, "missing.csv"},
-                      BadInputCase{"NotANumber", "age\n12\nabc\n", "{\"variables\":[{\"name\":\"age\",\"type\":\"numeric\"}]}",
-                                   "bad.csv:3"},
-                      BadInputCase{"UnknownColumn", "age\n12\n", "{\"variables\":[{\"name\":\"size\"}]}", "variables[0]"},
-                      BadInputCase{"BrokenJson", "age\n12\n", "{\"variables\": [", "bad.dict.json"}),
-    [](const ::testing::TestParamInfo<BadInputCase>& info) { return std::string(info.param.name); });
-
-TEST_F(ProgramFixture, UnreadableCommandFileIsABadInvocation) {
-  ProgramOptions options;
-  options.commandFiles = {(_folder / "nowhere.qlt").string()};
-  EXPECT_EQ(Run(options), kExitBadInvocation);
-  EXPECT_NE(_errors.str().find("nowhere.qlt"), std::string::npos);
-}
-
-TEST_F(ProgramFixture, OutputFileIsLeftAloneWhenNothingCanRun) {
-  const std::string outputPath = Write("out.txt", "earlier results\n");
-  ProgramOptions options;
-  options.commandTexts = {"QUILT."};
-  options.outputPath = outputPath;
-  options.dataPath = (_folder / "missing.csv").string();
-  EXPECT_EQ(Run(options), kExitBadInvocation);
+  options.format = "json";
+  options.outputPath = Write("out.json", earlier);
+  row.setUp(*this, options);
+  const std::string outputPath = options.outputPath;
+  int status = 0;
+  {
+    StandardInputFrom input("/dev/null");
+    status = Run(options);
+  }
+  EXPECT_EQ(status, row.status) << _errors.str();
+  EXPECT_EQ(_output.str(), "") << "the document goes to the output file only";
   std::ifstream stream(outputPath);
-  std::stringstream kept;
-  kept << stream.rdbuf();
-  EXPECT_EQ(kept.str(), "earlier results\n");
+  std::stringstream written;
+  written << stream.rdbuf();
+  if (row.status == kExitBadInvocation) {
+    EXPECT_NE(_errors.str().find(row.message), std::string::npos) << _errors.str().substr(0, 300);
+    if (outputPath == Path("out.json")) {
+      EXPECT_EQ(written.str(), earlier) << "an existing output file is kept";
+    }
+    return;
+  }
+  ASSERT_TRUE(nlohmann::json::accept(written.str())) << "a whole document, not a part of one";
+  const std::string compact = nlohmann::json::parse(written.str()).dump();
+  EXPECT_NE(compact.find(row.message), std::string::npos) << compact.substr(0, 2000);
 }
+
+INSTANTIATE_TEST_SUITE_P(QuiltProgram, BadInputTour, ::testing::ValuesIn(kTour),
+                         [](const ::testing::TestParamInfo<TourCase>& info) { return std::string(info.param.name); });
 
 TEST_F(ProgramFixture, OutputGoesToTheOutputFile) {
   const std::string outputPath = (_folder / "out.html").string();

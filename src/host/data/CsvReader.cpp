@@ -1,6 +1,7 @@
 // CsvReader.cpp - the field scanner of CSV text
 #include "host/data/CsvReader.h"
 
+#include <deque>
 #include <utility>
 
 #include "host/data/DataError.h"
@@ -17,9 +18,25 @@ struct CsvReader::Data {
   std::size_t _fieldIndex = 0;            // position of the next field in its record
   bool _inRecord = false;                 // a record is open and may have more fields
   bool _multiLineRecord = false;          // the latest ReadRecord spanned lines
-  std::vector<std::string> _scratch;      // unescaped quoted fields, one buffer per position
+  // Unescaped quoted fields, one buffer per field position. A deque, because growing it
+  // must not move the buffers: the fields of the record read so far still point into them
+  // (a vector would move short strings, whose text lives inside the string object).
+  std::deque<std::string> _scratch;
   std::vector<std::size_t> _fieldLines;   // lines of the latest ReadRecord's fields, when it spanned lines
 };
+
+namespace {
+
+// Bytes of the line end at `position`: 2 for CR LF, 1 for LF or a CR alone (as old Mac
+// files end their lines), 0 when no line ends there.
+std::size_t LineEndLength(std::string_view text, std::size_t position) {
+  if (position >= text.size()) return 0;
+  if (text[position] == '\n') return 1;
+  if (text[position] != '\r') return 0;
+  return position + 1 < text.size() && text[position + 1] == '\n' ? 2 : 1;
+}
+
+}  // namespace
 
 // Reads one field at _position; the caller has checked that a record is open. Defined
 // before its callers so the compiler can inline it into the record loop.
@@ -46,13 +63,15 @@ void CsvReader::ScanField(std::string_view& field) {
         }
         break;
       }
-      if (character == '\n') ++data._line;
+      if (character == '\n' || (character == '\r' && (position + 1 == size || text[position + 1] != '\n'))) {
+        ++data._line;
+      }
       ++position;
     }
     const std::string_view raw = text.substr(start, position - start);
     ++position;  // the closing quote
-    const bool atEnd = position >= size || text[position] == delimiter || text[position] == '\n' ||
-                       (text[position] == '\r' && (position + 1 == size || text[position + 1] == '\n'));
+    const bool atEnd =
+        position >= size || text[position] == delimiter || text[position] == '\n' || text[position] == '\r';
     if (!atEnd) Fail("text after the closing quote");
     if (escaped) {
       if (data._scratch.size() <= data._fieldIndex) data._scratch.resize(data._fieldIndex + 1);
@@ -71,8 +90,7 @@ void CsvReader::ScanField(std::string_view& field) {
     const std::size_t start = position;
     while (position < size) {
       const char character = text[position];
-      if (character == delimiter || character == '\n') break;
-      if (character == '\r' && (position + 1 == size || text[position + 1] == '\n')) break;
+      if (character == delimiter || character == '\n' || character == '\r') break;
       ++position;
     }
     field = text.substr(start, position - start);
@@ -84,12 +102,8 @@ void CsvReader::ScanField(std::string_view& field) {
     return;
   }
   data._inRecord = false;
-  if (end < size && text[end] == '\r') ++end;
-  if (end < size && text[end] == '\n') {
-    ++end;
-    ++data._line;
-  }
-  data._position = end;
+  data._position = end + LineEndLength(text, end);
+  if (data._position > end) ++data._line;
 }
 
 void CsvReader::Fail(const char* what) const {
@@ -119,16 +133,10 @@ bool CsvReader::NextRecord() {
   if (data._inRecord) SkipRestOfRecord();
   const std::string_view text = data._text;
   while (data._position < text.size()) {
-    const char character = text[data._position];
-    if (character == '\n') {
-      ++data._position;
-      ++data._line;
-    } else if (character == '\r' && data._position + 1 < text.size() && text[data._position + 1] == '\n') {
-      data._position += 2;
-      ++data._line;
-    } else {
-      break;
-    }
+    const std::size_t lineEnd = LineEndLength(text, data._position);
+    if (lineEnd == 0) break;
+    data._position += lineEnd;
+    ++data._line;
   }
   if (data._position >= text.size()) return false;
   data._inRecord = true;

@@ -8,8 +8,8 @@
 #include <vector>
 
 /// Walks CSV text record by record and field by field without copying, except for quoted
-/// fields with doubled quotes, which are unescaped into scratch buffers. Lines end with LF
-/// or CR LF; a field may be quoted and then hold delimiters, quotes ("") and line ends. A
+/// fields with doubled quotes, which are unescaped into scratch buffers. Lines end with LF,
+/// CR LF or a CR alone; a field may be quoted and then hold delimiters, quotes ("") and line ends. A
 /// UTF-8 byte order mark at the start is skipped, and lines that are entirely empty carry
 /// no record. Errors are DataErrors naming the source, the line and the column.
 class CsvReader {
@@ -28,7 +28,8 @@ class CsvReader {
   /// False when the record has no more fields. Throws DataError for a quoted field that
   /// never ends or has text after its closing quote.
   bool NextField(std::string_view& field);
-  /// Reads the whole next record into `fields` (each valid until the next ReadRecord).
+  /// Reads the whole next record into `fields` (each valid until the next ReadRecord, also
+  /// the unescaped ones).
   /// False at the end of the text. The fast way through large files.
   bool ReadRecord(std::vector<std::string_view>& fields);
   /// Skips the rest of the current record's fields and returns how many there were.

@@ -12,10 +12,9 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string_view>
 
+#include "host/Utf8Text.h"
 #include "host/data/CsvReader.h"
 #include "host/data/DataError.h"
 #include "host/data/Dataset.h"
@@ -24,6 +23,7 @@
 #include "host/data/FormatText.h"
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_Variable.h"
+#include "host/data/TextFile.h"
 
 namespace {
 
@@ -46,13 +46,18 @@ struct Column {
   int maxIntegerLength = 0;   // longest integer part with its sign (F width inference)
   int maxDecimals = 0;        // most digits after the point (F decimals inference)
   bool sawNumber = false;     // some field held a number
+  std::size_t longestLine = 0;  // line of the first field of maxLength bytes
+  std::string unreadable;       // first number text that no double holds (1e400, nan), for an error
+  std::size_t unreadableLine = 0;
   std::vector<OBS> cells;     // the column's data
 };
 
 constexpr int kMaximumInferredDecimals = 16;
 constexpr std::size_t kMaximumStringWidth = 32767;
 
-enum NumberResult { kNumberOk, kNumberEmpty, kNumberInvalid };
+// kNumberOutOfRange: a number whose magnitude no double holds (1e400, 1e-400);
+// kNumberNotFinite: the texts "nan", "inf" and "infinity", which from_chars reads.
+enum NumberResult { kNumberOk, kNumberEmpty, kNumberInvalid, kNumberOutOfRange, kNumberNotFinite };
 
 bool IsBlank(char character) {
   return character == ' ' || character == '\t';
@@ -106,8 +111,10 @@ NumberResult ParseNumericField(std::string_view field, double& value, int& integ
   }
   if (digits == end) return kNumberInvalid;
   const auto result = std::from_chars(digits, end, value);
-  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return kNumberInvalid;
-  // from_chars also reads "inf" and "nan", which the finiteness test has turned away.
+  if (result.ptr != end) return kNumberInvalid;
+  if (result.ec == std::errc::result_out_of_range) return kNumberOutOfRange;
+  if (result.ec != std::errc()) return kNumberInvalid;
+  if (!std::isfinite(value)) return kNumberNotFinite;
   if (negative) value = -value;
   const char* point =
       static_cast<const char*>(std::memchr(digits, '.', static_cast<std::size_t>(end - digits)));
@@ -126,35 +133,19 @@ std::size_t TrimmedLength(std::string_view field) {
 }
 
 std::string Quote(std::string_view text) {
-  constexpr std::size_t kShown = 40;
-  std::string shown(text.substr(0, kShown));
-  if (text.size() > kShown) shown += "...";
-  return "'" + shown + "'";
+  return Utf8Text::Quoted(text);
 }
 
-std::string ReadWholeFile(const std::string& path, const std::string& what) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path, error);
-  std::string text;
-  if (!error) {
-    text.resize(static_cast<std::size_t>(size));
-    stream.read(text.data(), static_cast<std::streamsize>(size));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-  } else {
-    std::ostringstream buffer;
-    buffer << stream.rdbuf();
-    text = buffer.str();
-  }
-  if (stream.bad()) throw DataError(path + ": cannot read the " + what);
-  return text;
+// Why a field that looked like a number cannot be one.
+const char* NumberProblem(NumberResult result) {
+  return result == kNumberOutOfRange ? " is out of the range of numbers" : " is not a number";
 }
 
 // A file mapped read-only into memory: the data file is scanned in place, with no copy.
 class MappedFile {
  public:
   MappedFile(const std::string& path, const std::string& what) {
+    TextFile::CheckNotDirectory(path, what);
     const int descriptor = ::open(path.c_str(), O_RDONLY);
     if (descriptor < 0)
       throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
@@ -162,7 +153,7 @@ class MappedFile {
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
       ::close(descriptor);
       // Not a plain file (a pipe, say): read it the ordinary way.
-      _copy = ReadWholeFile(path, what);
+      _copy = TextFile::Read(path, what);
       _text = _copy;
       return;
     }
@@ -177,6 +168,12 @@ class MappedFile {
       _text = std::string_view(static_cast<const char*>(address), _size);
     }
     ::close(descriptor);
+    try {
+      TextFile::CheckNoNulByte(_text, path, what);
+    } catch (...) {
+      if (_address != nullptr) ::munmap(_address, _size);
+      throw;
+    }
   }
   ~MappedFile() {
     if (_address != nullptr) ::munmap(_address, _size);
@@ -316,7 +313,11 @@ class Loader {
   }
 
   void ReadNumbers() {
-    const std::size_t estimate = CountRecordsAtMost(_text, _headerEnd);
+    // A record takes at least one byte per column (its delimiters and line end), which bounds
+    // the estimate where blank lines are many and columns wide.
+    const std::size_t estimate =
+        std::min(CountRecordsAtMost(_text, _headerEnd),
+                 (_text.size() - _headerEnd) / std::max<std::size_t>(_columns.size(), 1) + 1);
     for (Column& column : _columns) {
       if (column.kind == kColumnString) continue;
       column.cells.reserve(estimate);
@@ -333,12 +334,13 @@ class Loader {
       }
       ++_caseCount;
     }
+    CheckUnreadableNumbers();
   }
 
   void ReadNumericField(Column& column, std::string_view field) {
     switch (column.kind) {
       case kColumnString:
-        column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+        NoteLength(column, field);
         return;
       case kColumnDateTime:
         ReadDateTimeField(column, field);
@@ -351,29 +353,59 @@ class Loader {
     int integerLength = 0;
     int decimals = 0;
     const NumberResult result = ParseNumericField(field, value, integerLength, decimals);
-    if (result == kNumberInvalid) {
+    if (result != kNumberOk && result != kNumberEmpty) {
       if (column.kind == kColumnNumeric) {
         throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
-                        "': " + Quote(field) + " is not a number");
+                        "': " + Quote(field) + NumberProblem(result));
       }
-      // Text in an undeclared column: it is a string column after all.
-      column.kind = kColumnString;
-      column.cells = std::vector<OBS>();
-      column.maxLength = std::max(column.maxLength, TrimmedLength(field));
-      return;
-    }
-    if (result == kNumberOk) {
+      if (result == kNumberInvalid) {
+        // Text in an undeclared column: it is a string column after all.
+        column.kind = kColumnString;
+        column.cells = std::vector<OBS>();
+        NoteLength(column, field);
+        return;
+      }
+      // "1e400" or "nan" among numbers is an error, not a reason to read the column as text;
+      // only if the column turns out to hold text ("Nan" among first names) is it harmless.
+      if (column.unreadable.empty()) {
+        column.unreadable = std::string(field);
+        column.unreadableLine = _reader->GetFieldLine(_fieldIndex);
+      }
+      value = TARN_SystemMissing();
+    } else if (result == kNumberOk) {
       column.sawNumber = true;
       column.maxIntegerLength = std::max(column.maxIntegerLength, integerLength);
       column.maxDecimals = std::max(column.maxDecimals, decimals);
     } else {
       value = TARN_SystemMissing();
     }
-    if (column.kind == kColumnUndetermined)
-      column.maxLength = std::max(column.maxLength, TrimmedLength(field));
+    if (column.kind == kColumnUndetermined) NoteLength(column, field);
     OBS cell;
     cell.number = value;
     column.cells.push_back(cell);
+  }
+
+  // Keeps the length of the longest text and where it stands, for a column that may be read
+  // as strings.
+  void NoteLength(Column& column, std::string_view field) const {
+    const std::size_t length = TrimmedLength(field);
+    if (length <= column.maxLength) return;
+    column.maxLength = length;
+    column.longestLine = _reader->GetFieldLine(_fieldIndex);
+  }
+
+  // A column read as numbers must not hold a number text that no double holds.
+  void CheckUnreadableNumbers() const {
+    for (const Column& column : _columns) {
+      if (column.kind == kColumnString || column.unreadable.empty()) continue;
+      double value = 0;
+      int integerLength = 0;
+      int decimals = 0;
+      const NumberResult result = ParseNumericField(column.unreadable, value, integerLength, decimals);
+      throw DataError(Where(column.unreadableLine) + "column '" + column.name +
+                      "': " + Quote(column.unreadable) + NumberProblem(result) +
+                      " (leave the field empty for a missing value)");
+    }
   }
 
   void ReadDateTimeField(Column& column, std::string_view field) {
@@ -402,11 +434,12 @@ class Loader {
       if (column.declaredWidth > 0) {
         // Checked in the pass below with the line of the offending field.
       } else {
-        column.declaredWidth = static_cast<int>(std::max<std::size_t>(column.maxLength, 1));
-        if (static_cast<std::size_t>(column.declaredWidth) > kMaximumStringWidth) {
-          throw DataError(_csvName + ": column '" + column.name + "': a text is longer than " +
+        if (column.maxLength > kMaximumStringWidth) {
+          throw DataError(Where(column.longestLine) + "column '" + column.name + "': a text of " +
+                          std::to_string(column.maxLength) + " bytes is longer than the limit of " +
                           std::to_string(kMaximumStringWidth) + " bytes");
         }
+        column.declaredWidth = static_cast<int>(std::max<std::size_t>(column.maxLength, 1));
       }
       const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
       OBS blank;
@@ -428,6 +461,13 @@ class Loader {
         if (length > static_cast<std::size_t>(column.declaredWidth)) {
           throw DataError(Where(reader.GetFieldLine(c)) + "column '" + column.name + "': " + Quote(field) +
                           " is longer than the width " + std::to_string(column.declaredWidth));
+        }
+        const std::size_t invalid = Utf8Text::FindInvalidByte(field.substr(0, length));
+        if (invalid != Utf8Text::kAllValid) {
+          throw DataError(Where(reader.GetFieldLine(c)) + "column '" + column.name +
+                          "': " + Utf8Text::NameByte(static_cast<unsigned char>(field[invalid])) +
+                          " at byte " + std::to_string(invalid + 1) + " of " + Quote(field) +
+                          " is not UTF-8 text (save the file as UTF-8)");
         }
         const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
         std::memcpy(column.cells[caseIndex * cellsPerCase].bytes, field.data(), length);
@@ -545,7 +585,7 @@ std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath,
     if (std::filesystem::exists(beside, error)) dictionaryName = beside.string();
   }
   if (!dictionaryName.empty()) {
-    dictionaryJson = ReadWholeFile(dictionaryName, "dictionary");
+    dictionaryJson = TextFile::Read(dictionaryName, "dictionary");
     if (dictionaryJson.find_first_not_of(" \t\r\n") == std::string::npos) {
       throw DataError(dictionaryName + ": the dictionary is empty");
     }

@@ -1,11 +1,14 @@
 // DictionaryReader.cpp - the JSON dictionary: shape checks, details by type, sets
 #include "host/data/DictionaryReader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 
+#include "host/Utf8Text.h"
 #include "host/data/DataError.h"
 #include "host/data/Dataset.h"
 #include "host/data/FormatText.h"
@@ -44,18 +47,142 @@ bool ParseNumber(const std::string& text, double& value) {
   return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
 }
 
+// Deeper nesting than any dictionary needs is refused, so no input can make the reader or
+// the messages that show a value (which recurse) run out of stack.
+constexpr std::size_t kMaximumNesting = 64;
+
+// Builds the document through nlohmann's own DOM builder while keeping the JSON path of the
+// value being read, so that a value the parser refuses (a number out of range, nesting too
+// deep, a syntax error) is reported at its path and line.
+class PathTrackingBuilder {
+ public:
+  using Dom = nlohmann::detail::json_sax_dom_parser<json>;
+
+  explicit PathTrackingBuilder(json& root) : _dom(root, /*allow_exceptions_=*/false) {}
+
+  bool null() { return Value(_dom.null()); }
+  bool boolean(bool value) { return Value(_dom.boolean(value)); }
+  bool number_integer(json::number_integer_t value) { return Value(_dom.number_integer(value)); }
+  bool number_unsigned(json::number_unsigned_t value) { return Value(_dom.number_unsigned(value)); }
+  bool number_float(json::number_float_t value, const json::string_t& text) {
+    return Value(_dom.number_float(value, text));
+  }
+  bool string(json::string_t& value) { return Value(_dom.string(value)); }
+  bool binary(json::binary_t& value) { return Value(_dom.binary(value)); }
+  bool key(json::string_t& name) {
+    _frames.back().key = name;
+    return _dom.key(name);
+  }
+  bool start_object(std::size_t count) { return Open(/*isArray=*/false) && _dom.start_object(count); }
+  bool start_array(std::size_t count) { return Open(/*isArray=*/true) && _dom.start_array(count); }
+  bool end_object() { return Close(_dom.end_object()); }
+  bool end_array() { return Close(_dom.end_array()); }
+  bool parse_error(std::size_t position, const std::string& lastToken,
+                   const nlohmann::detail::exception& error) {
+    _errorPosition = position;
+    _errorId = error.id;
+    _lastToken = lastToken;
+    _errorText = error.what();
+    const std::size_t bracket = _errorText.find("] ");
+    if (bracket != std::string::npos) _errorText = _errorText.substr(bracket + 2);
+    return _dom.parse_error(position, lastToken, error);
+  }
+
+  /// The JSON path of the value being read, in the form of the reader's messages:
+  /// `variables[3].values['1']` has the keys of the top level bare, deeper ones after a
+  /// point, and value-label keys in brackets.
+  std::string Path() const {
+    std::string path;
+    for (const Frame& frame : _frames) {
+      if (frame.isArray) {
+        path += "[" + std::to_string(frame.index) + "]";
+      } else if (frame.key.has_value()) {
+        if (path.size() >= 7 && path.compare(path.size() - 7, 7, ".values") == 0) {
+          path += "['" + *frame.key + "']";
+        } else {
+          path += (path.empty() ? "" : ".") + *frame.key;
+        }
+      }
+    }
+    return path;
+  }
+
+  bool TooDeep() const { return _tooDeep; }
+  std::size_t ErrorPosition() const { return _errorPosition; }
+  int ErrorId() const { return _errorId; }
+  const std::string& LastToken() const { return _lastToken; }
+  const std::string& ErrorText() const { return _errorText; }
+
+ private:
+  struct Frame {
+    bool isArray = false;
+    std::size_t index = 0;           // arrays: the element being read
+    std::optional<std::string> key;  // objects: the latest key read
+  };
+
+  bool Value(bool result) {
+    if (!_frames.empty() && _frames.back().isArray) ++_frames.back().index;
+    return result;
+  }
+  bool Open(bool isArray) {
+    if (_frames.size() >= kMaximumNesting) {
+      _tooDeep = true;
+      return false;
+    }
+    _frames.push_back({isArray, 0, std::nullopt});
+    return true;
+  }
+  bool Close(bool result) {
+    _frames.pop_back();
+    return Value(result);
+  }
+
+  Dom _dom;
+  std::vector<Frame> _frames;  // the open objects and arrays, outermost first
+  bool _tooDeep = false;
+  std::size_t _errorPosition = 0;
+  int _errorId = 0;
+  std::string _lastToken;
+  std::string _errorText;
+};
+
+// "line 3, column 14" of a byte offset, for messages.
+std::string LineAndColumn(const std::string& text, std::size_t offset) {
+  offset = std::min(offset, text.size());
+  std::size_t line = 1;
+  std::size_t lineStart = 0;
+  for (std::size_t index = 0; index < offset; ++index) {
+    if (text[index] == '\n') {
+      ++line;
+      lineStart = index + 1;
+    }
+  }
+  return "line " + std::to_string(line) + ", column " + std::to_string(offset - lineStart + 1);
+}
+
 }  // namespace
 
 DictionaryReader::DictionaryReader(const std::string& jsonText, const std::string& sourceName)
     : _data(std::make_unique<Data>()) {
   _data->_sourceName = sourceName;
-  try {
-    _data->_root = json::parse(jsonText);
-  } catch (const json::parse_error& error) {
-    std::string what = error.what();
-    const std::size_t bracket = what.find("] ");
-    if (bracket != std::string::npos) what = what.substr(bracket + 2);
-    throw DataError(sourceName + ": not valid JSON: " + what);
+  PathTrackingBuilder builder(_data->_root);
+  if (!json::sax_parse(jsonText, &builder)) {
+    const std::string path = builder.Path();
+    const std::string where = sourceName + ": " + (path.empty() ? "" : path + ": ");
+    if (builder.TooDeep()) {
+      throw DataError(where + "nested more than " + std::to_string(kMaximumNesting) + " levels deep");
+    }
+    // Error 406 is a number out of range ("2e555"); the others are syntax errors, whose text
+    // carries line and column already.
+    if (builder.ErrorId() == 406) {
+      // The parser stands just past the number; the message points at its first digit.
+      const std::size_t length = builder.LastToken().size();
+      const std::size_t position = builder.ErrorPosition();
+      throw DataError(where + Utf8Text::Quoted(builder.LastToken()) + " is out of the range of numbers (" +
+                      LineAndColumn(jsonText, position >= length ? position - length : 0) + ")");
+    }
+    // The parser's text shows what it last read, which may be the very bytes at fault.
+    throw DataError(where + "not valid JSON: " + Utf8Text::Escaped(builder.ErrorText()));
   }
   const json& root = _data->_root;
   if (!root.is_object()) throw DataError(sourceName + ": the dictionary is not a JSON object");

@@ -2,6 +2,9 @@
 #include "host/data/HostStrings.h"
 
 #include <cstring>
+#include <string_view>
+
+#include "host/Utf8Text.h"
 
 namespace {
 
@@ -101,6 +104,9 @@ int ValidateTARNName(const char* name) {
                          character == '.' || character == '@' || character == '#' || character == '$';
     if (!allowed) return kNameBadCharacter;
   }
+  // Letters above ASCII must be whole UTF-8 characters.
+  if (Utf8Text::FindInvalidByte(std::string_view(name, length)) != Utf8Text::kAllValid)
+    return kNameBadCharacter;
   if (name[length - 1] == '.') return kNameTrailingPeriod;
   for (const char* reserved : kReservedWords) {
     if (TARNMBstricmp_A(name, reserved) == 0) return kNameReservedWord;

@@ -16,6 +16,10 @@ class TableMetadata;
 /// then the statistics.
 class AggregationCube {
  public:
+  /// A cell key holds at most this many variables (16 bits each in 128): the parser refuses
+  /// a table whose sub-tables would need more, before any case is read.
+  static constexpr int kMaxVariables = 8;
+
   AggregationCube(TableMetadata* metadata, const TARN_DataSource* source, WeightMode mode);
   ~AggregationCube();
   AggregationCube(const AggregationCube&) = delete;

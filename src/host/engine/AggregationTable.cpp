@@ -364,6 +364,18 @@ bool AggregationTable::IsTableEmpty() const {
   return true;
 }
 
+std::vector<int> AggregationTable::GetOverflowVarIndices() const {
+  std::vector<int> indices;
+  for (const auto& cube : _data->_cubes) {
+    const CubeAggregator* aggregator = cube->GetCubeAggregator();
+    if (aggregator == nullptr) continue;
+    for (int index : aggregator->GetOverflowVarIndices()) {
+      if (std::find(indices.begin(), indices.end(), index) == indices.end()) indices.push_back(index);
+    }
+  }
+  return indices;
+}
+
 bool AggregationTable::HasEmptyCubes() const {
   _data->Flush();
   for (const auto& cube : _data->_cubes) {

@@ -41,6 +41,8 @@ class AggregationTable {
   bool IsTableEmpty() const;
   /// True when some cube received no case.
   bool HasEmptyCubes() const;
+  /// Scale variables, by dictionary index, whose statistics overflowed in some cube.
+  std::vector<int> GetOverflowVarIndices() const;
   void PrintDataDbg() const;
 
  private:

@@ -12,6 +12,7 @@
 #include "aggregator/CellKey.h"
 #include "host/QuiltAssert.h"
 #include "host/engine/AggregationCategory.h"
+#include "host/engine/AggregationCube.h"
 #include "host/engine/AggregationStatistic.h"
 #include "host/engine/CaseBlock.h"
 #include "host/engine/CellStatistics.h"
@@ -26,7 +27,7 @@ namespace {
 
 using Codes = TableEncryptionCodes;
 constexpr double kSysmis = TARN_SystemMissing();
-constexpr int kMaxPositions = 8;
+constexpr int kMaxPositions = AggregationCube::kMaxVariables;
 constexpr int kBitsPerPosition = 16;
 constexpr int kSubtotalSlots = 200;
 constexpr int kValueSlotBase = 256;
@@ -191,13 +192,47 @@ struct CubeAggregator::Data {
   std::vector<char> _single;
   bool _complete = false;
   std::vector<PackedKey> _cellKeys;  // the key of each cell, parallel to _cells
+  std::vector<int> _overflowVarIndices;  // scale variables whose statistics overflowed (Complete)
 
   // While reading, cells of small encodings are found by direct index instead of by hash:
   // position i holds encodings -1 (total) .. _denseCapacity - 2 at stride _denseStride[i].
-  // The slot holds the cell index + 1, 0 for none.
+  // The slot holds the cell index + 1, 0 for none. It is only a cache of the hash index, so
+  // it starts small and grows, up to _denseLimit, when larger encodings arrive: a table of
+  // many stacked terms costs memory for the categories it meets, not 256 KB per cube.
   std::vector<std::uint32_t> _dense;
   std::vector<std::size_t> _denseStride;
   int _denseCapacity = 0;
+  int _denseLimit = 0;      // largest capacity per position; 0: no direct index
+  int _largestShifted = 0;  // largest encoding + 1 that the hash path met at a position
+
+  // Sizes the direct index for `capacity` encodings per position, empty: the cells stay in
+  // the hash index, and the direct index fills again as cases find them there.
+  void ResizeDense(int capacity) {
+    _denseCapacity = capacity;
+    _denseStride.clear();
+    std::size_t stride = 1;
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      _denseStride.push_back(stride);
+      stride *= static_cast<std::size_t>(capacity);
+    }
+    _dense.assign(stride, 0);
+  }
+
+  // Before a block: sizes the direct index on first use, and grows it when the hash path
+  // has met encodings beyond it.
+  void PrepareDense() {
+    if (_denseLimit == 0) return;
+    if (_denseCapacity > 0 && (_largestShifted < _denseCapacity || _denseCapacity == _denseLimit)) return;
+    // A first size of about 64 slots whatever the key length, at least 2 per position (a
+    // cube without categorical variables has one slot, whatever its capacity).
+    int capacity = _denseCapacity;
+    if (capacity == 0) {
+      const double positions = static_cast<double>(std::max<std::size_t>(_positions.size(), 1));
+      capacity = std::max(2, static_cast<int>(std::floor(std::pow(64.0, 1.0 / positions))));
+    }
+    while (capacity <= _largestShifted && capacity < _denseLimit) capacity *= 2;
+    ResizeDense(std::min(capacity, _denseLimit));
+  }
 
   // Per-block and per-case scratch, kept to avoid allocations on the hot path: each
   // position's codes (single variables) and each position's entries for one case.
@@ -492,7 +527,7 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vec
     : _data(std::make_unique<Data>()) {
   QUILT_ASSERT(dimensions.size() == positions.size(), "one position per cube variable");
   QUILT_ASSERT(static_cast<int>(dimensions.size()) <= kMaxPositions,
-               "a cube has at most eight key positions");
+               "a cube has at most eight key positions (the parser refuses more)");
   _data->_dimensions = std::move(dimensions);
   _data->_positions = std::move(positions);
   _data->_metadata = metadata;
@@ -523,15 +558,7 @@ CubeAggregator::CubeAggregator(std::vector<TableDimension*> dimensions, std::vec
   const std::size_t n = _data->_positions.size();
   int capacity = 1 << 16;
   if (n > 0) capacity = static_cast<int>(std::floor(std::pow(double(1 << 16), 1.0 / double(n))));
-  if (capacity >= 4) {
-    _data->_denseCapacity = capacity;
-    std::size_t stride = 1;
-    for (std::size_t i = 0; i < n; ++i) {
-      _data->_denseStride.push_back(stride);
-      stride *= static_cast<std::size_t>(capacity);
-    }
-    _data->_dense.assign(stride, 0);
-  }
+  if (capacity >= 4) _data->_denseLimit = capacity;
   _data->_odometer.resize(_data->_positions.size());
 }
 
@@ -695,6 +722,7 @@ void CubeAggregator::AddBlock(const CaseBlock& block) {
     d._codes[i] = d._dimensions[i]->GetBlockCodes();
     d._missingFlags[i] = d._dimensions[i]->GetMissingFlags();
   }
+  d.PrepareDense();
   // A cube keeping its dichotomy set by combination of members reads the bits only; any
   // other cube with one set reads its entries.
   const std::uint64_t* masks = nullptr;
@@ -762,6 +790,7 @@ bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k, 
     if (code < 0 && code != kCellKeyTotal) return false;
     if (i != setPosition && code < 0) return false;
     const int shifted = code == kCellKeyTotal ? 0 : code + 1;
+    _largestShifted = std::max(_largestShifted, shifted);
     dense = dense && shifted < _denseCapacity;
     if (dense) denseIndex += static_cast<std::size_t>(shifted) * _denseStride[i];
   }
@@ -878,6 +907,7 @@ void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k)
     for (std::size_t i = 0; i < n; ++i) {
       const DimensionEntry& entry = _lists[i][_odometer[i]];
       const int shifted = entry._code == kCellKeyTotal ? 0 : entry._code + 1;
+      if (entry._code >= 0) _largestShifted = std::max(_largestShifted, shifted);
       dense = dense && shifted < _denseCapacity && (entry._code >= 0 || entry._code == kCellKeyTotal);
       denseIndex += static_cast<std::size_t>(shifted) * (dense ? _denseStride[i] : 0);
       if (static_cast<int>(i) == _statPosition) statEntry = &entry;
@@ -993,10 +1023,34 @@ void CubeAggregator::Complete() {
       if (i == n) break;
     }
   }
+  // Values near the largest double (1e308) add up past it, in a cell or in a total: the
+  // statistics then show as missing, and the table says why.
+  d._overflowVarIndices.clear();
+  for (std::size_t cellIndex = 0; cellIndex < d._cells.size(); ++cellIndex) {
+    for (std::size_t s = 0; s < scales; ++s) {
+      const ScaleCell& scale = d._scaleCells[cellIndex * scales + s];
+      bool finite = true;
+      for (const Moments* moments : {&scale._weighted, &scale._unweighted}) {
+        const double* values = moments->_values;
+        finite = finite && std::isfinite(values[1]) && std::isfinite(values[2]) &&
+                 std::isfinite(values[0] * values[1]);
+      }
+      const int varIndex = d._scaleVarIndices[s];
+      if (!finite && std::find(d._overflowVarIndices.begin(), d._overflowVarIndices.end(), varIndex) ==
+                         d._overflowVarIndices.end()) {
+        d._overflowVarIndices.push_back(varIndex);
+      }
+    }
+  }
+}
+
+const std::vector<int>& CubeAggregator::GetOverflowVarIndices() const {
+  return _data->_overflowVarIndices;
 }
 
 void CubeAggregator::Reset() {
   _data->_complete = false;
+  _data->_overflowVarIndices.clear();
   _data->_cellKeys.clear();
   std::fill(_data->_dense.begin(), _data->_dense.end(), 0);
   _data->_index.clear();

@@ -70,6 +70,9 @@ class CubeAggregator {
   /// Closes the group: builds the total and subtotal cells of single-variable positions.
   void Complete();
   void Reset();
+  /// Dictionary indices of the scale variables whose sum or moments went beyond the range
+  /// of doubles in some cell (such statistics show as missing); known after Complete.
+  const std::vector<int>& GetOverflowVarIndices() const;
   int GetPosition(int i) const;
   TableDimension* GetDimension(int i) const;
   /// The cell values by integer key, for tests and the debug dump; null for an empty cell.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -16,12 +17,12 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_ValueLabelMap.h"
 #include "host/data/TARN_Variable.h"
-#include "host/engine/CategoryLimitError.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationMDSet.h"
 #include "host/engine/AggregationStatistic.h"
 #include "host/engine/AggregationVariable.h"
 #include "host/engine/CaseBlock.h"
+#include "host/engine/CategoryLimitError.h"
 #include "host/engine/ParsedCategory.h"
 
 namespace {
@@ -89,7 +90,13 @@ struct TableDimension::Data {
   std::vector<ValueInfo> _values;
   std::unordered_map<std::uint64_t, int> _numberIds;
   std::unordered_map<std::string, int> _stringIds;
-  std::vector<int> _smallIds = std::vector<int>(kSmallValues, -1);
+  std::vector<int> _smallIds;  // by value below kSmallValues, grown to the largest value met
+
+  // IndexParsedValues: the list indexed, and its plain values and other items.
+  mutable const std::vector<ParsedCategory*>* _indexedList = nullptr;
+  mutable std::size_t _indexedSize = 0;
+  mutable std::unordered_map<std::string, std::size_t> _parsedValueIndex;
+  mutable std::vector<std::size_t> _parsedOthers;
 
   // Dichotomy set: counted value per member, and which members an explicit list keeps.
   std::vector<double> _countedNumbers;
@@ -105,7 +112,8 @@ struct TableDimension::Data {
   // The mapping of small integer values in the current group, by value: an encoding,
   // kBlockMissing, kBlockExcluded or kFastUnknown. Cleared per group, since the first case
   // of a value in a group is what marks its category as seen.
-  std::vector<int> _fastCodes = std::vector<int>(kSmallValues, kFastUnknown);
+  // Grown like _smallIds: a table of many stacked terms pays for the values it meets.
+  std::vector<int> _fastCodes;
 
   // Results of the last block: a single variable's code per case, or a set's state per
   // case with its entries from _blockOffsets[k] to _blockOffsets[k + 1].
@@ -129,6 +137,35 @@ struct TableDimension::Data {
 
   const std::vector<ParsedCategory*>* Parsed() const { return _variable->GetParsedCategories(); }
 
+  // The bytes by which a value is looked up: a number's bits (0 and -0 alike), a string's
+  // cells at the variable's width.
+  static std::string ValueKey(const OBS* cells, int valueType) {
+    if (valueType == 0) {
+      const std::uint64_t bits = NumberBits(cells->number);
+      return std::string(reinterpret_cast<const char*>(&bits), sizeof bits);
+    }
+    return std::string(reinterpret_cast<const char*>(cells), static_cast<std::size_t>(valueType));
+  }
+
+  // Splits the listed items once per list into plain values of this variable's type, by
+  // key with the first position of each, and the rest in order.
+  void IndexParsedValues(const std::vector<ParsedCategory*>& parsed) const {
+    if (_indexedList == &parsed && _indexedSize == parsed.size()) return;
+    _indexedList = &parsed;
+    _indexedSize = parsed.size();
+    _parsedValueIndex.clear();
+    _parsedOthers.clear();
+    for (std::size_t i = 0; i < parsed.size(); ++i) {
+      const ParsedCategory* item = parsed[i];
+      if (item->GetPCType() == ParsedCategory::kParsedValue && item->GetValueType() == _valueType &&
+          (_valueType != 0 || !std::isnan(item->GetCatValue()->number))) {
+        _parsedValueIndex.emplace(ValueKey(item->GetCatValue(), _valueType), i);
+      } else {
+        _parsedOthers.push_back(i);
+      }
+    }
+  }
+
   int Classify(ValueInfo& info) const {
     const TARN_Variable* definition = _missingDefinition;
     info._userMissing = definition != nullptr && definition->IsUserMissing(info._value.Obs());
@@ -137,9 +174,16 @@ struct TableDimension::Data {
       if (info._userMissing && _variable->GetIsMissingExclude()) return kItemMissing;
       return kItemImplicit;
     }
+    // The first listed item that takes the value wins. Plain values are found by hash, so
+    // a list of 100,000 values costs no more per value than a list of ten; the other items
+    // are walked in order up to the first value found.
+    IndexParsedValues(*parsed);
+    const auto found = _parsedValueIndex.find(ValueKey(info._value.Obs(), _valueType));
+    const std::size_t firstValue = found == _parsedValueIndex.end() ? parsed->size() : found->second;
     int otherIndex = -1;
     int missingIndex = -1;
-    for (std::size_t i = 0; i < parsed->size(); ++i) {
+    for (const std::size_t i : _parsedOthers) {
+      if (i > firstValue) break;
       const ParsedCategory* item = (*parsed)[i];
       switch (item->GetPCType()) {
         case ParsedCategory::kParsedOtherNM:
@@ -166,6 +210,7 @@ struct TableDimension::Data {
           break;
       }
     }
+    if (firstValue < parsed->size()) return static_cast<int>(firstValue);
     if (info._userMissing) return missingIndex >= 0 ? missingIndex : kItemMissing;
     return otherIndex >= 0 ? otherIndex : kItemExcluded;
   }
@@ -179,13 +224,23 @@ struct TableDimension::Data {
     return static_cast<int>(_values.size());
   }
 
+  // The element for small value `value`, growing `table` to a power of two that holds it.
+  static int& CoverSmallValue(std::vector<int>& table, std::size_t value, int fill) {
+    if (value >= table.size()) {
+      std::size_t size = std::max<std::size_t>(table.size(), 64);
+      while (size <= value) size *= 2;
+      table.resize(std::min<std::size_t>(size, kSmallValues), fill);
+    }
+    return table[value];
+  }
+
   int Register(const OBS* cells) {
     int id = -1;
     if (_valueType == 0) {
       const double number = cells->number;
       const bool small =
           number >= 0 && number < kSmallValues && number == static_cast<double>(static_cast<int>(number));
-      if (small) {
+      if (small && static_cast<std::size_t>(number) < _smallIds.size()) {
         id = _smallIds[static_cast<unsigned>(number)];
         if (id >= 0) return id;
       }
@@ -194,7 +249,7 @@ struct TableDimension::Data {
       if (found != _numberIds.end()) return found->second;
       id = NextValueId();
       _numberIds.emplace(bits, id);
-      if (small) _smallIds[static_cast<unsigned>(number)] = id;
+      if (small) CoverSmallValue(_smallIds, static_cast<std::size_t>(number), -1) = id;
     } else {
       std::string key(reinterpret_cast<const char*>(cells), static_cast<std::size_t>(_valueType));
       auto found = _stringIds.find(key);
@@ -239,7 +294,7 @@ struct TableDimension::Data {
     if (_valueType == 0) {
       const double number = cells->number;
       if (number >= 0.0 && number < kSmallValues && number == static_cast<double>(static_cast<int>(number))) {
-        _fastCodes[static_cast<unsigned>(number)] = code;
+        CoverSmallValue(_fastCodes, static_cast<std::size_t>(number), kFastUnknown) = code;
       }
     }
     return code;
@@ -258,11 +313,12 @@ struct TableDimension::Data {
     }
     // Survey codes are mostly small integers, and each is mapped once per group through
     // the registry; every later case of it is one array read.
-    const int* fast = _fastCodes.data();
     for (std::size_t k = 0; k < block._size; ++k) {
       const OBS* cells = column + rows[k] * stride;
       const double number = cells->number;
-      if (number >= 0.0 && number < kSmallValues) {
+      // MapSingle may grow the table, so its size and data are read for each case.
+      const int* fast = _fastCodes.data();
+      if (number >= 0.0 && number < static_cast<double>(_fastCodes.size())) {
         const int small = static_cast<int>(number);
         if (static_cast<double>(small) == number && fast[small] != kFastUnknown) {
           out[k] = fast[small];

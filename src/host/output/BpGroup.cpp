@@ -11,9 +11,10 @@ namespace {
 std::shared_ptr<BpGroup::ImplData> FindOrAdd(BpGroup::ImplData& parent, const BpCellText& text,
                                              bool isCategory, bool showLabel) {
   const std::string identity = text.GetIdentity();
-  for (const auto& child : parent.children) {
-    if (child->isCategory == isCategory && child->identity == identity) return child;
-  }
+  auto& index = parent.childIndex[isCategory ? 1 : 0];
+  const auto found = index.find(identity);
+  if (found != index.end()) return parent.children[found->second];
+  index.emplace(identity, parent.children.size());
   auto child = std::make_shared<BpGroup::ImplData>();
   child->label = text.Clone();
   child->identity = identity;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "host/tokens/Token.h"
@@ -11,6 +12,7 @@
 /// and a TARN_TokenSequence walks it. A plain value type.
 struct LexedCommand {
   std::vector<Token> tokens;
+  std::string origin;  // the file name, or "-e", for messages; may be empty
 
   /// One token per line, for tests and debugging: type, operator code with its spelling,
   /// text in quotes, the value of a number, and line:column.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "host/Utf8Text.h"
 #include "host/tokens/LexicalError.h"
 #include "host/tokens/LineComment.h"
 #include "host/tokens/TokenCharacters.h"
@@ -62,6 +63,7 @@ class Scanner {
   Scanner(std::string_view text, int firstLine) : _text(text), _line(firstLine) {}
 
   LexedCommand Run() {
+    CheckUtf8();
     LexedCommand command;
     while (_position < _text.size()) {
       const char character = _text[_position];
@@ -96,6 +98,24 @@ class Scanner {
   }
 
   int Column() const { return static_cast<int>(_position - _lineStart) + 1; }
+
+  // Commands are UTF-8 text. A byte that is not (a Latin-1 letter, say) is refused where it
+  // stands, before any token is made of it.
+  void CheckUtf8() {
+    const std::size_t invalid = Utf8Text::FindInvalidByte(_text);
+    if (invalid == Utf8Text::kAllValid) return;
+    for (; _position < invalid; ++_position) {
+      if (_text[_position] == '\n') {
+        ++_line;
+        _lineStart = _position + 1;
+      }
+    }
+    const auto byte = static_cast<unsigned char>(_text[invalid]);
+    throw LexicalError(_line, Column(),
+                       byte == 0
+                           ? "unexpected byte 0x00 (a command is text)"
+                           : Utf8Text::NameByte(byte) + " is not UTF-8 (save the command file as UTF-8)");
+  }
 
   Token StartToken(TokenSequenceBase::TokenType type) const {
     Token token;

@@ -1,6 +1,9 @@
 // TARN_TokenSequence.cpp - forward walk with one step back over a lexed command
 #include "host/tokens/TARN_TokenSequence.h"
 
+#include <algorithm>
+#include <string>
+
 #include "host/QuiltAssert.h"
 #include "host/tokens/LexedCommand.h"
 
@@ -65,6 +68,15 @@ void TARN_TokenSequence::GetText(char** text, int* length) {
   std::string& tokenText = _data->_command->tokens[static_cast<std::size_t>(_data->_position)].text;
   *text = tokenText.data();
   *length = static_cast<int>(tokenText.size());
+}
+
+std::string TARN_TokenSequence::GetLocation() const {
+  const LexedCommand& command = *_data->_command;
+  const std::string origin = command.origin.empty() ? std::string() : command.origin + ":";
+  if (command.tokens.empty()) return command.origin;
+  const int last = _data->Size() - 1;
+  const Token& token = command.tokens[static_cast<std::size_t>(std::clamp(_data->_position, 0, last))];
+  return origin + std::to_string(token.line) + ":" + std::to_string(token.column);
 }
 
 double TARN_TokenSequence::GetNumber() {

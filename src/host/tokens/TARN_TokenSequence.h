@@ -36,6 +36,11 @@ class TARN_TokenSequence : public TokenSequenceBase {
   void GetText(char** text, int* length) override;
   double GetNumber() override;
 
+  /// Where the current token stands, "origin:line:column" (without the origin when the
+  /// command has none); after the end, where the last token stands. For messages about
+  /// the token the parser stopped at.
+  std::string GetLocation() const;
+
  private:
   struct Data;
   std::unique_ptr<Data> _data;

@@ -7,8 +7,10 @@
 
 #include "GoldenFile.h"
 #include "SampleTables.h"
+#include "host/Utf8Text.h"
 #include "host/output/BpCategory.h"
 #include "host/output/BpDimension.h"
+#include "host/output/BpError.h"
 #include "host/output/BpGroup.h"
 #include "host/output/BpNumber.h"
 #include "host/output/BpPivotTable.h"
@@ -271,4 +273,30 @@ TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
       EXPECT_NE(output.find("(no cases)"), std::string::npos) << format;
     }
   }
+}
+
+TEST(OutputWriter, LabelsThatAreNotUtf8StillGiveValidOutput) {
+  // Labels reach the writers from data and commands; whatever their bytes (a Latin-1
+  // letter, a cut sequence, a NUL, a terminal escape, a carriage return), each writer's
+  // output must be valid UTF-8 without stray controls, and JSON must still parse.
+  const std::string bad = std::string("caf\xE9 \xC3 a\0b \x1B[2J \r", 17);
+  OutputDocument document;
+  OutputDocument::Install(&document);
+  {
+    BpProcedure procedure("Quilt", 4);
+    BpError(BpString("message " + bad, false), kBpShowAlways, kBpLevelWarning);
+    BpPivotTable pivot =
+        procedure.PivotTable(BpString("title " + bad, false), BpString("Quilt Table", true), true);
+    BpDimension rows = pivot.Dimension(BpString("dimension " + bad, false), BpPivotTable::kSortAsCreated);
+    rows.Position(BpDimension::kPlaceRow, 1, false, false);
+    rows.Category(BpString("row " + bad, false)).Cell(BpString("cell " + bad, false));
+  }
+  OutputDocument::Install(nullptr);
+  for (const char* format : {"text", "html", "json"}) {
+    const std::string output = Render(document, format);
+    EXPECT_EQ(Utf8Text::FindInvalidByte(output), Utf8Text::kAllValid) << format;
+    EXPECT_EQ(output.find_first_of(std::string("\r\x1B", 2)), std::string::npos) << format;
+    EXPECT_NE(output.find("caf\xEF\xBF\xBD"), std::string::npos) << format;  // "caf" and U+FFFD
+  }
+  EXPECT_TRUE(nlohmann::json::accept(Render(document, "json")));
 }

@@ -61,6 +61,29 @@ TEST(DatasetLoaderCsv, QuotedFieldsKeepDelimitersQuotesAndLineEnds) {
   EXPECT_EQ(dataset->GetCellsPerCase(1), 2);  // ObsLength(13) = (13 + 7) >> 3 = 2
 }
 
+TEST(DatasetLoaderCsv, DoubledQuotesInSeveralFieldsOfARecordStayIntact) {
+  // Each unescaped field has its own buffer; growing the set of buffers for a later field
+  // must not move the text handed out for an earlier one (short strings live inside the
+  // string object, so a vector of them would).
+  const auto dataset = Load(
+      "a,b,c\n\"\"\"\",\"x\"\"y\","
+      "\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\n");
+  ASSERT_EQ(dataset->GetCaseCount(), 1u);
+  EXPECT_EQ(Text(*dataset, 0, 0), "\"");
+  EXPECT_EQ(Text(*dataset, 1, 0), "x\"y");
+  EXPECT_EQ(Text(*dataset, 2, 0), std::string(20, '"'));
+}
+
+TEST(DatasetLoaderCsv, ACarriageReturnAloneEndsALine) {
+  const auto dataset = Load("id,note\r1,\"two\rlines\"\r2,b\r");
+  ASSERT_EQ(dataset->GetCaseCount(), 2u);
+  EXPECT_EQ(Text(*dataset, 1, 0), "two\rlines");
+  EXPECT_EQ(Text(*dataset, 1, 1), "b");
+  // Lines are counted at each CR, and the text in a message shows the CR escaped.
+  EXPECT_EQ(LoadError("id\r1\r\"x\ry\"\r", R"({"variables":[{"name":"id","type":"numeric"}]})"),
+            "survey.csv:3: column 'id': 'x\\ry' is not a number");
+}
+
 TEST(DatasetLoaderCsv, ErrorsAfterAnEmbeddedNewlineCountTheRightLine) {
   // The quoted field of record 2 spans lines 2 and 3, so the bad number stands on line 4.
   const std::string message =
@@ -135,10 +158,33 @@ TEST(DatasetLoaderCsv, MalformedInputNamesFileLineAndColumn) {
       {"a,b\n1,\"x\"y\n", "survey.csv:2: column 'b': text after the closing quote"},
   };
   for (const Row& row : rows) EXPECT_EQ(LoadError(row.csv), row.message) << row.csv;
+  // Numbers no double holds stop the load wherever they stand: among numbers they are not
+  // a reason to read the column as text. Among text ("Nan" as a first name) they are text.
+  const Row undeclared[] = {
+      {"id,x\n1,2\n2,1e400\n",
+       "survey.csv:3: column 'x': '1e400' is out of the range of numbers (leave the field empty for a "
+       "missing value)"},
+      {"id,x\n1,NaN\n2,3\n",
+       "survey.csv:2: column 'x': 'NaN' is not a number (leave the field empty for a missing value)"},
+      {"id,x\n1,-inf\n",
+       "survey.csv:2: column 'x': '-inf' is not a number (leave the field empty for a missing value)"},
+      {"id,x\n1," + std::string(40000, 'y') + "\n2,z\n",
+       "survey.csv:2: column 'x': a text of 40000 bytes is longer than the limit of 32767 bytes"},
+      {"id,x\n1,caf\xE9\n",
+       "survey.csv:2: column 'x': byte 0xE9 at byte 4 of 'caf\\xE9' is not UTF-8 text (save the file as "
+       "UTF-8)"},
+      {std::string("id,x\n1,a\0b\n", 11),
+       "survey.csv:2: column 'x': byte 0x00 at byte 2 of 'a\\x00b' is not UTF-8 text (save the file as "
+       "UTF-8)"},
+      {"id,caf\xE9\n", "survey.csv:1: column 2: 'caf\\xE9' is not a valid variable name"},
+  };
+  for (const Row& row : undeclared) EXPECT_EQ(LoadError(row.csv), row.message) << row.csv.substr(0, 40);
+  EXPECT_EQ(Text(*Load("name\nNan\nAlice\n"), 0, 0), "Nan");
   const Row declared[] = {
       {"id,age\n1,31\n2,abc\n", "survey.csv:3: column 'age': 'abc' is not a number"},
       {"id,age\n1,inf\n", "survey.csv:2: column 'age': 'inf' is not a number"},
       {"id,age\n1,1.2.3\n", "survey.csv:2: column 'age': '1.2.3' is not a number"},
+      {"id,age\n1,-1e-400\n", "survey.csv:2: column 'age': '-1e-400' is out of the range of numbers"},
   };
   for (const Row& row : declared) EXPECT_EQ(LoadError(row.csv, numericAge), row.message) << row.csv;
 }

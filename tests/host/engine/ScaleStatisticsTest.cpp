@@ -1,6 +1,7 @@
 // ScaleStatisticsTest.cpp - scale summaries, weights, order statistics and confidence limits
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 #include "EngineTestSupport.h"
@@ -214,3 +215,20 @@ TEST(ScaleStatistics, EmptyAndSingleCaseCells) {
 }
 
 }  // namespace
+
+// A cube of summaries alone (no categorical variable, so a key of length 0), whose values
+// add up past the largest double: 1e308 + 1e308 + 0.5. The sum and mean are beyond the
+// range, the maximum is exact, and the cube names x among its overflowed variables.
+TEST(ScaleStatistics, SummariesWithoutCategoriesThatOverflowAreNamed) {
+  Harness harness("x\n1e308\n1e308\n0.5\n", R"({"variables":[{"name":"x","measure":"scale"}]})", false, true);
+  const int x = harness.Index("x");
+  AggregationCube* aggregationCube = harness._table->CreateCube();
+  CubeAggregator* cube = aggregationCube->CreateCubeAggregator();
+  aggregationCube->SetCILevel(95);
+  aggregationCube->AddScaleStatistics(Stats(x, {Codes::kStatSum, Codes::kStatMean, Codes::kStatMaximum}));
+  harness.RunGroup();
+  EXPECT_FALSE(std::isfinite(Value(*cube, Key({}), AggregationStatistic(x, Codes::kStatSum))));
+  EXPECT_DOUBLE_EQ(Value(*cube, Key({}), AggregationStatistic(x, Codes::kStatMaximum)), 1e308);
+  EXPECT_EQ(cube->GetOverflowVarIndices(), std::vector<int>{x});
+  EXPECT_EQ(harness._table->GetOverflowVarIndices(), std::vector<int>{x});
+}

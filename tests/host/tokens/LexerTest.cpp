@@ -234,7 +234,15 @@ INSTANTIATE_TEST_SUITE_P(
                       ErrorCase{"[COUNT 2x]", 1, 8, "malformed number '2x'"},
                       ErrorCase{"  1.5.2", 1, 3, "malformed number '1.5.2'"},
                       ErrorCase{"-3abc", 1, 1, "malformed number '-3abc'"},
-                      ErrorCase{"1e", 1, 1, "malformed number '1e'"}));
+                      ErrorCase{"1e", 1, 1, "malformed number '1e'"},
+                      // Commands are UTF-8: a Latin-1 letter is refused where it stands, even
+                      // in a comment or a literal.
+                      ErrorCase{"QUILT\n/TABLE caf\xE9.", 2, 11,
+                                "byte 0xE9 is not UTF-8 (save the command file as UTF-8)"},
+                      ErrorCase{"# caf\xE9\nQUILT", 1, 6,
+                                "byte 0xE9 is not UTF-8 (save the command file as UTF-8)"},
+                      ErrorCase{"x 'ab\xC3'", 1, 6,
+                                "byte 0xC3 is not UTF-8 (save the command file as UTF-8)"}));
 
 TEST(LexicalError, MessageNamesLineAndColumn) {
   EXPECT_STREQ(LexicalError(3, 14, "unterminated quoted text").what(),
