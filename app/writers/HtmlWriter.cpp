@@ -2,6 +2,7 @@
 #include "writers/HtmlWriter.h"
 
 #include <algorithm>
+#include <string>
 
 #include "writers/TableLayout.h"
 
@@ -119,6 +120,13 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     }
     out << "</caption>\n";
 
+    // The table's own data column widths, in points as the user gave them, on every data
+    // cell and on the column labels that stand over one column.
+    std::string widthStyle;
+    if (table.minDataColumnWidth > 0) widthStyle += "min-width:" + std::to_string(table.minDataColumnWidth) + "pt;";
+    if (table.maxDataColumnWidth > 0) widthStyle += "max-width:" + std::to_string(table.maxDataColumnWidth) + "pt;";
+    if (!widthStyle.empty()) widthStyle = " style=\"" + widthStyle + "\"";
+
     // Header rows: the corner spans the row-header columns and every header level.
     out << "<thead>\n";
     const int headerRows = std::max(columns.levels, 1);
@@ -133,6 +141,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
         out << "<th scope=\"" << (label.span > 1 ? "colgroup" : "col") << "\"";
         if (label.span > 1) out << " colspan=\"" << label.span << "\"";
         if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
+        if (label.span == 1) out << widthStyle;
         out << '>' << Escape(label.text) << "</th>";
       }
       if (columns.levels == 0) {
@@ -162,7 +171,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell =
             layout.GetCell(static_cast<int>(layerIndex), static_cast<int>(rowIndex), columnIndex);
-        out << "<td>" << Escape(cell.text);
+        out << "<td" << widthStyle << '>' << Escape(cell.text);
         if (!cell.markers.empty()) {
           std::string markers;
           for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;

@@ -56,7 +56,8 @@ const GoldenCase kGoldenCases[] = {
     {"empty-and-missing-texts",
      {"QUILT /FORMAT EMPTY='none' MISSING='n/a' /TABLE region > score [COUNT F3.0 MEAN F5.1] BY gender."}},
     {"column-widths",
-     {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT]."}},
+     {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT 'Number of cases' "
+      "COLPCT.COUNT '%']."}},
     {"hide-small-counts",
      {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT UCOUNT NEQUAL5.0]."}},
     {"decorations",
@@ -308,11 +309,15 @@ TEST(DeliveredTables, TitleCaptionCornerAndWidthsReachTheTable) {
   EXPECT_EQ(split[0]["title"], "Region, Wave: First");
   EXPECT_EQ(split[1]["title"], "Region, Wave: Second");
 
-  // 2 cm = 56.69 points and 3 cm = 85.04 points, cut to whole points.
-  const nlohmann::json widths =
-      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("column-widths").settings, "json")))[0];
+  // 2 cm = 56.69 points and 3 cm = 85.04 points, cut to whole points. The text golden shows
+  // them at 6 points a character: the "%" columns widened to 56 / 6 = 9 characters, the
+  // "Number of cases" columns wrapped at 85 / 6 = 14.
+  const RunSettings& widthSettings = FindGoldenCase("column-widths").settings;
+  const nlohmann::json widths = TablesOf(nlohmann::json::parse(RunOnSurvey(widthSettings, "json")))[0];
   EXPECT_EQ(widths["minDataColumnWidth"], 56);
   EXPECT_EQ(widths["maxDataColumnWidth"], 85);
+  EXPECT_NE(RunOnSurvey(widthSettings, "html").find("<td style=\"min-width:56pt;max-width:85pt;\">3</td>"),
+            std::string::npos);
 }
 
 TEST(DeliveredTables, SplitGroupsLaidOutTogetherGetNoGroupHeading) {
