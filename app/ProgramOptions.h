@@ -12,7 +12,7 @@ struct ProgramOptions {
   char delimiter = ',';                  // field separator of the CSV file
   std::vector<std::string> commandFiles; // command files, run in the order given ("-" is standard input)
   std::vector<std::string> commandTexts; // commands given with -e, run after the files
-  std::string format = "text";           // text | json | html
+  std::string format = "text";           // text | json | html | xlsx
   std::string outputPath;                // empty: standard output
   std::string weightVariable;            // overrides the dictionary's weight when not empty
   std::vector<std::string> splitVariables;  // overrides the dictionary's split variables when not empty

@@ -3,6 +3,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -92,7 +94,7 @@ int QuiltProgram::Main(int argc, char** argv) {
   app.add_option("--delimiter", delimiter, "field separator of the CSV file (one character, or 'tab')");
   app.add_option("-e,--execute", options.commandTexts, "command text to run (repeatable; after the files)");
   app.add_option("-f,--format", options.format, "output format")
-      ->check(CLI::IsMember({"text", "json", "html"}));
+      ->check(CLI::IsMember({"text", "json", "html", "xlsx"}));
   app.add_option("-o,--output", options.outputPath, "write there instead of standard output");
   app.add_option("--weight", options.weightVariable, "case weight variable, overriding the dictionary");
   // One argument, split at commas here: a list option would also swallow the command files
@@ -132,6 +134,14 @@ int QuiltProgram::Main(int argc, char** argv) {
     return kExitBadInvocation;
   }
   options.delimiter = delimiter[0];
+  // A workbook's bytes would only garble a terminal, and dumps written ahead of them would
+  // spoil the file.
+  if (options.outputPath.empty() && OutputWriter::Create(options.format, {})->IsBinary() &&
+      (::isatty(STDOUT_FILENO) || options.dumpTables || options.dumpParse)) {
+    std::cerr << "quilt: -f " << options.format << " writes a binary file: name it with -o"
+              << (options.dumpTables || options.dumpParse ? "" : ", or redirect standard output") << "\n";
+    return kExitBadInvocation;
+  }
   for (size_t start = 0; !splitList.empty() && start <= splitList.size();) {
     const size_t comma = std::min(splitList.find(',', start), splitList.size());
     if (comma > start) options.splitVariables.push_back(splitList.substr(start, comma - start));

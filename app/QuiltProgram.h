@@ -33,16 +33,21 @@ public:
   /// Where the bundled sample survey lives.
   static std::string DefaultDataPath();
 
-private:
+  /// One command as cut out of a file or a text.
   struct Command {
     std::string origin;  // file name, or "-e" for command-line text
     int firstLine = 1;   // line of the origin on which the command starts
     std::string text;
   };
 
+  /// Runs one command against the active data set, delivering into the current output
+  /// document; a command that cannot be read becomes a fatal message there. Other hosts of
+  /// the procedure (the Python module) run their commands through here too.
+  static void RunCommand(const Command& command);
+
+private:
   bool CollectCommands(std::vector<Command>& commands);
   bool LoadActiveDataSet();
-  void RunCommand(const Command& command);
   int WriteDocument(const OutputDocument& document, std::ostream& output);
 
   ProgramOptions _options;

@@ -34,3 +34,18 @@ function(quilt_test_suite name)
     QUILT_BINARY_DIR="${PROJECT_BINARY_DIR}")
   gtest_discover_tests(${name} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} DISCOVERY_TIMEOUT 60)
 endfunction()
+
+# quilt_python_test(NAME FILE [ENVIRONMENT var=value...]): one pytest file, run through
+# tests/python/run_pytest.sh, which reports the test skipped (exit 77, with the reason) where
+# Python, pytest or what the file needs is missing.
+function(quilt_python_test name file)
+  cmake_parse_arguments(ARG "" "" "ENVIRONMENT" ${ARGN})
+  set(python "")
+  if(Python3_Interpreter_FOUND)
+    set(python ${Python3_EXECUTABLE})
+  endif()
+  add_test(NAME ${name}
+           COMMAND bash ${PROJECT_SOURCE_DIR}/tests/python/run_pytest.sh "${python}" ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+  set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77
+    ENVIRONMENT "QUILT_SOURCE_DIR=${PROJECT_SOURCE_DIR};QUILT_BINARY=$<TARGET_FILE:quilt>;${ARG_ENVIRONMENT}")
+endfunction()

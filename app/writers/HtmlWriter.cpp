@@ -19,10 +19,12 @@ thead th{background:#eef;text-align:center}
 tbody th{background:#f6f6f6;text-align:left;font-weight:normal}
 td{text-align:right;font-variant-numeric:tabular-nums}
 tfoot td{text-align:left;border:none;font-size:0.9em}
+th[scope=col],th[scope=row]{white-space:nowrap}
+.table-scroll{overflow-x:auto;max-width:100%}
 .marker{font-size:0.8em;padding-left:0.2em}
 .message{padding:0.3em 0.6em;border-left:4px solid #c90}
 .message.error,.message.fatal{border-left-color:#c00}
-@media print{body{margin:0}thead{display:table-header-group}})";
+@media print{body{margin:0}thead{display:table-header-group}.table-scroll{overflow:visible}})";
 
 const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
   for (const HeaderLabel& label : axis.labels) {
@@ -32,6 +34,21 @@ const HeaderLabel* LabelAt(const AxisLayout& axis, int level, int index) {
     }
   }
   return nullptr;
+}
+
+// The ids of the header cells over column `index`, or beside row `index`, outermost first:
+// what the `headers` attribute of a data cell lists for screen readers and scrapers.
+std::string HeaderIds(const AxisLayout& axis, int index, const std::string& prefix) {
+  std::string ids;
+  const HeaderLabel* previous = nullptr;
+  for (int level = 0; level < axis.levels; ++level) {
+    const HeaderLabel* label = LabelAt(axis, level, index);
+    if (label == nullptr || label == previous) continue;
+    previous = label;
+    ids +=
+        (ids.empty() ? "" : " ") + prefix + std::to_string(label->level) + "-" + std::to_string(label->start);
+  }
+  return ids;
 }
 
 }  // namespace
@@ -105,8 +122,13 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const auto& layers = layout.GetLayers();
   // An empty table still gets one <table>, whose caption names it, even without a layer.
   const std::size_t layerCount = layout.IsEmpty() ? 1 : layers.size();
+  ++_tableCount;
   for (std::size_t layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
-    out << "<table>\n<caption>";
+    // Ids unique in the page: table, layer, axis, header level and first entry.
+    const std::string idPrefix =
+        "q" + std::to_string(_tableCount) + "-" + std::to_string(layerIndex + 1) + "-";
+    // A wide table scrolls in its own box; the page around it stays put.
+    out << "<div class=\"table-scroll\">\n<table>\n<caption>";
     // An empty table names itself, even where the outline carries its title.
     const bool titleShown = !table.titleHidden || layout.IsEmpty();
     if (titleShown) out << Escape(table.title) << Marks(layout.GetTitleMarks());
@@ -138,7 +160,8 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       }
       for (const HeaderLabel& label : columns.labels) {
         if (label.level != level) continue;
-        out << "<th scope=\"" << (label.span > 1 ? "colgroup" : "col") << "\"";
+        out << "<th id=\"" << idPrefix << "c" << label.level << "-" << label.start << "\" scope=\""
+            << (label.span > 1 ? "colgroup" : "col") << "\"";
         if (label.span > 1) out << " colspan=\"" << label.span << "\"";
         if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
         if (label.span == 1) out << widthStyle;
@@ -150,6 +173,9 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       out << "</tr>\n";
     }
     out << "</thead>\n<tbody>\n";
+    std::vector<std::string> columnIds;
+    for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
+      columnIds.push_back(HeaderIds(columns, columnIndex, idPrefix + "c"));
     if (layout.IsEmpty()) {
       out << "<tr><td colspan=\"" << totalColumns << "\">" << kNoCasesText << "</td></tr>\n";
     }
@@ -163,15 +189,22 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
           continue;
         }
         if (label->level != level || label->start != static_cast<int>(rowIndex)) continue;
-        out << "<th scope=\"" << (label->span > 1 ? "rowgroup" : "row") << "\"";
+        out << "<th id=\"" << idPrefix << "r" << label->level << "-" << label->start << "\" scope=\""
+            << (label->span > 1 ? "rowgroup" : "row") << "\"";
         if (label->span > 1) out << " rowspan=\"" << label->span << "\"";
         if (label->depth > 1) out << " colspan=\"" << label->depth << "\"";
         out << '>' << Escape(label->text) << "</th>";
       }
+      const std::string rowIds = HeaderIds(rows, static_cast<int>(rowIndex), idPrefix + "r");
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell =
             layout.GetCell(static_cast<int>(layerIndex), static_cast<int>(rowIndex), columnIndex);
-        out << "<td" << widthStyle << '>' << Escape(cell.text);
+        const std::string ids =
+            columnIds[static_cast<std::size_t>(columnIndex)] +
+            (columnIds[static_cast<std::size_t>(columnIndex)].empty() || rowIds.empty() ? "" : " ") + rowIds;
+        out << "<td";
+        if (!ids.empty()) out << " headers=\"" << ids << "\"";
+        out << widthStyle << '>' << Escape(cell.text);
         if (!cell.markers.empty()) {
           std::string markers;
           for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;
@@ -194,6 +227,6 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       }
       out << "</tfoot>\n";
     }
-    out << "</table>\n";
+    out << "</table>\n</div>\n";
   }
 }

@@ -7,11 +7,13 @@
 #include "writers/JsonWriter.h"
 #include "writers/TableLayout.h"
 #include "writers/TextWriter.h"
+#include "writers/XlsxWriter.h"
 
 std::unique_ptr<OutputWriter> OutputWriter::Create(const std::string& format, const WriterOptions& options) {
   if (format == "text") return std::make_unique<TextWriter>(options);
   if (format == "json") return std::make_unique<JsonWriter>();
   if (format == "html") return std::make_unique<HtmlWriter>();
+  if (format == "xlsx") return std::make_unique<XlsxWriter>();
   return nullptr;
 }
 

@@ -22,8 +22,12 @@ class OutputWriter {
  public:
   virtual ~OutputWriter() = default;
 
-  /// "text", "json" or "html"; any other name gives null.
+  /// "text", "json", "html" or "xlsx"; any other name gives null.
   static std::unique_ptr<OutputWriter> Create(const std::string& format, const WriterOptions& options);
+
+  /// True for a format whose bytes are not text (a workbook): they must reach the file
+  /// untouched, and are no use on a terminal.
+  virtual bool IsBinary() const { return false; }
 
   void Write(const OutputDocument& document, std::ostream& out);
 

@@ -316,7 +316,7 @@ TEST(DeliveredTables, TitleCaptionCornerAndWidthsReachTheTable) {
   const nlohmann::json widths = TablesOf(nlohmann::json::parse(RunOnSurvey(widthSettings, "json")))[0];
   EXPECT_EQ(widths["minDataColumnWidth"], 56);
   EXPECT_EQ(widths["maxDataColumnWidth"], 85);
-  EXPECT_NE(RunOnSurvey(widthSettings, "html").find("<td style=\"min-width:56pt;max-width:85pt;\">3</td>"),
+  EXPECT_NE(RunOnSurvey(widthSettings, "html").find(" style=\"min-width:56pt;max-width:85pt;\">3</td>"),
             std::string::npos);
 }
 
