@@ -2,6 +2,7 @@
 #include "writers/HtmlWriter.h"
 
 #include <algorithm>
+#include <string>
 
 #include "writers/TableLayout.h"
 
@@ -131,6 +132,13 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     }
     out << "</caption>\n";
 
+    // The table's own data column widths, in points as the user gave them, on every data
+    // cell and on the column labels that stand over one column.
+    std::string widthStyle;
+    if (table.minDataColumnWidth > 0) widthStyle += "min-width:" + std::to_string(table.minDataColumnWidth) + "pt;";
+    if (table.maxDataColumnWidth > 0) widthStyle += "max-width:" + std::to_string(table.maxDataColumnWidth) + "pt;";
+    if (!widthStyle.empty()) widthStyle = " style=\"" + widthStyle + "\"";
+
     // Header rows: the corner spans the row-header columns and every header level.
     out << "<thead>\n";
     const int headerRows = std::max(columns.levels, 1);
@@ -146,6 +154,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
             << (label.span > 1 ? "colgroup" : "col") << "\"";
         if (label.span > 1) out << " colspan=\"" << label.span << "\"";
         if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
+        if (label.span == 1) out << widthStyle;
         out << '>' << Escape(label.text) << "</th>";
       }
       if (columns.levels == 0) {
@@ -185,7 +194,7 @@ void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
             (columnIds[static_cast<std::size_t>(columnIndex)].empty() || rowIds.empty() ? "" : " ") + rowIds;
         out << "<td";
         if (!ids.empty()) out << " headers=\"" << ids << "\"";
-        out << '>' << Escape(cell.text);
+        out << widthStyle << '>' << Escape(cell.text);
         if (!cell.markers.empty()) {
           std::string markers;
           for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;

@@ -1,6 +1,7 @@
 // TableLayout.cpp - axis combinations, header spans and the cell grid
 #include "writers/TableLayout.h"
 
+#include <algorithm>
 #include <map>
 
 #include "host/QuiltAssert.h"
@@ -186,4 +187,21 @@ const LayoutCell& TableLayout::GetCell(int layerIndex, int rowIndex, int columnI
       static_cast<std::size_t>(columnIndex);
   QUILT_ASSERT(index < _cells.size(), "cell outside the layout");
   return _cells[index];
+}
+
+namespace {
+
+int PointsToCharacters(int points) {
+  if (points <= 0) return 0;
+  return std::max(1, (points + TableLayout::kPointsPerCharacter / 2) / TableLayout::kPointsPerCharacter);
+}
+
+}  // namespace
+
+int TableLayout::GetMinDataColumnCharacters() const {
+  return PointsToCharacters(_table->minDataColumnWidth);
+}
+
+int TableLayout::GetMaxDataColumnCharacters() const {
+  return PointsToCharacters(_table->maxDataColumnWidth);
 }

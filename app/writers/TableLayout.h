@@ -62,6 +62,13 @@ class TableLayout {
   bool IsEmpty() const { return _rows.entries.empty() || _columns.entries.empty() || _layers.empty(); }
   /// Note marks after the title: those of the table notes.
   const std::vector<std::string>& GetTitleMarks() const { return _table->tableNoteMarks; }
+  /// The data column widths the table asks for (FORMAT MINCOLWIDTH, MAXCOLWIDTH), in
+  /// characters of fixed-width text at kPointsPerCharacter, rounded, at least 1; 0 where
+  /// the table sets none.
+  int GetMinDataColumnCharacters() const;
+  int GetMaxDataColumnCharacters() const;
+  /// A character of fixed-width text is taken as 6 points wide: 12 characters to the inch.
+  static constexpr int kPointsPerCharacter = 6;
 
  private:
   const DeliveredTable* _table;

@@ -250,6 +250,11 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     const int wanted = LabelWidth(table.corner, kMaxRowLabelWidth);
     if (wanted > available) rowWidths.back() += wanted - available;
   }
+  // The table's own data column widths: labels wrap at the maximum, which never cuts a
+  // cell's text; the minimum widens narrower columns.
+  const int minCharacters = layout.GetMinDataColumnCharacters();
+  const int maxCharacters = layout.GetMaxDataColumnCharacters();
+  const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
   std::vector<int> dataWidths(static_cast<std::size_t>(columnCount), 1);
   for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
     for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
@@ -260,6 +265,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       }
     }
   }
+  const std::vector<int> cellWidths = dataWidths;
   // Spanning labels are widened into their last column; narrow ones first.
   std::vector<HeaderLabel> bySpan = columns.labels;
   std::stable_sort(bySpan.begin(), bySpan.end(),
@@ -269,9 +275,14 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     for (int column = label.start; column < label.start + label.span; ++column) {
       available += dataWidths[static_cast<std::size_t>(column)];
     }
-    const int wanted = LabelWidth(label.text, kMaxLabelWidth * label.span);
+    const int wanted = LabelWidth(label.text, labelLimit * label.span);
     if (wanted > available)
       dataWidths[static_cast<std::size_t>(label.start + label.span - 1)] += wanted - available;
+  }
+  for (std::size_t column = 0; column < dataWidths.size(); ++column) {
+    int& width = dataWidths[column];
+    if (maxCharacters > 0) width = std::min(width, std::max(maxCharacters, cellWidths[column]));
+    width = std::max(width, minCharacters);
   }
 
   // Row labels wrap like column labels when the row headers leave too little room for data:

@@ -191,7 +191,11 @@ void SyntaxFormatSubcommand::ValidateAndCommit(const std::string& text) {
     SyntaxParserUtility::IncompleteSubcommand(this, text);
   }
   if (data._unitsSet && !data._minSet && !data._maxSet) {
-    SyntaxParserUtility::OrphanUnitAttribute(this, "UNITS");
+    // The warning names the unit given, as the reader wrote it.
+    const char* unit = data._units == PresentationCodes::kUnitsInches ? "INCHES"
+                       : data._units == PresentationCodes::kUnitsCm   ? "CM"
+                                                                      : "POINTS";
+    SyntaxParserUtility::OrphanUnitAttribute(this, std::string("UNITS=") + unit);
   }
   if (!data._minIsDefault) {
     data._minWidth = data.ToPoints(data._minWidth);

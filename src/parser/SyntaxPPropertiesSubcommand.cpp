@@ -56,15 +56,22 @@ SyntaxConverter* SyntaxPPropertiesSubcommand::AttributeString(const std::string&
                                                               TARN_TokenSequence* /*tokens*/) {
   PPROPERTIESData& data = *_ppData;
   AssertIntegrity(text);
+  // A keyword given again replaces what it gave before: the later value stands.
   if (KeywordMatch(text.c_str(), "LABEL")) {
     if (data._labelSet) {
       SyntaxParserUtility::DuplicateWarning(this, "LABEL");
+      data._labels.clear();
     }
     data._labelSet = true;
     data._state = kStateLabel;
   } else if (KeywordMatch(text.c_str(), "FORMAT")) {
     if (data._formatSet) {
       SyntaxParserUtility::DuplicateWarning(this, "FORMAT");
+      // The earlier statistics stay children of the subcommand, which owns them, but no
+      // longer count.
+      data._formats.clear();
+      _statisticsSeen = false;
+      _measurementSet = false;
     }
     data._formatSet = true;
     data._state = kStateFormat;

@@ -196,6 +196,8 @@ class SyntaxParserUtility {
   static void SigTestUnWeightWarning(const std::string& title, SignificanceTestType testType);
   static void SigTestMixedStatWarning(const std::string& title, SignificanceTestType testType);
   static void SigTestNoCubeWarning(const std::string& title, SignificanceTestType testType);
+  /// No subtable is left to test because the variables to test are sets and INCLUDEMRSETS=NO.
+  static void SigTestOnlyExcludedSets(const std::string& title, SignificanceTestType testType);
   static void SigTestRowColVarSame(const std::string& title, SignificanceTestType testType);
   static void SigTestScaleVarInCol(const std::string& title, SignificanceTestType testType);
   static void SigTestMergedNoPValue();

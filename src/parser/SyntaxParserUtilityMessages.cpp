@@ -524,6 +524,13 @@ void SyntaxParserUtility::SigTestNoCubeWarning(const std::string& title, Signifi
               title, /*withTitle=*/true);
 }
 
+void SyntaxParserUtility::SigTestOnlyExcludedSets(const std::string& title, SignificanceTestType testType) {
+  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. Only excluded sets.",
+                         "Column proportions skipped in ^1 table. Only excluded sets.",
+                         "Pairwise comparisons skipped in ^1 table. Only excluded sets."),
+              title, /*withTitle=*/true);
+}
+
 void SyntaxParserUtility::SigTestRowColVarSame(const std::string& title, SignificanceTestType /*testType*/) {
   Warn("Chi-square skipped in ^1 table. Row and column vars are same.", {title});
 }

@@ -28,6 +28,7 @@ struct TestReasons {
   bool unweight = false;       // an unweighted table without any counts or means
   bool mixed = false;          // weighted and unweighted statistics side by side
   bool scaleInColumn = false;  // a summarized variable outside the rows
+  bool setsExcluded = false;   // a multiple response set to test, left out by INCLUDEMRSETS=NO
 };
 
 }  // namespace
@@ -206,7 +207,12 @@ bool ReportReasons(const TestReasons& reasons, const std::string& title, Signifi
     SyntaxParserUtility::SigTestMixedStatWarning(title, type);
   }
   if (reasons.eligible == 0) {
-    SyntaxParserUtility::SigTestNoCubeWarning(title, type);
+    // Sets that INCLUDEMRSETS=NO leaves out are the reason the reader can act on.
+    if (reasons.setsExcluded) {
+      SyntaxParserUtility::SigTestOnlyExcludedSets(title, type);
+    } else {
+      SyntaxParserUtility::SigTestNoCubeWarning(title, type);
+    }
     return false;
   }
   return true;
@@ -239,6 +245,9 @@ bool SyntaxTableSubcommand::ValidateChiSquareTest(bool includeMRSets) {
       case 8:
         reasons.weight = true;
         break;
+      case 2:
+        reasons.setsExcluded = true;
+        break;
       default:
         break;  // the cube is just not tested
     }
@@ -268,6 +277,9 @@ bool SyntaxTableSubcommand::ValidateColPropTest(bool includeMRSets) {
       case 7:
         reasons.weight = true;
         break;
+      case 2:
+        reasons.setsExcluded = true;
+        break;
       default:
         break;
     }
@@ -290,6 +302,9 @@ bool SyntaxTableSubcommand::ValidateMeanPropTest(bool includeMRSets) {
         break;
       case 4:
         reasons.scaleInColumn = true;
+        break;
+      case 2:
+        reasons.setsExcluded = true;
         break;
       default:
         break;

@@ -20,6 +20,7 @@
 #include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
+#include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablerenderer/BPTreeNode.h"
@@ -45,6 +46,16 @@ const SyntaxTablesCommand* CommandOf(SyntaxTableSubcommand* subcommand) {
   SyntaxConverter* top = subcommand->TopParent();
   if (top == nullptr || top->GetType() != kConverterCommand) return nullptr;
   return static_cast<const SyntaxTablesCommand*>(top);
+}
+
+/// True when the table has a multiple response set: a test without trees that leaves sets
+/// out (INCLUDEMRSETS=NO) lost them for that reason.
+bool HasSet(SyntaxTableSubcommand* subcommand) {
+  if (subcommand == nullptr) return false;
+  for (const SyntaxVariableName* variable : subcommand->GetTableVarList()) {
+    if (variable->GetType() == kConverterMRSet) return true;
+  }
+  return false;
 }
 
 /// The dimensions of a table and of its test tables, by the header tree that fills them.
@@ -228,11 +239,15 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, BpPivotTable& p
     const SigTestSettings& setting = allSettings[k];
     const std::vector<HeaderTreeNode*>& trees = allTrees[k];
     if (trees.size() < 2) {
+      const bool setsLeftOut = !setting._includeMRSets && HasSet(_subcommand);
       const char* key = setting._type == TableEncryptionCodes::kSigTestChiSquare
-                            ? "Chi-square skipped in ^1 table. No eligible cube."
-                            : setting._type == TableEncryptionCodes::kSigTestProportions
-                                  ? "Column proportions skipped in ^1 table. No eligible cube."
-                                  : "Pairwise comparisons skipped in ^1 table. No eligible cube.";
+                            ? (setsLeftOut ? "Chi-square skipped in ^1 table. Only excluded sets."
+                                           : "Chi-square skipped in ^1 table. No eligible cube.")
+                        : setting._type == TableEncryptionCodes::kSigTestProportions
+                            ? (setsLeftOut ? "Column proportions skipped in ^1 table. Only excluded sets."
+                                           : "Column proportions skipped in ^1 table. No eligible cube.")
+                            : (setsLeftOut ? "Pairwise comparisons skipped in ^1 table. Only excluded sets."
+                                           : "Pairwise comparisons skipped in ^1 table. No eligible cube.");
       BpComposite skipped(key, true);
       if (_subcommand != nullptr && _subcommand->HasTitle()) {
         skipped.Add(BpString(getUserText(_subcommand->GetTitle()), false));

@@ -26,7 +26,9 @@ constexpr const char* kDictionary = R"({"variables": [
   {"name": "region", "label": "Region", "values": {"1": "North", "2": "South"}},
   {"name": "gender", "label": "Gender", "values": {"1": "Male", "2": "Female"}},
   {"name": "score", "label": "Score", "format": "F4.1", "measure": "scale"},
-  {"name": "wave", "label": "Wave", "values": {"1": "First", "2": "Second"}}]})";
+  {"name": "wave", "label": "Wave", "values": {"1": "First", "2": "Second"}}],
+ "mrsets": [{"name": "$ones", "label": "Answered 1", "type": "dichotomies", "counted": 1,
+             "variables": ["region", "gender"]}]})";
 
 struct RunCase {
   const char* name;
@@ -141,6 +143,34 @@ const WordingCase kWordingCases[] = {
     {{"long-texts", "QUILT /TABLE region /TITLES TITLE='" + kLongText + "' CAPTION='" + kLongText + "'."},
      {"warning: Subcommand TITLES: the text after TITLE is longer than 1023 bytes; only its first 1023 bytes "
       "are used."}},
+    // ORDER, KEY and MISSING against an explicit list, in the same subcommand or for the variable.
+    {{"order-with-list", "QUILT /TABLE region /CATEGORIES VARIABLES=region [1, 2] ORDER=D."},
+     {"fatal: -e:1:63: Subcommand CATEGORIES: ORDER, KEY and MISSING cannot be combined with an explicit category "
+      "list: the list itself fixes the categories and their order (name MISSING in the list to show missing "
+      "values)."}},
+    {{"missing-then-list",
+      "QUILT /TABLE region /CATEGORIES VARIABLES=region MISSING=INCLUDE /CATEGORIES VARIABLES=region [1, 2]."},
+     {"fatal: -e:1:100: Subcommand CATEGORIES: variable region has an explicit category list, which cannot be combined "
+      "with ORDER, KEY or MISSING: the list itself fixes the categories and their order (name MISSING in the "
+      "list to show missing values)."}},
+    {{"units-without-width", "QUILT /FORMAT UNITS=cm /TABLE region."},
+     {"warning: Subcommand FORMAT: UNITS=CM is given without MINCOLWIDTH or MAXCOLWIDTH; there is no width to "
+      "convert, so it is ignored."}},
+    // The set is the only variable to test: refused when the table is read, or, standing alone
+    // in the columns, when its test trees come out empty.
+    {{"chi-square-sets-left-out", "QUILT /TABLE $ones BY wave /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO."},
+     {"warning: Subcommand TABLE: the counted value has different value labels in the multiple dichotomy set "
+      "$ones.",
+      "warning: The chi-square test is not performed for table 1 because the variables it would test are "
+      "multiple response sets, which INCLUDEMRSETS=NO leaves out."}},
+    {{"means-sets-left-out", "QUILT /TABLE score BY $ones /COMPARETEST TYPE=MEAN INCLUDEMRSETS=NO."},
+     {"warning: Subcommand TABLE: the counted value has different value labels in the multiple dichotomy set "
+      "$ones.",
+      "warning: Pairwise comparisons of column means are not performed for table 1 because the variables it "
+      "would test are multiple response sets, which INCLUDEMRSETS=NO leaves out."}},
+    {{"chi-square-without-columns", "QUILT /TABLE region /SIGTEST TYPE=CHISQUARE."},
+     {"warning: The chi-square test is not performed for table 1 because no subtable crosses a categorical row "
+      "variable with a categorical column variable (subtables with a scale variable are not tested)."}},
     {{"no-cases", "QUILT /TABLE region.", "", "", "region,gender,score,wave,zero\n"},
      {"fatal: There are no cases in the active data set. No tables were produced."}},
 };

@@ -12,6 +12,7 @@
 #include "parser/Statistics.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxMRVariableSet.h"
+#include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -145,6 +146,22 @@ const DuplicateCase kDuplicateCases[] = {
      [](SyntaxTablesCommand& root) {
        ASSERT_NE(VariableOf(root, "$dich"), nullptr);
        EXPECT_EQ(VariableOf(root, "$dich")->GetVLabelsOption(), PC::kVLabelNone);
+     }},
+    {"PPropertiesLabelTwice",
+     "QUILT /PCOMPUTE &c = EXPR([1] + [2]) /PPROPERTIES &c LABEL='first' LABEL='second' 'line' /TABLE a.",
+     kDuplicate,
+     {"PPROPERTIES", "LABEL"},
+     [](SyntaxTablesCommand& root) {
+       ASSERT_EQ(root.GetPPropertiesSubcommands().size(), 1u);
+       EXPECT_EQ(root.GetPPropertiesSubcommands()[0]->GetPLabel(), (std::vector<std::string>{"second", "line"}));
+     }},
+    {"PPropertiesFormatTwice", "QUILT /PCOMPUTE &c = EXPR([1] + [2]) /PPROPERTIES &c FORMAT=COUNT FORMAT=MEAN /TABLE a.",
+     kDuplicate,
+     {"PPROPERTIES", "FORMAT"},
+     [](SyntaxTablesCommand& root) {
+       const auto& formats = root.GetPPropertiesSubcommands().at(0)->GetPFormat();
+       ASSERT_EQ(formats.size(), 1u);
+       EXPECT_EQ(formats[0]->GetStatType(), TEC::kStatMean);
      }},
     {"WeightVariableTwice", "QUILT /WEIGHT VARIABLE=a VARIABLE=w /TABLE b.", kDuplicate, {"WEIGHT", "VARIABLE"},
      [](SyntaxTablesCommand& root) {

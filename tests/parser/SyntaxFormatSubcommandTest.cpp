@@ -94,11 +94,11 @@ TEST(SyntaxFormatSubcommandTest, DefaultCancelsANumericWidth) {
 
 TEST(SyntaxFormatSubcommandTest, UnitsWithoutAWidthWarn) {
   Fixture fixture;
-  const EventOutcome outcome = fixture.Run({Key("UNITS"), Word("POINTS")});
+  const EventOutcome outcome = fixture.Run({Key("UNITS"), Word("cm")});
   ASSERT_FALSE(outcome.threw);
   ASSERT_EQ(outcome.reported.size(), 1u);
   EXPECT_EQ(outcome.reported[0].key, "Subcommand ^1. Units ^2 with no col width.");
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"FORMAT", "UNITS"}));
+  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"FORMAT", "UNITS=CM"}));
 }
 
 TEST(SyntaxFormatSubcommandTest, EmptyAndMissingTexts) {

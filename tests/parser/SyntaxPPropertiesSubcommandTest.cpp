@@ -96,16 +96,6 @@ TEST(SyntaxPPropertiesSubcommandTest, LaterFormatOfTheSameStatisticWins) {
   EXPECT_EQ(parse.Reported()[0].level, kWarning);
 }
 
-TEST(SyntaxPPropertiesSubcommandTest, SecondLabelKeywordWarnsAndAddsItsText) {
-  KeptParse parse("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='x' LABEL='y' /TABLE q1.");
-  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-  ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Text ^2. Duplicate warning.");
-  EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"PPROPERTIES", "LABEL"}));
-  EXPECT_EQ(parse.Reported()[0].level, kWarning);
-  EXPECT_EQ(parse.Root()->GetPPropertiesSubcommands()[0]->GetPLabel(), (std::vector<std::string>{"x", "y"}));
-}
-
 struct MessageCase {
   const char* name;
   const char* command;

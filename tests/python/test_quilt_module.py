@@ -124,7 +124,7 @@ def test_messages_errors_and_drawings():
     with pytest.raises(quilt.CommandError) as raised:
         quilt.run("QUILT /TABLE gender.\nQUILT /TABLE region BY nosuch.", data=SURVEY)
     assert raised.value.message == "Unrecognized variable nosuch in the TABLE subcommand."
-    assert raised.value.place == "<command>:2"
+    assert raised.value.place == "<command>:2:24"
     assert [table.title for table in raised.value.results] == ["Quilt Table 1"]
 
     with pytest.raises(quilt.CommandError) as raised:

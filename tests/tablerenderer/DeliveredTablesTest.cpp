@@ -56,7 +56,8 @@ const GoldenCase kGoldenCases[] = {
     {"empty-and-missing-texts",
      {"QUILT /FORMAT EMPTY='none' MISSING='n/a' /TABLE region > score [COUNT F3.0 MEAN F5.1] BY gender."}},
     {"column-widths",
-     {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT]."}},
+     {"QUILT /FORMAT MINCOLWIDTH=2 MAXCOLWIDTH=3 UNITS=CM /TABLE region BY gender [COUNT 'Number of cases' "
+      "COLPCT.COUNT '%']."}},
     {"hide-small-counts",
      {"QUILT /HIDESMALLCOUNTS COUNT=5 /TABLE region [COUNT COLPCT.COUNT UCOUNT NEQUAL5.0]."}},
     {"decorations",
@@ -95,6 +96,14 @@ const GoldenCase kGoldenCases[] = {
      {"QUILT /TABLE region BY gender BY wave [COUNT COLPCT.COUNT] /SLABELS VISIBLE=NO."}},
     {"three-dimensions-rowlabels-opposite",
      {"QUILT /TABLE region BY gender BY wave [COUNT] /CLABELS ROWLABELS=OPPOSITE."}},
+    // Stacked questions whose values first occur in different orders, so that each has its
+    // own encodings of the same answers.
+    {"clabels-stacked-rowlabels-opposite",
+     delivered::OnBundledSurvey("QUILT /PCOMPUTE &low = EXPR([1] + [2]) /TABLE q1 + q2 + q3 BY gender "
+                                "/CLABELS ROWLABELS=OPPOSITE /CATEGORIES VARIABLES=q1 q2 q3 [1, 2, &low].")},
+    {"clabels-stacked-collabels-opposite",
+     delivered::OnBundledSurvey("QUILT /TABLE gender BY q1 + q2 + q3 /CLABELS COLLABELS=OPPOSITE "
+                                "/CATEGORIES VARIABLES=q1 q2 q3 [1, 2].")},
     {"totals-on-both-axes",
      {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=region [1, 2, SUBTOTAL='N+S', 3] "
       "TOTAL=YES /CATEGORIES VARIABLES=gender TOTAL=YES LABEL='Both' POSITION=BEFORE."}},
@@ -233,6 +242,14 @@ const CellCase kCellCases[] = {
     {"three-dimensions-statistics-in-layers", 0, {{"Region", "East"}, {"Gender", "Male"}, {"Wave", "Second", "Column %"}}, {"33.3%"}},
     {"three-dimensions-statistics-hidden", 0, {{"Region", "North"}, {"Gender", "Male"}, {"Wave", "First"}}, {"2", "40.0%"}},
     {"three-dimensions-rowlabels-opposite", 0, {{"Region"}, {"Gender", "Female", "North", "Count"}, {"Wave", "Second"}}, {"2"}},
+    // Bundled survey, pandas.crosstab(q, gender): q2 male 1: 78, 2: 183, female 89, 171;
+    // q3 male 1: 78, female 1: 81. The computed column stands once for all three questions.
+    {"clabels-stacked-rowlabels-opposite", 0, {{"Satisfaction: Value for money"}, {"Gender", "Male", "Very dissatisfied", "Count"}, {}}, {"78"}},
+    {"clabels-stacked-rowlabels-opposite", 0, {{"Satisfaction: Value for money"}, {"Gender", "Male", "Dissatisfied", "Count"}, {}}, {"183"}},
+    {"clabels-stacked-rowlabels-opposite", 0, {{"Satisfaction: Staff friendliness"}, {"Gender", "Female", "Very dissatisfied", "Count"}, {}}, {"81"}},
+    {"clabels-stacked-rowlabels-opposite", 0, {{"Satisfaction: Value for money"}, {"Gender", "Female", "[1]+[2]", "Count"}, {}}, {"260"}},
+    {"clabels-stacked-collabels-opposite", 0, {{"Gender", "Male", "Dissatisfied"}, {"Satisfaction: Value for money", "Count"}, {}}, {"183"}},
+    {"clabels-stacked-collabels-opposite", 0, {{"Gender", "Female", "Very dissatisfied"}, {"Satisfaction: Staff friendliness", "Count"}, {}}, {"81"}},
     // N+S: males 3 + 2 = 5 of 8 = 62.5%, all six females; the total column comes first.
     {"totals-on-both-axes", 0, {{"Region", "N+S"}, {"Gender", "Male", "Column %"}, {}}, {"62.5%"}},
     {"totals-on-both-axes", 0, {{"Region", "N+S"}, {"Gender", "Both", "Count"}, {}}, {"11"}},
@@ -292,11 +309,15 @@ TEST(DeliveredTables, TitleCaptionCornerAndWidthsReachTheTable) {
   EXPECT_EQ(split[0]["title"], "Region, Wave: First");
   EXPECT_EQ(split[1]["title"], "Region, Wave: Second");
 
-  // 2 cm = 56.69 points and 3 cm = 85.04 points, cut to whole points.
-  const nlohmann::json widths =
-      TablesOf(nlohmann::json::parse(RunOnSurvey(FindGoldenCase("column-widths").settings, "json")))[0];
+  // 2 cm = 56.69 points and 3 cm = 85.04 points, cut to whole points. The text golden shows
+  // them at 6 points a character: the "%" columns widened to 56 / 6 = 9 characters, the
+  // "Number of cases" columns wrapped at 85 / 6 = 14.
+  const RunSettings& widthSettings = FindGoldenCase("column-widths").settings;
+  const nlohmann::json widths = TablesOf(nlohmann::json::parse(RunOnSurvey(widthSettings, "json")))[0];
   EXPECT_EQ(widths["minDataColumnWidth"], 56);
   EXPECT_EQ(widths["maxDataColumnWidth"], 85);
+  EXPECT_NE(RunOnSurvey(widthSettings, "html").find(" style=\"min-width:56pt;max-width:85pt;\">3</td>"),
+            std::string::npos);
 }
 
 TEST(DeliveredTables, SplitGroupsLaidOutTogetherGetNoGroupHeading) {

@@ -44,6 +44,12 @@ class AggregationCategory {
   std::vector<const TARN_Format*> GetPCDecimal() const;
   /// A user-missing value shown as a category (MISSING=INCLUDE or named in a list).
   bool IsMissingCategory() const { return _isMissing; }
+  /// True when `other`, a category of this or of another variable, shows the same category:
+  /// same kind and label, and the same value (a value category), computation (a computed
+  /// category) or encoding (any other).
+  /// Stacked variables whose labels share one header place are merged, and their cells
+  /// found, by this rule.
+  bool IsSameAs(const AggregationCategory& other) const;
 
   void SetCatLabel(const std::string& text, bool isDefault) {
     _label = text;

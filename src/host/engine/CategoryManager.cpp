@@ -1,28 +1,9 @@
 // CategoryManager.cpp - merges the category lists of variables that share a header place
 #include "host/engine/CategoryManager.h"
 
-#include <cstring>
-
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationVariable.h"
 #include "host/engine/TableDimension.h"
-
-namespace {
-
-bool SameCategory(const AggregationCategory& left, const AggregationCategory& right) {
-  if (left.GetCatType() != right.GetCatType() || left.GetCatLabel() != right.GetCatLabel()) {
-    return false;
-  }
-  if (left.GetCatType() != AggregationCategory::kValue) {
-    return left.GetCatEncoding() == right.GetCatEncoding();
-  }
-  if (left.GetValueType() != right.GetValueType()) return false;
-  const std::size_t bytes =
-      left.GetValueType() == 0 ? sizeof(double) : static_cast<std::size_t>(left.GetValueType());
-  return std::memcmp(left.GetCatValue(), right.GetCatValue(), bytes) == 0;
-}
-
-}  // namespace
 
 struct CategoryManager::Data {
   std::vector<AggregationCategory*> _categories;
@@ -46,7 +27,7 @@ void CategoryManager::AddCategories(const std::vector<AggregationCategory*>& cat
   for (AggregationCategory* candidate : categories) {
     bool present = false;
     for (const AggregationCategory* own : _data->_categories) {
-      present = present || SameCategory(*own, *candidate);
+      present = present || own->IsSameAs(*candidate);
     }
     if (!present) _data->_categories.push_back(candidate);
   }

@@ -599,9 +599,11 @@ const double* CubeAggregator::GetValuePtr(int record, const CellKey& key) const 
 
 namespace {
 
-// Encodings of a category vector; false when a computed category is among them.
-bool EncodingsOf(const std::vector<const AggregationCategory*>& categories, int length,
-                 std::vector<int>& codes) {
+// Encodings of a category vector; false when a computed category is among them, or when
+// the carried category has no counterpart in the variable at its position.
+bool EncodingsOf(const std::vector<const AggregationCategory*>& categories, int carriedIndex,
+                 const std::vector<TableDimension*>& dimensions, std::vector<int>& codes) {
+  const int length = static_cast<int>(dimensions.size());
   codes.assign(static_cast<std::size_t>(length), kCellKeyTotal);
   const int n = std::min(length, static_cast<int>(categories.size()));
   for (int i = 0; i < n; ++i) {
@@ -611,6 +613,12 @@ bool EncodingsOf(const std::vector<const AggregationCategory*>& categories, int 
         category->GetCatType() == AggregationCategory::kNone) {
       return false;
     }
+    // The header of stacked variables whose labels moved holds the first variable's
+    // categories; encodings are each variable's own, so the carried one is translated.
+    if (i == carriedIndex) {
+      category = dimensions[static_cast<unsigned>(i)]->FindCounterpart(*category);
+      if (category == nullptr) return false;
+    }
     codes[static_cast<unsigned>(i)] = category->GetCatEncoding();
   }
   return true;
@@ -619,19 +627,17 @@ bool EncodingsOf(const std::vector<const AggregationCategory*>& categories, int 
 }  // namespace
 
 int CubeAggregator::GetCellStatus(const std::vector<const AggregationCategory*>& categories,
-                                  int /*carriedIndex*/) const {
+                                  int carriedIndex) const {
   std::vector<int> codes;
-  if (!EncodingsOf(categories, GetKeyLength(), codes)) return 0;
+  if (!EncodingsOf(categories, carriedIndex, _data->_dimensions, codes)) return 0;
   const Cell* cell = _data->Find(codes.data());
   return cell != nullptr && cell->_total._u > 0.0 ? 1 : 0;
 }
 
 StatValues* CubeAggregator::GetStatValues(const std::vector<const AggregationCategory*>& categories,
-                                          int /*carriedIndex*/) const {
-  // A carried category sits in the vector at its own position already, so the encodings
-  // address the cell whatever the carried index.
+                                          int carriedIndex) const {
   std::vector<int> codes;
-  if (!EncodingsOf(categories, GetKeyLength(), codes)) return nullptr;
+  if (!EncodingsOf(categories, carriedIndex, _data->_dimensions, codes)) return nullptr;
   CellKey key(GetKeyLength());
   for (int i = 0; i < GetKeyLength(); ++i) key[i] = codes[static_cast<unsigned>(i)];
   return GetStatValuesByKey(key);

@@ -47,6 +47,10 @@ class CubeAggregator {
   const double* GetCountMeanVariance(int record, const CellKey& key) const;
   /// The record's count in the cell, or null.
   const double* GetValuePtr(int record, const CellKey& key) const;
+  /// Cells by a vector of categories, one per position. `carriedIndex` is -1, or the
+  /// position of a category carried from another dimension: it may be a category of a
+  /// sibling variable sharing the header place, and is read as this position's own
+  /// category of the same value and label; a cell of a value this variable lacks is empty.
   /// 0 when the cell holds no case, else 1.
   int GetCellStatus(const std::vector<const AggregationCategory*>& categories, int carriedIndex) const;
   /// The values of a cell, or null when it holds nothing. Owned by the aggregator and

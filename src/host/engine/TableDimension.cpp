@@ -925,6 +925,13 @@ void TableDimension::Reset() {
   _data->_complete = false;
 }
 
+const AggregationCategory* TableDimension::FindCounterpart(const AggregationCategory& category) const {
+  for (const AggregationCategory* own : _data->_categories) {
+    if (own == &category || own->IsSameAs(category)) return own;
+  }
+  return nullptr;
+}
+
 const AggregationCategory* TableDimension::FindCategory(int encoding) const {
   for (const AggregationCategory* category : _data->_categories) {
     if (category->GetCatEncoding() == encoding) return category;

@@ -114,6 +114,10 @@ class TableDimension {
   void Reset();
   /// The category with this encoding, null when there is none.
   const AggregationCategory* FindCategory(int encoding) const;
+  /// This dimension's own category for `category`, which may belong to a sibling variable
+  /// whose labels share the header place (AggregationCategory::IsSameAs); null when this
+  /// variable has no such category in the current group.
+  const AggregationCategory* FindCounterpart(const AggregationCategory& category) const;
 
  private:
   struct Data;
