@@ -1,4 +1,5 @@
-// QuiltTable.h - the table record: preliminary and final header trees, sub-table slots, axis cubes, test trees
+// QuiltTable.h - the table record: preliminary and final header trees, sub-table slots, axis cubes, test
+// trees
 #pragma once
 
 #include <iosfwd>
@@ -157,6 +158,14 @@ class QuiltTable {
   void CollectStatistics(SyntaxVariableName* variable, bool keepCats, bool& statsInOpposite);
   void PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable);
   void PlaceTableStatistics(bool statsInOpposite);
+  /// The preliminary row, column and layer trees of the table expression, and their slot
+  /// counts; labels moved by CLABELS are collected on the way.
+  void BuildDimensionTrees(SyntaxConverter* expression, bool& statsInOpposite, HeaderTreeNode*& rows,
+                           HeaderTreeNode*& columns, HeaderTreeNode*& layers);
+  /// Numbers the slots of the preliminary trees and lays out one cube per combination.
+  void AssignSlots();
+  /// Multiple-response sets that a test treats specially get their totals accumulated.
+  void RequestTestedSetTotals(SyntaxTableSubcommand* table);
   static int ExtractNCubes(SyntaxConverter* node);
   void DestroyCollectedNodes();
   void CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes, int position);

@@ -99,8 +99,7 @@ bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool le
     return false;
   }
   if (walk.emptyCount != 0) walk.states[static_cast<size_t>(index)] = kLeafIncludeEmpty;
-  if (letterLevel && AllValueOrVariable(walk.key) &&
-      walk.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
+  if (letterLevel && AllValueOrVariable(walk.key) && walk.node->GetType() == HeaderTreeNode::kHNodeTypeLetter) {
     walk.node = walk.node->GetParent();
   }
   return true;
@@ -179,8 +178,8 @@ uint8_t WriteOrDefer(TableDelivery::Data& data, const CellVisit& cell, bool allK
   }
   const bool isTotal = lookup.IsTotalCell(cell.combined);
   if (allKeepEmpty) {
-    data.ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type,
-                          statistic.ptile, statistic.format, cell.leaf);
+    data.ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type, statistic.ptile,
+                          statistic.format, cell.leaf);
     return kCellWritten;
   }
   if (data._statsVisible && data.GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar,
@@ -202,8 +201,7 @@ void StartComputedCell(TableDelivery::Data& data, bool twoComputedMeet) {
 
 /// Before a walk: the categories computed cells may name, and the explicit lists whose
 /// computed categories may hide their sources, gathered from every axis.
-void PrepareComputedCategories(TableDelivery::Data& data, QuiltTable* table,
-                               std::initializer_list<AxisWalk*> walks) {
+void PrepareComputedCategories(TableDelivery::Data& data, QuiltTable* table, std::initializer_list<AxisWalk*> walks) {
   data._requiredCats.clear();
   data.GetPcomputeRequiredCat(table);
   for (AxisWalk* walk : walks) {
@@ -229,16 +227,15 @@ void FillDeferredCell(TableDelivery::Data& data, const std::vector<CubeAggregato
   lookup.Find(cubes, cubeIndex);
   CellStatistic statistic;
   if (data._statsVisible) statistic.ReadFrom(leaf->GetHeaderTreeNode());
-  data.ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar,
-                        statistic.type, statistic.ptile, statistic.format, leaf);
+  data.ProcessEmptyCell(state == kCellEmptyTotal, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                        statistic.ptile, statistic.format, leaf);
 }
 
 /// With statistics in a dimension of their own, the cells of a statistic are written from
 /// the node above it; with merged test letters, from the category above the letter.
 void MoveToCellNode(AxisWalk& walk, bool letterLevel) {
   const bool isStatistic = walk.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic;
-  if (letterLevel ? (!isStatistic && AllValueOrVariable(walk.key)) : isStatistic)
-    walk.node = walk.node->GetParent();
+  if (letterLevel ? (!isStatistic && AllValueOrVariable(walk.key)) : isStatistic) walk.node = walk.node->GetParent();
 }
 
 /// The first of the three that is set.
@@ -251,9 +248,8 @@ SyntaxVariableName* FirstSet(SyntaxVariableName* a, SyntaxVariableName* b, Synta
 /// first and second axis.
 int MovedLabelsSlot(int option, BpDimension::Place pos1, BpDimension::Place pos2) {
   if (pos2 == BpDimension::kPlaceLayer) {
-    const bool toFirst =
-        (option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
-        (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn);
+    const bool toFirst = (option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
+                         (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn);
     return toFirst ? 1 : -1;
   }
   if (option == TableEncryptionCodes::kCLabelRowOpposite) return 1;
@@ -363,30 +359,27 @@ struct LayeredLoop {
     return table->GetCubeIndex(slots[0], slots[1], slots[2]);
   }
 
-  int Combine(const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3,
-              CategoryKey& combined) const {
+  int Combine(const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3, CategoryKey& combined) const {
     const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
     return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], combined, from, to);
   }
 
-  void ComputePostValues(TableDelivery::Data& data, const CategoryKey& k1, const CategoryKey& k2,
-                         const CategoryKey& k3, CubeAggregator* cube) const {
+  void ComputePostValues(TableDelivery::Data& data, const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3,
+                         CubeAggregator* cube) const {
     const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
     data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], from, to, table, cube);
   }
 };
 
 size_t CellOf3D(int i, int j, int k, int n2, int n3) {
-  return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) *
-             static_cast<size_t>(n3) +
+  return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) * static_cast<size_t>(n3) +
          static_cast<size_t>(k);
 }
 
 /// Pass two of a table with layers: a leaf survives with a written cell anywhere in its
 /// slice, and the deferred empty cells of surviving leaves are written.
-void FillDeferredCells3D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes,
-                         const LayeredLoop& loop, std::array<AxisWalk*, 3> walks,
-                         const std::vector<uint8_t>& cells) {
+void FillDeferredCells3D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes, const LayeredLoop& loop,
+                         std::array<AxisWalk*, 3> walks, const std::vector<uint8_t>& cells) {
   AxisWalk& walk1 = *walks[0];
   AxisWalk& walk2 = *walks[1];
   AxisWalk& walk3 = *walks[2];
@@ -416,9 +409,9 @@ void FillDeferredCells3D(TableDelivery::Data& data, const std::vector<CubeAggreg
         BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
         const uint8_t state = cells[CellOf3D(i, j, k, n2, n3)];
         if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-        FillDeferredCell(
-            data, cubes, loop.CubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
-            FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()), leaf3);
+        FillDeferredCell(data, cubes, loop.CubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
+                         FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()),
+                         leaf3);
       }
     }
   }
@@ -446,24 +439,23 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
     if (_statsVisible) statistic.ReadFrom(walk.node);
     lookup.Find(cubes, table->GetCubeIndex(walk.node->GetCubeIndexInDim()));
     if (lookup.cube == nullptr) continue;
-    const StatValues* values =
-        lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(walk.key, -1);
+    const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(walk.key, -1);
 
     if (const AggregationCategory* post = GetPostCategory1D(walk.key)) {
       StartComputedCell(*this, NeedPostCategory1D(walk.key));
       ComputePostCategoryValues1D(walk.key, lookup.cube);
-      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                        statistic.format, leaf, post);
+      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile, statistic.format,
+                        leaf, post);
       walk.node->SetEmpty(false);
     } else if (values != nullptr) {
-      ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type,
-                        statistic.ptile, statistic.format, leaf);
+      ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
+                        statistic.format, leaf);
       walk.node->SetEmpty(false);
     } else if (walk.emptyCount < 1) {
       walk.node->SetEmpty(true);
     } else {
-      ProcessEmptyCell(lookup.IsTotalCell(walk.key), lookup.cellStats, lookup.totalStats, statVar,
-                       statistic.type, statistic.ptile, statistic.format, leaf);
+      ProcessEmptyCell(lookup.IsTotalCell(walk.key), lookup.cellStats, lookup.totalStats, statVar, statistic.type,
+                       statistic.ptile, statistic.format, leaf);
       walk.node->SetEmpty(false);
     }
   }
@@ -500,8 +492,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   // Pass one.
   for (int i = 0; i < n1; ++i) {
     BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
-    if (!StepOuterLeaf(*this, outer, i, lettersMerged && statPos == PresentationCodes::kSLabelRow,
-                       comperimeter)) {
+    if (!StepOuterLeaf(*this, outer, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, comperimeter)) {
       continue;
     }
     SyntaxVariableName* statVar = leaf1->GetStatSourceVar();
@@ -526,16 +517,14 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
       if (outerIndex != lastOuter || innerIndex != lastInner) {
         lastOuter = outerIndex;
         lastInner = innerIndex;
-        lookup.Find(cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex)
-                                   : table->GetCubeIndex(outerIndex, innerIndex));
+        lookup.Find(
+            cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex));
       }
       if (lookup.cube == nullptr) continue;
 
-      const int carried = swapped
-                              ? QuiltTable::Combine2CellKeys(inner.key, outer.key, combined, comperimeter)
-                              : QuiltTable::Combine2CellKeys(outer.key, inner.key, combined, comperimeter);
-      const StatValues* values =
-          lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
+      const int carried = swapped ? QuiltTable::Combine2CellKeys(inner.key, outer.key, combined, comperimeter)
+                                  : QuiltTable::Combine2CellKeys(outer.key, inner.key, combined, comperimeter);
+      const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
       const size_t cell = static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
 
       if (const AggregationCategory* post = GetPostCategory2D(outer.key, inner.key)) {
@@ -552,8 +541,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   FinishComputedCategories(*this);
   if (!anyPending) return 0;
   auto cubeIndex = [&](int outerIndex, int innerIndex) {
-    return swapped ? table->GetCubeIndex(innerIndex, outerIndex)
-                   : table->GetCubeIndex(outerIndex, innerIndex);
+    return swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex);
   };
   FillDeferredCells2D(*this, cubes, cubeIndex, outer, inner, cells);
   return 0;
@@ -570,8 +558,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
   const int n1 = walk1.Size();
   const int n2 = walk2.Size();
   const int n3 = walk3.Size();
-  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3),
-                             kCellUnknown);
+  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3), kCellUnknown);
   const bool lettersMerged = _mergedTests && !_apaMerged;
   bool anyPending = false;
   CellStatistic statistic;
@@ -581,16 +568,14 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
   // Pass one.
   for (int i = 0; i < n1; ++i) {
     BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    if (!StepOuterLeaf(*this, walk1, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, -1))
-      continue;
+    if (!StepOuterLeaf(*this, walk1, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, -1)) continue;
     const int index1 = walk1.node->GetCubeIndexInDim();
     SelectCategory(leaf1, _dataSource);
 
     walk2.Restart();
     for (int j = 0; j < n2; ++j) {
       BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      if (!StepOuterLeaf(*this, walk2, j, lettersMerged && statPos == PresentationCodes::kSLabelLayer, -1))
-        continue;
+      if (!StepOuterLeaf(*this, walk2, j, lettersMerged && statPos == PresentationCodes::kSLabelLayer, -1)) continue;
       const int index2 = walk2.node->GetCubeIndexInDim();
       SelectCategory(leaf2, _dataSource);
 
@@ -603,8 +588,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
           walk3.SkipStatisticsOfHiddenSource(_statsVisible);
           continue;
         }
-        if (!_statsVisible)
-          MoveToCellNode(walk3, lettersMerged && statPos == PresentationCodes::kSLabelColumn);
+        if (!_statsVisible) MoveToCellNode(walk3, lettersMerged && statPos == PresentationCodes::kSLabelColumn);
         if (walk3.emptyCount > 0) walk3.states[static_cast<size_t>(k)] = kLeafIncludeEmpty;
         SyntaxVariableName* statVar =
             FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
@@ -616,8 +600,7 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
         }
         if (lookup.cube == nullptr) continue;
         const int carried = loop.Combine(walk1.key, walk2.key, walk3.key, combined);
-        const StatValues* values =
-            lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
+        const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
 
         if (const AggregationCategory* post = GetPostCategory3D(walk1.key, walk2.key, walk3.key)) {
           StartComputedCell(*this, NeedPostCategory3D(walk1.key, walk2.key, walk3.key));
@@ -627,9 +610,8 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
           continue;
         }
         const CellVisit visit{lookup, combined, values, statVar, statistic, leaf3};
-        cells[CellOf3D(i, j, k, n2, n3)] =
-            WriteOrDefer(*this, visit,
-                         walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
+        cells[CellOf3D(i, j, k, n2, n3)] = WriteOrDefer(
+            *this, visit, walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
       }
     }
   }
