@@ -38,9 +38,7 @@ bool IsTotalLike(const HeaderTreeNode* node) {
   if (node->GetType() == HeaderTreeNode::kHNodeTypeTempTotal) return true;
   const AggregationCategory* category = node->GetCategory();
   if (category == nullptr) return false;
-  const int type = category->GetCatType();
-  return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-         type == AggregationCategory::kHSubtotal;
+  return category->IsTotalKind();
 }
 
 // Two statistics are the same when their codes are, and percentiles also share the cut point.

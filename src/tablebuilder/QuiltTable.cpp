@@ -153,24 +153,19 @@ void SetIncludeEmptyInScale(Node* root) {
   }
 }
 
-TableDimension* DimensionOf(const SyntaxVariableName* variable) {
+std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
+  return QuiltTable::ShownCategories(*QuiltTable::DimensionOf(variable));
+}
+
+}  // namespace
+
+TableDimension* QuiltTable::DimensionOf(const SyntaxVariableName* variable) {
   AggregationVariable* engineVariable = variable->GetAggregationVariable();
   QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
   TableDimension* dimension = engineVariable->GetTableDimension();
   QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
   return dimension;
 }
-
-std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
-  return QuiltTable::ShownCategories(*DimensionOf(variable));
-}
-
-bool IsTotalType(int catType) {
-  return catType == AggregationCategory::kSubtotal || catType == AggregationCategory::kHSubtotal ||
-         catType == AggregationCategory::kTotal;
-}
-
-}  // namespace
 
 QuiltTable::QuiltTable() : _tableData(std::make_unique<Data>()) {}
 
@@ -686,7 +681,7 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
   std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
   bool handedOut[2] = {false, false};
   for (Node* category : copy->GetChildren()) {
-    const int group = IsTotalType(category->GetCategory()->GetCatType()) ? 1 : 0;
+    const int group = category->GetCategory()->IsTotalKind() ? 1 : 0;
     if (!handedOut[group]) {
       handedOut[group] = true;
       category->NestStack(finals[group]);

@@ -139,6 +139,9 @@ class QuiltTable {
   /// `out` is not owning.
   static int ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                    bool useSubtotals, bool positionAfter);
+  /// The engine dimension of a categorical variable of the table; it has one once the
+  /// dispatcher declared the table.
+  static TableDimension* DimensionOf(const SyntaxVariableName* variable);
   /// The categories of `dimension` that a table shows, in display order: all of them but
   /// those a hidden subtotal (HSUBTOTAL) sums, which the subtotal replaces. The engine keeps
   /// counting them, so they stay in every total and percentage base.

@@ -17,19 +17,6 @@ namespace {
 
 using Node = HeaderTreeNode;
 
-bool IsTotalType(int catType) {
-  return catType == AggregationCategory::kSubtotal || catType == AggregationCategory::kHSubtotal ||
-         catType == AggregationCategory::kTotal;
-}
-
-TableDimension* DimensionOf(SyntaxVariableName* variable) {
-  AggregationVariable* engineVariable = variable->GetAggregationVariable();
-  QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
-  TableDimension* dimension = engineVariable->GetTableDimension();
-  QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
-  return dimension;
-}
-
 // The categories of the first placeholder's variable, merged with those of every further
 // variable of the list when there are several: stacked variables whose labels moved share one
 // list. With `onlyCategories` every node after the first counts as a further variable;
@@ -37,7 +24,7 @@ TableDimension* DimensionOf(SyntaxVariableName* variable) {
 std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tempCats, bool onlyCategories) {
   SyntaxVariableName* variable = tempCats[0]->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
-  TableDimension* dimension = DimensionOf(variable);
+  TableDimension* dimension = QuiltTable::DimensionOf(variable);
   std::vector<AggregationCategory*> categories = QuiltTable::ShownCategories(*dimension);
   std::vector<SyntaxVariableName*> others;
   for (size_t j = 1; j < tempCats.size(); ++j) {
@@ -48,7 +35,7 @@ std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tem
   if (others.empty()) return categories;
   CategoryManager manager(categories, variable->GetAggregationVariable(), dimension);
   for (SyntaxVariableName* other : others)
-    manager.AddCategories(QuiltTable::ShownCategories(*DimensionOf(other)));
+    manager.AddCategories(QuiltTable::ShownCategories(*QuiltTable::DimensionOf(other)));
   return manager.GetCategories();
 }
 
@@ -229,7 +216,7 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
       out.push_back(NewCategoryNode(category, false, k, indexInDim));
       ++count;
     } else if ((present && !kids.empty()) || forced) {
-      const bool fromTotals = hasTotalBranch && IsTotalType(category->GetCatType());
+      const bool fromTotals = hasTotalBranch && category->IsTotalKind();
       const std::vector<Node*>& source = fromTotals ? varChildren[1]->GetChildren() : kids;
       std::vector<Node*> finals;
       if (!source.empty() && source[0]->GetType() == Node::kHNodeTypeTempCategories) {
@@ -276,7 +263,7 @@ int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& te
   if (!kids.empty()) {
     const std::vector<Node*>& totalKids = hasTotal ? tempCats[totalPos]->GetChildren() : kids;
     for (size_t i = first; i < out.size(); ++i) {
-      const bool totalLike = IsTotalType(out[i]->GetCategory()->GetCatType());
+      const bool totalLike = out[i]->GetCategory()->IsTotalKind();
       const std::vector<Node*>& source = totalLike ? totalKids : kids;
       for (size_t j = 0; j < source.size(); ++j) {
         Node* clone = source[j]->Clone();

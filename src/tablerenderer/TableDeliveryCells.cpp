@@ -105,12 +105,6 @@ bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool le
   return true;
 }
 
-bool IsTotalKind(const AggregationCategory* category) {
-  const int type = category->GetCatType();
-  return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-         type == AggregationCategory::kHSubtotal;
-}
-
 /// The statistic a cell shows, read from the walk's node when statistics are categories.
 struct CellStatistic {
   int type = TableEncryptionCodes::kStatCount;
@@ -147,7 +141,7 @@ struct CubeLookup {
 
   bool IsTotalCell(const CategoryKey& combined) const {
     return totalDimIndex >= 0 && totalDimIndex < static_cast<int>(combined.size()) &&
-           IsTotalKind(combined[static_cast<size_t>(totalDimIndex)]);
+           combined[static_cast<size_t>(totalDimIndex)]->IsTotalKind();
   }
 };
 
