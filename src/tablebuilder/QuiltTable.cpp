@@ -409,7 +409,8 @@ HeaderTreeNode* QuiltTable::BuildTempSubtree(SyntaxConverter* node, bool keepCat
   if (node == nullptr || node->GetType() == kConverterDummy) {
     Node* root = Node::CreateRoot();
     if (receive) {
-      QUILT_ASSERT(d._comperimeterCategCollector.size() > 0, "_comperimeterCategCollector.size() > 0");
+      QUILT_ASSERT(!d._comperimeterCategCollector.empty(),
+                   "the dimension receiving moved labels is built after the one giving them");
       root->NestStack(d._comperimeterCategCollector);
       d._comperimeterCategCollector.clear();
     }
@@ -516,7 +517,7 @@ void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariabl
 
 int QuiltTable::GetCubeIndex(int i) const {
   const std::vector<int>& indices = _tableData->_cubeIndices;
-  QUILT_ASSERT(i >= 0 && i < static_cast<int>(indices.size()), "ind >= 0");
+  QUILT_ASSERT(i >= 0 && i < static_cast<int>(indices.size()), "a cube slot lies within the table");
   return indices[static_cast<size_t>(i)];
 }
 
@@ -675,9 +676,9 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
     }
     return copy;
   }
-  QUILT_ASSERT(children.size() == 2, "nKids == 2");
+  QUILT_ASSERT(children.size() == 2, "a variable has one placeholder for its categories and one for its totals");
   if (children[0]->IsLeaf()) return copy;
-  QUILT_ASSERT(!children[1]->IsLeaf(), "grandkids2.size() > 0");
+  QUILT_ASSERT(!children[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
   std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
   bool handedOut[2] = {false, false};
   for (Node* category : copy->GetChildren()) {

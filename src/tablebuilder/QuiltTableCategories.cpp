@@ -192,7 +192,7 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
   const std::vector<Node*>& kids = varChildren[0]->GetChildren();
   const bool hasTotalBranch = varChildren.size() == 2;
   const int indexInDim = varNode->GetCubeIndexInDim();
-  QUILT_ASSERT(indexInDim >= 0, "indexInDim >= 0");
+  QUILT_ASSERT(indexInDim >= 0, "a variable node was given its slot before its categories are built");
   const int cubeIndex = static_cast<int>(path.size()) - 1;
 
   CategoryKey key = path;
@@ -204,9 +204,9 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
     bool present = key.size() == 1;
     bool forced = false;
     if (cubeIndex >= 0) {
-      QUILT_ASSERT(indexInDim < (int)cubes.size(), "indexInDim < (int)cubes.size()");
+      QUILT_ASSERT(indexInDim < (int)cubes.size(), "every slot of the dimension has its cubes");
       const std::vector<CubeAggregator*>& levels = cubes[static_cast<size_t>(indexInDim)];
-      QUILT_ASSERT(cubeIndex < (int)levels.size(), "cubeIndex < (int)cubes[ indexInDim ].size()");
+      QUILT_ASSERT(cubeIndex < (int)levels.size(), "every enclosing variable of the slot has its cube");
       const CubeAggregator* cube = levels[static_cast<size_t>(cubeIndex)];
       if (cube != nullptr && cube->GetStatValues(key, -1) != nullptr) present = true;
       // A computed category is kept whatever the cube says, as long as something stands below it.
@@ -242,8 +242,8 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
 
 int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats,
                                           std::vector<HeaderTreeNode*>& out) {
-  QUILT_ASSERT(tempCats.size() > 0, "tempCats.size() > 0");
-  QUILT_ASSERT(tempCats[0]->GetVariable() != nullptr, "var");
+  QUILT_ASSERT(!tempCats.empty(), "labels moved by CLABELS arrive with at least one placeholder");
+  QUILT_ASSERT(tempCats[0]->GetVariable() != nullptr, "a moved-label placeholder names its variable");
   bool hasTotal = false;
   size_t totalPos = 0;
   for (size_t j = 1; j < tempCats.size(); ++j) {
@@ -283,8 +283,8 @@ void QuiltTable::ProcessComperimeterCategs(HeaderTreeNode* parent, const std::ve
 
 void QuiltTable::ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent,
                                                    const std::vector<HeaderTreeNode*>& tempCats) {
-  QUILT_ASSERT(parent != nullptr, "parent");
-  QUILT_ASSERT(tempCats.size() > 0, "tempCats.size() > 0");
+  QUILT_ASSERT(parent != nullptr, "moved labels are placed under a node");
+  QUILT_ASSERT(!tempCats.empty(), "labels moved by CLABELS arrive with at least one placeholder");
   const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/true);
   const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
   const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();
