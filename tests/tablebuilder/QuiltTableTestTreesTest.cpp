@@ -199,46 +199,6 @@ INSTANTIATE_TEST_SUITE_P(
                    {true, true, true}}),
     [](const testing::TestParamInfo<GoldenCase>& info) { return info.param.name; });
 
-TEST(QuiltTableTestTrees, ChiSquareRowsEndInTheTestLabelsBelowTheInnerVariable) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);  // rows and columns; the layer tree is a bare root
-  // One entry per outer category, the inner variable a leaf with the three texts below it.
-  std::vector<std::string> expected;
-  for (int region = 0; region < 3; ++region) expected.insert(expected.end(), {"Chi-square", "df", "Sig."});
-  EXPECT_EQ(LeafLabels(trees[0][0]), expected);
-  const Node* region = trees[0][0]->GetChildren()[0];
-  ASSERT_EQ(region->GetNChildren(), 3);
-  EXPECT_EQ(region->GetChildren()[1]->GetCategory()->GetCatLabel(), "South");
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"CatVariable"}));
-}
-
-TEST(QuiltTableTestTrees, SeparateProportionsTablesLetterEachLowestColumnGroup) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region BY gender > agegrp [COUNT] /COMPARETEST TYPE=PROP.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);
-  // Three age groups under each gender, lettered afresh within each gender.
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"(A)", "(B)", "(C)", "(A)", "(B)", "(C)"}));
-}
-
-TEST(QuiltTableTestTrees, MeansTestKeepsTheBranchesWithAMean) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region > score [MEAN] + agegrp BY gender /COMPARETEST TYPE=MEAN.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);
-  // The stacked agegrp has no scale variable and drops out of the row tree.
-  EXPECT_EQ(LeafLabels(trees[0][0]), std::vector<std::string>(3, "ScaleVariable"));  // one per region
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"(A)", "(B)"}));
-}
-
 // Whether a test has trees at all depends on the statistics that the tested variables carry
 // and on the weighting: each row gives the number of trees the first test gets (2 for rows
 // and columns, 0 when nothing is left to test), worked out from the reduction rules.
