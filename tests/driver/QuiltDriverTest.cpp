@@ -13,7 +13,6 @@
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/output/BpError.h"
-#include "host/output/BpProcedure.h"
 #include "host/output/OutputDocument.h"
 #include "host/tokens/Lexer.h"
 #include "quilt.h"
@@ -45,16 +44,6 @@ protected:
   void RunCommand(const std::string& text) {
     LexedCommand command = Lexer::Lex(text);
     quilt_(&command);
-  }
-
-  /// Runs the data pass of a driver whose command declared no table.
-  void RunDataPass() {
-    ProcedureDataSource dataSource;
-    QuiltDriver driver(&dataSource);
-    std::unique_ptr<TARN_InputCaseIterator> iterator(dataSource.MakeIterator(nullptr));
-    driver.CreateCubeDispatchers(dynamic_cast<ProcDSIterator*>(iterator.get()));
-    BpProcedure procedure("Quilt", 4);
-    driver.AggregateAndBuildTables(&procedure, /*controlPackageMode=*/false);
   }
 
   std::vector<const OutputItem*> Messages() const { return _document.Messages(); }
@@ -131,41 +120,6 @@ INSTANTIATE_TEST_SUITE_P(QuiltDriver, CallerIds,
                                            CallerCase{"kz", "Control Package Test"},
                                            CallerCase{"KY", "Quilt"}));
 
-TEST_F(RunFixture, ActiveFileWithoutCasesIsFatal) {
-  Install("region,gender\n");
-  RunDataPass();
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "No cases in the active file ...");
-}
-
-TEST_F(RunFixture, LayeredSplitsAreReportedOnceAfterThePass) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  options.splitLayout = "layered";
-  Install(kSmallSurvey, options);
-  RunDataPass();
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0]->GetLevel(), kBpLevelWarning);
-  EXPECT_EQ(messages[0]->GetKey(), "Splits as rows not processed ...");
-}
-
-TEST_F(RunFixture, SeparateSplitsAndUnsplitDataPassWithoutMessages) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  Install(kSmallSurvey, options);
-  RunDataPass();
-  EXPECT_TRUE(Messages().empty());
-
-  OutputDocument::Install(nullptr);
-  _document.Clear();
-  Install(kSmallSurvey);
-  RunDataPass();
-  EXPECT_TRUE(Messages().empty());
-}
-
 TEST_F(RunFixture, SplitTextNamesEachSplitVariableAndItsValue) {
   const std::string dictionary = R"({
     "variables": [
@@ -186,20 +140,6 @@ TEST_F(RunFixture, SplitTextNamesEachSplitVariableAndItsValue) {
   ASSERT_NE(caseIterator->NextCase(), 0);
   // A labelled value shows its label; an unlabelled one its formatted value, trimmed.
   EXPECT_EQ(driver.getSplitText(), "Survey wave: First, region: 1.00");
-}
-
-TEST_F(RunFixture, SplitTextIsEmptyWhenGroupsAreLaidOutTogether) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  options.splitLayout = "layered";
-  Install(kSmallSurvey, options);
-  ProcedureDataSource dataSource;
-  QuiltDriver driver(&dataSource);
-  std::unique_ptr<TARN_InputCaseIterator> iterator(dataSource.MakeIterator(nullptr));
-  auto* caseIterator = dynamic_cast<ProcDSIterator*>(iterator.get());
-  driver.CreateCubeDispatchers(caseIterator);
-  ASSERT_NE(caseIterator->NextCase(), 0);
-  EXPECT_EQ(driver.getSplitText(), "");
 }
 
 }  // namespace
