@@ -7,14 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "TableDumpChannel.h"
-#include "host/data/ActiveDataSet.h"
-#include "host/data/DatasetLoader.h"
-#include "host/data/HostRecords.h"
+#include "DriverRunFixture.h"
 #include "host/output/BpError.h"
-#include "host/output/OutputDocument.h"
-#include "host/tokens/Lexer.h"
-#include "quilt.h"
 
 namespace {
 
@@ -23,29 +17,10 @@ namespace {
 // is a category only where the engine found it.
 constexpr const char* kLabelledG = R"({"variables": [{"name": "g", "values": {"1": "one"}}]})";
 
-/// Runs whole commands through the entry with the table dump switched on, so that a test
-/// sees which categories the engine found after each split group and what was reported.
-class DispatcherRun : public ::testing::Test {
-protected:
-  void TearDown() override {
-    TableDumpChannel::Install(nullptr);
-    OutputDocument::Install(nullptr);
-    ActiveDataSet::Clear();
-    ResetHostRecords();
-  }
-
-  void Install(const std::string& csv, const std::string& dictionary = "", DatasetLoadOptions options = {}) {
-    ActiveDataSet::Install(DatasetLoader::LoadText(csv, dictionary, options));
-    SetUpHostRecords(*ActiveDataSet::Get(), /*controlPackage=*/false);
-    OutputDocument::Install(&_document);
-    TableDumpChannel::Install(&_dump);
-  }
-
-  void Run(const std::string& text) {
-    LexedCommand command = Lexer::Lex(text);
-    quilt_(&command);
-  }
-
+/// Whole commands run through the entry, seen through the table dump (which categories the
+/// engine found after each split group) and what was reported.
+class DispatcherRun : public DriverRunFixture {
+ protected:
   /// The category labels of the final row tree of each dumped table, in order.
   std::vector<std::vector<std::string>> FinalRowCategories() const {
     std::vector<std::vector<std::string>> tables;
@@ -77,9 +52,6 @@ protected:
   }
 
   std::string DumpText() const { return _dump.str(); }
-
-  OutputDocument _document;
-  std::ostringstream _dump;
 };
 
 // Categories 2, 3 and 4 are held only by cases whose weight is zero, negative or missing:
