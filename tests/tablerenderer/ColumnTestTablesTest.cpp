@@ -1,10 +1,9 @@
 // ColumnTestTablesTest.cpp - "Comparisons of Means" and "Comparisons of Proportions", on their own and
 // merged, against goldens and scipy's numbers
 //
-// The goldens run on the bundled survey, whose two thousand cases give differences worth a
-// letter. Their letters and p-values were checked against reference/column_tests_reference.py
-// (scipy.stats.t, statsmodels' proportions_ztest and multipletests on the same CSV) before they
-// were committed; the comments below quote that script.
+// The commands and their key cells are in cases/comparisons.txt; the letters and p-values in
+// the comments below come from reference/column_tests_reference.py (scipy.stats.t,
+// statsmodels' proportions_ztest and multipletests on the bundled survey).
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -25,30 +24,10 @@ using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
 
-const GoldenCase kComparisonCases[] = {
-    {"means-bonferroni",
-     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /COMPARETEST TYPE=MEAN.")},
-    {"means-bh",
-     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /COMPARETEST TYPE=MEAN ADJUST=BH.")},
-    {"means-none-two-alphas-showsig",
-     OnBundledSurvey("QUILT /TABLE gender > score [MEAN] BY agegrp /CATEGORIES VARIABLES=agegrp [3, 4, 5] "
-                     "/COMPARETEST TYPE=MEAN ADJUST=NONE ALPHA=0.01 0.05 SHOWSIG=YES.")},
-    {"means-merged-apa",
-     OnBundledSurvey("QUILT /TABLE gender > score [MEAN COUNT] BY agegrp /COMPARETEST TYPE=MEAN MERGE=YES.")},
-    {"props-layers-bh",
-     OnBundledSurvey("QUILT /TABLE web BY agegrp BY gender /COMPARETEST TYPE=PROP ADJUST=BH.")},
-    {"props-nested-columns-none",
-     OnBundledSurvey("QUILT /TABLE q1 BY wave > gender /COMPARETEST TYPE=PROP ADJUST=NONE.")},
-    {"props-merged-subtotal",
-     OnBundledSurvey("QUILT /TABLE radio BY agegrp [COUNT COLPCT.COUNT] "
-                     "/CATEGORIES VARIABLES=agegrp [1, 2, SUBTOTAL='Young', 5] "
-                     "/COMPARETEST TYPE=PROP MERGE=YES STYLE=SIMPLE CATEGORIES=SUBTOTALS.")},
-    {"props-stacked", OnBundledSurvey("QUILT /TABLE tv + web BY agegrp /COMPARETEST TYPE=PROP.")},
-    {"control-package",
-     OnBundledSurvey(
-         "QUILT /TABLE radio BY agegrp /CATEGORIES VARIABLES=agegrp [1, 2, 5] /COMPARETEST TYPE=PROP.",
-         /*controlPackage=*/true)},
-};
+const delivered::CaseFile& Cases() {
+  static const delivered::CaseFile file = delivered::ReadCaseFile("comparisons.txt");
+  return file;
+}
 
 class ComparisonTables : public ::testing::TestWithParam<GoldenCase> {};
 
@@ -56,48 +35,12 @@ TEST_P(ComparisonTables, TextAndJsonMatchTheirGoldens) {
   delivered::ExpectGoldens(GetParam(), "tablerenderer/comparisons");
 }
 
-INSTANTIATE_TEST_SUITE_P(BundledSurvey, ComparisonTables, ::testing::ValuesIn(kComparisonCases),
+INSTANTIATE_TEST_SUITE_P(BundledSurvey, ComparisonTables, ::testing::ValuesIn(Cases().cases),
                          delivered::GoldenTestName);
 
 const std::vector<std::string> kFemaleScore = {"Gender", "Female", "Knowledge score"};
 
-// The second table of a separate test is the test table; one result of each golden is
-// pinned here.
-const CellCase kComparisonCells[] = {
-    // Female 45-54 against 55-64: p 0.01303, times 15 pairs 0.195 under Bonferroni, not a
-    // letter; Benjamini-Hochberg keeps it at 0.01303, a letter.
-    {"means-bonferroni", 1, {kFemaleScore, {"Age group", "55-64", "(E)"}, {}}, {"A B C"}},
-    {"means-bh", 1, {kFemaleScore, {"Age group", "55-64", "(E)"}, {}}, {"A B C D"}},
-    // Three columns pooled: 45-54 against 55-64 p 0.014263, between the levels: lower case.
-    {"means-none-two-alphas-showsig",
-     1,
-     {kFemaleScore, {"Age group", "55-64", "(C)"}, {}},
-     {"A(0.000)\nb(0.014)"}},
-    // Female web users: 45-54 (34.5% not using) against 18-24 (14.6%), adjusted p 0.000175.
-    {"props-layers-bh",
-     1,
-     {{"Websites", "Not used"}, {"Age group", "45-54", "(D)"}, {"Gender", "Female"}},
-     {"A B C"}},
-    // Summer, "Satisfied": women 33.3% against men 20.4%, p 0.001585.
-    {"props-nested-columns-none",
-     1,
-     {{"Satisfaction: Overall service", "Satisfied"},
-      {"Survey wave", "Summer", "Gender", "Female", "(B)"},
-      {}},
-     {"A"}},
-    {"props-nested-columns-none",
-     1,
-     {{"Satisfaction: Overall service", "Satisfied"},
-      {"Survey wave", "Spring", "Gender", "Female", "(B)"},
-      {}},
-     {" "}},
-    // Web in the stacked rows: 65 or older 58.6% not using, above all others (p < 0.001).
-    {"props-stacked", 1, {{"Websites", "Not used"}, {"Age group", "65 or older", "(F)"}, {}}, {"A B C D E"}},
-};
-
-TEST(ComparisonTables, CellsShowTheReferenceLetters) {
-  delivered::ExpectCellTexts(kComparisonCases, kComparisonCells);
-}
+TEST(ComparisonTables, CellsShowTheReferenceLetters) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
 
 /// The markers of every cell of `table` at `row` and `column`, in table order.
 std::vector<std::string> MarkersAt(const nlohmann::json& table, const std::vector<std::string>& row,
@@ -139,7 +82,7 @@ TEST(ComparisonTables, MergedResultsAreMarkersOfTheTestedCells) {
   for (const MarkerCase& testCase : cases) {
     SCOPED_TRACE(std::string(testCase.goldenCase) + " " + ::testing::PrintToString(testCase.column));
     const nlohmann::json document = nlohmann::json::parse(
-        RunOnSurvey(delivered::FindGoldenCase(kComparisonCases, testCase.goldenCase).settings, "json"));
+        RunOnSurvey(delivered::FindGoldenCase(Cases().cases, testCase.goldenCase).settings, "json"));
     const std::vector<nlohmann::json> tables = TablesOf(document);
     ASSERT_EQ(tables.size(), 1u);
     EXPECT_EQ(MarkersAt(tables[0], testCase.row, testCase.column), testCase.markers);
@@ -150,7 +93,7 @@ TEST(ComparisonTables, ControlPackageSentencesNameEachPairOfColumns) {
   // Of 18-24, 25-34 and 55-64 only the first and the last differ in radio use (adjusted p
   // 0.0009; the other pairs 0.150 and 0.232).
   const nlohmann::json document = nlohmann::json::parse(
-      RunOnSurvey(FindGoldenCase(kComparisonCases, "control-package").settings, "json"));
+      RunOnSurvey(delivered::FindGoldenCase(Cases().cases, "control-package").settings, "json"));
   const std::vector<nlohmann::json> tables = TablesOf(document);
   ASSERT_EQ(tables.size(), 2u);
   std::vector<std::string> sentences;
