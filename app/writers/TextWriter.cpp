@@ -217,7 +217,9 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const AxisLayout& rows = layout.GetRows();
   const AxisLayout& columns = layout.GetColumns();
   const auto& layers = layout.GetLayers();
-  const int rowLevels = std::max(rows.levels, 1);
+  // Row headers take no column when every row label is hidden and the corner is empty (a list
+  // of sentences, a table of columns only); otherwise at least one.
+  const int rowLevels = rows.levels == 0 && table.corner.empty() ? 0 : std::max(rows.levels, 1);
   const int columnCount = static_cast<int>(columns.entries.size());
   const int rowCount = static_cast<int>(rows.entries.size());
 
@@ -299,7 +301,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     return fitting;
   };
   const int usefulColumns = std::min(columnCount, kUsefulDataColumns);
-  while (columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
+  while (!rowWidths.empty() && columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
     auto widestLevel = std::max_element(rowWidths.begin(), rowWidths.end());
     if (*widestLevel <= kMinRowLabelWidth) break;
     --*widestLevel;
@@ -352,7 +354,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       std::vector<GridRow> header;
       for (int level = 0; level < columns.levels; ++level) {
         GridRow row;
-        row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
+        if (rowLevels > 0) row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
         for (int column = panelStart; column < panelEnd;) {
           const HeaderLabel* label = columns.LabelAt(level, column);
           const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);
