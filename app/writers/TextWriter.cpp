@@ -253,7 +253,8 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     if (wanted > available) rowWidths.back() += wanted - available;
   }
   // The table's own data column widths: labels wrap at the maximum, which never cuts a
-  // cell's text; the minimum widens narrower columns.
+  // cell's text; the minimum widens narrower columns. Only a cell text that holds no number
+  // and is wider than the page (a long sentence) wraps, at the page's width.
   const int minCharacters = layout.GetMinDataColumnCharacters();
   const int maxCharacters = layout.GetMaxDataColumnCharacters();
   const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
@@ -262,8 +263,11 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
+        const std::string display = CellDisplay(cell);
+        int wanted = WidestLine(display);
+        if (!cell.hasNumber) wanted = std::min(wanted, std::max(_width - 4, LongestWord(display)));
         int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
-        width = std::max(width, WidestLine(CellDisplay(cell)));
+        width = std::max(width, wanted);
       }
     }
   }

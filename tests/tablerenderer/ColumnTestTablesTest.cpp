@@ -6,6 +6,8 @@
 // statsmodels' proportions_ztest and multipletests on the bundled survey).
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -89,20 +91,39 @@ TEST(ComparisonTables, MergedResultsAreMarkersOfTheTestedCells) {
   }
 }
 
+std::vector<std::string> ControlPackageSentences(const RunSettings& settings) {
+  const std::vector<nlohmann::json> tables = TablesOf(nlohmann::json::parse(RunOnSurvey(settings, "json")));
+  std::vector<std::string> sentences;
+  if (tables.size() != 2u) return {"expected two tables, found " + std::to_string(tables.size())};
+  for (const nlohmann::json& cell : tables[1]["cells"]) sentences.push_back(cell["text"]);
+  return sentences;
+}
+
 TEST(ComparisonTables, ControlPackageSentencesNameEachPairOfColumns) {
   // Of 18-24, 25-34 and 55-64 only the first and the last differ in radio use (adjusted p
   // 0.0009; the other pairs 0.150 and 0.232).
-  const nlohmann::json document = nlohmann::json::parse(
-      RunOnSurvey(delivered::FindGoldenCase(Cases().cases, "control-package").settings, "json"));
-  const std::vector<nlohmann::json> tables = TablesOf(document);
-  ASSERT_EQ(tables.size(), 2u);
-  std::vector<std::string> sentences;
-  for (const nlohmann::json& cell : tables[1]["cells"]) sentences.push_back(cell["text"]);
-  EXPECT_EQ(sentences, (std::vector<std::string>{
-                           "There is not a statistically significant difference between 18-24 and 25-34.",
-                           "There is a statistically significant difference between 18-24 and 55-64.",
-                           "There is not a statistically significant difference between 25-34 and 55-64.",
-                       }));
+  EXPECT_EQ(ControlPackageSentences(delivered::FindGoldenCase(Cases().cases, "control-package").settings),
+            (std::vector<std::string>{
+                "There is not a statistically significant difference between 18-24 and 25-34.",
+                "There is a statistically significant difference between 18-24 and 55-64.",
+                "There is not a statistically significant difference between 25-34 and 55-64.",
+            }));
+
+  // Column 1 is all 1 (100%), column 2 a single case; 3 and 4 hold 2 of 4 and 1 of 4, which
+  // differ by z = 0.25 / sqrt(3/8 * 5/8 * (1/4 + 1/4)) = 0.73, p = 0.47 before adjusting. A
+  // column of too few cases speaks before a full or empty one.
+  const std::string csv = (std::filesystem::temp_directory_path() / "quilt-control-package.csv").string();
+  std::ofstream(csv) << "used,col\n1,1\n1,1\n1,1\n0,2\n1,3\n1,3\n0,3\n0,3\n1,4\n0,4\n0,4\n0,4\n";
+  RunSettings settings("QUILT /TABLE used BY col /COMPARETEST TYPE=PROP.");
+  settings.dataPath = csv;
+  settings.controlPackage = true;
+  const std::string few = " cannot be computed because the sum of case weights of 2 is less than two.";
+  const std::string full = " cannot be computed because the response rate of 1 is 0% or 100%.";
+  const std::string pair = "The statistical significance of the difference between ";
+  EXPECT_EQ(ControlPackageSentences(settings),
+            (std::vector<std::string>{pair + "1 and 2" + few, pair + "1 and 3" + full, pair + "1 and 4" + full,
+                                      pair + "2 and 3" + few, pair + "2 and 4" + few,
+                                      "There is not a statistically significant difference between 3 and 4."}));
 }
 
 TEST(ComparisonTables, ControlPackageKeepsTheTableWhereSentencesWouldNotFit) {
