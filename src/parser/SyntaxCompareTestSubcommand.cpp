@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "host/data/HostStrings.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/TableSettings.h"
@@ -159,7 +160,7 @@ SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::st
       SyntaxParserUtility::InvalidAlpha(this, text);
     }
     if (value == _data->_alpha) {
-      SyntaxParserUtility::GenericMessage("The two ALPHA values are equal...", /*warning=*/true, nullptr,
+      SyntaxParserUtility::GenericMessage(msg::kAlphaValuesEqual, /*warning=*/true, nullptr,
                                           nullptr);
       return this;
     }
@@ -299,7 +300,7 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
     data._merge = false;
   }
   if (data._merge && data._styleApa && !data._alpha2Text.empty()) {
-    SyntaxParserUtility::GenericMessage("Only one ALPHA level is allowed with STYLE=APA...", /*warning=*/true,
+    SyntaxParserUtility::GenericMessage(msg::kOneAlphaWithApaStyle, /*warning=*/true,
                                         nullptr, nullptr);
     data._alpha2Text.clear();
     data._alpha2 = 0.0;

@@ -12,6 +12,7 @@
 #include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
 #include "host/output/BpError.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 #include "host/tokens/Lexer.h"
 #include "quilt.h"
@@ -130,11 +131,11 @@ INSTANTIATE_TEST_SUITE_P(
     Tables, DispatcherWarnings,
     ::testing::Values(
         WarningCase{"RemovedVariableByNumber", "g,h\n1,\n2,\n", "QUILT /TABLE g /TABLE g BY h",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "2"}},
+                    msg::kVariablesRemoved, {"h", "2"}},
         WarningCase{"RemovedVariableByTitle", "g,h\n1,\n2,\n", "QUILT /TABLE g BY h /TITLES TITLE='Brand by age'",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "Brand by age"}},
+                    msg::kVariablesRemoved, {"h", "Brand by age"}},
         WarningCase{"ScaleWithoutValidCase", "g,s\n1,\n2,\n", "QUILT /TABLE g BY s [S][MEAN]",
-                    "No cases for scale variables [%1:,^1:]1 in table ^2 ...", {"s", "1"}}),
+                    msg::kNoCasesForScaleVariables, {"s", "1"}}),
     [](const ::testing::TestParamInfo<WarningCase>& info) { return info.param.name; });
 
 // Wave 1 finds value 2 besides the labelled 1; wave 2 finds 3, 4 and 5: each group starts clean.
@@ -177,7 +178,7 @@ TEST_F(DispatcherRun, TooManyDistinctValuesEndTheCommandNamingTheVariable) {
     if (message->GetLevel() == kBpLevelFatal) fatal = message;
   }
   ASSERT_NE(fatal, nullptr);
-  EXPECT_EQ(fatal->GetKey(), "Variable ^1 has more than ^2 distinct values ...");
+  EXPECT_EQ(fatal->GetKey(), msg::kTooManyDistinctValues);
   ASSERT_EQ(fatal->GetArguments().size(), 2u);
   EXPECT_EQ(fatal->GetArguments()[0], "id");
   EXPECT_EQ(DumpText(), "");  // no table was built

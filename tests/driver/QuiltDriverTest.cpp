@@ -14,6 +14,7 @@
 #include "host/data/ProcedureDataSource.h"
 #include "host/output/BpError.h"
 #include "host/output/BpProcedure.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 #include "host/tokens/Lexer.h"
 #include "quilt.h"
@@ -68,7 +69,7 @@ TEST_F(RunFixture, CommandWithoutTableEndsFatallyNamingTheMissingSubcommand) {
   const auto messages = Messages();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Missing ^2 subcommand.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kMissingSubcommand);
   EXPECT_EQ(messages[0]->GetArguments(), (std::vector<std::string>{"QUILT", "TABLE"}));
 }
 
@@ -85,7 +86,7 @@ TEST_P(IncorrectSequences, EndTheCommandBeforeAnyCaseIsRead) {
   const auto messages = Messages();
   ASSERT_EQ(messages.size(), 1u) << GetParam().command;
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Incorrect Sequence ^2.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kIncorrectSequence);
   ASSERT_EQ(messages[0]->GetArguments().size(), 2u);
   EXPECT_EQ(messages[0]->GetArguments()[1], GetParam().offendingText);
 }
@@ -137,7 +138,7 @@ TEST_F(RunFixture, ActiveFileWithoutCasesIsFatal) {
   const auto messages = Messages();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "No cases in the active file ...");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kNoCases);
 }
 
 TEST_F(RunFixture, LayeredSplitsAreReportedOnceAfterThePass) {
@@ -149,7 +150,7 @@ TEST_F(RunFixture, LayeredSplitsAreReportedOnceAfterThePass) {
   const auto messages = Messages();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelWarning);
-  EXPECT_EQ(messages[0]->GetKey(), "Splits as rows not processed ...");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kSplitsAsRowsNotProcessed);
 }
 
 TEST_F(RunFixture, SeparateSplitsAndUnsplitDataPassWithoutMessages) {

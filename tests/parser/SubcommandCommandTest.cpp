@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxTablesCommand.h"
 
 namespace {
@@ -32,8 +33,8 @@ TEST(SubcommandCommandTest, TableLevelSubcommandsKeepWhatTheCommandSaid) {
   // Moving the column labels to the layers leaves no columns to test: both tests are
   // dropped with a warning, in the order they were requested.
   ASSERT_EQ(outcome.reported.size(), 2u);
-  EXPECT_EQ(outcome.reported[0].key, "Column proportions in comperimeter table.");
-  EXPECT_EQ(outcome.reported[1].key, "Chi-square in comperimeter table.");
+  EXPECT_EQ(outcome.reported[0].key, msg::kColumnProportionsMovedLabels);
+  EXPECT_EQ(outcome.reported[1].key, msg::kChiSquareMovedLabels);
   // The smaller level comes first; the texts stay as written.
   EXPECT_NE(dump.find("type=2 alpha=0.01 alpha2=0.05 adjust=1 merge=0 showSig=0 sigDigits=4"),
             std::string::npos)
@@ -89,19 +90,19 @@ TEST(SubcommandCommandTest, ErrorsAndWarningsOfWholeCommands) {
     bool thrown;
   };
   const std::vector<Case> cases = {
-      {"QUILT /TABLE a /COMPARETEST ALPHA=1 TYPE=PROP.", "Subcommand ^1. Text ^2. Invalid ALPHA.", true},
-      {"QUILT /TABLE a /COMPARETEST ALPHA=0.01.", "Text ^1. Incomplete subcommand ^2.", true},
-      {"QUILT /TABLE a /COMPARETEST TYPE=PROP MERGE=YES SHOWSIG=YES.", "SigTests cant merge and show pvalue.",
+      {"QUILT /TABLE a /COMPARETEST ALPHA=1 TYPE=PROP.", msg::kInvalidAlpha, true},
+      {"QUILT /TABLE a /COMPARETEST ALPHA=0.01.", msg::kIncompleteSubcommand, true},
+      {"QUILT /TABLE a /COMPARETEST TYPE=PROP MERGE=YES SHOWSIG=YES.", msg::kMergeCannotShowPValues,
        false},
-      {"QUILT /TABLE a /CRITERIA CILEVEL=100.", "Subcommand ^1. Text ^2. Invalid CILEVEL.", true},
-      {"QUILT /FORMAT MINCOLWIDTH=14 /TABLE a.", "Subcommand ^1. Text ^2. Incorrect minimum col width.",
+      {"QUILT /TABLE a /CRITERIA CILEVEL=100.", msg::kInvalidCiLevel, true},
+      {"QUILT /FORMAT MINCOLWIDTH=14 /TABLE a.", msg::kIncorrectMinimumWidth,
        true},
-      {"QUILT /WEIGHT VARIABLE=s /TABLE a.", "Subcommand ^1. Variable ^2 is not numeric.", true},
-      {"QUILT /HIDESMALLCOUNTS COUNT=1 /TABLE a.", "InvalidHideSmallCountValue", true},
-      {"QUILT /VLABELS VARIABLES=c TO a DISPLAY=NAME /TABLE a.", "Subcommand ^1. Dictionary order violation.",
+      {"QUILT /WEIGHT VARIABLE=s /TABLE a.", msg::kVariableIsNotNumeric, true},
+      {"QUILT /HIDESMALLCOUNTS COUNT=1 /TABLE a.", msg::kInvalidHideSmallCountValue, true},
+      {"QUILT /VLABELS VARIABLES=c TO a DISPLAY=NAME /TABLE a.", msg::kDictionaryOrderViolation,
        true},
-      {"QUILT /VLABELS VARIABLES=a /TABLE a.", "Text ^1. Incomplete subcommand ^2.", true},
-      {"QUILT /TABLE a /TITLES TITLE= /SLABELS VISIBLE=NO.", "Text ^1. Incomplete subcommand ^2.", true},
+      {"QUILT /VLABELS VARIABLES=a /TABLE a.", msg::kIncompleteSubcommand, true},
+      {"QUILT /TABLE a /TITLES TITLE= /SLABELS VISIBLE=NO.", msg::kIncompleteSubcommand, true},
   };
   for (const Case& row : cases) {
     const EventOutcome outcome = ParseAndInspect(row.command, [](SyntaxTablesCommand&) {});

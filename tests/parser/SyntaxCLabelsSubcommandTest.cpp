@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxCLabelsSubcommand.h"
 #include "parser/TableSettings.h"
 
@@ -74,10 +75,10 @@ TEST(SyntaxCLabelsSubcommandTest, WordsOutOfPlace) {
   for (const Case& row : cases) {
     const Outcome outcome = Request(row.events);
     ASSERT_TRUE(outcome.events.threw) << row.offending;
-    EXPECT_EQ(outcome.events.error.key, "Subcommand ^1. Unknown keyword ^2.");
+    EXPECT_EQ(outcome.events.error.key, msg::kUnknownKeyword);
     EXPECT_EQ(outcome.events.error.arguments, (std::vector<std::string>{"CLABELS", row.offending}));
   }
-  EXPECT_EQ(Request({Key("COLLABELS")}).events.error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(Request({Key("COLLABELS")}).events.error.key, msg::kIncompleteSubcommand);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxCriteriaSubcommand.h"
 #include "parser/TableSettings.h"
 
@@ -38,7 +39,7 @@ TEST(SyntaxCriteriaSubcommandTest, BoundsAreOpen) {
     const std::string text = std::to_string(value);
     const EventOutcome outcome = Request(settings, {Key("CILEVEL"), Num(value, text)});
     ASSERT_TRUE(outcome.threw) << text;
-    EXPECT_EQ(outcome.error.key, "Subcommand ^1. Text ^2. Invalid CILEVEL.");
+    EXPECT_EQ(outcome.error.key, msg::kInvalidCiLevel);
     EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"CRITERIA", text}));
   }
 }
@@ -54,7 +55,7 @@ TEST(SyntaxCriteriaSubcommandTest, RepeatsAndMisplacedValues) {
   EXPECT_EQ(Request(settings, {Num(90, "90")}).error.arguments, (std::vector<std::string>{"CRITERIA", "90"}));
   EXPECT_EQ(Request(settings, {Key("ALPHA")}).error.arguments,
             (std::vector<std::string>{"CRITERIA", "ALPHA"}));
-  EXPECT_EQ(Request(settings, {Key("CILEVEL")}).error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(Request(settings, {Key("CILEVEL")}).error.key, msg::kIncompleteSubcommand);
 }
 
 }  // namespace

@@ -5,14 +5,11 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/PresentationCodes.h"
 #include "parser/SyntaxFormatSubcommand.h"
 
 namespace {
-
-const char* const kMinBound = "Subcommand ^1. Text ^2. Incorrect minimum col width.";
-const char* const kMaxBound = "Subcommand ^1. Text ^2. Incorrect maximum col width.";
-const char* const kMinMax = "Subcommand ^1. Text ^2. min_width is greater than max_width.";
 
 struct Fixture {
   RecordingParent root{"QUILT"};
@@ -38,19 +35,19 @@ TEST(SyntaxFormatSubcommandTest, WidthBoundsAreCheckedInPoints) {
     const char* text;
   };
   const std::vector<Case> cases = {
-      {{Key("MINCOLWIDTH"), Num(14, "14")}, kMinBound, "14"},
-      {{Key("MINCOLWIDTH"), Num(2001, "2001")}, kMinBound, "2001"},
+      {{Key("MINCOLWIDTH"), Num(14, "14")}, msg::kIncorrectMinimumWidth, "14"},
+      {{Key("MINCOLWIDTH"), Num(2001, "2001")}, msg::kIncorrectMinimumWidth, "2001"},
       {{Key("MINCOLWIDTH"), Num(15, "15")}, nullptr, ""},
       {{Key("MINCOLWIDTH"), Num(2000, "2000")}, nullptr, ""},
-      {{Key("MAXCOLWIDTH"), Num(14.5, "14.5")}, kMaxBound, "14.5"},
+      {{Key("MAXCOLWIDTH"), Num(14.5, "14.5")}, msg::kIncorrectMaximumWidth, "14.5"},
       {{Key("MAXCOLWIDTH"), Num(2000, "2000")}, nullptr, ""},
       // 28 inches are 2016 points, above the bound.
-      {{Key("UNITS"), Word("INCHES"), Key("MAXCOLWIDTH"), Num(28, "28")}, kMaxBound, "28"},
+      {{Key("UNITS"), Word("INCHES"), Key("MAXCOLWIDTH"), Num(28, "28")}, msg::kIncorrectMaximumWidth, "28"},
       // 0.5 cm are 0.5 * 72 / 2.54 = 14.17 points, below the bound.
-      {{Key("MINCOLWIDTH"), Num(0.5, "0.5"), Key("UNITS"), Word("CM")}, kMinBound, "0.5"},
+      {{Key("MINCOLWIDTH"), Num(0.5, "0.5"), Key("UNITS"), Word("CM")}, msg::kIncorrectMinimumWidth, "0.5"},
       // 1 cm (28.3 points) passes, 0.5 cm is smaller: the pair check comes first.
       {{Key("MINCOLWIDTH"), Num(1, "1"), Key("MAXCOLWIDTH"), Num(0.5, "0.5"), Key("UNITS"), Word("CM")},
-       kMinMax,
+       msg::kMinimumWidthAboveMaximum,
        "1"},
   };
   for (const Case& row : cases) {
@@ -97,7 +94,7 @@ TEST(SyntaxFormatSubcommandTest, UnitsWithoutAWidthWarn) {
   const EventOutcome outcome = fixture.Run({Key("UNITS"), Word("cm")});
   ASSERT_FALSE(outcome.threw);
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, "Subcommand ^1. Units ^2 with no col width.");
+  EXPECT_EQ(outcome.reported[0].key, msg::kUnitsWithoutWidth);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"FORMAT", "UNITS=CM"}));
 }
 
@@ -124,14 +121,14 @@ TEST(SyntaxFormatSubcommandTest, MisplacedValuesAndMissingValues) {
     const char* key;
     std::vector<std::string> arguments;
   };
-  const char* const unknown = "Subcommand ^1. Unknown keyword ^2.";
+  const char* const unknown = msg::kUnknownKeyword;
   const std::vector<Case> cases = {
       {{Key("UNITS"), Word("FEET")}, unknown, {"FORMAT", "FEET"}},
       {{Key("MISSING"), Word("DOT")}, unknown, {"FORMAT", "DOT"}},  // MISSING takes a literal
       {{Key("EMPTY"), Num(0, "0")}, unknown, {"FORMAT", "0"}},
       {{Key("MINCOLWIDTH"), Key("UNITS")}, unknown, {"FORMAT", "UNITS"}},
       {{Key("WIDTH")}, unknown, {"FORMAT", "WIDTH"}},
-      {{Key("MINCOLWIDTH")}, "Text ^1. Incomplete subcommand ^2.", {".", "FORMAT"}},
+      {{Key("MINCOLWIDTH")}, msg::kIncompleteSubcommand, {".", "FORMAT"}},
   };
   for (const Case& row : cases) {
     Fixture fixture;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxHideSmallCountsSubcommand.h"
 
@@ -39,7 +40,7 @@ TEST(SyntaxHideSmallCountsSubcommandTest, CountIsReadAsAnInteger) {
     if (row.expected == 0) {
       ASSERT_TRUE(outcome.threw) << row.text;
       // The key stands by itself, with no placeholder.
-      EXPECT_EQ(outcome.error.key, "InvalidHideSmallCountValue");
+      EXPECT_EQ(outcome.error.key, msg::kInvalidHideSmallCountValue);
       EXPECT_TRUE(outcome.error.arguments.empty());
       continue;
     }
@@ -53,7 +54,7 @@ TEST(SyntaxHideSmallCountsSubcommandTest, MisplacedAndRepeatedValues) {
   EXPECT_EQ(RunHide(noKeyword, {Num(3, "3")}).error.arguments,
             (std::vector<std::string>{"HIDESMALLCOUNTS", "3"}));
   SyntaxHideSmallCountsSubcommand open;
-  EXPECT_EQ(RunHide(open, {Key("COUNT")}).error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(RunHide(open, {Key("COUNT")}).error.key, msg::kIncompleteSubcommand);
   SyntaxHideSmallCountsSubcommand notNumber;
   // ".5" gives sscanf no integer to read.
   EXPECT_EQ(RunHide(notNumber, {Key("COUNT"), Num(0.5, ".5")}).error.arguments,

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/TokenInfo.h"
@@ -124,48 +125,46 @@ TEST_P(PComputeMessages, EndTheCommand) {
   EXPECT_EQ(parse.Error().level, kThrown);
 }
 
-const char* const kInvalid = "Subcommand ^1. Invalid expression for computed category &^2 .";
-
 const MessageCase kPComputeMessages[] = {
-    {"PlusAfterOperator", "QUILT /PCOMPUTE &a=EXPR(2 * +3) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"TwoBrackets", "QUILT /PCOMPUTE &a=EXPR([1] [2]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"BracketThenParen", "QUILT /PCOMPUTE &a=EXPR([1](2)) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NumberAndLiteral", "QUILT /PCOMPUTE &a=EXPR([1] + ['a']) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"SubtotalZero", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[0]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"SubtotalNegative", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[-1]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
+    {"PlusAfterOperator", "QUILT /PCOMPUTE &a=EXPR(2 * +3) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"TwoBrackets", "QUILT /PCOMPUTE &a=EXPR([1] [2]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"BracketThenParen", "QUILT /PCOMPUTE &a=EXPR([1](2)) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"NumberAndLiteral", "QUILT /PCOMPUTE &a=EXPR([1] + ['a']) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"SubtotalZero", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[0]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"SubtotalNegative", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[-1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
     // Inside brackets a word must be a member of a set: MISSING is no keyword there.
-    {"MissingInBrackets", "QUILT /PCOMPUTE &a=EXPR([MISSING]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NextSubcommandInside", "QUILT /PCOMPUTE &a=EXPR([1] + PPROPERTIES", kInvalid, {"PCOMPUTE", "a"}},
-    {"UnknownWord", "QUILT /PCOMPUTE &a=EXPR([1] + half) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"OperatorFirst", "QUILT /PCOMPUTE &a=EXPR(* [1]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NoAmpersand", "QUILT /PCOMPUTE a=EXPR([1]) /TABLE q1.", kInvalid, {"PCOMPUTE", ""}},
+    {"MissingInBrackets", "QUILT /PCOMPUTE &a=EXPR([MISSING]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"NextSubcommandInside", "QUILT /PCOMPUTE &a=EXPR([1] + PPROPERTIES", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"UnknownWord", "QUILT /PCOMPUTE &a=EXPR([1] + half) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"OperatorFirst", "QUILT /PCOMPUTE &a=EXPR(* [1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
+    {"NoAmpersand", "QUILT /PCOMPUTE a=EXPR([1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", ""}},
     {"OpenRange",
      "QUILT /PCOMPUTE &a=EXPR([1 THRU]) /TABLE q1.",
-     "Unrecognized variable ^1 in ^2 subcommand.",
+     msg::kUnrecognizedVariableInSubcommand,
      {"[1 THRU ])", "PCOMPUTE"}},
     {"InvalidName",
      "QUILT /PCOMPUTE &_a=EXPR([1]) /TABLE q1.",
-     "Unrecognized variable ^1 in ^2 subcommand.",
+     msg::kUnrecognizedVariableInSubcommand,
      {"_a", "PCOMPUTE"}},
     {"NoExprKeyword",
      "QUILT /PCOMPUTE &a=([1]) /TABLE q1.",
-     "SubCmd ^1. Missing required keyword ^2.",
+     msg::kMissingRequiredKeyword,
      {"PCOMPUTE", "expr"}},
     {"NoParenthesis",
      "QUILT /PCOMPUTE &a=EXPR [1] /TABLE q1.",
-     "SubCmd ^1. Missing required keyword ^2.",
+     msg::kMissingRequiredKeyword,
      {"PCOMPUTE", "("}},
     {"ClosingBracketOutside",
      "QUILT /PCOMPUTE &a=EXPR(([1])]) /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.",
+     msg::kUnknownKeyword,
      {"PCOMPUTE", "a"}},
-    {"EndsAfterEquals", "QUILT /PCOMPUTE &a=", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"EndsAfterExpr", "QUILT /PCOMPUTE &a=EXPR", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"EndsInBracket", "QUILT /PCOMPUTE &a=EXPR([1", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"NameOnly", "QUILT /PCOMPUTE &a /TABLE q1.", "Subcommand ^1. Unknown keyword ^2.", {"PCOMPUTE", "a"}},
+    {"EndsAfterEquals", "QUILT /PCOMPUTE &a=", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
+    {"EndsAfterExpr", "QUILT /PCOMPUTE &a=EXPR", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
+    {"EndsInBracket", "QUILT /PCOMPUTE &a=EXPR([1", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
+    {"NameOnly", "QUILT /PCOMPUTE &a /TABLE q1.", msg::kUnknownKeyword, {"PCOMPUTE", "a"}},
     {"AfterTable",
      "QUILT /TABLE q1 /PCOMPUTE &a=EXPR([1]).",
-     "Subcommand ^1. Unknown keyword ^2.",
+     msg::kUnknownKeyword,
      {"TABLE", "PCOMPUTE"}},
 };
 
@@ -176,7 +175,7 @@ TEST(SyntaxPComputeSubcommandTest, MissingKeywordIsAlsoReportedAsWarning) {
   KeptParse parse("QUILT /PCOMPUTE &a=([1]) /TABLE q1.");
   ASSERT_FALSE(parse.Succeeded());
   ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, "SubCmd ^1. Missing required keyword ^2.");
+  EXPECT_EQ(parse.Reported()[0].key, msg::kMissingRequiredKeyword);
   EXPECT_EQ(parse.Reported()[0].level, 2);
 }
 

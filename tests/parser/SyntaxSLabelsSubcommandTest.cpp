@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxSLabelsSubcommand.h"
 #include "parser/TableSettings.h"
@@ -51,7 +52,7 @@ TEST(SyntaxSLabelsSubcommandTest, RepeatsAndErrors) {
   TableSettings other;
   EXPECT_EQ(Request(other, table, {Key("POSITION"), Word("TOP")}).error.arguments,
             (std::vector<std::string>{"SLABELS", "TOP"}));
-  EXPECT_EQ(Request(other, table, {Key("POSITION")}).error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(Request(other, table, {Key("POSITION")}).error.key, msg::kIncompleteSubcommand);
   EXPECT_EQ(Request(other, table, {Word("ROW")}).error.arguments,
             (std::vector<std::string>{"SLABELS", "ROW"}));
   EXPECT_FALSE(other.IsSLabelPositionSet());

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxSMissingSubcommand.h"
 
 namespace {
@@ -35,7 +36,7 @@ TEST(SyntaxSMissingSubcommandTest, ASecondWordWarnsAndWins) {
   });
   ASSERT_FALSE(outcome.threw);
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, "Subcommand ^1. Text ^2. Duplicate warning.");
+  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarning);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"SMISSING", "LISTWISE"}));
   EXPECT_FALSE(smissing.GetIsPairwise());
 }

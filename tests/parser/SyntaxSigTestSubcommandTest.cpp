@@ -6,14 +6,11 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxSigTestSubcommand.h"
 #include "parser/TableSettings.h"
 
 namespace {
-
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kIncomplete = "Text ^1. Incomplete subcommand ^2.";
-const char* const kInvalidAlpha = "Subcommand ^1. Text ^2. Invalid ALPHA.";
 
 // SIGTEST shares the table's registry and the ALPHA rules.
 TEST(SyntaxSigTestSubcommandTest, ChiSquareRequestsAndTheirChecks) {
@@ -45,15 +42,15 @@ TEST(SyntaxSigTestSubcommandTest, ChiSquareRequestsAndTheirChecks) {
 
   outcome = request({Key("ALPHA"), Num(0.01, "0.01")});
   ASSERT_TRUE(outcome.threw);
-  EXPECT_EQ(outcome.error.key, kIncomplete);
+  EXPECT_EQ(outcome.error.key, msg::kIncompleteSubcommand);
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{".", "SIGTEST"}));
 
   outcome = request({Key("ALPHA"), Num(1, "1")});
-  EXPECT_EQ(outcome.error.key, kInvalidAlpha);
+  EXPECT_EQ(outcome.error.key, msg::kInvalidAlpha);
 
   // SIGTEST takes one level only, and no COMPARETEST keyword.
   outcome = request({Key("TYPE"), Word("CHISQUARE"), Key("ALPHA"), Num(0.05, "0.05"), Num(0.01, "0.01")});
-  EXPECT_EQ(outcome.error.key, kUnknownKeyword);
+  EXPECT_EQ(outcome.error.key, msg::kUnknownKeyword);
   outcome = request({Key("MERGE"), Word("YES")});
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"SIGTEST", "MERGE"}));
 

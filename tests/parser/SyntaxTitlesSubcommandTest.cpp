@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxMiscSubcommands.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTitlesSubcommand.h"
@@ -97,7 +98,7 @@ TEST(SyntaxTitlesSubcommandTest, IncompleteAndUnknown) {
   Fixture empty;
   const EventOutcome noLines = empty.Run({Key("TITLE")});
   ASSERT_TRUE(noLines.threw);
-  EXPECT_EQ(noLines.error.key, "Text ^1. Incomplete subcommand ^2.");
+  EXPECT_EQ(noLines.error.key, msg::kIncompleteSubcommand);
   EXPECT_EQ(noLines.error.arguments, (std::vector<std::string>{"/", "TITLES"}));
 
   Fixture emptyBeforeNext;

@@ -6,18 +6,13 @@
 
 #include "ParserTestSupport.h"
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxVariableName.h"
 
 namespace {
-
-const char* const kNoTotalsStats = "Subcommand ^1. Text ^2. No TOTALS stats.";
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kScaleTotal = "Subcommand ^1. Totals for variable ^2.";
-const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
-const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
 
 // The dump line of the variable or set `name`, or empty.
 std::string LineOf(const std::string& dump, const std::string& name) {
@@ -79,7 +74,7 @@ TEST(SyntaxTotalsTest, ScaleVariableGetsNoTotalsButAWarning) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE x [TOTALS [COUNT]].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kScaleTotal);
+  EXPECT_EQ(outcome.reported[0].key, msg::kTotalsForVariable);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "x"}));
   EXPECT_EQ(FieldOf(outcome.dump, "x", "totalstats="), "none") << outcome.dump;
 }
@@ -88,7 +83,7 @@ TEST(SyntaxTotalsTest, SecondTotalsClauseWarnsAndAddsToTheFirst) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [C] [TOTALS [COUNT]] [TOTALS [ROWPCT.COUNT]].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarningFromVariable);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "TOTALS", "a"}));
   EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "COUNT,ROWPCT.COUNT") << outcome.dump;
 }
@@ -142,7 +137,7 @@ TEST(SyntaxTotalsTest, SecondDifferentTotalAnswerWarnsFromCategories) {
   });
   ASSERT_FALSE(outcome.threw) << outcome.error.key;
   ASSERT_EQ(reported.size(), 1u);
-  EXPECT_EQ(reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(reported[0].key, msg::kDuplicateWarningFromVariable);
   EXPECT_EQ(reported[0].arguments, (std::vector<std::string>{"CATEGORIES", "TOTAL", "a"}));
 }
 
@@ -165,10 +160,10 @@ TEST_P(TotalsErrors, NameWhatAndWhere) {
 INSTANTIATE_TEST_SUITE_P(
     Commands, TotalsErrors,
     testing::Values(
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", kGroup3, {"TABLE", "a", "RESPONSES"}}));
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", msg::kUnknownKeyword, {"TABLE", "TOTALS"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
+        ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", msg::kThirdGroupStatistic, {"TABLE", "a", "RESPONSES"}}));
 
 }  // namespace

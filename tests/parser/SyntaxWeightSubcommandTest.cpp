@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxWeightSubcommand.h"
 
@@ -44,12 +45,12 @@ TEST(SyntaxWeightSubcommandTest, RejectedVariables) {
     std::vector<std::string> arguments;
   };
   const std::vector<Case> cases = {
-      {{Key("VARIABLE"), Word("s")}, "Subcommand ^1. Variable ^2 is not numeric.", {"WEIGHT", "s"}},
-      {{Key("VARIABLE"), Word("nosuch")}, "Unrecognized variable ^1 in ^2 subcommand.", {"nosuch", "WEIGHT"}},
-      {{Key("VARIABLE")}, "Text ^1. Incomplete subcommand ^2.", {".", "WEIGHT"}},
-      {{Key("VAR"), Num(1, "1")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "1"}},
-      {{Word("w")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "w"}},
-      {{Key("CASES")}, "Subcommand ^1. Unknown keyword ^2.", {"WEIGHT", "CASES"}},
+      {{Key("VARIABLE"), Word("s")}, msg::kVariableIsNotNumeric, {"WEIGHT", "s"}},
+      {{Key("VARIABLE"), Word("nosuch")}, msg::kUnrecognizedVariableInSubcommand, {"nosuch", "WEIGHT"}},
+      {{Key("VARIABLE")}, msg::kIncompleteSubcommand, {".", "WEIGHT"}},
+      {{Key("VAR"), Num(1, "1")}, msg::kUnknownKeyword, {"WEIGHT", "1"}},
+      {{Word("w")}, msg::kUnknownKeyword, {"WEIGHT", "w"}},
+      {{Key("CASES")}, msg::kUnknownKeyword, {"WEIGHT", "CASES"}},
   };
   for (const Case& row : cases) {
     Fixture fixture;
