@@ -8,9 +8,9 @@
 
 #include "parser/CategoryRange.h"
 #include "parser/CategoryToken.h"
+#include "parser/CommandScope.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTablesCommand.h"
 
 namespace {
 
@@ -129,8 +129,8 @@ SyntaxConverter* SyntaxCategorySquareBracket::String(const std::string& text) {
   if (data._awaitingComputedName) {
     data._awaitingComputedName = false;
     AddCategoryToken(new CategoryToken(text, Codes::kExplicitComputed), text);
-    if (auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent())) {
-      for (SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+    if (const CommandScope* command = GetCommandScope()) {
+      for (SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
         if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), text)) {
           continue;
         }

@@ -17,6 +17,7 @@
 #include "host/engine/ParsedCategory.h"
 #include "parser/CategoryRange.h"
 #include "parser/CategoryToken.h"
+#include "parser/CommandScope.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
@@ -743,14 +744,13 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
   const VarData& data = *_varData;
   const std::string catName = token.GetToken();
   const bool isSet = data._index < 0;
-  auto* root = dynamic_cast<SyntaxComposite*>(TopParent());
+  const CommandScope* command = GetCommandScope();
   std::unique_ptr<ParsedCategory> category;
   bool usesTotals = false;  // the expression refers to the total or a subtotal
-  if (root != nullptr) {
-    for (SyntaxConverter* child : root->GetChildren()) {
-      const std::string kind = child->GetSubcommandName();
-      if (kind == "PCOMPUTE") {
-        auto* pCompute = static_cast<SyntaxPComputeSubcommand*>(child);
+  if (command != nullptr) {
+    for (const ComputedDefinition& definition : command->GetComputedDefinitions()) {
+      if (definition.compute != nullptr) {
+        const SyntaxPComputeSubcommand* pCompute = definition.compute;
         if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), catName)) {
           continue;
         }
@@ -837,8 +837,8 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
         category = std::make_unique<ParsedCategory>(catName, labels, /*hideSource=*/false, std::vector<int>(),
                                                     std::vector<int>(), std::vector<int>(),
                                                     ParsedCategory::kParsedComputed, index);
-      } else if (kind == "PPROPERTIES" && category != nullptr) {
-        auto* properties = static_cast<SyntaxPPropertiesSubcommand*>(child);
+      } else if (category != nullptr) {
+        const SyntaxPPropertiesSubcommand* properties = definition.properties;
         bool named = false;
         for (const std::string& name : properties->GetCatNameVector()) {
           named = named || SyntaxParserUtility::ExactWordMatch(name, catName);

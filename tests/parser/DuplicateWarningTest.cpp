@@ -50,10 +50,7 @@ void PrintTo(const DuplicateCase& row, std::ostream* out) {
   *out << row.command;
 }
 
-class DuplicateWarnings : public ::testing::TestWithParam<DuplicateCase> {
- protected:
-  void TearDown() override { SyntaxConverter::SetBaseWeightVarIndex(-1); }
-};
+class DuplicateWarnings : public ::testing::TestWithParam<DuplicateCase> {};
 
 TEST_P(DuplicateWarnings, WarnOnceAndKeepTheLaterValue) {
   const DuplicateCase& row = GetParam();

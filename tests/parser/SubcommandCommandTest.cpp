@@ -80,7 +80,6 @@ TEST(SubcommandCommandTest, GlobalSubcommandsReachTheRoot) {
       << dump.str();
   EXPECT_NE(dump.str().find("pairwise=0"), std::string::npos) << dump.str();
   EXPECT_NE(dump.str().find("all=0 option=1 indices=1,2,3"), std::string::npos) << dump.str();  // a TO c
-  SyntaxConverter::SetBaseWeightVarIndex(-1);
 }
 
 TEST(SubcommandCommandTest, ErrorsAndWarningsOfWholeCommands) {
@@ -114,7 +113,6 @@ TEST(SubcommandCommandTest, ErrorsAndWarningsOfWholeCommands) {
       EXPECT_EQ(outcome.reported[0].key, row.key) << row.command;
     }
   }
-  SyntaxConverter::SetBaseWeightVarIndex(-1);
 }
 
 }  // namespace

@@ -35,7 +35,6 @@ TEST(SyntaxWeightSubcommandTest, ANumericVariableBecomesTheBaseWeight) {
   EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 4);  // w is the fifth variable of the test dictionary
   EXPECT_EQ(fixture.root.GetBaseWeightVarName(), "w");
   EXPECT_TRUE(fixture.weight->IsDataBaseWeighted());
-  SyntaxConverter::SetBaseWeightVarIndex(-1);
 }
 
 TEST(SyntaxWeightSubcommandTest, RejectedVariables) {
@@ -70,7 +69,6 @@ TEST(SyntaxWeightSubcommandTest, ARepeatedVariableWarnsAndTheLaterOneStands) {
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"WEIGHT", "VARIABLE"}));
   EXPECT_EQ(fixture.root.GetBaseWeightVarName(), "b");
   EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 2);
-  SyntaxConverter::SetBaseWeightVarIndex(-1);
 }
 
 }  // namespace
