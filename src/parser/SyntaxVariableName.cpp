@@ -458,7 +458,8 @@ bool SyntaxVariableName::GetIsMissingExclude() const {
 
 void SyntaxVariableName::SetTotalLabel(const std::string& label) {
   VarData& data = *_varData;
-  if (data._totalLabelSet && SyntaxParserUtility::ExactWordMatch(data._totalLabel, label)) {
+  // Labels are texts: a change of case is a different label.
+  if (data._totalLabelSet && data._totalLabel != label) {
     SyntaxParserUtility::DuplicateWarningFromVariable("LABEL", data._name, /*categories=*/true);
   }
   data._totalLabel = label;

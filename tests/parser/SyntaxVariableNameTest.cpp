@@ -97,9 +97,10 @@ TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
       {"POSITION=AFTER", "POSITION=BEFORE", "POSITION"},
       {"EMPTY=INCLUDE", "EMPTY=EXCLUDE", "EMPTY"},
       {"MISSING=INCLUDE", "MISSING=EXCLUDE", "MISSING"},
-      // The total's label warns when it is given again alike.
+      // A label is a text: another one, even in another case, warns; the same one does not.
+      {"LABEL='All'", "LABEL='Every'", "LABEL"},
       {"LABEL='All'", "LABEL='all'", "LABEL"},
-      {"LABEL='All'", "LABEL='Every'", nullptr},
+      {"LABEL='All'", "LABEL='All'", nullptr},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(std::string(test.first) + " / " + test.second);
