@@ -107,69 +107,7 @@ TEST(SyntaxPComputeSubcommandTest, TotalAndTokenIndex) {
   EXPECT_EQ(operators[1].index, 2u);
 }
 
-struct MessageCase {
-  const char* name;
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class PComputeMessages : public ::testing::TestWithParam<MessageCase> {};
-
-TEST_P(PComputeMessages, EndTheCommand) {
-  const MessageCase& test = GetParam();
-  KeptParse parse(test.command);
-  ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, test.key);
-  EXPECT_EQ(parse.Error().arguments, test.arguments);
-  EXPECT_EQ(parse.Error().level, kThrown);
-}
-
-const MessageCase kPComputeMessages[] = {
-    {"PlusAfterOperator", "QUILT /PCOMPUTE &a=EXPR(2 * +3) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"TwoBrackets", "QUILT /PCOMPUTE &a=EXPR([1] [2]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"BracketThenParen", "QUILT /PCOMPUTE &a=EXPR([1](2)) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"NumberAndLiteral", "QUILT /PCOMPUTE &a=EXPR([1] + ['a']) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"SubtotalZero", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[0]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"SubtotalNegative", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[-1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    // Inside brackets a word must be a member of a set: MISSING is no keyword there.
-    {"MissingInBrackets", "QUILT /PCOMPUTE &a=EXPR([MISSING]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"NextSubcommandInside", "QUILT /PCOMPUTE &a=EXPR([1] + PPROPERTIES", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"UnknownWord", "QUILT /PCOMPUTE &a=EXPR([1] + half) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"OperatorFirst", "QUILT /PCOMPUTE &a=EXPR(* [1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", "a"}},
-    {"NoAmpersand", "QUILT /PCOMPUTE a=EXPR([1]) /TABLE q1.", msg::kInvalidComputedCategoryExpression, {"PCOMPUTE", ""}},
-    {"OpenRange",
-     "QUILT /PCOMPUTE &a=EXPR([1 THRU]) /TABLE q1.",
-     msg::kUnrecognizedVariableInSubcommand,
-     {"[1 THRU ])", "PCOMPUTE"}},
-    {"InvalidName",
-     "QUILT /PCOMPUTE &_a=EXPR([1]) /TABLE q1.",
-     msg::kUnrecognizedVariableInSubcommand,
-     {"_a", "PCOMPUTE"}},
-    {"NoExprKeyword",
-     "QUILT /PCOMPUTE &a=([1]) /TABLE q1.",
-     msg::kMissingRequiredKeyword,
-     {"PCOMPUTE", "expr"}},
-    {"NoParenthesis",
-     "QUILT /PCOMPUTE &a=EXPR [1] /TABLE q1.",
-     msg::kMissingRequiredKeyword,
-     {"PCOMPUTE", "("}},
-    {"ClosingBracketOutside",
-     "QUILT /PCOMPUTE &a=EXPR(([1])]) /TABLE q1.",
-     msg::kUnknownKeyword,
-     {"PCOMPUTE", "a"}},
-    {"EndsAfterEquals", "QUILT /PCOMPUTE &a=", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
-    {"EndsAfterExpr", "QUILT /PCOMPUTE &a=EXPR", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
-    {"EndsInBracket", "QUILT /PCOMPUTE &a=EXPR([1", msg::kIncompleteSubcommand, {"a", "PCOMPUTE"}},
-    {"NameOnly", "QUILT /PCOMPUTE &a /TABLE q1.", msg::kUnknownKeyword, {"PCOMPUTE", "a"}},
-    {"AfterTable",
-     "QUILT /TABLE q1 /PCOMPUTE &a=EXPR([1]).",
-     msg::kUnknownKeyword,
-     {"TABLE", "PCOMPUTE"}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, PComputeMessages, ::testing::ValuesIn(kPComputeMessages),
-                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+// The errors of PCOMPUTE expressions are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 TEST(SyntaxPComputeSubcommandTest, MissingKeywordIsAlsoReportedAsWarning) {
   KeptParse parse("QUILT /PCOMPUTE &a=([1]) /TABLE q1.");

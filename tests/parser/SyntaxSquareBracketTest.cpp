@@ -97,41 +97,6 @@ TEST(SyntaxSquareBracketTest, MeasurementMarkChangesTheVariableType) {
   EXPECT_NE(LineOf(twice.dump, "a").find(" type=C"), std::string::npos) << twice.dump;
 }
 
-struct ErrorCase {
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class BracketErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(BracketErrors, NameWhatAndWhere) {
-  const ErrorCase& c = GetParam();
-  const ParseOutcome outcome = ParseCommand(c.command);
-  ASSERT_FALSE(outcome.succeeded) << c.command;
-  EXPECT_EQ(outcome.error.key, c.key) << c.command;
-  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Commands, BracketErrors,
-    testing::Values(ErrorCase{"QUILT /TABLE a [COUNT S].", msg::kStatisticsAndMeasurementLevel, {"TABLE", "S"}},
-                    ErrorCase{"QUILT /TABLE a [S COUNT].", msg::kStatisticsAndMeasurementLevel, {"TABLE", "COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [C S COUNT].", msg::kStatisticsAndMeasurementLevel, {"TABLE", "COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [PTILE].", msg::kInvalidPtile, {"TABLE", "]"}},
-                    // The statistic itself refuses the next word while it still owes its number.
-                    ErrorCase{"QUILT /TABLE a [PTILE COUNT].", msg::kInvalidPtile, {"TABLE", "PTILE COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [NOSUCH].", msg::kUnknownKeyword, {"TABLE", "NOSUCH"}},
-                    ErrorCase{"QUILT /TABLE a [S TOTALS [COUNT]].", msg::kUnknownKeyword, {"TABLE", "TOTALS"}},
-                    // A bracket needs an operand: a variable or a closed parenthesis.
-                    ErrorCase{"QUILT /TABLE a + [COUNT].", msg::kIncorrectSequence, {"TABLE", "["}},
-                    // MEAN needs a scale variable; [C] made a categorical.
-                    ErrorCase{"QUILT /TABLE a [C] [MEAN].", msg::kSecondGroupStatistic, {"TABLE", "a", "MEAN"}},
-                    // RESPONSES needs a multiple-response set.
-                    ErrorCase{"QUILT /TABLE a [RESPONSES].", msg::kThirdGroupStatistic, {"TABLE", "a", "RESPONSES"}},
-                    // A set cannot be summarized.
-                    ErrorCase{"QUILT /TABLE $cats [MEAN].", msg::kSecondGroupStatistic, {"TABLE", "$cats", "MEAN"}},
-                    // The measurement level must come before the statistics it decides.
-                    ErrorCase{"QUILT /TABLE a [COUNT] [C].", msg::kMeasurementLevelAfterStatistics, {"TABLE", "a"}}));
+// The bracket errors are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 }  // namespace

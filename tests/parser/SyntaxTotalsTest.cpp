@@ -141,29 +141,6 @@ TEST(SyntaxTotalsTest, SecondDifferentTotalAnswerWarnsFromCategories) {
   EXPECT_EQ(reported[0].arguments, (std::vector<std::string>{"CATEGORIES", "TOTAL", "a"}));
 }
 
-struct ErrorCase {
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class TotalsErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(TotalsErrors, NameWhatAndWhere) {
-  const ErrorCase& c = GetParam();
-  const ParseOutcome outcome = ParseCommand(c.command);
-  ASSERT_FALSE(outcome.succeeded) << c.command;
-  EXPECT_EQ(outcome.error.key, c.key) << c.command;
-  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Commands, TotalsErrors,
-    testing::Values(
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", msg::kUnknownKeyword, {"TABLE", "TOTALS"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", msg::kNoTotalsStatistics, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", msg::kThirdGroupStatistic, {"TABLE", "a", "RESPONSES"}}));
+// The TOTALS errors are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 }  // namespace
