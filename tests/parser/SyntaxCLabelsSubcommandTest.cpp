@@ -22,10 +22,7 @@ Outcome Request(const std::vector<Event>& events) {
   auto* clabels = new SyntaxCLabelsSubcommand(settings);
   table.Add(clabels);
   Outcome outcome;
-  outcome.events = RunEvents([&] {
-    Deliver(*clabels, events);
-    clabels->ValidateAndCommit("/");
-  });
+  outcome.events = RunSubcommand(*clabels, events);
   outcome.option = settings.GetCLabelOption();
   return outcome;
 }

@@ -22,12 +22,7 @@ struct Fixture {
     table.Add(compare);
   }
 
-  EventOutcome Run(const std::vector<Event>& events) {
-    return RunEvents([&] {
-      Deliver(*compare, events);
-      compare->ValidateAndCommit("/");
-    });
-  }
+  EventOutcome Run(const std::vector<Event>& events) { return RunSubcommand(*compare, events); }
 };
 
 TEST(SyntaxCompareTestSubcommandTest, DefaultsOfAPlainRequest) {
@@ -229,10 +224,7 @@ TEST(SyntaxCompareTestSubcommandTest, OneTestOfEachTypePerTableTheLastStands) {
   auto request = [&](std::vector<Event> events) {
     auto* compare = new SyntaxCompareTestSubcommand(settings);
     table.Add(compare);
-    return RunEvents([&] {
-      Deliver(*compare, events);
-      compare->ValidateAndCommit("/");
-    });
+    return RunSubcommand(*compare, events);
   };
   request({Key("TYPE"), Word("MEAN"), Key("ALPHA"), Num(0.1, "0.1")});
   request({Key("TYPE"), Word("PROP")});

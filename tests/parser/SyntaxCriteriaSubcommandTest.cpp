@@ -15,10 +15,7 @@ EventOutcome Request(TableSettings& settings, const std::vector<Event>& events) 
   RecordingParent table("TABLE");
   auto* criteria = new SyntaxCriteriaSubcommand(settings);
   table.Add(criteria);
-  return RunEvents([&] {
-    Deliver(*criteria, events);
-    criteria->ValidateAndCommit("/");
-  });
+  return RunSubcommand(*criteria, events);
 }
 
 TEST(SyntaxCriteriaSubcommandTest, LevelIsKeptWithItsText) {

@@ -20,12 +20,7 @@ struct Fixture {
     root.Add(format);
   }
 
-  EventOutcome Run(const std::vector<Event>& events) {
-    return RunEvents([&] {
-      Deliver(*format, events);
-      format->ValidateAndCommit(".");
-    });
-  }
+  EventOutcome Run(const std::vector<Event>& events) { return RunSubcommand(*format, events, "."); }
 };
 
 TEST(SyntaxFormatSubcommandTest, WidthBoundsAreCheckedInPoints) {

@@ -11,16 +11,9 @@
 
 namespace {
 
-EventOutcome RunHide(SyntaxHideSmallCountsSubcommand& hide, const std::vector<Event>& events) {
-  return RunEvents([&] {
-    Deliver(hide, events);
-    hide.ValidateAndCommit(".");
-  });
-}
-
 TEST(SyntaxHideSmallCountsSubcommandTest, PresenceAloneHidesBelowFive) {
   SyntaxHideSmallCountsSubcommand hide;
-  ASSERT_FALSE(RunHide(hide, {}).threw);
+  ASSERT_FALSE(RunSubcommand(hide, {}, ".").threw);
   EXPECT_TRUE(hide.GetHideSmallCountsSet());
   EXPECT_EQ(hide.GetHideSmallCountsValue(), 5);
   EXPECT_EQ(hide.GetType(), kConverterHideSmallCounts);
@@ -36,7 +29,7 @@ TEST(SyntaxHideSmallCountsSubcommandTest, CountIsReadAsAnInteger) {
                                    {1, "1", 0}, {1.9, "1.9", 0}, {-4, "-4", 0}};
   for (const Case& row : cases) {
     SyntaxHideSmallCountsSubcommand hide;
-    const EventOutcome outcome = RunHide(hide, {Key("COUNT"), Num(row.value, row.text)});
+    const EventOutcome outcome = RunSubcommand(hide, {Key("COUNT"), Num(row.value, row.text)}, ".");
     if (row.expected == 0) {
       ASSERT_TRUE(outcome.threw) << row.text;
       // The key stands by itself, with no placeholder.
@@ -51,16 +44,16 @@ TEST(SyntaxHideSmallCountsSubcommandTest, CountIsReadAsAnInteger) {
 
 TEST(SyntaxHideSmallCountsSubcommandTest, MisplacedAndRepeatedValues) {
   SyntaxHideSmallCountsSubcommand noKeyword;
-  EXPECT_EQ(RunHide(noKeyword, {Num(3, "3")}).error.arguments,
+  EXPECT_EQ(RunSubcommand(noKeyword, {Num(3, "3")}, ".").error.arguments,
             (std::vector<std::string>{"HIDESMALLCOUNTS", "3"}));
   SyntaxHideSmallCountsSubcommand open;
-  EXPECT_EQ(RunHide(open, {Key("COUNT")}).error.key, msg::kIncompleteSubcommand);
+  EXPECT_EQ(RunSubcommand(open, {Key("COUNT")}, ".").error.key, msg::kIncompleteSubcommand);
   SyntaxHideSmallCountsSubcommand notNumber;
   // ".5" gives sscanf no integer to read.
-  EXPECT_EQ(RunHide(notNumber, {Key("COUNT"), Num(0.5, ".5")}).error.arguments,
+  EXPECT_EQ(RunSubcommand(notNumber, {Key("COUNT"), Num(0.5, ".5")}, ".").error.arguments,
             (std::vector<std::string>{"HIDESMALLCOUNTS", ".5"}));
   SyntaxHideSmallCountsSubcommand repeated;
-  const EventOutcome outcome = RunHide(repeated, {Key("COUNT"), Num(3, "3"), Key("COUNT"), Num(7, "7")});
+  const EventOutcome outcome = RunSubcommand(repeated, {Key("COUNT"), Num(3, "3"), Key("COUNT"), Num(7, "7")}, ".");
   ASSERT_EQ(outcome.reported.size(), 1u);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"HIDESMALLCOUNTS", "COUNT"}));
   EXPECT_EQ(repeated.GetHideSmallCountsValue(), 7);

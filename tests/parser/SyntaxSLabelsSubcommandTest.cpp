@@ -15,10 +15,7 @@ namespace {
 EventOutcome Request(TableSettings& settings, RecordingParent& table, const std::vector<Event>& events) {
   auto* slabels = new SyntaxSLabelsSubcommand(settings);
   table.Add(slabels);
-  return RunEvents([&] {
-    Deliver(*slabels, events);
-    slabels->ValidateAndCommit("/");
-  });
+  return RunSubcommand(*slabels, events);
 }
 
 TEST(SyntaxSLabelsSubcommandTest, PositionAndVisibilityReachTheTable) {

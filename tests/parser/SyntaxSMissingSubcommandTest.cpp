@@ -28,17 +28,4 @@ TEST(SyntaxSMissingSubcommandTest, WordsAndTheirEffect) {
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"SMISSING", "PAIRWISE"}));
 }
 
-TEST(SyntaxSMissingSubcommandTest, ASecondWordWarnsAndWins) {
-  SyntaxSMissingSubcommand smissing;
-  const EventOutcome outcome = RunEvents([&] {
-    smissing.String("VARIABLE");
-    smissing.String("LISTWISE");
-  });
-  ASSERT_FALSE(outcome.threw);
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarning);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"SMISSING", "LISTWISE"}));
-  EXPECT_FALSE(smissing.GetIsPairwise());
-}
-
 }  // namespace

@@ -19,10 +19,7 @@ TEST(SyntaxSigTestSubcommandTest, ChiSquareRequestsAndTheirChecks) {
   auto request = [&](std::vector<Event> events) {
     auto* sigTest = new SyntaxSigTestSubcommand(settings);
     table.Add(sigTest);
-    return RunEvents([&] {
-      Deliver(*sigTest, events);
-      sigTest->ValidateAndCommit(".");
-    });
+    return RunSubcommand(*sigTest, events, ".");
   };
   EventOutcome outcome = request({Key("TYPE"), Word("CHISQUARE"), Key("ALPHA"), Num(0.1, "0.10"),
                                   Key("CATEGORIES"), Word("SUBTOTALS"), Key("INCLUDEMRSETS"), Word("NO")});
@@ -61,7 +58,7 @@ TEST(SyntaxSigTestSubcommandTest, ChiSquareRequestsAndTheirChecks) {
   // An empty SIGTEST asks for nothing.
   TableSettings untouched;
   SyntaxSigTestSubcommand empty(untouched);
-  EXPECT_FALSE(RunEvents([&] { empty.ValidateAndCommit("."); }).threw);
+  EXPECT_FALSE(RunSubcommand(empty, {}, ".").threw);
   EXPECT_TRUE(untouched.GetSigTestSettings().empty());
 }
 

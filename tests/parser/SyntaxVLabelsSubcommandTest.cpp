@@ -24,12 +24,7 @@ struct Fixture {
     AttachTestDataSource(*vlabels);
   }
 
-  EventOutcome Run(const std::vector<Event>& events) {
-    return RunEvents([&] {
-      Deliver(*vlabels, events);
-      vlabels->ValidateAndCommit(".");
-    });
-  }
+  EventOutcome Run(const std::vector<Event>& events) { return RunSubcommand(*vlabels, events, "."); }
 };
 
 TEST(SyntaxVLabelsSubcommandTest, RangesFollowTheDictionaryOrder) {

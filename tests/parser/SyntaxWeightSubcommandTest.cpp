@@ -21,12 +21,7 @@ struct Fixture {
     AttachTestDataSource(*weight);  // also clears the run's base weight
   }
 
-  EventOutcome Run(const std::vector<Event>& events) {
-    return RunEvents([&] {
-      Deliver(*weight, events);
-      weight->ValidateAndCommit(".");
-    });
-  }
+  EventOutcome Run(const std::vector<Event>& events) { return RunSubcommand(*weight, events, "."); }
 };
 
 TEST(SyntaxWeightSubcommandTest, ANumericVariableBecomesTheBaseWeight) {
