@@ -610,6 +610,72 @@ std::string Trimmed(std::string text) {
   return SyntaxParserUtility::TrimTrailingWhiteSpace(text);
 }
 
+// Whether the category list `tokens` holds what `reference`, one operand of a computed
+// category's expression, names: a value, a range, a literal, a member (sets only), MISSING,
+// OTHERNM or a subtotal.
+bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& tokens, bool isSet, int vlPairCount) {
+  const Codes::ExplicitListType wanted = reference.listType;
+  for (const CategoryToken* element : tokens) {
+    bool found = false;
+    const Codes::ExplicitListType type = element->GetTokenType();
+    int low = 0;
+    int high = 0;
+    if (type == Codes::kExplicitRange) {
+      const auto* range = static_cast<const CategoryRange*>(element);
+      if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
+        continue;
+      }
+      low = RangeEnd(range->GetFirstChild()->GetToken(), vlPairCount);
+      high = RangeEnd(range->GetLastChild()->GetToken(), vlPairCount);
+    }
+    switch (wanted) {
+      case Codes::kExplicitString:
+      case Codes::kExplicitName:
+        // A member variable "[name]" can only stand in a dichotomy set's list, and is
+        // named without regard to case, as variables are everywhere; a literal is exact.
+        found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
+                (wanted == Codes::kExplicitName
+                     ? SyntaxParserUtility::ExactWordMatch(element->GetToken(), reference.token)
+                     : element->GetToken() == reference.token);
+        break;
+      case Codes::kExplicitNumber: {
+        // Texts are compared, so "[1]" does not find an element written "1.0".
+        const int value = std::atoi(reference.token.c_str());
+        found = (type == Codes::kExplicitNumber && element->GetToken() == reference.token) ||
+                (type == Codes::kExplicitRange && low <= value && value <= high);
+        break;
+      }
+      case Codes::kExplicitRange: {
+        const std::size_t thru = reference.token.find("THRU");
+        const std::string lowText =
+            Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
+        const std::size_t blank = reference.token.find_last_of(' ');
+        const std::string highText =
+            Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
+        found = (type == Codes::kExplicitNumber &&
+                 (element->GetToken() == lowText || element->GetToken() == highText)) ||
+                (type == Codes::kExplicitRange && low <= RangeEnd(lowText, vlPairCount) &&
+                 RangeEnd(highText, vlPairCount) <= high);
+        break;
+      }
+      case Codes::kExplicitMissing:
+      case Codes::kExplicitOtherNM:
+        found = type == wanted;
+        break;
+      case Codes::kExplicitSubtotal:
+      case Codes::kExplicitHSubtotal:
+        found = IsSubtotalToken(type);
+        break;
+      default:
+        break;
+    }
+    if (found) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 int SyntaxVariableName::CheckSubtotals(const std::vector<CategoryToken*>& tokens) {
@@ -764,65 +830,8 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
             usesTotals = true;
             continue;
           }
-          bool found = false;
           const Codes::ExplicitListType wanted = reference.listType;
-          for (const CategoryToken* element : tokens) {
-            const Codes::ExplicitListType type = element->GetTokenType();
-            int low = 0;
-            int high = 0;
-            if (type == Codes::kExplicitRange) {
-              const auto* range = static_cast<const CategoryRange*>(element);
-              if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
-                continue;
-              }
-              low = RangeEnd(range->GetFirstChild()->GetToken(), data._vlPairCount);
-              high = RangeEnd(range->GetLastChild()->GetToken(), data._vlPairCount);
-            }
-            switch (wanted) {
-              case Codes::kExplicitString:
-              case Codes::kExplicitName:
-                // A member variable "[name]" can only stand in a dichotomy set's list, and is
-                // named without regard to case, as variables are everywhere; a literal is exact.
-                found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
-                        (wanted == Codes::kExplicitName
-                             ? SyntaxParserUtility::ExactWordMatch(element->GetToken(), reference.token)
-                             : element->GetToken() == reference.token);
-                break;
-              case Codes::kExplicitNumber: {
-                // Texts are compared, so "[1]" does not find an element written "1.0".
-                const int value = std::atoi(reference.token.c_str());
-                found = (type == Codes::kExplicitNumber && element->GetToken() == reference.token) ||
-                        (type == Codes::kExplicitRange && low <= value && value <= high);
-                break;
-              }
-              case Codes::kExplicitRange: {
-                const std::size_t thru = reference.token.find("THRU");
-                const std::string lowText =
-                    Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
-                const std::size_t blank = reference.token.find_last_of(' ');
-                const std::string highText =
-                    Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
-                found = (type == Codes::kExplicitNumber &&
-                         (element->GetToken() == lowText || element->GetToken() == highText)) ||
-                        (type == Codes::kExplicitRange && low <= RangeEnd(lowText, data._vlPairCount) &&
-                         RangeEnd(highText, data._vlPairCount) <= high);
-                break;
-              }
-              case Codes::kExplicitMissing:
-              case Codes::kExplicitOtherNM:
-                found = type == wanted;
-                break;
-              case Codes::kExplicitSubtotal:
-              case Codes::kExplicitHSubtotal:
-                found = IsSubtotalToken(type);
-                break;
-              default:
-                break;
-            }
-            if (found) {
-              break;
-            }
-          }
+          const bool found = ListHolds(reference, tokens, isSet, data._vlPairCount);
           if (IsSubtotalToken(wanted)) {
             usesTotals = true;
             if (found && reference.index > static_cast<unsigned long>(total)) {
