@@ -61,15 +61,6 @@ TEST(MessageCatalogue, KeyWithoutWordingShowsAsItselfFilledIn) {
   EXPECT_EQ(MessageCatalogue::Expand("No such key ^1", {Single("x")}), "No such key x");
 }
 
-TEST(MessageCatalogue, AbbreviatedKeysGetFullSentences) {
-  BpComposite composite(msg::kNoteColumnProportionsResults, /*translate=*/true);
-  composite.Add(BpString("0.05", /*translate=*/false));
-  composite.Finish();
-  EXPECT_EQ(composite.GetText().find("..."), std::string::npos);
-  EXPECT_NE(composite.GetText().find("0.05"), std::string::npos);
-  EXPECT_EQ(BpString(msg::kNoteSmallExpectedCounts, /*translate=*/true).GetText().rfind("20% or more of the cells", 0), 0u);
-}
-
 TEST(MessageCatalogue, EveryWordingKeepsTheKeysPlaceholders) {
   std::set<std::string> seen;
   const std::regex placeholder(R"(\^[0-9]+|\[[^\]]*:\][0-9]+)");
