@@ -31,6 +31,37 @@ struct TestReasons {
   bool setsExcluded = false;   // a multiple response set to test, left out by INCLUDEMRSETS=NO
 };
 
+// Counts one cube's answer into the reasons a test reports; answers without a reason of
+// their own (no row variable, say) leave the cube untested and say nothing.
+void Tally(TestEligibility eligibility, TestReasons& reasons) {
+  switch (eligibility) {
+    case TestEligibility::kEligible:
+      ++reasons.eligible;
+      break;
+    case TestEligibility::kEligibleMixedCounts:
+      ++reasons.eligible;
+      reasons.mixed = true;
+      break;
+    case TestEligibility::kSameRowAndColumn:
+      reasons.sameVariable = true;
+      break;
+    case TestEligibility::kNoCount:
+      reasons.unweight = true;
+      break;
+    case TestEligibility::kNoWeightedCount:
+      reasons.weight = true;
+      break;
+    case TestEligibility::kInnerSetExcluded:
+      reasons.setsExcluded = true;
+      break;
+    case TestEligibility::kScaleOutsideRows:
+      reasons.scaleInColumn = true;
+      break;
+    default:
+      break;
+  }
+}
+
 }  // namespace
 
 bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
@@ -228,29 +259,7 @@ bool SyntaxTableSubcommand::ValidateChiSquareTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetChiSquareValidity(weighted, includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 1:
-        ++reasons.eligible;
-        reasons.mixed = true;
-        break;
-      case 6:
-        reasons.sameVariable = true;
-        break;
-      case 7:
-        reasons.unweight = true;
-        break;
-      case 8:
-        reasons.weight = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;  // the cube is just not tested
-    }
+    Tally((*this)[position]->GetChiSquareValidity(weighted, includeMRSets), reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }
@@ -263,26 +272,7 @@ bool SyntaxTableSubcommand::ValidateColPropTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetColPropValidity(weighted, includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 1:
-        ++reasons.eligible;
-        reasons.mixed = true;
-        break;
-      case 6:
-        reasons.unweight = true;
-        break;
-      case 7:
-        reasons.weight = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;
-    }
+    Tally((*this)[position]->GetColPropValidity(weighted, includeMRSets), reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }
@@ -295,20 +285,9 @@ bool SyntaxTableSubcommand::ValidateMeanPropTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed,
-                                                   includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 4:
-        reasons.scaleInColumn = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;
-    }
+    Tally((*this)[position]->GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed,
+                                                 includeMRSets),
+          reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }
