@@ -62,6 +62,30 @@ void Tally(TestEligibility eligibility, TestReasons& reasons) {
   }
 }
 
+// Whether `source` has the categories of `reference` (the first source) and shows them the
+// same way; an explicit list must equal that of `previous`, the source before it.
+bool CategoriesAgree(const SyntaxVariableName& source, const SyntaxVariableName& reference,
+                     const SyntaxVariableName& previous) {
+  if (source.GetIsExplicit() != reference.GetIsExplicit() || source.GetIsTotalNo() != reference.GetIsTotalNo() ||
+      source.GetIsEmptyInclude() != reference.GetIsEmptyInclude() || source.GetSortKey() != reference.GetSortKey() ||
+      source.GetIsMissingExclude() != reference.GetIsMissingExclude() ||
+      source.GetIsOrderA() != reference.GetIsOrderA()) {
+    return false;
+  }
+  if (!reference.GetIsTotalNo() && (source.GetIsTotalPositionAfter() != reference.GetIsTotalPositionAfter() ||
+                                    source.GetTotalLabel() != reference.GetTotalLabel())) {
+    return false;
+  }
+  if (!source.GetIsExplicit()) {
+    return true;
+  }
+  const std::vector<ParsedCategory*>& mine = source.GetParsedCategories();
+  const std::vector<ParsedCategory*>& theirs = previous.GetParsedCategories();
+  return mine.size() == theirs.size() &&
+         std::equal(mine.begin(), mine.end(), theirs.begin(),
+                    [](const ParsedCategory* left, const ParsedCategory* right) { return *left == *right; });
+}
+
 }  // namespace
 
 bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
@@ -130,24 +154,7 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
   }
   for (size_t index = 1; index < sources.size(); ++index) {
     const SyntaxVariableName* source = sources[index];
-    bool dissimilar = source->GetIsExplicit() != reference->GetIsExplicit() ||
-                      source->GetIsTotalNo() != reference->GetIsTotalNo() ||
-                      source->GetIsEmptyInclude() != reference->GetIsEmptyInclude() ||
-                      source->GetSortKey() != reference->GetSortKey() ||
-                      source->GetIsMissingExclude() != reference->GetIsMissingExclude() ||
-                      source->GetIsOrderA() != reference->GetIsOrderA();
-    if (!dissimilar && !reference->GetIsTotalNo()) {
-      dissimilar = source->GetIsTotalPositionAfter() != reference->GetIsTotalPositionAfter() ||
-                   source->GetTotalLabel() != reference->GetTotalLabel();
-    }
-    if (!dissimilar && source->GetIsExplicit()) {
-      const std::vector<ParsedCategory*>& mine = source->GetParsedCategories();
-      const std::vector<ParsedCategory*>& previous = sources[index - 1]->GetParsedCategories();
-      dissimilar = mine.size() != previous.size() ||
-                   !std::equal(mine.begin(), mine.end(), previous.begin(),
-                               [](const ParsedCategory* left, const ParsedCategory* right) { return *left == *right; });
-    }
-    if (dissimilar) {
+    if (!CategoriesAgree(*source, *reference, *sources[index - 1])) {
       SyntaxParserUtility::DissimilarCatAttribsInComperimeter(this);
     }
     if (source->GetIsExplicit()) {
