@@ -67,22 +67,6 @@ TEST(SyntaxCompareTestSubcommandTest, EveryKeywordReachesTheSettings) {
   EXPECT_EQ(test._sigDigits, 5);
 }
 
-TEST(SyntaxCompareTestSubcommandTest, AlphaBoundsAreOpen) {
-  for (const double value : {0.0, 1.0, -0.5, 1.5}) {
-    Fixture fixture;
-    const std::string text = std::to_string(value);
-    const EventOutcome outcome = fixture.Run({Key("TYPE"), Word("PROP"), Key("ALPHA"), Num(value, text)});
-    ASSERT_TRUE(outcome.threw) << text;
-    EXPECT_EQ(outcome.error.key, msg::kInvalidAlpha);
-    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"COMPARETEST", text}));
-  }
-  // The second level is held to the same bounds.
-  Fixture second;
-  const EventOutcome outcome = second.Run({Key("ALPHA"), Num(0.05, "0.05"), Num(1, "1")});
-  ASSERT_TRUE(outcome.threw);
-  EXPECT_EQ(outcome.error.key, msg::kInvalidAlpha);
-}
-
 TEST(SyntaxCompareTestSubcommandTest, TwoAlphaLevelsKeepTheSmallerFirst) {
   Fixture fixture;
   const EventOutcome outcome =
@@ -174,30 +158,6 @@ TEST(SyntaxCompareTestSubcommandTest, SigDigitsIsTruncatedAndHeldInRange) {
     Fixture fixture;
     fixture.Run({Key("TYPE"), Word("PROP"), Key("SIGDIGS"), Num(row.value, std::to_string(row.value))});
     EXPECT_EQ(fixture.settings.GetSigTestSettings().at(0)._sigDigits, row.expected) << row.value;
-  }
-}
-
-TEST(SyntaxCompareTestSubcommandTest, UnknownWordsAndKeywordsEndTheCommand) {
-  struct Case {
-    std::vector<Event> events;
-    std::string offending;
-  };
-  const std::vector<Case> cases = {
-      {{Key("TYPE"), Word("CHISQUARE")}, "CHISQUARE"},  // a SIGTEST type
-      {{Key("ORIGIN"), Word("ROW")}, "ROW"},            // only COLUMN exists
-      {{Key("MERGE"), Word("MAYBE")}, "MAYBE"},
-      {{Key("NOSUCH")}, "NOSUCH"},
-      {{Key("TYPE"), Key("ALPHA")}, "ALPHA"},  // a keyword where a value is awaited
-      {{Word("PROP")}, "PROP"},                // a value with no keyword
-      {{Key("SIGDIGS"), Word("three")}, "three"},
-      {{Key("ADJUST"), Num(1, "1")}, "1"},  // ADJUST takes words
-  };
-  for (const Case& row : cases) {
-    Fixture fixture;
-    const EventOutcome outcome = fixture.Run(row.events);
-    ASSERT_TRUE(outcome.threw) << row.offending;
-    EXPECT_EQ(outcome.error.key, msg::kUnknownKeyword) << row.offending;
-    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"COMPARETEST", row.offending}));
   }
 }
 
