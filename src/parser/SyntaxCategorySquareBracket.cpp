@@ -236,22 +236,7 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
           refuse();
         }
         range->AddCategoryToken(added.release());
-        // The same range written twice: the later place wins.
-        const std::string rangeKey =
-            EqualityKey(*range->GetFirstChild()) + " THRU " + EqualityKey(*range->GetLastChild());
-        if (_data->_seenRangeKeys.insert(rangeKey).second) return;
-        for (std::size_t position = 0; position + 1 < tokens.size();) {
-          auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
-          if (other != nullptr && other->GetChildCount() == 2 &&
-              *other->GetFirstChild() == *range->GetFirstChild() &&
-              *other->GetLastChild() == *range->GetLastChild()) {
-            SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
-            delete other;
-            tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
-          } else {
-            ++position;
-          }
-        }
+        RemoveEarlierCopiesOfRange(*range, text);
         return;
       }
       if (next == Codes::kExplicitLo || next == Codes::kExplicitHi || next == Codes::kExplicitRange ||
@@ -291,6 +276,24 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
       }
       append();
       return;
+  }
+}
+
+// The same range written twice: the later place wins, with a warning.
+void SyntaxCategorySquareBracket::RemoveEarlierCopiesOfRange(const CategoryRange& range, const std::string& text) {
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  const std::string rangeKey = EqualityKey(*range.GetFirstChild()) + " THRU " + EqualityKey(*range.GetLastChild());
+  if (_data->_seenRangeKeys.insert(rangeKey).second) return;
+  for (std::size_t position = 0; position + 1 < tokens.size();) {
+    auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
+    if (other != nullptr && other->GetChildCount() == 2 && *other->GetFirstChild() == *range.GetFirstChild() &&
+        *other->GetLastChild() == *range.GetLastChild()) {
+      SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
+      delete other;
+      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+    } else {
+      ++position;
+    }
   }
 }
 
