@@ -124,23 +124,6 @@ TEST(SyntaxTotalsTest, CompletedStatisticsFillTheTotalCategory) {
   EXPECT_EQ(totalStats, (std::vector<std::string>{"", "ROWPCT.COUNT", "COLPCT.COUNT", "COUNT", ""}));
 }
 
-TEST(SyntaxTotalsTest, SecondDifferentTotalAnswerWarnsFromCategories) {
-  std::vector<CatalogueMessage> reported;
-  const EventOutcome outcome = ParseAndInspect("QUILT /TABLE a.", [&reported](SyntaxTablesCommand& root) {
-    MessageCapture capture;
-    SyntaxVariableName* variable = root.GetTable().at(0)->GetTableVarList().at(0);
-    variable->SetIsTotalNo(false);
-    variable->SetIsTotalNo(false);  // the same answer again says nothing
-    variable->SetIsTotalNo(true);
-    EXPECT_TRUE(variable->GetIsTotalNo());
-    reported = capture.GetReported();
-  });
-  ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  ASSERT_EQ(reported.size(), 1u);
-  EXPECT_EQ(reported[0].key, msg::kDuplicateWarningFromVariable);
-  EXPECT_EQ(reported[0].arguments, (std::vector<std::string>{"CATEGORIES", "TOTAL", "a"}));
-}
-
 // The TOTALS errors are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 }  // namespace
