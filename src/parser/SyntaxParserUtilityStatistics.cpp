@@ -1,8 +1,10 @@
 // SyntaxParserUtilityStatistics.cpp - the statistic vocabulary: codes, keywords, default labels, groups
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 #include "host/engine/StatisticCodeTable.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxParserUtility.h"
 
 std::unique_ptr<std::array<QuiltAStatInfo, SyntaxParserUtility::kStatCodeCount>>
@@ -13,6 +15,26 @@ using StatisticsGroup = TableEncryptionCodes::StatisticsGroup;
 
 static_assert(SyntaxParserUtility::kStatCodeCount == StatisticCodeTable::kCodeCount,
               "the vocabulary has one row per statistic code");
+
+namespace {
+
+// The catalogue's key names, and None for a label that is no key.
+namespace label_keys {
+using namespace msg;
+inline constexpr const char* kNone = nullptr;
+}  // namespace label_keys
+
+constexpr bool IsCatalogueLabel(const char* key, std::string_view label) {
+  return key == nullptr || std::string_view(key) == label;
+}
+
+}  // namespace
+
+// The default labels that are catalogue keys are the catalogue's: a label changed on one
+// side only stops the build.
+#define STATISTIC_LABEL(name, message, label) \
+  static_assert(IsCatalogueLabel(label_keys::k##message, label), "a default label is its catalogue key");
+#include "host/engine/StatisticCodes.def"
 
 bool SyntaxParserUtility::GetStatExtDetail(int code, StatisticsGroup& group, std::string& label,
                                            std::string& keyword, int& prime, int& conf) {

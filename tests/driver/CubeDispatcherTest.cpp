@@ -9,6 +9,7 @@
 
 #include "DriverRunFixture.h"
 #include "host/output/BpError.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -103,9 +104,9 @@ INSTANTIATE_TEST_SUITE_P(
     Tables, DispatcherWarnings,
     ::testing::Values(
         WarningCase{"RemovedVariableByNumber", "g,h\n1,\n2,\n", "QUILT /TABLE g /TABLE g BY h",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "2"}},
+                    msg::kVariablesRemoved, {"h", "2"}},
         WarningCase{"RemovedVariableByTitle", "g,h\n1,\n2,\n", "QUILT /TABLE g BY h /TITLES TITLE='Brand by age'",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "Brand by age"}}),
+                    msg::kVariablesRemoved, {"h", "Brand by age"}}),
     [](const ::testing::TestParamInfo<WarningCase>& info) { return info.param.name; });
 
 // Wave 1 finds value 2 besides the labelled 1; wave 2 finds 3, 4 and 5: each group starts clean.

@@ -10,6 +10,7 @@
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/output/BpError.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ TEST_F(RunFixture, CommandWithoutTableEndsFatallyNamingTheMissingSubcommand) {
   const auto messages = _document.Messages();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Missing ^2 subcommand.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kMissingSubcommand);
   EXPECT_EQ(messages[0]->GetArguments(), (std::vector<std::string>{"QUILT", "TABLE"}));
 }
 
@@ -45,7 +46,7 @@ TEST_P(IncorrectSequences, EndTheCommandBeforeAnyCaseIsRead) {
   const auto messages = _document.Messages();
   ASSERT_EQ(messages.size(), 1u) << GetParam().command;
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Incorrect Sequence ^2.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kIncorrectSequence);
   ASSERT_EQ(messages[0]->GetArguments().size(), 2u);
   EXPECT_EQ(messages[0]->GetArguments()[1], GetParam().offendingText);
 }

@@ -64,7 +64,7 @@ struct LabelRow {
 };
 
 constexpr LabelRow kOddLabels[] = {
-#define STATISTIC_LABEL(name, label) {Codes::kStat##name, label},
+#define STATISTIC_LABEL(name, message, label) {Codes::kStat##name, label},
 #include "host/engine/StatisticCodes.def"
 };
 

@@ -16,6 +16,7 @@
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 #include "writers/OutputWriter.h"
 
@@ -83,7 +84,7 @@ TEST(TextWriter, PanelsEndAtGroupBoundaries) {
   OutputDocument::Install(&document);
   {
     BpProcedure procedure("Quilt", 4);
-    BpPivotTable pivot = procedure.PivotTable(BpString("Groups", false), BpString("Quilt Table", true), true);
+    BpPivotTable pivot = procedure.PivotTable(BpString("Groups", false), BpString(msg::kQuiltTable, true), true);
     BpDimension rows = pivot.Dimension(BpString("Row", true), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
     BpDimension columns = pivot.Dimension(BpString("Column", true), BpPivotTable::kSortAsCreated);
@@ -196,7 +197,7 @@ TEST(OutputWriter, TableWithoutAnyCellStillShowsItsTitle) {
   {
     BpProcedure procedure("Quilt", 4);
     BpPivotTable pivot =
-        procedure.PivotTable(BpString("Nothing here", false), BpString("Quilt Table", true), true);
+        procedure.PivotTable(BpString("Nothing here", false), BpString(msg::kQuiltTable, true), true);
     pivot.HideTitle();
     BpDimension rows = pivot.Dimension(BpString("Row", false), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
@@ -224,7 +225,7 @@ TEST(OutputWriter, LabelsThatAreNotUtf8StillGiveValidOutput) {
     BpProcedure procedure("Quilt", 4);
     BpError(BpString("message " + bad, false), kBpShowAlways, kBpLevelWarning);
     BpPivotTable pivot =
-        procedure.PivotTable(BpString("title " + bad, false), BpString("Quilt Table", true), true);
+        procedure.PivotTable(BpString("title " + bad, false), BpString(msg::kQuiltTable, true), true);
     BpDimension rows = pivot.Dimension(BpString("dimension " + bad, false), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, false, false);
     rows.Category(BpString("row " + bad, false)).Cell(BpString("cell " + bad, false));
