@@ -369,27 +369,27 @@ void QuiltTable::PlaceTableStatistics(bool statsInOpposite) {
   Node* target = d._sLabelPosition == PresentationCodes::kSLabelRow
                      ? d._prelimRowRoot
                      : (d._sLabelPosition == PresentationCodes::kSLabelLayer ? d._prelimLayerRoot : d._prelimColRoot);
-  std::vector<StatTreeNode*> statNodes = d._statNodes;
-  std::vector<StatTreeNode*> totalStatNodes = d._totalStatNodes;
+  std::vector<Node*> statNodes(d._statNodes.begin(), d._statNodes.end());
+  std::vector<Node*> totalStatNodes(d._totalStatNodes.begin(), d._totalStatNodes.end());
   // From here on the nodes belong to the trees.
   d._unplacedStatNodes.clear();
   if (d._statsVisible && statsInOpposite && !totalStatNodes.empty()) {
     if (target->GetMaxHeight() == 0) {
       // Nothing to stand under: the statistics of the categories go straight on the root.
-      for (StatTreeNode* node : totalStatNodes) delete node;
-      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+      for (Node* node : totalStatNodes) delete node;
+      for (Node* node : statNodes) node->SetIncludeEmpty(true);
       target->NestStack(statNodes);
     } else {
       target->NestStats(statNodes, totalStatNodes);
     }
   } else if (d._statsVisible) {
-    for (StatTreeNode* node : totalStatNodes) delete node;
+    for (Node* node : totalStatNodes) delete node;
     if (target->IsLeaf()) {
-      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+      for (Node* node : statNodes) node->SetIncludeEmpty(true);
     }
     target->NestStack(statNodes);
   } else {
-    for (StatTreeNode* node : totalStatNodes) delete node;
+    for (Node* node : totalStatNodes) delete node;
     d._statTree = Node::CreateRoot();
     d._statTree->NestStack(statNodes);
   }
@@ -475,8 +475,10 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
     // The labels of this variable stand in the dimension that holds the statistics.
     const int option = d._cLabelOption;
     const int position = d._sLabelPosition;
-    statsInOpposite = (option == 1 && position == 0) || (option == 2 && position == 1) ||
-                      (option == 3 && position == 2) || (option == 4 && position == 2);
+    statsInOpposite = (option == Codes::kCLabelRowOpposite && position == PresentationCodes::kSLabelColumn) ||
+                      (option == Codes::kCLabelColOpposite && position == PresentationCodes::kSLabelRow) ||
+                      ((option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer) &&
+                       position == PresentationCodes::kSLabelLayer);
   }
   auto add = [&](std::vector<StatTreeNode*>& list, const Statistics* statistics, bool forRegular) {
     if (ContainsKind(list, *statistics)) return;
@@ -493,15 +495,17 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
 
 void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable) {
   const bool hidden = !_tableData->_statsVisible;
-  std::vector<StatTreeNode*> regular;
-  std::vector<StatTreeNode*> total;
+  std::vector<Node*> regular;
+  std::vector<Node*> total;
   for (const Statistics* statistics : variable->GetStatistics()) {
-    regular.push_back(Node::Create(*statistics, true));
-    regular.back()->SetHidden(hidden);
+    StatTreeNode* node = Node::Create(*statistics, true);
+    node->SetHidden(hidden);
+    regular.push_back(node);
   }
   for (const Statistics* statistics : variable->GetTotalStats()) {
-    total.push_back(Node::Create(*statistics, false));
-    total.back()->SetHidden(hidden);
+    StatTreeNode* node = Node::Create(*statistics, false);
+    node->SetHidden(hidden);
+    total.push_back(node);
   }
   if (total.empty()) {
     variableNode->NestStack(regular);
@@ -511,7 +515,7 @@ void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariabl
   variableNode->AddStats(regular, total);
   // A bare scale variable takes no total statistics; they are ours to free.
   if (bareScale) {
-    for (StatTreeNode* node : total) delete node;
+    for (Node* node : total) delete node;
   }
 }
 
