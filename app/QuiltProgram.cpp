@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -112,7 +113,7 @@ int QuiltProgram::Main(int argc, char** argv) {
   ProgramOptions options;
   CLI::App app{"quilt - tabulates survey data into pivot tables"};
   app.add_option("COMMAND_FILE", options.commandFiles, "command files, run in order ('-' reads standard input)");
-  app.add_option("-d,--data", options.dataPath, "the active data set, CSV (default: the bundled sample survey)");
+  app.add_option("-d,--data", options.dataPath, "the active data set, CSV, gzip-compressed or not; - reads standard input (default: the bundled sample survey)");
   app.add_option("--dict", options.dictionaryPath, "its dictionary (default: NAME.dict.json beside NAME.csv)");
   std::string delimiter = ",";
   app.add_option("--delimiter", delimiter, "field separator of the CSV file (one character, or 'tab')");
@@ -172,6 +173,11 @@ int QuiltProgram::Main(int argc, char** argv) {
     start = comma + 1;
   }
   if (options.commandFiles.empty() && options.commandTexts.empty()) options.commandFiles.push_back("-");
+  if (options.dataPath == "-" &&
+      std::find(options.commandFiles.begin(), options.commandFiles.end(), "-") != options.commandFiles.end()) {
+    std::cerr << "quilt: -d -: standard input cannot hold both the data and the commands (give a command file or -e)\n";
+    return kExitBadInvocation;
+  }
 
   QuiltProgram program(std::move(options), std::cerr);
   try {
@@ -224,6 +230,8 @@ bool QuiltProgram::LoadActiveDataSet() {
   loadOptions.weightVariable = _options.weightVariable;
   loadOptions.splitVariables = _options.splitVariables;
   loadOptions.splitLayout = _options.splitLayout;
+  // Each command reads the cases from the file as it runs; none is held in memory.
+  loadOptions.stream = true;
   const std::string dataPath = _options.dataPath.empty() ? DefaultDataPath() : _options.dataPath;
   try {
     ActiveDataSet::Install(DatasetLoader::LoadFiles(dataPath, _options.dictionaryPath, loadOptions));
@@ -285,14 +293,25 @@ int QuiltProgram::Run(std::ostream& output) {
   SplitGroupListener::Install([](const SplitGroupPairs& pairs) { OutputDocument::Current().SetSplitPairs(pairs); });
   // The dumps go out as the tables are built, ahead of the document written at the end.
   if (_options.dumpTables) TableDumpChannel::Install(&output);
-  for (const Command& command : commands) {
-    // A parse dump reads no case: the command is parsed as a run would parse it, and only
-    // its messages reach the document.
-    if (_options.dumpParse) {
-      ParseDumpCommand::Run(command.text, command.firstLine, command.origin, output);
-    } else {
-      RunCommand(command);
+  try {
+    for (const Command& command : commands) {
+      // A parse dump reads no case: the command is parsed as a run would parse it, and only
+      // its messages reach the document.
+      if (_options.dumpParse) {
+        ParseDumpCommand::Run(command.text, command.firstLine, command.origin, output);
+      } else {
+        RunCommand(command);
+      }
     }
+  } catch (const DataError& error) {
+    // The cases are read as each command runs, so bad data can surface here: the run ends
+    // without output, as it does when the data cannot be loaded.
+    TableDumpChannel::Install(nullptr);
+    SplitGroupListener::Install(nullptr);
+    OutputDocument::Install(nullptr);
+    ActiveDataSet::Clear();
+    _errors << "quilt: " << error.what() << "\n";
+    return kExitBadInvocation;
   }
   TableDumpChannel::Install(nullptr);
   SplitGroupListener::Install(nullptr);
