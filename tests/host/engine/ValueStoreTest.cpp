@@ -41,9 +41,10 @@ struct Shape {
 
 class ValueStoreShapes : public ::testing::TestWithParam<Shape> {};
 
-// Few distinct values keep merging; mostly distinct ones switch to one entry per case part
-// way through. Either way the distribution is the naive one, and a store merged from
-// three pieces equals the store fed with everything.
+// Few distinct values keep merging, and so do many (10,000) once the cases outnumber them
+// enough: the store appends while they do not and merges again later; all distinct ones
+// end with one entry per case. Either way the distribution is the naive one, and a store
+// merged from three pieces equals the store fed with everything.
 TEST_P(ValueStoreShapes, DistributionMatchesNaiveWholeAndInPieces) {
   const Shape shape = GetParam();
   std::mt19937 random(11);
@@ -70,19 +71,17 @@ TEST_P(ValueStoreShapes, DistributionMatchesNaiveWholeAndInPieces) {
     ExpectSame(whole.Distribution(unweighted), expected);
     ExpectSame(merged.Distribution(unweighted), expected);
   }
-  if (shape._distinct > 0) {
-    EXPECT_TRUE(whole.IsMerging());
-    EXPECT_EQ(whole.GetEntryCount(), Naive(cases, true).size());
-  } else {
-    EXPECT_FALSE(whole.IsMerging());
-    EXPECT_EQ(whole.GetEntryCount(), cases.size());
-  }
+  // Memory follows the distinct values: one entry each, which for all distinct values is
+  // one per case.
+  EXPECT_EQ(whole.GetEntryCount(), Naive(cases, true).size());
+  EXPECT_EQ(merged.GetEntryCount(), Naive(cases, true).size());
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, ValueStoreShapes,
                          ::testing::Values(Shape{"FewValuesUnweighted", 20000, 50, false},
                                            Shape{"FewValuesWeighted", 20000, 50, true},
                                            Shape{"ManyRepeatedValues", 50000, 3000, true},
+                                           Shape{"TenThousandValuesManyCases", 200000, 10000, false},
                                            Shape{"DistinctUnweighted", 40000, 0, false},
                                            Shape{"DistinctWeighted", 40000, 0, true}),
                          [](const ::testing::TestParamInfo<Shape>& info) {
