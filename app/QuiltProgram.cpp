@@ -17,6 +17,7 @@
 #include <memory>
 #include <new>
 #include <sstream>
+#include <thread>
 
 #include "host/data/ActiveDataSet.h"
 #include "host/data/DataError.h"
@@ -128,6 +129,9 @@ int QuiltProgram::Main(int argc, char** argv) {
   app.add_option("--split", splitList, "split variables, comma separated, overriding the dictionary");
   app.add_option("--split-layout", options.splitLayout, "how split groups are laid out")
       ->check(CLI::IsMember({"separate", "layered"}));
+  app.add_option("--threads", options.threads,
+                 "threads of the data pass (default: the machine's cores; 2 or more read the data on a thread of its own)")
+      ->check(CLI::Range(1, 1024));
   app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
   app.add_flag("--ascii", options.ascii, "draw text tables with plain characters");
   app.add_flag("--control-package", options.controlPackage, "run as the control package front end");
@@ -232,6 +236,8 @@ bool QuiltProgram::LoadActiveDataSet() {
   loadOptions.splitLayout = _options.splitLayout;
   // Each command reads the cases from the file as it runs; none is held in memory.
   loadOptions.stream = true;
+  loadOptions.threads =
+      _options.threads > 0 ? _options.threads : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   const std::string dataPath = _options.dataPath.empty() ? DefaultDataPath() : _options.dataPath;
   try {
     ActiveDataSet::Install(DatasetLoader::LoadFiles(dataPath, _options.dictionaryPath, loadOptions));

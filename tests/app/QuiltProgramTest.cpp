@@ -319,4 +319,26 @@ TEST_F(ProgramFixture, StandardInputAndGzipGiveTheTablesOfThePlainFile) {
   EXPECT_EQ(_output.str(), expected);
 }
 
+// The data pass reads ahead on a second thread or not: the same document either way, over
+// many blocks of cases, split groups, weights and medians.
+TEST_F(ProgramFixture, OneThreadAndTwoGiveTheSameDocument) {
+  std::string csv = "wave,region,score,w\n";
+  for (int i = 0; i < 40000; ++i) {
+    csv += std::to_string(i / 15000 + 1) + "," + std::to_string(i % 4 + 1) + "," + std::to_string(i % 997) + "." +
+           std::to_string(i % 10) + "," + std::to_string(1 + i % 3) + "\n";
+  }
+  ProgramOptions options;
+  options.dataPath = Write("waves.csv", csv);
+  options.weightVariable = "w";
+  options.splitVariables = {"wave"};
+  options.commandTexts = {"QUILT /TABLE region BY score [COUNT MEAN MEDIAN UMEDIAN PTILE 90]."};
+  options.format = "json";
+  options.threads = 1;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  const std::string oneThread = _output.str();
+  options.threads = 2;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  EXPECT_EQ(_output.str(), oneThread);
+}
+
 }  // namespace

@@ -42,18 +42,25 @@ class CsvCaseSource {
   CsvCaseSource(const CsvCaseSource&) = delete;
   CsvCaseSource& operator=(const CsvCaseSource&) = delete;
 
+  /// With `readAhead` each pass has a thread of its own that reads and converts the next
+  /// blocks while the caller works on the current one; the blocks, and so every result,
+  /// are the same. Off by default.
+  void SetReadAhead(bool readAhead);
   /// Starts a pass over the cases from the first one, reading the variables `selected`
-  /// (dictionary indices, any order; empty reads every variable).
-  void Start(const std::vector<int>& selected);
-  /// Reads up to `capacity` cases. `cells` is resized to one vector per variable; each
-  /// selected variable's vector receives count * cells-per-case cells, the others are left
-  /// empty. Returns the count; 0 at the end of the data. Throws DataError for bad data.
-  std::size_t ReadBlock(std::vector<std::vector<OBS>>& cells, std::size_t capacity);
+  /// (dictionary indices, any order; empty reads every variable) in blocks of `blockCases`.
+  void Start(const std::vector<int>& selected, std::size_t blockCases = 8192);
+  /// Reads the next block of cases into `cells`, which is resized to one vector per
+  /// variable; each selected variable's vector receives count * cells-per-case cells, the
+  /// others are left empty. The vectors may be swapped for others: pointers into them hold
+  /// until the next call. Returns the count; 0 at the end of the data. Throws DataError for
+  /// bad data, after delivering every block before it.
+  std::size_t ReadBlock(std::vector<std::vector<OBS>>& cells);
+  /// Ends the current pass early (its read-ahead thread stops); Start begins a new one.
+  void Stop();
   /// Whether variable `index` is read by the current pass.
   bool IsSelected(int index) const;
-  /// Bytes of CSV text and of the file itself read by the current pass (progress reports).
+  /// Bytes of CSV text read by the current pass, up to the latest block (progress reports).
   std::size_t GetBytesRead() const;
-  std::size_t GetFileBytesRead() const;
   /// The name of the data file in messages.
   const std::string& GetName() const;
 

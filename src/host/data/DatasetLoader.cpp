@@ -364,6 +364,7 @@ class Loader {
     auto source = std::make_shared<CsvCaseSource>(std::move(_input), _options.delimiter, std::move(readings),
                                                   _columns.size(), ChunkBytes());
     if (_options.stream) {
+      source->SetReadAhead(_options.threads > 1);
       dataset->SetCaseSource(source);
     } else {
       ReadAllCases(*dataset, *source);
@@ -379,8 +380,8 @@ class Loader {
     std::vector<std::vector<OBS>> columns(static_cast<std::size_t>(dataset.GetVariableCount()));
     std::vector<std::vector<OBS>> block;
     std::size_t caseCount = 0;
-    source.Start({});
-    while (const std::size_t count = source.ReadBlock(block, kLoadBlockCases)) {
+    source.Start({}, kLoadBlockCases);
+    while (const std::size_t count = source.ReadBlock(block)) {
       for (std::size_t index = 0; index < columns.size(); ++index) {
         columns[index].insert(columns[index].end(), block[index].begin(), block[index].end());
       }

@@ -17,6 +17,7 @@ struct DatasetLoadOptions {
   std::string splitLayout;                  // "separate" | "layered"; empty: the dictionary's, else separate
   bool stream = false;          // false: every case is read into memory; true: each pass reads the file
   std::size_t chunkBytes = 0;   // size of each read of the file; 0: 1 MiB (small values in tests)
+  int threads = 1;              // streamed passes: 2 or more read the file on a thread of its own
 };
 
 /// Reads CSV data (RFC 4180, UTF-8, a header row of variable names) and an optional JSON

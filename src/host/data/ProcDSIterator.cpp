@@ -95,8 +95,7 @@ struct ProcDSIterator::Data {
     }
     std::sort(selected.begin(), selected.end());
     selected.erase(std::unique(selected.begin(), selected.end()), selected.end());
-    // A pass must read some variable, so that its cases are counted: an empty selection reads all.
-    _source->Start(selected);
+    _source->Start(selected, kStreamBlockCases);
   }
 
   // Replaces the block by the next one of the file. False at the end of the data.
@@ -113,7 +112,7 @@ struct ProcDSIterator::Data {
       }
       _currentSaved = true;
     }
-    _blockSize = _source->ReadBlock(_blockCells, kStreamBlockCases);
+    _blockSize = _source->ReadBlock(_blockCells);
     for (std::size_t i = 0; i < _blockColumns.size(); ++i) {
       _blockColumns[i] = _source->IsSelected(static_cast<int>(i)) ? _blockCells[i].data() : nullptr;
     }
@@ -167,7 +166,10 @@ ProcDSIterator::ProcDSIterator(std::shared_ptr<const Dataset> dataset) : _data(s
   if (!data._source) data._blockSize = data._dataset->GetCaseCount();
 }
 
-ProcDSIterator::~ProcDSIterator() = default;
+ProcDSIterator::~ProcDSIterator() {
+  // A pass that ends early (an error, a table that cannot hold the data) stops reading.
+  if (_data->_source) _data->_source->Stop();
+}
 
 int ProcDSIterator::DoNextCase() {
   Data& data = *_data;
