@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -21,6 +22,7 @@
 
 #include "host/data/ActiveDataSet.h"
 #include "host/data/DataError.h"
+#include "host/data/DataProgress.h"
 #include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
 #include "host/data/SplitGroupListener.h"
@@ -228,7 +230,45 @@ bool QuiltProgram::CollectCommands(std::vector<Command>& commands) {
   return true;
 }
 
+namespace {
+
+// A pass that takes over a second shows one line on standard error, rewritten at most four
+// times a second and cleared at the end: rows and megabytes read, and the rate.
+void ShowProgressOnTerminal() {
+  using Clock = std::chrono::steady_clock;
+  struct State {
+    Clock::time_point start = Clock::now();
+    Clock::time_point shown{};
+    bool started = false;
+    bool visible = false;
+  };
+  auto state = std::make_shared<State>();
+  DataProgress::Install([state](std::size_t cases, std::size_t bytes, bool done) {
+    const Clock::time_point now = Clock::now();
+    if (done) {
+      if (state->visible) std::fputs("\r\033[K", stderr);
+      *state = State();
+      return;
+    }
+    if (!state->started) {
+      state->started = true;
+      state->start = now;
+    }
+    const double seconds = std::chrono::duration<double>(now - state->start).count();
+    if (seconds < 1.0 || now - state->shown < std::chrono::milliseconds(250)) return;
+    state->shown = now;
+    state->visible = true;
+    const double megabytes = static_cast<double>(bytes) / 1e6;
+    std::fprintf(stderr, "\rquilt: reading the data: %zu rows, %.0f MB, %.0f MB/s\033[K", cases, megabytes,
+                 megabytes / seconds);
+    std::fflush(stderr);
+  });
+}
+
+}  // namespace
+
 bool QuiltProgram::LoadActiveDataSet() {
+  if (::isatty(STDERR_FILENO)) ShowProgressOnTerminal();
   DatasetLoadOptions loadOptions;
   loadOptions.delimiter = _options.delimiter;
   loadOptions.weightVariable = _options.weightVariable;
@@ -242,6 +282,8 @@ bool QuiltProgram::LoadActiveDataSet() {
   try {
     ActiveDataSet::Install(DatasetLoader::LoadFiles(dataPath, _options.dictionaryPath, loadOptions));
   } catch (const DataError& error) {
+    DataProgress::Finish();
+    DataProgress::Install(nullptr);
     _errors << "quilt: " << error.what() << "\n";
     return false;
   }
@@ -316,12 +358,15 @@ int QuiltProgram::Run(std::ostream& output) {
     SplitGroupListener::Install(nullptr);
     OutputDocument::Install(nullptr);
     ActiveDataSet::Clear();
+    DataProgress::Finish();
+    DataProgress::Install(nullptr);
     _errors << "quilt: " << error.what() << "\n";
     return kExitBadInvocation;
   }
   TableDumpChannel::Install(nullptr);
   SplitGroupListener::Install(nullptr);
   OutputDocument::Install(nullptr);
+  DataProgress::Install(nullptr);
 
   const int writeStatus = WriteDocument(document, output);
   ActiveDataSet::Clear();

@@ -15,6 +15,7 @@
 #include "host/data/CsvReader.h"
 #include "host/data/DataError.h"
 #include "host/data/DataInput.h"
+#include "host/data/DataProgress.h"
 #include "host/data/Dataset.h"
 #include "host/data/DictionaryReader.h"
 #include "host/data/FormatConversion.h"
@@ -200,13 +201,16 @@ class Loader {
     const std::size_t columnCount = _columns.size();
     std::vector<std::string_view> fields;
     fields.reserve(columnCount);
+    std::size_t records = 0;
     while (_reader->ReadRecord(fields)) {
       CheckFieldCount(fields.size());
       for (std::size_t index = 0; index < columnCount; ++index) {
         _fieldIndex = index;
         InferField(_columns[index], fields[index]);
       }
+      if (++records % kLoadBlockCases == 0) DataProgress::Report(records, _reader->GetBytesRead());
     }
+    DataProgress::Finish();
     CheckUnreadableNumbers();
   }
 

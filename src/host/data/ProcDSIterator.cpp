@@ -8,6 +8,7 @@
 
 #include "host/QuiltAssert.h"
 #include "host/data/CsvCaseSource.h"
+#include "host/data/DataProgress.h"
 #include "host/data/Dataset.h"
 #include "host/data/FormatConversion.h"
 #include "host/data/SplitGroupListener.h"
@@ -36,6 +37,7 @@ struct ProcDSIterator::Data {
   std::size_t _nextRow = 0;                   // row of the case the next delivering read gives
   std::size_t _currentRow = 0;                // row of the case the accessors give
   std::size_t _generation = 0;
+  std::size_t _casesRead = 0;              // cases read from the file so far
   bool _sourceEnded = false;
   // The case the accessors give when it is no longer in the block (after a refill).
   bool _currentSaved = false;
@@ -118,7 +120,13 @@ struct ProcDSIterator::Data {
     }
     _nextRow = 0;
     ++_generation;
-    if (_blockSize == 0) _sourceEnded = true;
+    _casesRead += _blockSize;
+    if (_blockSize == 0) {
+      _sourceEnded = true;
+      DataProgress::Finish();
+    } else {
+      DataProgress::Report(_casesRead, _source->GetBytesRead());
+    }
     return _blockSize > 0;
   }
 };
