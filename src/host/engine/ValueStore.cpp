@@ -1,24 +1,22 @@
-// ValueStore.cpp - per-cell values of a scale variable, merged by value while merging pays
+// ValueStore.cpp - per-cell values of a scale variable, merged by value: hashed while few, else sorted runs
 #include "host/engine/ValueStore.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <numeric>
 
 #include "host/QuiltAssert.h"
 
 namespace {
 
-// Up to this many distinct values a cell merges whatever the cases: its hash table stays
-// within the processor's cache and costs little.
-constexpr std::size_t kMergeLimit = 4096;
+// Distinct values found through the hash table: its slots, values and counts (about 40 KB)
+// stay in the processor's cache, where a lookup per case is cheap. Scores, ages, codes and
+// amounts rounded to the ten mostly fit.
+constexpr std::size_t kHashLimit = 1024;
 constexpr std::size_t kFirstCapacity = 16;
-
-// Beyond kMergeLimit a merged entry (value, count, weight, two hash slots: about 32 bytes)
-// must stand for this many cases on average to cost no more than they would alone (8 to 16
-// bytes each).
-constexpr double kCasesPerMergedEntry = 3.0;
+// The least tail merged at once: sorting it is cache-resident work, and merging it into the
+// sorted entries costs little per case.
+constexpr std::size_t kTailMinimum = 16384;
 
 std::uint64_t BitsOf(double value) {
   if (value == 0.0) value = 0.0;  // -0 and 0 are one value
@@ -35,10 +33,6 @@ std::size_t SlotOf(std::uint64_t bits, std::size_t capacity) {
   return static_cast<std::size_t>((bits * 0x9E3779B97F4A7C15ULL) >> shift);
 }
 
-bool MergingPays(std::size_t distinct, double cases) {
-  return distinct <= kMergeLimit || kCasesPerMergedEntry * static_cast<double>(distinct) <= cases;
-}
-
 }  // namespace
 
 ValueStore::ValueStore(bool weighted) {
@@ -53,8 +47,7 @@ void ValueStore::Merge(const ValueStore& other) {
   QUILT_ASSERT(other._data._weighted == _data._weighted, "value stores of one cube are weighted alike");
   const Data& from = other._data;
   for (std::size_t i = 0; i < from._values.size(); ++i) {
-    const double count = i < from._merged ? from._counts[i] : 1.0;
-    AddEntry(from._values[i], from._weighted ? from._weights[i] : count, count);
+    AddEntry(from._values[i], from._weighted ? from._weights[i] : from._counts[i], from._counts[i]);
   }
 }
 
@@ -77,34 +70,26 @@ void ValueStore::AddEntry(double value, double weight, double count) {
       slot = (slot + 1) & mask;
     }
     const std::size_t distinct = d._values.size() + 1;
-    if (MergingPays(distinct, d._cases)) {
+    if (distinct <= kHashLimit) {
       d._slots[slot] = static_cast<std::uint32_t>(distinct);
       d._values.push_back(value);
       d._counts.push_back(count);
       if (d._weighted) d._weights.push_back(weight);
-      d._merged = distinct;
       // Half full at most, so that probes stay short.
       if (2 * distinct > d._slots.size()) Rehash(2 * d._slots.size());
       return;
     }
-    // Too many distinct values for the cases yet: append, and merge again later.
+    // Too many distinct values for the table: from here on, sorted runs.
     d._hashed = false;
     d._slots.clear();
     d._slots.shrink_to_fit();
+    d._base = 0;
+    d._sorted = false;
   }
-  Append(value, weight, count);
-  if (d._values.size() >= 2 * std::max(d._merged, kMergeLimit)) Compact();
-}
-
-// One entry per case: a merged entry of several cases becomes that many entries, each with
-// an equal share of the weight, which leaves every total of the distribution unchanged.
-void ValueStore::Append(double value, double weight, double count) {
-  Data& d = _data;
-  const double share = count > 0.0 ? weight / count : 0.0;
-  for (double i = 0.0; i < count; i += 1.0) {
-    d._values.push_back(value);
-    if (d._weighted) d._weights.push_back(share);
-  }
+  d._values.push_back(value);
+  d._counts.push_back(count);
+  if (d._weighted) d._weights.push_back(weight);
+  if (d._values.size() - d._base >= std::max(kTailMinimum, d._base)) Compact();
 }
 
 void ValueStore::Rehash(std::size_t capacity) const {
@@ -118,43 +103,57 @@ void ValueStore::Rehash(std::size_t capacity) const {
   }
 }
 
-// Sorts the entries by value and merges equal ones (the first spelling of 0 or -0 stays),
-// then hashes them again when merging pays.
+// Sorts the tail (all entries, when hashed) and merges it into the sorted entries, equal
+// values into one.
 void ValueStore::Compact() const {
   Data& d = _data;
   if (d._sorted) return;
+  struct Loose {
+    double _value;
+    double _count;
+    double _weight;
+  };
+  const std::size_t base = d._hashed ? 0 : d._base;
   const std::size_t size = d._values.size();
-  std::vector<std::uint32_t> order(size);
-  std::iota(order.begin(), order.end(), 0u);
-  std::stable_sort(order.begin(), order.end(),
-                   [&d](std::uint32_t a, std::uint32_t b) { return d._values[a] < d._values[b]; });
+  std::vector<Loose> tail;
+  tail.reserve(size - base);
+  for (std::size_t i = base; i < size; ++i) {
+    tail.push_back({d._values[i], d._counts[i], d._weighted ? d._weights[i] : 0.0});
+  }
+  std::sort(tail.begin(), tail.end(), [](const Loose& a, const Loose& b) { return a._value < b._value; });
   std::vector<double> values;
   std::vector<double> counts;
   std::vector<double> weights;
-  for (const std::uint32_t i : order) {
-    const double count = i < d._merged ? d._counts[i] : 1.0;
-    const double weight = d._weighted ? d._weights[i] : 0.0;
-    if (!values.empty() && values.back() == d._values[i]) {
+  values.reserve(size);
+  counts.reserve(size);
+  if (d._weighted) weights.reserve(size);
+  const auto take = [&](double value, double count, double weight) {
+    if (!values.empty() && values.back() == value) {
       counts.back() += count;
       if (d._weighted) weights.back() += weight;
-      continue;
+      return;
     }
-    values.push_back(d._values[i]);
+    values.push_back(value);
     counts.push_back(count);
     if (d._weighted) weights.push_back(weight);
+  };
+  std::size_t left = 0;
+  std::size_t right = 0;
+  while (left < base || right < tail.size()) {
+    if (right == tail.size() || (left < base && !(tail[right]._value < d._values[left]))) {
+      take(d._values[left], d._counts[left], d._weighted ? d._weights[left] : 0.0);
+      ++left;
+    } else {
+      take(tail[right]._value, tail[right]._count, tail[right]._weight);
+      ++right;
+    }
   }
   d._values = std::move(values);
   d._counts = std::move(counts);
   d._weights = std::move(weights);
-  d._merged = d._values.size();
+  d._base = d._values.size();
   d._sorted = true;
-  d._hashed = MergingPays(d._values.size(), d._cases);
-  if (d._hashed) {
-    Rehash(std::max(kFirstCapacity, std::bit_ceil(2 * d._values.size() + 1)));
-  } else {
-    d._slots.clear();
-    d._slots.shrink_to_fit();
-  }
+  if (d._hashed) Rehash(std::max(kFirstCapacity, std::bit_ceil(2 * d._values.size() + 1)));
 }
 
 std::vector<ValueStore::Entry> ValueStore::Distribution(bool unweighted) const {
@@ -173,5 +172,5 @@ std::size_t ValueStore::GetEntryCount() const {
 }
 
 bool ValueStore::IsMerging() const {
-  return _data._merged == _data._values.size();
+  return _data._hashed || _data._base == _data._values.size();
 }

@@ -41,10 +41,9 @@ struct Shape {
 
 class ValueStoreShapes : public ::testing::TestWithParam<Shape> {};
 
-// Few distinct values keep merging, and so do many (10,000) once the cases outnumber them
-// enough: the store appends while they do not and merges again later; all distinct ones
-// end with one entry per case. Either way the distribution is the naive one, and a store
-// merged from three pieces equals the store fed with everything.
+// Few distinct values go through the hash table, many (10,000, or all distinct) through
+// sorted runs. Either way the distribution is the naive one, and a store merged from three
+// pieces equals the store fed with everything.
 TEST_P(ValueStoreShapes, DistributionMatchesNaiveWholeAndInPieces) {
   const Shape shape = GetParam();
   std::mt19937 random(11);
@@ -88,9 +87,9 @@ INSTANTIATE_TEST_SUITE_P(Shapes, ValueStoreShapes,
                            return std::string(info.param._name);
                          });
 
-// A store that has stopped merging takes in a merging one: each merged entry becomes as
-// many entries as it had cases, with the weight shared, so the totals stay exact.
-TEST(ValueStore, MergingStoreJoinsOneThatStoppedMerging) {
+// A store of mostly distinct values takes in a merged one as it is: its one entry of three
+// cases stays one entry, with its weight and its count.
+TEST(ValueStore, StoreOfDistinctValuesTakesInAMergedOne) {
   ValueStore distinct(/*weighted=*/true);
   for (int i = 0; i < 20000; ++i) distinct.Add(1000.0 + i, 1.0);
   ASSERT_FALSE(distinct.IsMerging());
@@ -100,7 +99,7 @@ TEST(ValueStore, MergingStoreJoinsOneThatStoppedMerging) {
   repeated.Add(5.0, 1.5);
   ASSERT_TRUE(repeated.IsMerging());
   distinct.Merge(repeated);
-  EXPECT_EQ(distinct.GetEntryCount(), 20003u);
+  EXPECT_EQ(distinct.GetEntryCount(), 20001u);
   const auto weights = distinct.Distribution(/*unweighted=*/false);
   const auto counts = distinct.Distribution(/*unweighted=*/true);
   // Value 5 comes first: weight 0.5 + 2 + 1.5 = 4, three cases.
