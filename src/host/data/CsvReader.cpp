@@ -40,6 +40,8 @@ struct CsvReader::Data {
   std::deque<std::string> _scratch;
   std::vector<std::size_t> _fieldLines;   // lines of the latest record's fields, when it spanned lines
 
+  bool _stops[256] = {};                  // bytes that end an unquoted field: the delimiter, LF, CR
+
   // True when reading at `position` needs text the chunk does not hold yet.
   bool Beyond(std::size_t position) const { return !_final && position >= _size; }
 };
@@ -140,6 +142,9 @@ CsvReader::CsvReader(DataInput& input, char delimiter, std::string sourceName, s
   _data->_chunkBytes = std::max<std::size_t>(chunkBytes, 4);  // the first read holds a byte order mark whole
   _data->_delimiter = delimiter;
   _data->_sourceName = std::move(sourceName);
+  _data->_stops[static_cast<unsigned char>(delimiter)] = true;
+  _data->_stops[static_cast<unsigned char>('\n')] = true;
+  _data->_stops[static_cast<unsigned char>('\r')] = true;
 }
 
 CsvReader::~CsvReader() = default;
@@ -158,7 +163,8 @@ bool CsvReader::Refill() {
   data._position = 0;
   // A record longer than a chunk doubles the room, so that it is read again only a few times.
   const std::size_t target = std::max(data._chunkBytes, kept * 2);
-  if (data._storage.size() < target) data._storage.resize(target);
+  // One byte more for the line end placed after the text, where the plain record scan stops.
+  if (data._storage.size() < target + 1) data._storage.resize(target + 1);
   std::size_t filled = kept;
   while (filled < target) {
     const std::size_t count = data._input->Read(data._storage.data() + filled, target - filled);
@@ -169,6 +175,7 @@ bool CsvReader::Refill() {
     filled += count;
   }
   data._size = filled;
+  data._storage[filled] = '\n';
   data._text = std::string_view(data._storage.data(), data._size);
   const void* nul = filled > kept && data._input->IsFile() ? std::memchr(data._storage.data() + kept, '\0', filled - kept) : nullptr;
   if (nul != nullptr) {
@@ -206,6 +213,54 @@ bool CsvReader::StartRecord() {
   return true;
 }
 
+// The common record: no quoted field, on one line, whole in the chunk, read in one tight
+// loop (the line end placed after the chunk's text stops it without a bounds check). False,
+// with nothing changed, for any other record: the general scanner reads it.
+bool CsvReader::ScanPlainRecord(std::vector<std::string_view>& fields) {
+  Data& data = *_data;
+  const char* const begin = data._storage.data();
+  const char* const end = begin + data._size;
+  const bool* const stops = data._stops;
+  const char delimiter = data._delimiter;
+  const char* p = begin + data._position;
+  while (true) {
+    if (*p == '"') {
+      fields.clear();
+      return false;
+    }
+    const char* const start = p;
+    while (!stops[static_cast<unsigned char>(*p)]) ++p;
+    fields.emplace_back(start, static_cast<std::size_t>(p - start));
+    if (p == end) {
+      // The chunk ends here: the record is whole only at the end of the data.
+      if (!data._final) {
+        fields.clear();
+        return false;
+      }
+      break;
+    }
+    if (*p != delimiter) {
+      if (*p == '\r') {
+        if (p + 1 == end && !data._final) {
+          fields.clear();
+          return false;
+        }
+        if (p + 1 < end && p[1] == '\n') ++p;
+      }
+      ++p;
+      ++data._line;
+      break;
+    }
+    ++p;
+  }
+  data._position = static_cast<std::size_t>(p - begin);
+  data._inRecord = false;
+  data._fieldIndex = fields.size();
+  data._fieldLine = data._recordLine;
+  data._fieldLines.clear();
+  return true;
+}
+
 bool CsvReader::ReadRecord(std::vector<std::string_view>& fields) {
   Data& data = *_data;
   std::string_view field;
@@ -215,6 +270,7 @@ bool CsvReader::ReadRecord(std::vector<std::string_view>& fields) {
     try {
       fields.clear();
       if (!StartRecord()) return false;
+      if (ScanPlainRecord(fields)) return true;
       data._fieldLines.clear();
       while (data._inRecord) {
         ScanField(field);

@@ -43,6 +43,7 @@ class CsvReader {
  private:
   struct Data;
   bool StartRecord();
+  bool ScanPlainRecord(std::vector<std::string_view>& fields);
   void ScanField(std::string_view& field);
   bool Refill();
   [[noreturn]] void Fail(const char* what) const;
