@@ -85,10 +85,12 @@ void ValueStore::AddEntry(double value, double weight, double count) {
     d._slots.shrink_to_fit();
     d._base = 0;
     d._sorted = false;
+    d._tailOfOnes = false;  // the entries of the table carry their counts
   }
   d._values.push_back(value);
   d._counts.push_back(count);
   if (d._weighted) d._weights.push_back(weight);
+  if (count != 1.0) d._tailOfOnes = false;
   if (d._values.size() - d._base >= std::max(kTailMinimum, d._base)) Compact();
 }
 
@@ -115,12 +117,23 @@ void ValueStore::Compact() const {
   };
   const std::size_t base = d._hashed ? 0 : d._base;
   const std::size_t size = d._values.size();
-  std::vector<Loose> tail;
-  tail.reserve(size - base);
-  for (std::size_t i = base; i < size; ++i) {
-    tail.push_back({d._values[i], d._counts[i], d._weighted ? d._weights[i] : 0.0});
+  if (!d._weighted && d._tailOfOnes && !d._hashed) {
+    // Cases of one each: sorting their values is all it takes (the common case, and the
+    // fastest sort).
+    std::sort(d._values.begin() + static_cast<std::ptrdiff_t>(base), d._values.end());
+  } else {
+    std::vector<Loose> loose;
+    loose.reserve(size - base);
+    for (std::size_t i = base; i < size; ++i) {
+      loose.push_back({d._values[i], d._counts[i], d._weighted ? d._weights[i] : 0.0});
+    }
+    std::sort(loose.begin(), loose.end(), [](const Loose& a, const Loose& b) { return a._value < b._value; });
+    for (std::size_t i = base; i < size; ++i) {
+      d._values[i] = loose[i - base]._value;
+      d._counts[i] = loose[i - base]._count;
+      if (d._weighted) d._weights[i] = loose[i - base]._weight;
+    }
   }
-  std::sort(tail.begin(), tail.end(), [](const Loose& a, const Loose& b) { return a._value < b._value; });
   std::vector<double> values;
   std::vector<double> counts;
   std::vector<double> weights;
@@ -138,21 +151,17 @@ void ValueStore::Compact() const {
     if (d._weighted) weights.push_back(weight);
   };
   std::size_t left = 0;
-  std::size_t right = 0;
-  while (left < base || right < tail.size()) {
-    if (right == tail.size() || (left < base && !(tail[right]._value < d._values[left]))) {
-      take(d._values[left], d._counts[left], d._weighted ? d._weights[left] : 0.0);
-      ++left;
-    } else {
-      take(tail[right]._value, tail[right]._count, tail[right]._weight);
-      ++right;
-    }
+  std::size_t right = base;
+  while (left < base || right < size) {
+    const std::size_t next = right == size || (left < base && !(d._values[right] < d._values[left])) ? left++ : right++;
+    take(d._values[next], d._counts[next], d._weighted ? d._weights[next] : 0.0);
   }
   d._values = std::move(values);
   d._counts = std::move(counts);
   d._weights = std::move(weights);
   d._base = d._values.size();
   d._sorted = true;
+  d._tailOfOnes = true;
   if (d._hashed) Rehash(std::max(kFirstCapacity, std::bit_ceil(2 * d._values.size() + 1)));
 }
 

@@ -43,6 +43,7 @@ class ValueStore {
     bool _hashed = true;                // _slots index the entries, which are distinct
     bool _sorted = true;                // the entries are distinct and ascending
     double _cases = 0.0;                // cases added, merged ones included
+    bool _tailOfOnes = true;            // every tail entry stands for one case
     std::size_t _base = 0;              // not hashed: entries [0, _base) are sorted and distinct, the rest the tail
     std::vector<double> _values;        // one per entry
     std::vector<double> _counts;        // cases per entry
