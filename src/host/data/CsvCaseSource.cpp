@@ -57,6 +57,11 @@ struct CsvCaseSource::Data {
   }
 
   void ReadNumber(const CsvColumnReading& column, std::string_view field, OBS& cell) const {
+    // A one-digit code is the most common field of survey data.
+    if (field.size() == 1 && field[0] >= '0' && field[0] <= '9') {
+      cell.number = static_cast<double>(field[0] - '0');
+      return;
+    }
     double value = TARN_SystemMissing();
     int integerLength = 0;
     int decimals = 0;
