@@ -158,7 +158,7 @@ bool CsvReader::Refill() {
   if (data._final) return false;
   // Keep the record that the chunk's end cut, from its first byte.
   const std::size_t kept = data._size - data._position;
-  std::memmove(data._storage.data(), data._storage.data() + data._position, kept);
+  if (kept > 0) std::memmove(data._storage.data(), data._storage.data() + data._position, kept);
   data._consumed += data._position;
   data._position = 0;
   // A record longer than a chunk doubles the room, so that it is read again only a few times.
