@@ -24,6 +24,7 @@
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
 #include "host/output/BpVariable.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SubTableCube.h"
 #include "parser/SyntaxConverterType.h"
@@ -333,8 +334,8 @@ bool CubeDispatcher::IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& d
   bool separate = dataSource.SplitsSeparate();
   unsigned splitCount = separate ? dataSource.SplitVariableCount() : 0;
 
-  BpComposite removed(separate ? "In split [%1=%2:, ^1=^2:]1 variables [%1:,^1:]2 removed ^3 ..."
-                               : "Variables [%1:,^1:]1 removed from table ^2 ...",
+  BpComposite removed(separate ? msg::kSplitVariablesRemoved
+                               : msg::kVariablesRemoved,
                       true);
   if (separate) {
     removed.Sublist();
@@ -363,10 +364,10 @@ bool CubeDispatcher::IsTableEmpty(BpProcedure& procedure, ProcedureDataSource& d
   // The listwise wording speaks of scale variables: a table without any gets the plain one.
   bool listwise = metadata.GetListwise() && !metadata.GetValidCount().empty();
   BpComposite empty(splitCount != 0
-                        ? (listwise ? "In split [%1=%2:, ^1=^2:]1 subtables in ^2 unspecified empty ..."
-                                    : "In split [%1=%2:, ^1=^2:]1 subtables in ^2 empty ...")
-                        : (listwise ? "Some subtables in table ^1 unspecified empty ..."
-                                    : "Some subtables in table ^1 empty ..."),
+                        ? (listwise ? msg::kSplitSubtablesUnspecifiedEmpty
+                                    : msg::kSplitSubtablesEmpty)
+                        : (listwise ? msg::kSubtablesUnspecifiedEmpty
+                                    : msg::kSubtablesEmpty),
                     true);
   if (splitCount != 0) {
     empty.Sublist();
@@ -388,8 +389,8 @@ bool CubeDispatcher::IsScaleMissing(BpProcedure& procedure, ProcedureDataSource&
   TableMetadata& metadata = _data->_aggregationTable->GetTableMetaData();
   // Groups laid out together make one table over all of them: no group to name.
   bool split = dataSource.SplitsSeparate() && dataSource.SplitVariableCount() != 0;
-  BpComposite composite(split ? "In split [%1=%2:, ^1=^2:]1 no variables [%1:,^1:]2 in ^3 ..."
-                              : "No cases for scale variables [%1:,^1:]1 in table ^2 ...",
+  BpComposite composite(split ? msg::kSplitNoVariables
+                              : msg::kNoCasesForScaleVariables,
                         true);
   if (split) {
     composite.Sublist();
@@ -416,7 +417,7 @@ void CubeDispatcher::ReportOverflow(BpProcedure& procedure, ProcedureDataSource&
                                     int tableNumber) {
   const std::vector<int> indices = _data->_aggregationTable->GetOverflowVarIndices();
   if (indices.empty()) return;
-  BpComposite composite("Statistics of [%1:,^1:]1 in table ^2 overflow ...", true);
+  BpComposite composite(msg::kStatisticsOverflow, true);
   composite.Sublist();
   for (int index : indices)
     composite.Add(BpVariable(*dataSource.GetVariable(index), BpVariable::kShowDefault));

@@ -17,6 +17,7 @@
 #include "host/output/BpError.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/tokens/TARN_TokenSequence.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxTableSubcommand.h"
@@ -59,7 +60,7 @@ int QuiltDriver::ParseSyntax(TARN_TokenSequence* tokens) {
     BpErrorAt(composite, kBpShowAlways, kBpLevelFatal, tokens->GetLocation());
     return 1;
   } catch (...) {
-    ReportCatalogueText("Unspecified error.", kBpLevelFatal);
+    ReportCatalogueText(msg::kUnspecifiedError, kBpLevelFatal);
     return 1;
   }
   return 0;
@@ -134,7 +135,7 @@ void QuiltDriver::FinalizeAndBuildTables(BpProcedure& procedure, bool controlPac
       throw;
     } catch (...) {
       // One broken table must not cost the user the others of the group.
-      ReportCatalogueText("This is an error from which application cannot recover", kBpLevelWarning);
+      ReportCatalogueText(msg::kUnrecoverableError, kBpLevelWarning);
     }
   }
 }
@@ -180,11 +181,11 @@ int QuiltDriver::AggregateAndBuildTables(BpProcedure* procedure, bool controlPac
   }
 
   if (noCases) {
-    ReportCatalogueText("No cases in the active file ...", kBpLevelFatal);
+    ReportCatalogueText(msg::kNoCases, kBpLevelFatal);
     return 0;
   }
   if (_dataSource->SplitVariableCount() != 0 && !_dataSource->SplitsSeparate()) {
-    ReportCatalogueText("Splits as rows not processed ...", kBpLevelWarning);
+    ReportCatalogueText(msg::kSplitsAsRowsNotProcessed, kBpLevelWarning);
   }
   return 0;
 }

@@ -18,6 +18,7 @@
 #include "host/output/BpNumber.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/tokens/TARN_TokenSequence.h"
 
 namespace {
@@ -62,7 +63,7 @@ extern "C" void quilt_(void* tokens) {
       throw;
     } catch (const CategoryLimitError& error) {
       // Typically an identifier used as a category: name it and end the command.
-      BpComposite text("Variable ^1 has more than ^2 distinct values ...", /*translate=*/true);
+      BpComposite text(msg::kTooManyDistinctValues, /*translate=*/true);
       text.Add(BpString(error.GetVariableName(), /*translate=*/false));
       text.Add(BpNumber(static_cast<double>(error.GetLimit()), procedure.Count()));
       text.Finish();

@@ -217,7 +217,9 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const AxisLayout& rows = layout.GetRows();
   const AxisLayout& columns = layout.GetColumns();
   const auto& layers = layout.GetLayers();
-  const int rowLevels = std::max(rows.levels, 1);
+  // Row headers take no column when every row label is hidden and the corner is empty (a list
+  // of sentences, a table of columns only); otherwise at least one.
+  const int rowLevels = rows.levels == 0 && table.corner.empty() ? 0 : std::max(rows.levels, 1);
   const int columnCount = static_cast<int>(columns.entries.size());
   const int rowCount = static_cast<int>(rows.entries.size());
 
@@ -251,7 +253,8 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     if (wanted > available) rowWidths.back() += wanted - available;
   }
   // The table's own data column widths: labels wrap at the maximum, which never cuts a
-  // cell's text; the minimum widens narrower columns.
+  // cell's text; the minimum widens narrower columns. Only a cell text that holds no number
+  // and is wider than the page (a long sentence) wraps, at the page's width.
   const int minCharacters = layout.GetMinDataColumnCharacters();
   const int maxCharacters = layout.GetMaxDataColumnCharacters();
   const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
@@ -260,8 +263,11 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
         const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
+        const std::string display = CellDisplay(cell);
+        int wanted = WidestLine(display);
+        if (!cell.hasNumber) wanted = std::min(wanted, std::max(_width - 4, LongestWord(display)));
         int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
-        width = std::max(width, WidestLine(CellDisplay(cell)));
+        width = std::max(width, wanted);
       }
     }
   }
@@ -299,7 +305,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     return fitting;
   };
   const int usefulColumns = std::min(columnCount, kUsefulDataColumns);
-  while (columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
+  while (!rowWidths.empty() && columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
     auto widestLevel = std::max_element(rowWidths.begin(), rowWidths.end());
     if (*widestLevel <= kMinRowLabelWidth) break;
     --*widestLevel;
@@ -352,7 +358,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
       std::vector<GridRow> header;
       for (int level = 0; level < columns.levels; ++level) {
         GridRow row;
-        row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
+        if (rowLevels > 0) row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
         for (int column = panelStart; column < panelEnd;) {
           const HeaderLabel* label = columns.LabelAt(level, column);
           const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);

@@ -420,11 +420,17 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
     return sheetColumn[static_cast<std::size_t>(endColumn)] - 1;
   };
 
+  // The table's own data column widths act as in the text output: a column label wraps at the
+  // maximum (a cell's own text is never cut, a number would show as ####), and the minimum
+  // widens narrower columns.
+  const int minCharacters = layout.GetMinDataColumnCharacters();
+  const int maxCharacters = layout.GetMaxDataColumnCharacters();
+  const double labelLimit = maxCharacters > 0 ? maxCharacters : kMaxColumnWidth;
   std::vector<double> widths(static_cast<std::size_t>(sheetColumn.back()), 6);
-  const auto widen = [&](int column, const std::string& text) {
+  const auto widen = [&](int column, const std::string& text, double limit = kMaxColumnWidth) {
     if (column >= static_cast<int>(widths.size())) return;
     double& width = widths[static_cast<std::size_t>(column)];
-    width = std::min(kMaxColumnWidth, std::max(width, static_cast<double>(CharacterCount(text)) + 1));
+    width = std::min(limit, std::max(width, static_cast<double>(CharacterCount(text)) + 1));
   };
 
   if (layout.IsEmpty()) {
@@ -441,7 +447,7 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
       data.Merge(row + label.level, sheetColumn[static_cast<std::size_t>(label.start)],
                  row + label.level + label.depth - 1, lastSheetColumn(label.start + label.span), label.text,
                  Role::kColumnLabel);
-      if (label.span == 1) widen(sheetColumn[static_cast<std::size_t>(label.start)], label.text);
+      if (label.span == 1) widen(sheetColumn[static_cast<std::size_t>(label.start)], label.text, labelLimit);
     }
     if (columns.levels == 0) {
       for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
@@ -486,6 +492,10 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
   if (data.clipped) {
     data.Put(clippedNoteRow, 0, kClippedText);
     data.messages.push_back({kBpLevelWarning, kClippedText + std::string(" ") + table.title, where});
+  }
+  for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+    double& width = widths[static_cast<std::size_t>(sheetColumn[static_cast<std::size_t>(columnIndex)])];
+    width = std::max(width, static_cast<double>(minCharacters));
   }
   // Row headers are as wide as their longest single-level label; the title, caption and notes
   // are left to spill over the cells to their right.

@@ -416,24 +416,24 @@ bool SubTableCube::MarkInnermostMRSets(bool includeRows, bool forPairs) {
   return marked;
 }
 
-int SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
+TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
   const Data& data = *_data;
   if (!data._scaleVars.empty()) {
-    return 3;
+    return TestEligibility::kScaleVariable;
   }
   if (!includeMR && HasMRSetInner()) {
-    return 2;
+    return TestEligibility::kInnerSetExcluded;
   }
   const SyntaxVariableName* row = LastLeafOnAxis(data._catVars, 0);
   if (row == nullptr) {
-    return 4;
+    return TestEligibility::kNoRowVariable;
   }
   const SyntaxVariableName* column = LastLeafOnAxis(data._catVars, 1);
   if (column == nullptr) {
-    return 5;
+    return TestEligibility::kNoColumnVariable;
   }
   if (SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
-    return 6;
+    return TestEligibility::kSameRowAndColumn;
   }
   const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
     switch (statistic->GetPrimaryStatistic()) {
@@ -450,30 +450,30 @@ int SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
     }
   });
   if (weighted && !kinds.weighted) {
-    return 8;
+    return TestEligibility::kNoWeightedCount;
   }
   if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return 7;
+    return TestEligibility::kNoCount;
   }
   if (includeMR) {
     MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/false);
   }
-  return weighted && kinds.both ? 1 : 0;
+  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
 }
 
-int SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
+TestEligibility SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
   const Data& data = *_data;
   if (!data._scaleVars.empty()) {
-    return 3;
+    return TestEligibility::kScaleVariable;
   }
   if (!includeMR && HasMRSetInner()) {
-    return 2;
+    return TestEligibility::kInnerSetExcluded;
   }
   if (LastLeafOnAxis(data._catVars, 0) == nullptr) {
-    return 4;
+    return TestEligibility::kNoRowVariable;
   }
   if (LastLeafOnAxis(data._catVars, 1) == nullptr) {
-    return 5;
+    return TestEligibility::kNoColumnVariable;
   }
   const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
     switch (statistic->GetStatType()) {
@@ -488,38 +488,38 @@ int SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
     }
   });
   if (weighted && !kinds.weighted) {
-    return 7;
+    return TestEligibility::kNoWeightedCount;
   }
   if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return 6;
+    return TestEligibility::kNoCount;
   }
   if (includeMR) {
     MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/true);
   }
-  return weighted && kinds.both ? 1 : 0;
+  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
 }
 
-int SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted, bool& mixed,
-                                      bool includeMR) {
+TestEligibility SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted,
+                                                  bool& mixed, bool includeMR) {
   const Data& data = *_data;
   if (data._scaleVars.empty()) {
-    return 3;
+    return TestEligibility::kNoScaleVariable;
   }
   if (!includeMR && HasMRSetInner()) {
-    return 2;
+    return TestEligibility::kInnerSetExcluded;
   }
   const bool hasColumn = std::any_of(data._catVars.begin(), data._catVars.end(), [](const SyntaxVariableName* var) {
     return var->GetIsLeafNode() && var->GetAxis() == 1;
   });
   if (!hasColumn) {
-    return 5;
+    return TestEligibility::kNoColumnVariable;
   }
   int lackingWeighted = 0;    // scale variables of a weighted table without MEAN
   int lackingUnweighted = 0;  // scale variables of an unweighted table without any mean
   for (const SyntaxVariableName* scale : data._scaleVars) {
     // The means are compared across columns, so the summarized variable must stand in the rows.
     if (scale->GetAxis() != 0) {
-      return 4;
+      return TestEligibility::kScaleOutsideRows;
     }
     bool hasMean = false;
     bool hasUMean = false;
@@ -538,12 +538,12 @@ int SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& n
     }
   }
   if (lackingWeighted + lackingUnweighted == GetStatVarCount()) {
-    return 1;
+    return TestEligibility::kNoMean;
   }
   if (includeMR) {
     MarkInnermostMRSets(/*includeRows=*/false, /*forPairs=*/true);
   }
-  return 0;
+  return TestEligibility::kEligible;
 }
 
 namespace {

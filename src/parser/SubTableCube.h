@@ -8,6 +8,23 @@
 class AggregationCube;
 class SyntaxVariableName;
 
+
+/// Whether a cube can take part in a significance test, and if not why: one set of codes
+/// for the chi-square, column proportions and column means tests.
+enum class TestEligibility {
+  kEligible,             // the test runs on the cube
+  kEligibleMixedCounts,  // it runs, and the cube has weighted and unweighted counts both
+  kInnerSetExcluded,     // an innermost multiple-response set is left out (INCLUDEMRSETS=NO)
+  kScaleVariable,        // a scale variable stands where the test wants categories only
+  kNoScaleVariable,      // the means test finds no scale variable to compare
+  kNoRowVariable,        // no categorical variable in the rows
+  kNoColumnVariable,     // no categorical variable in the columns
+  kSameRowAndColumn,     // chi-square: the rows and columns are one variable
+  kScaleOutsideRows,     // means: a summarized variable stands outside the rows
+  kNoMean,               // means: no scale variable has the mean the test needs
+  kNoCount,              // no count at all for an unweighted test
+  kNoWeightedCount,      // no weighted count for a weighted test
+};
 /// One combination of a stacked term in the rows, the columns and the layers: `(a + b) BY c`
 /// stands for the sub-tables `a BY c` and `b BY c`. The cube lists the categorical
 /// variables (and multiple-response sets) in expression order, rows then columns then
@@ -109,19 +126,14 @@ class SubTableCube {
   /// whether a set was marked.
   bool MarkInnermostMRSets(bool includeRows, bool forPairs);
 
-  /// Whether the chi-square test can run on this cube: 0 eligible, 1 eligible with mixed
-  /// weighted and unweighted counts, 2 inner set excluded, 3 scale variable, 4 no row
-  /// variable, 5 no column variable, 6 row and column the same variable, 7 no count for an
-  /// unweighted test, 8 no weighted count for a weighted test. May mark inner sets.
-  int GetChiSquareValidity(bool weighted, bool includeMR);
-  /// The column proportions test: 0, 1, 2, 3, 4, 5 as for chi-square; 6 no count for an
-  /// unweighted test, 7 no weighted count for a weighted test. May mark inner sets.
-  int GetColPropValidity(bool weighted, bool includeMR);
-  /// The column means test: 0 eligible, 1 no scale variable has the mean it needs, 2 inner
-  /// set excluded, 3 no scale variable, 4 a scale variable outside the rows, 5 no column
-  /// variable. The flags report which means were missing or mixed. May mark inner sets.
-  int GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted, bool& mixed,
-                          bool includeMR);
+  /// Whether the chi-square test can run on this cube. May mark inner sets.
+  TestEligibility GetChiSquareValidity(bool weighted, bool includeMR);
+  /// Whether the column proportions test can run on this cube. May mark inner sets.
+  TestEligibility GetColPropValidity(bool weighted, bool includeMR);
+  /// Whether the column means test can run on this cube; the flags report which means were
+  /// missing or mixed. May mark inner sets.
+  TestEligibility GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted, bool& mixed,
+                                      bool includeMR);
 
   /// One line per field, `indent` blanks before each, for debugging and the parse dump.
   void Print(std::ostream& out, int indent = 0) const;

@@ -3,7 +3,7 @@
 
 #include "host/QuiltAssert.h"
 #include "parser/SyntaxConverterType.h"
-#include "parser/SyntaxTableSubcommand.h"
+#include "parser/TableScope.h"
 
 SyntaxBy::SyntaxBy() {
   // "a BY BY c" leaves an axis empty; a second BY is legal here and gets a placeholder.
@@ -48,5 +48,5 @@ void SyntaxBy::DissectTableInCubes() {
 }
 
 void SyntaxBy::Initialize() {
-  GetTableSubcommandParent()->IncrementBys();
+  RequireTableScope().IncrementBys();
 }

@@ -15,8 +15,8 @@
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
+#include "parser/TableScope.h"
 
 namespace {
 
@@ -402,12 +402,12 @@ void SyntaxCategoriesSubcommand::ValidateSummarySortKey() {
   const bool countLike =
       statistic == Codes::kStatCount || (!IsDataWeighted() && statistic == Codes::kStatUCount);
   const std::string& sortVariable = data._sortVariableName;
-  SyntaxTableSubcommand* table = GetTableSubcommandParent();
+  TableScope& table = RequireTableScope();
   // The categories can only be sorted by a statistic that some cube holding them computes.
   for (const std::string& name : data._variableList) {
     bool satisfied = false;
-    for (int position = 0; position < table->CubeCount() && !satisfied; ++position) {
-      const SubTableCube& cube = *(*table)[position];
+    for (int position = 0; position < table.GetCubeCount() && !satisfied; ++position) {
+      const SubTableCube& cube = table.GetCube(position);
       if (!cube.CatVarNameExist(name)) {
         continue;
       }
@@ -449,7 +449,7 @@ bool SyntaxCategoriesSubcommand::IsEmptyIncluded() const {
 
 std::vector<std::string> SyntaxCategoriesSubcommand::GetCatVarNameList() {
   std::vector<std::string> names;
-  for (const SyntaxVariableName* variable : GetTableSubcommandParent()->GetTableVarList()) {
+  for (const SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
     if (variable->GetVariableType() != Codes::kVariableCategorical) {
       continue;
     }
@@ -467,7 +467,7 @@ std::vector<std::string> SyntaxCategoriesSubcommand::GetCatVarNameList() {
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVariables(
     const std::string& name) {
   std::vector<SyntaxVariableName*> found;
-  for (SyntaxVariableName* variable : GetTableSubcommandParent()->GetTableVarList()) {
+  for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
     if (variable->GetVariableType() == Codes::kVariableCategorical &&
         SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
       found.push_back(variable);
@@ -478,7 +478,7 @@ std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVaria
 
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetScaleVariables(const std::string& name) {
   std::vector<SyntaxVariableName*> found;
-  for (SyntaxVariableName* variable : GetTableSubcommandParent()->GetTableVarList()) {
+  for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
     if (variable->GetVariableType() == Codes::kVariableScale &&
         SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
       found.push_back(variable);

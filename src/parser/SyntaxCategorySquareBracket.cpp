@@ -8,9 +8,9 @@
 
 #include "parser/CategoryRange.h"
 #include "parser/CategoryToken.h"
+#include "parser/CommandScope.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTablesCommand.h"
 
 namespace {
 
@@ -129,8 +129,8 @@ SyntaxConverter* SyntaxCategorySquareBracket::String(const std::string& text) {
   if (data._awaitingComputedName) {
     data._awaitingComputedName = false;
     AddCategoryToken(new CategoryToken(text, Codes::kExplicitComputed), text);
-    if (auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent())) {
-      for (SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+    if (const CommandScope* command = GetCommandScope()) {
+      for (SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
         if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), text)) {
           continue;
         }
@@ -236,22 +236,7 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
           refuse();
         }
         range->AddCategoryToken(added.release());
-        // The same range written twice: the later place wins.
-        const std::string rangeKey =
-            EqualityKey(*range->GetFirstChild()) + " THRU " + EqualityKey(*range->GetLastChild());
-        if (_data->_seenRangeKeys.insert(rangeKey).second) return;
-        for (std::size_t position = 0; position + 1 < tokens.size();) {
-          auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
-          if (other != nullptr && other->GetChildCount() == 2 &&
-              *other->GetFirstChild() == *range->GetFirstChild() &&
-              *other->GetLastChild() == *range->GetLastChild()) {
-            SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
-            delete other;
-            tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
-          } else {
-            ++position;
-          }
-        }
+        RemoveEarlierCopiesOfRange(*range, text);
         return;
       }
       if (next == Codes::kExplicitLo || next == Codes::kExplicitHi || next == Codes::kExplicitRange ||
@@ -291,6 +276,24 @@ void SyntaxCategorySquareBracket::AddCategoryToken(CategoryToken* token, const s
       }
       append();
       return;
+  }
+}
+
+// The same range written twice: the later place wins, with a warning.
+void SyntaxCategorySquareBracket::RemoveEarlierCopiesOfRange(const CategoryRange& range, const std::string& text) {
+  std::vector<CategoryToken*>& tokens = _data->_tokens;
+  const std::string rangeKey = EqualityKey(*range.GetFirstChild()) + " THRU " + EqualityKey(*range.GetLastChild());
+  if (_data->_seenRangeKeys.insert(rangeKey).second) return;
+  for (std::size_t position = 0; position + 1 < tokens.size();) {
+    auto* other = dynamic_cast<CategoryRange*>(tokens[position]);
+    if (other != nullptr && other->GetChildCount() == 2 && *other->GetFirstChild() == *range.GetFirstChild() &&
+        *other->GetLastChild() == *range.GetLastChild()) {
+      SyntaxParserUtility::DuplicateCategoryInExplicitList(this, text);
+      delete other;
+      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(position));
+    } else {
+      ++position;
+    }
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "parser/SyntaxComposite.h"
 
+class CategoryRange;
 class CategoryToken;
 
 /// `[ 1 2 'a' 3 THRU 5 LO THRU 0 MISSING OTHERNM SUBTOTAL='x' HSUBTOTAL &name ]`. Each
@@ -57,6 +58,8 @@ class SyntaxCategorySquareBracket : public SyntaxComposite {
   void AddCategoryToken(CategoryToken* token, const std::string& text);
   /// Removes every earlier element equal to the last one, with a warning.
   void RemoveDuplicatesOfLast(const std::string& text);
+  /// Drops an earlier copy of the range just completed (the last token), with a warning.
+  void RemoveEarlierCopiesOfRange(const CategoryRange& range, const std::string& text);
   /// Two subtotals in a row: the first sums nothing and is dropped.
   void CleanUpSubtotals();
 

@@ -3,62 +3,66 @@
 
 #include <ostream>
 
-#include "host/data/HostStrings.h"
+#include "host/output/MessageKeys.h"
+#include "parser/KeywordReader.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/TableSettings.h"
 
 namespace {
 
-// The keyword being read; its value comes next.
-enum CompareTestState {
-  kStateNone = 0,
-  kStateType = 1,
-  kStateAlpha = 2,
-  kStateAdjust = 3,
-  kStateOrigin = 4,
-  kStateCategories = 5,
-  kStateIncludeMRSets = 6,
-  kStateMeansVariance = 7,
-  kStateMerge = 8,
-  kStateShowSig = 9,
-  kStateStyle = 10,
-  kStateSigDigits = 11,
+// The keywords, in the order of their rules below.
+enum CompareTestKeyword {
+  kType,
+  kAlpha,
+  kAdjust,
+  kOrigin,
+  kCategories,
+  kIncludeMRSets,
+  kMeansVariance,
+  kMerge,
+  kShowSig,
+  kStyle,
+  kSigDigits,
 };
 
-struct KeywordState {
-  const char* keyword;
-  CompareTestState state;
-};
-
-constexpr KeywordState kKeywords[] = {
-    {"TYPE", kStateType},
-    {"ALPHA", kStateAlpha},
-    {"ADJUST", kStateAdjust},
-    {"ORIGIN", kStateOrigin},
-    {"CATEGORIES", kStateCategories},
-    {"INCLUDEMRSETS", kStateIncludeMRSets},
-    {"MEANSVARIANCE", kStateMeansVariance},
-    {"MERGE", kStateMerge},
-    {"SHOWSIG", kStateShowSig},
-    {"STYLE", kStateStyle},
-    {"SIGDIGS", kStateSigDigits},
-};
+// COMPARETEST TYPE '=' PROP|MEAN | ALPHA '=' number [number] | ADJUST '=' NONE|BONFERRONI|BH |
+//             ORIGIN '=' COLUMN | CATEGORIES '=' ALLVISIBLE|SUBTOTALS | INCLUDEMRSETS '=' YES|NO |
+//             MEANSVARIANCE '=' ALLCATS|TESTEDCATS | MERGE '=' YES|NO | SHOWSIG '=' YES|NO |
+//             STYLE '=' APA|SIMPLE | SIGDIGS '=' number
+// MERGE, SHOWSIG, STYLE and SIGDIGS simply take the later value.
+const std::vector<KeywordRule>& Rules() {
+  using Kind = KeywordValueKind;
+  static const std::vector<KeywordRule> rules = {
+      {"TYPE", Kind::kWord,
+       {{"PROP", TableEncryptionCodes::kSigTestProportions}, {"MEAN", TableEncryptionCodes::kSigTestMeans}}},
+      {"ALPHA", Kind::kNumber, {}},
+      {"ADJUST", Kind::kWord,
+       {{"NONE", PresentationCodes::kAdjustNone},
+        {"BONFERRONI", PresentationCodes::kAdjustBonferroni},
+        {"BH", PresentationCodes::kAdjustBH}}},
+      {"ORIGIN", Kind::kWord, {{"COLUMN", 1}}},
+      {"CATEGORIES", Kind::kWord, {{"ALLVISIBLE", 0}, {"SUBTOTALS", 1}}},
+      {"INCLUDEMRSETS", Kind::kWord, {{"YES", 1}, {"NO", 0}}},
+      {"MEANSVARIANCE", Kind::kWord, {{"ALLCATS", 1}, {"TESTEDCATS", 0}}},
+      {"MERGE", Kind::kWord, {{"TRUE", 1}, {"YES", 1}, {"FALSE", 0}, {"NO", 0}}, /*warnsWhenRepeated=*/false},
+      {"SHOWSIG", Kind::kWord, {{"YES", 1}, {"NO", 0}}, /*warnsWhenRepeated=*/false},
+      {"STYLE", Kind::kWord, {{"APA", 1}, {"SIMPLE", 0}}, /*warnsWhenRepeated=*/false},
+      {"SIGDIGS", Kind::kNumber, {}, /*warnsWhenRepeated=*/false},
+  };
+  return rules;
+}
 
 constexpr int kMinimumSigDigits = 1;
 constexpr int kMaximumSigDigits = 16;
 
-bool Is(const std::string& text, const char* word) {
-  return SyntaxParserUtility::ExactWordMatch(text, word);
-}
-
 }  // namespace
 
 struct SyntaxCompareTestSubcommand::Data {
-  explicit Data(TableSettings& settings) : _settings(settings) {}
+  Data(const SyntaxConverter* owner, TableSettings& settings) : _keywords(owner, Rules()), _settings(settings) {}
 
+  KeywordReader _keywords;
   TableSettings& _settings;  // the table's, where the test is registered
-  CompareTestState _state = kStateNone;
   int _type = 0;  // 0 until TYPE; then kSigTestProportions or kSigTestMeans
   double _alpha = 0.05;
   double _alpha2 = 0.0;
@@ -73,16 +77,10 @@ struct SyntaxCompareTestSubcommand::Data {
   bool _showSig = false;
   int _sigDigits = 3;
   bool _styleApa = true;
-  bool _alphaSet = false;
-  bool _adjustSet = false;
-  bool _originSet = false;
-  bool _categoriesSet = false;
-  bool _includeMRSetsSet = false;
-  bool _meansVarianceSet = false;
 };
 
 SyntaxCompareTestSubcommand::SyntaxCompareTestSubcommand(TableSettings& settings)
-    : _data(std::make_unique<Data>(settings)) {}
+    : _data(std::make_unique<Data>(this, settings)) {}
 
 SyntaxCompareTestSubcommand::~SyntaxCompareTestSubcommand() = default;
 
@@ -90,96 +88,54 @@ std::string SyntaxCompareTestSubcommand::GetSubcommandName() const {
   return "COMPARETEST";
 }
 
-// COMPARETEST keyword '='
 SyntaxConverter* SyntaxCompareTestSubcommand::AttributeString(const std::string& text,
                                                               TARN_TokenSequence* /*tokens*/) {
-  if (_data->_state != kStateNone) {
-    _data->_state = kStateNone;
-    SyntaxParserUtility::UnknownKeyword(this, text);
+  if (_data->_keywords.Start(text) == kAlpha) {
+    // A new ALPHA replaces both levels of an earlier one.
+    _data->_alpha2 = 0.0;
+    _data->_alpha2Text.clear();
   }
-  for (const KeywordState& entry : kKeywords) {
-    if (!KeywordMatch(text.c_str(), entry.keyword)) {
-      continue;
-    }
-    bool repeated = false;
-    switch (entry.state) {
-      case kStateType:
-        repeated = _data->_type != 0;
-        break;
-      case kStateAlpha:
-        repeated = _data->_alphaSet;
-        break;
-      case kStateAdjust:
-        repeated = _data->_adjustSet;
-        break;
-      case kStateOrigin:
-        repeated = _data->_originSet;
-        break;
-      case kStateCategories:
-        repeated = _data->_categoriesSet;
-        break;
-      case kStateIncludeMRSets:
-        repeated = _data->_includeMRSetsSet;
-        break;
-      case kStateMeansVariance:
-        repeated = _data->_meansVarianceSet;
-        break;
-      default:
-        // MERGE, SHOWSIG, STYLE and SIGDIGS simply take the later value.
-        break;
-    }
-    if (repeated) {
-      SyntaxParserUtility::DuplicateWarning(this, entry.keyword);
-    }
-    if (entry.state == kStateAlpha) {
-      // A new ALPHA replaces both levels of an earlier one.
-      _data->_alpha2 = 0.0;
-      _data->_alpha2Text.clear();
-    }
-    _data->_state = entry.state;
-    return this;
-  }
-  SyntaxParserUtility::UnknownKeyword(this, text);
+  return this;
 }
 
 // ALPHA '=' number [number] | SIGDIGS '=' number
 SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::string& text) {
-  if (_data->_state == kStateAlpha) {
+  Data& data = *_data;
+  const int pending = data._keywords.Pending();
+  if (pending == kAlpha) {
     if (!(value > 0.0 && value < 1.0)) {
       SyntaxParserUtility::InvalidAlpha(this, text);
     }
-    _data->_alpha = value;
-    _data->_alphaText = text;
-    _data->_alphaSet = true;
-    _data->_state = kStateNone;
+    data._alpha = value;
+    data._alphaText = text;
+    data._keywords.Finish();
     return this;
   }
-  if (_data->_state == kStateNone && _data->_alphaSet) {
+  if (pending < 0 && data._keywords.WasGiven(kAlpha)) {
     if (!(value > 0.0 && value < 1.0)) {
       SyntaxParserUtility::InvalidAlpha(this, text);
     }
-    if (value == _data->_alpha) {
-      SyntaxParserUtility::GenericMessage("The two ALPHA values are equal...", /*warning=*/true, nullptr,
-                                          nullptr);
+    if (value == data._alpha) {
+      SyntaxParserUtility::GenericMessage(msg::kAlphaValuesEqual, /*warning=*/true, nullptr, nullptr);
       return this;
     }
-    if (value < _data->_alpha) {
-      _data->_alpha2 = _data->_alpha;
-      _data->_alpha2Text = _data->_alphaText;
-      _data->_alpha = value;
-      _data->_alphaText = text;
+    if (value < data._alpha) {
+      data._alpha2 = data._alpha;
+      data._alpha2Text = data._alphaText;
+      data._alpha = value;
+      data._alphaText = text;
     } else {
-      _data->_alpha2 = value;
-      _data->_alpha2Text = text;
+      data._alpha2 = value;
+      data._alpha2Text = text;
     }
     return this;
   }
-  if (_data->_state == kStateSigDigits) {
+  if (pending == kSigDigits) {
     const double clamped = value < kMinimumSigDigits   ? kMinimumSigDigits
                            : value > kMaximumSigDigits ? kMaximumSigDigits
                                                        : value;
-    _data->_sigDigits = static_cast<int>(clamped);
-    _data->_state = kStateNone;
+    data._sigDigits = static_cast<int>(clamped);
+    data._keywords.Finish();
     return this;
   }
   SyntaxParserUtility::UnknownKeyword(this, text);
@@ -187,107 +143,49 @@ SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::st
 
 SyntaxConverter* SyntaxCompareTestSubcommand::String(const std::string& text) {
   Data& data = *_data;
-  switch (data._state) {
-    case kStateType:
-      if (Is(text, "PROP")) {
-        data._type = TableEncryptionCodes::kSigTestProportions;
-      } else if (Is(text, "MEAN")) {
-        data._type = TableEncryptionCodes::kSigTestMeans;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
+  int rule = -1;
+  const int code = data._keywords.ReadWord(text, rule);
+  switch (rule) {
+    case kType:
+      data._type = code;
       break;
-    case kStateAdjust:
-      if (Is(text, "NONE")) {
-        data._adjustType = PresentationCodes::kAdjustNone;
-      } else if (Is(text, "BONFERRONI")) {
-        data._adjustType = PresentationCodes::kAdjustBonferroni;
-      } else if (Is(text, "BH")) {
-        data._adjustType = PresentationCodes::kAdjustBH;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._adjustSet = true;
+    case kAdjust:
+      data._adjustType = static_cast<PresentationCodes::SignificanceAdjustType>(code);
       break;
-    case kStateOrigin:
-      if (!Is(text, "COLUMN")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
+    case kOrigin:
       data._originColumn = true;
-      data._originSet = true;
       break;
-    case kStateCategories:
-      if (Is(text, "ALLVISIBLE")) {
-        data._includeSubtotals = false;
-      } else if (Is(text, "SUBTOTALS")) {
-        data._includeSubtotals = true;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._categoriesSet = true;
+    case kCategories:
+      data._includeSubtotals = code == 1;
       break;
-    case kStateIncludeMRSets:
-      if (Is(text, "YES")) {
-        data._includeMRSets = true;
-      } else if (Is(text, "NO")) {
-        data._includeMRSets = false;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._includeMRSetsSet = true;
+    case kIncludeMRSets:
+      data._includeMRSets = code == 1;
       break;
-    case kStateMeansVariance:
-      if (Is(text, "ALLCATS")) {
-        data._meansVarianceAllCats = true;
-      } else if (Is(text, "TESTEDCATS")) {
-        data._meansVarianceAllCats = false;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._meansVarianceSet = true;
+    case kMeansVariance:
+      data._meansVarianceAllCats = code == 1;
       break;
-    case kStateMerge:
-      if (Is(text, "TRUE") || Is(text, "YES")) {
-        data._merge = true;
-      } else if (Is(text, "FALSE") || Is(text, "NO")) {
-        data._merge = false;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
+    case kMerge:
+      data._merge = code == 1;
       break;
-    case kStateShowSig:
-      if (Is(text, "YES")) {
-        data._showSig = true;
-      } else if (Is(text, "NO")) {
-        data._showSig = false;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
+    case kShowSig:
+      data._showSig = code == 1;
       break;
-    case kStateStyle:
-      if (Is(text, "APA")) {
-        data._styleApa = true;
-      } else if (Is(text, "SIMPLE")) {
-        data._styleApa = false;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
+    case kStyle:
+      data._styleApa = code == 1;
       break;
     default:
-      // No keyword awaits a word (ALPHA and SIGDIGS take numbers).
-      SyntaxParserUtility::UnknownKeyword(this, text);
+      break;
   }
-  data._state = kStateNone;
   return this;
 }
 
 void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
   Data& data = *_data;
-  if (data._state != kStateNone) {
-    SyntaxParserUtility::IncompleteSubcommand(this, text);
+  data._keywords.CheckComplete(text);
+  bool anyTestOption = false;
+  for (const int rule : {kAlpha, kAdjust, kOrigin, kCategories, kIncludeMRSets, kMeansVariance}) {
+    anyTestOption = anyTestOption || data._keywords.WasGiven(rule);
   }
-  const bool anyTestOption = data._alphaSet || data._adjustSet || data._originSet || data._categoriesSet ||
-                             data._includeMRSetsSet || data._meansVarianceSet;
   if (data._type == 0 && !anyTestOption) {
     return;
   }
@@ -299,7 +197,7 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
     data._merge = false;
   }
   if (data._merge && data._styleApa && !data._alpha2Text.empty()) {
-    SyntaxParserUtility::GenericMessage("Only one ALPHA level is allowed with STYLE=APA...", /*warning=*/true,
+    SyntaxParserUtility::GenericMessage(msg::kOneAlphaWithApaStyle, /*warning=*/true,
                                         nullptr, nullptr);
     data._alpha2Text.clear();
     data._alpha2 = 0.0;
@@ -315,7 +213,7 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
 }
 
 void SyntaxCompareTestSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_state << " type=" << _data->_type << " alpha=" << _data->_alphaText
+  out << "state=" << _data->_keywords.GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
       << " alpha2=" << _data->_alpha2Text << " adjust=" << _data->_adjustType << " merge=" << _data->_merge
       << " showSig=" << _data->_showSig << " sigDigits=" << _data->_sigDigits
       << " styleApa=" << _data->_styleApa;

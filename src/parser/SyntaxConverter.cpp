@@ -12,6 +12,7 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/VariableSet.h"
 #include "host/engine/AggregationCube.h"
+#include "parser/CommandScope.h"
 #include "parser/SyntaxBy.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
@@ -22,8 +23,8 @@
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxPlus.h"
 #include "parser/SyntaxSquareBracket.h"
-#include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
+#include "parser/TableScope.h"
 
 namespace {
 
@@ -68,10 +69,16 @@ struct SyntaxConverter::ConverterData {
   bool _plusContext = false;                      // + may follow now
   bool _squareBracketContext = false;             // [ may follow now
   bool _variableContext = false;                  // a variable or set name may follow now
+  // The scopes, given on first use by the parent (or the scope source) and kept; not owned.
+  mutable CommandScope* _commandScope = nullptr;
+  mutable TableScope* _tableScope = nullptr;
+  const SyntaxConverter* _scopeSource = nullptr;  // a bracket's opener; null: the parent
 
   // Shared by all converters of the run; SetDataSource sets them again for each run.
   static TARN_DataSource* _pds;    // the active data source; not owned
   static int _weightVarIndex;      // dictionary index of the case weight; -1 for none
+  // The base weight of the command parsed last, published for the table builder and the
+  // renderer; the command scope owns the value, and a new command resets this copy.
   static int _baseWeightVarIndex;  // dictionary index of the WEIGHT base weight; -1 for none
 };
 
@@ -131,12 +138,12 @@ SyntaxConverter* SyntaxConverter::By(const std::string& text) {
   if (!_converterData->_byContext) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
-  SyntaxTableSubcommand* table = GetTableSubcommandParent();
-  const std::vector<SyntaxVariableName*>& variables = table->GetTableVarList();
+  TableScope& table = RequireTableScope();
+  const std::vector<SyntaxVariableName*>& variables = table.GetTableVarList();
   // An axis with nothing on it still needs an operand: a leading BY leaves the rows empty,
   // and "a BY BY c" leaves the columns empty.
   const bool needsPlaceholder =
-      variables.empty() || (variables.back()->GetAxis() == 0 && table->GetNumOfBys() == 1);
+      variables.empty() || (variables.back()->GetAxis() == 0 && table.GetNumOfBys() == 1);
   if (needsPlaceholder) {
     Add(new SyntaxDummy);
   }
@@ -277,12 +284,12 @@ SyntaxConverter* SyntaxConverter::String(const std::string& text) {
   }
   mrSet->ValidateSetConditions(set, countedValue.empty() ? nullptr : countedValue.data());
 
-  SyntaxTableSubcommand* table = GetTableSubcommandParent();
-  table->AddToVarList(mrSet);
+  TableScope& table = RequireTableScope();
+  table.AddToVarList(mrSet);
   if (!label.empty()) {
-    table->AddMRSetLabel(label);
+    table.AddMRSetLabel(label);
   }
-  mrSet->SetCountOfBy(table->GetNumOfBys());
+  mrSet->SetCountOfBy(table.GetNumOfBys());
   return mrSet;
 }
 
@@ -349,17 +356,46 @@ bool SyntaxConverter::IsDataFreqWeighted() const {
 }
 
 bool SyntaxConverter::IsDataBaseWeighted() const {
-  return ConverterData::_baseWeightVarIndex != -1;
+  const CommandScope* command = GetCommandScope();
+  return command != nullptr && command->GetBaseWeightIndex() != -1;
 }
 
-SyntaxTableSubcommand* SyntaxConverter::GetTableSubcommandParent() {
-  if (auto* table = dynamic_cast<SyntaxTableSubcommand*>(this)) {
-    return table;
+CommandScope* SyntaxConverter::GetCommandScope() const {
+  ConverterData& data = *_converterData;
+  if (data._commandScope == nullptr) {
+    const SyntaxConverter* source = data._scopeSource != nullptr ? data._scopeSource : data._parent;
+    if (source != nullptr) data._commandScope = source->GetCommandScope();
   }
-  if (_converterData->_parent == nullptr) {
+  return data._commandScope;
+}
+
+TableScope* SyntaxConverter::GetTableScope() const {
+  ConverterData& data = *_converterData;
+  if (data._tableScope == nullptr) {
+    const SyntaxConverter* source = data._scopeSource != nullptr ? data._scopeSource : data._parent;
+    if (source != nullptr) data._tableScope = source->GetTableScope();
+  }
+  return data._tableScope;
+}
+
+TableScope& SyntaxConverter::RequireTableScope() {
+  TableScope* table = GetTableScope();
+  if (table == nullptr) {
     SyntaxParserUtility::IncorrectSequence(this, "BY");
   }
-  return _converterData->_parent->GetTableSubcommandParent();
+  return *table;
+}
+
+void SyntaxConverter::SetCommandScope(CommandScope* scope) {
+  _converterData->_commandScope = scope;
+}
+
+void SyntaxConverter::SetTableScope(TableScope* scope) {
+  _converterData->_tableScope = scope;
+}
+
+void SyntaxConverter::SetScopeSource(const SyntaxConverter* source) {
+  _converterData->_scopeSource = source;
 }
 
 bool SyntaxConverter::IsLessInert(const SyntaxConverter* op) const {
@@ -372,9 +408,9 @@ void SyntaxConverter::ValidateAndCommit(const std::string& /*text*/) {}
 SyntaxConverter* SyntaxConverter::AddAsVariable(int index, const std::string& name) {
   auto* variable = new SyntaxVariableName(index, name);
   Add(variable);
-  SyntaxTableSubcommand* table = GetTableSubcommandParent();
-  table->AddToVarList(variable);
-  variable->SetCountOfBy(table->GetNumOfBys());
+  TableScope& table = RequireTableScope();
+  table.AddToVarList(variable);
+  variable->SetCountOfBy(table.GetNumOfBys());
   return variable;
 }
 
@@ -395,10 +431,10 @@ SyntaxConverter* SyntaxConverter::InfixBinaryOperator(SyntaxConverter* op) {
     // Stacking is dissected pairwise, each level listing the cubes below it, so the work
     // grows with the square of the terms: a bound keeps any command cheap, and is far
     // beyond a table anyone can read.
-    SyntaxTableSubcommand* table = GetTableSubcommandParent();
-    if (table->AddStackedTerm() > kMaxStackedTerms) {
+    TableScope& table = RequireTableScope();
+    if (table.AddStackedTerm() > kMaxStackedTerms) {
       delete op;
-      SyntaxParserUtility::TooManyStackedTerms(table->GetTableNumber(), kMaxStackedTerms);
+      SyntaxParserUtility::TooManyStackedTerms(table.GetTableNumber(), kMaxStackedTerms);
     }
   }
   if (kind == kConverterGreaterThan) {
@@ -407,7 +443,7 @@ SyntaxConverter* SyntaxConverter::InfixBinaryOperator(SyntaxConverter* op) {
     const int depth = NestingDepth(last) + 1;
     if (depth > AggregationCube::kMaxVariables + 1) {
       delete op;
-      SyntaxParserUtility::TooManyCubeVariables(GetTableSubcommandParent()->GetTableNumber(), depth,
+      SyntaxParserUtility::TooManyCubeVariables(RequireTableScope().GetTableNumber(), depth,
                                                 AggregationCube::kMaxVariables);
     }
     last->SetIsLeafNode(false);

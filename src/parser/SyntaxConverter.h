@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-class SyntaxTableSubcommand;
+class CommandScope;
+class TableScope;
 class TARN_DataSource;
 class TARN_TokenSequence;
 class VariableSet;
@@ -74,8 +75,14 @@ class SyntaxConverter {
   virtual bool IsDataWeighted() const;
   virtual bool IsDataFreqWeighted() const;
   virtual bool IsDataBaseWeighted() const;
+  /// The command this converter belongs to; null while it stands in no command (a
+  /// converter built alone, as tests do). Given by the parent on first use, or by the
+  /// opener for a square bracket, and kept from then on.
+  CommandScope* GetCommandScope() const;
+  /// The table this converter belongs to; null outside a table.
+  TableScope* GetTableScope() const;
   /// The table this converter belongs to; raises IncorrectSequence with "BY" outside a table.
-  virtual SyntaxTableSubcommand* GetTableSubcommandParent();
+  TableScope& RequireTableScope();
   /// Whether this node binds at least as tightly as the incoming operator `op`, so that
   /// `op` must climb past it. The default asks the parent.
   virtual bool IsLessInert(const SyntaxConverter* op) const;
@@ -96,7 +103,9 @@ class SyntaxConverter {
   TARN_DataSource* GetDataSource() const;
   /// The paren most recently closed directly under this converter; null otherwise.
   SyntaxConverter* GetLastParenChild() const;
-  /// The base weight variable chosen by WEIGHT for this run; -1 when none.
+  /// The base weight variable chosen by WEIGHT in the command parsed last; -1 when none.
+  /// Converters ask their command scope; this copy is for the table builder and the
+  /// renderer, which run after the parse. A new command starts it at -1.
   static int GetBaseWeightVarIndex();
   static void SetBaseWeightVarIndex(int index);
 
@@ -117,6 +126,13 @@ class SyntaxConverter {
 
   /// The brackets opened on this converter, for classes that must look at them.
   const std::vector<SyntaxConverter*>& GetSquareBrackets() const;
+
+  /// Makes this converter the scope its descendants are given (the root and the table).
+  void SetCommandScope(CommandScope* scope);
+  void SetTableScope(TableScope* scope);
+  /// For a converter without a parent (a square bracket): the converter whose scopes it
+  /// shares. Not owned.
+  void SetScopeSource(const SyntaxConverter* source);
 
  private:
   struct ConverterData;

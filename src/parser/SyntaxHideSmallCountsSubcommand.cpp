@@ -4,16 +4,19 @@
 #include <cstdio>
 #include <ostream>
 
-#include "host/data/HostStrings.h"
+#include "parser/KeywordReader.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
 
-enum HideSmallCountsState {
-  kStateNone = 0,
-  kStateCount = 1,
-};
+enum HideSmallCountsKeyword { kCount };
+
+// HIDESMALLCOUNTS COUNT '=' integer
+const std::vector<KeywordRule>& Rules() {
+  static const std::vector<KeywordRule> rules = {{"COUNT", KeywordValueKind::kNumber, {}}};
+  return rules;
+}
 
 // A threshold of 1 would hide nothing: counts are whole numbers of at least 1 when shown.
 constexpr int kMinimumHideValue = 2;
@@ -21,13 +24,14 @@ constexpr int kMinimumHideValue = 2;
 }  // namespace
 
 struct SyntaxHideSmallCountsSubcommand::Data {
-  HideSmallCountsState _state = kStateNone;
+  explicit Data(const SyntaxConverter* owner) : _keywords(owner, Rules()) {}
+
+  KeywordReader _keywords;
   bool _hideSet = true;  // the subcommand's presence turns hiding on
-  int _count = 0;        // how many COUNT values were read
   int _value = 5;        // counts below this are hidden
 };
 
-SyntaxHideSmallCountsSubcommand::SyntaxHideSmallCountsSubcommand() : _data(std::make_unique<Data>()) {}
+SyntaxHideSmallCountsSubcommand::SyntaxHideSmallCountsSubcommand() : _data(std::make_unique<Data>(this)) {}
 
 SyntaxHideSmallCountsSubcommand::~SyntaxHideSmallCountsSubcommand() = default;
 
@@ -39,22 +43,15 @@ int SyntaxHideSmallCountsSubcommand::GetType() const {
   return kConverterHideSmallCounts;
 }
 
-// HIDESMALLCOUNTS COUNT '='
 SyntaxConverter* SyntaxHideSmallCountsSubcommand::AttributeString(const std::string& text,
                                                                   TARN_TokenSequence* /*tokens*/) {
-  if (_data->_state != kStateNone || !KeywordMatch(text.c_str(), "COUNT")) {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  if (_data->_count > 0) {
-    SyntaxParserUtility::DuplicateWarning(this, "COUNT");
-  }
-  _data->_state = kStateCount;
+  _data->_keywords.Start(text);
   return this;
 }
 
 // COUNT '=' integer
 SyntaxConverter* SyntaxHideSmallCountsSubcommand::Number(double /*value*/, const std::string& text) {
-  if (_data->_state != kStateCount) {
+  if (_data->_keywords.Pending() != kCount) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
   int value = 0;
@@ -65,15 +62,12 @@ SyntaxConverter* SyntaxHideSmallCountsSubcommand::Number(double /*value*/, const
     SyntaxParserUtility::InvalidHideSmallCountValue(this, text);
   }
   _data->_value = value;
-  ++_data->_count;
-  _data->_state = kStateNone;
+  _data->_keywords.Finish();
   return this;
 }
 
 void SyntaxHideSmallCountsSubcommand::ValidateAndCommit(const std::string& text) {
-  if (_data->_state != kStateNone) {
-    SyntaxParserUtility::IncompleteSubcommand(this, text);
-  }
+  _data->_keywords.CheckComplete(text);
 }
 
 bool SyntaxHideSmallCountsSubcommand::GetHideSmallCountsSet() const {
@@ -85,5 +79,5 @@ int SyntaxHideSmallCountsSubcommand::GetHideSmallCountsValue() const {
 }
 
 void SyntaxHideSmallCountsSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_state << " hide=" << _data->_hideSet << " value=" << _data->_value;
+  out << "state=" << _data->_keywords.GetState() << " hide=" << _data->_hideSet << " value=" << _data->_value;
 }

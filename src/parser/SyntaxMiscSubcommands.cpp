@@ -7,8 +7,8 @@
 
 #include "host/data/HostStrings.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTitlesSubcommand.h"
+#include "parser/TableScope.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ void SyntaxMiscSubcommands::ValidateAndCommit(const std::string& text) {
   // The expression is only asked for when it is used: a holder outside a table has none.
   std::string expression;
   if (joined.find(")TABLE") != std::string::npos) {
-    expression = GetTableSubcommandParent()->GetExpression();
+    expression = RequireTableScope().GetExpression();
   }
   ReplaceAll(joined, ")TIME", time);
   ReplaceAll(joined, ")DATE", date);

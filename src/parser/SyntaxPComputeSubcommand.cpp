@@ -210,54 +210,70 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
       } else if (op == TokenSequenceBase::kOpRightBracket) {
         SyntaxParserUtility::UnknownKeyword(this, attributeText);
       } else if (type == TokenSequenceBase::kTokenNumber) {
-        const bool previousArithmetic = state.hasPrevious && IsArithmetic(state.previousOp);
-        if (text[0] == '+') {
-          // "2 * +3": a sign after an operator cannot be an operator itself.
-          if (previousArithmetic) {
-            SyntaxParserUtility::InvalidExpression(this, data._catName);
-          }
-          state.operandExpected = false;
-          expression.addOpToken("+", Expr::kExprOpAdd, nextOpIndex);
-          text.erase(0, 1);
-          number = std::fabs(number);
-        } else if (text[0] == '-' && !state.signAllowed) {
-          // "1 -2": the lexer gave the sign to the number, but it is the operator.
-          state.operandExpected = false;
-          expression.addOpToken("-", Expr::kExprOpSubtract, nextOpIndex);
-          text.erase(0, 1);
-          number = std::fabs(number);
-        }
-        state.signAllowed = false;
-        state.operatorExpected = true;
-        expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprConstant,
-                            Expr::kExprOpNone, number, 0);
+        ReadNumberTerm(text, number, nextOpIndex);
       } else if (type == TokenSequenceBase::kTokenWord) {
-        if (SyntaxParserUtility::ExactWordMatch(text, "MISSING")) {
-          state.operatorExpected = true;
-          expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitMissing, Expr::kExprKeyword,
-                              Expr::kExprOpNone, 0.0, 0);
-        } else if (SyntaxParserUtility::ExactWordMatch(text, "OTHERNM")) {
-          state.operatorExpected = true;
-          state.signAllowed = false;
-          expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitOtherNM, Expr::kExprKeyword,
-                              Expr::kExprOpNone, 0.0, 0);
-        } else if (SyntaxParserUtility::ExactWordMatch(text, "TOTAL")) {
-          state.operatorExpected = true;
-          state.operandExpected = false;
-          _totalUsed = true;
-          expression.addToken(data._catName, "TOTAL", TableEncryptionCodes::kExplicitName, Expr::kExprKeyword,
-                              Expr::kExprOpNone, 0.0, 0);
-        } else if (SyntaxParserUtility::ExactWordMatch(text, "SUBTOTAL")) {
-          ReadSubtotal(tokens);
-        } else {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
+        ReadKeywordTerm(tokens, text);
       }
       // Literals and other operators outside brackets only go into the text.
     }
     state.hasPrevious = true;
     state.previousType = type;
     state.previousOp = op;
+  }
+}
+
+// A number term: a sign the lexer gave the number may be the operator before it.
+void SyntaxPComputeSubcommand::ReadNumberTerm(std::string text, double number, unsigned long nextOpIndex) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  const bool previousArithmetic = state.hasPrevious && IsArithmetic(state.previousOp);
+  if (text[0] == '+') {
+    // "2 * +3": a sign after an operator cannot be an operator itself.
+    if (previousArithmetic) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+    state.operandExpected = false;
+    expression.addOpToken("+", Expr::kExprOpAdd, nextOpIndex);
+    text.erase(0, 1);
+    number = std::fabs(number);
+  } else if (text[0] == '-' && !state.signAllowed) {
+    // "1 -2": the lexer gave the sign to the number, but it is the operator.
+    state.operandExpected = false;
+    expression.addOpToken("-", Expr::kExprOpSubtract, nextOpIndex);
+    text.erase(0, 1);
+    number = std::fabs(number);
+  }
+  state.signAllowed = false;
+  state.operatorExpected = true;
+  expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprConstant,
+                      Expr::kExprOpNone, number, 0);
+}
+
+// A keyword term: MISSING, OTHERNM, TOTAL or SUBTOTAL; any other word is no term.
+void SyntaxPComputeSubcommand::ReadKeywordTerm(TARN_TokenSequence* tokens, const std::string& text) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  if (SyntaxParserUtility::ExactWordMatch(text, "MISSING")) {
+    state.operatorExpected = true;
+    expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitMissing, Expr::kExprKeyword,
+                        Expr::kExprOpNone, 0.0, 0);
+  } else if (SyntaxParserUtility::ExactWordMatch(text, "OTHERNM")) {
+    state.operatorExpected = true;
+    state.signAllowed = false;
+    expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitOtherNM, Expr::kExprKeyword,
+                        Expr::kExprOpNone, 0.0, 0);
+  } else if (SyntaxParserUtility::ExactWordMatch(text, "TOTAL")) {
+    state.operatorExpected = true;
+    state.operandExpected = false;
+    _totalUsed = true;
+    expression.addToken(data._catName, "TOTAL", TableEncryptionCodes::kExplicitName, Expr::kExprKeyword,
+                        Expr::kExprOpNone, 0.0, 0);
+  } else if (SyntaxParserUtility::ExactWordMatch(text, "SUBTOTAL")) {
+    ReadSubtotal(tokens);
+  } else {
+    SyntaxParserUtility::InvalidExpression(this, data._catName);
   }
 }
 

@@ -54,6 +54,10 @@ class SyntaxPComputeSubcommand : public SyntaxComposite {
   void ReadExpression(TARN_TokenSequence* tokens, const std::string& attributeText);
   /// The term after SUBTOTAL: nothing, or "[n]", then whatever operator ends it.
   void ReadSubtotal(TARN_TokenSequence* tokens);
+  /// A number term of the expression, `text` as written; `nextOpIndex` numbers a sign read as operator.
+  void ReadNumberTerm(std::string text, double number, unsigned long nextOpIndex);
+  /// A keyword term of the expression (MISSING, OTHERNM, TOTAL, SUBTOTAL).
+  void ReadKeywordTerm(TARN_TokenSequence* tokens, const std::string& text);
   /// A token inside "[ ]" of the expression.
   void ReadBracketToken(int type, int op, std::string& text, double number, const std::string& attributeText);
   /// Whether `name` is a member of some multiple-response set of the dictionary.

@@ -4,11 +4,11 @@
 #include <ostream>
 
 #include "host/data/HostStrings.h"
+#include "parser/CommandScope.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTablesCommand.h"
 
 namespace {
 
@@ -106,11 +106,11 @@ SyntaxConverter* SyntaxPPropertiesSubcommand::String(const std::string& text) {
     case kStateNames: {
       // A name no earlier PCOMPUTE defines is passed over: the category list that refers to
       // it reports the missing definition.
-      auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent());
-      if (root == nullptr) {
+      const CommandScope* command = GetCommandScope();
+      if (command == nullptr) {
         return this;
       }
-      for (SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
+      for (SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
         if (SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), text)) {
           _pComputePtrs.push_back(pCompute);
           pCompute->SetPPropertiesSyntax(this);

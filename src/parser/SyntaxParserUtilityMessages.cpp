@@ -5,6 +5,7 @@
 #include "host/output/BpComposite.h"
 #include "host/output/BpError.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
@@ -78,82 +79,82 @@ void WarnSigTest(const char* key, const std::string& title, bool withTitle) {
 // --- Errors on the command's structure ---------------------------------------------------
 
 void SyntaxParserUtility::UnexpectedError(const char* file, int line) {
-  Raise("File ^1. Line ^2. Parsing error.",
+  Raise(msg::kParsingError,
         {file == nullptr ? std::string() : std::string(file), std::to_string(line)});
 }
 
 void SyntaxParserUtility::NoTableSubcommand(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. Missing ^2 subcommand.", {NameOf(converter), "TABLE"});
+  Raise(msg::kMissingSubcommand, {NameOf(converter), "TABLE"});
 }
 
 void SyntaxParserUtility::IncompleteSubcommand(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Text ^1. Incomplete subcommand ^2.", {text, NameOf(converter)});
+  Raise(msg::kIncompleteSubcommand, {text, NameOf(converter)});
 }
 
 void SyntaxParserUtility::EmptyQuotedText(const SyntaxConverter* converter, const std::string& after) {
-  Raise("Subcommand ^1. Empty quoted text after ^2.", {NameOf(converter), after});
+  Raise(msg::kEmptyQuotedTextAfter, {NameOf(converter), after});
 }
 
 void SyntaxParserUtility::TextCut(const SyntaxConverter* converter, const std::string& after, int limit) {
-  Warn("Subcommand ^1. Text after ^2 cut to ^3 bytes.", {NameOf(converter), after, std::to_string(limit)});
+  Warn(msg::kTextCutToBytes, {NameOf(converter), after, std::to_string(limit)});
 }
 
 void SyntaxParserUtility::UnknownKeyword(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Unknown keyword ^2.", {NameOf(converter), text});
+  Raise(msg::kUnknownKeyword, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::OutOfOrderSubcommand(const std::string& parent, const std::string& text) {
-  Raise("Parent subcommand ^1. Out of order subcommand ^2.", {parent, text});
+  Raise(msg::kOutOfOrderSubcommand, {parent, text});
 }
 
 void SyntaxParserUtility::OutOfOrderGlobalSubcommand(const std::string& parent, const std::string& text) {
-  Raise("Parent subcommand ^1. Out of order global subcommand ^2.", {parent, text});
+  Raise(msg::kOutOfOrderGlobalSubcommand, {parent, text});
 }
 
 void SyntaxParserUtility::IncorrectSequence(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Incorrect Sequence ^2.", {NameOf(converter), text});
+  Raise(msg::kIncorrectSequence, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::UnbalancedParen(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Unbalanced paren ^2.", {NameOf(converter), text});
+  Raise(msg::kUnbalancedParenthesis, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::NestingTooDeep(const SyntaxConverter* converter, const std::string& text,
                                          int limit) {
-  Raise("Subcommand ^1. Nesting too deep at ^2. Limit ^3.", {NameOf(converter), text, std::to_string(limit)});
+  Raise(msg::kNestingTooDeep, {NameOf(converter), text, std::to_string(limit)});
 }
 
 void SyntaxParserUtility::TooManyCubeVariables(int tableNumber, int count, int limit) {
-  Raise("Table ^1. Sub-table of ^2 variables. Limit ^3.",
+  Raise(msg::kTooManySubTableVariables,
         {std::to_string(tableNumber), std::to_string(count), std::to_string(limit)});
 }
 
 void SyntaxParserUtility::TooManyStackedTerms(int tableNumber, int limit) {
-  Raise("Table ^1. More than ^2 stacked terms.", {std::to_string(tableNumber), std::to_string(limit)});
+  Raise(msg::kTooManyStackedTerms, {std::to_string(tableNumber), std::to_string(limit)});
 }
 
 void SyntaxParserUtility::UnknownVariable(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Unrecognized variable ^1 in ^2 subcommand.", {text, SubcommandOrCategories(converter)});
+  Raise(msg::kUnrecognizedVariableInSubcommand, {text, SubcommandOrCategories(converter)});
 }
 
 void SyntaxParserUtility::MissingVariableArgument(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. No argument for ^2.", {NameOf(converter), text});
+  Raise(msg::kNoArgumentFor, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::LabelLengthInvalid(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^2 :  An invalid label text:\n ^1 .\nThe text is more than 120 characters.",
+  Raise(msg::kLabelTextTooLong,
         {text, SubcommandOrCategories(converter)});
 }
 
 void SyntaxParserUtility::MissingEquals(const SyntaxConverter* converter, const std::string& text) {
   const BpComposite composite =
-      Compose("SubCmd ^1. Equal sign required after ^2.", {NameOf(converter), text});
+      Compose(msg::kEqualSignRequiredAfter, {NameOf(converter), text});
   BpError(composite, kBpShowAlways, kBpLevelWarning);
   throw composite;
 }
 
 void SyntaxParserUtility::MissingKeyword(const SyntaxConverter* converter, const std::string& text) {
-  const BpComposite composite = Compose("SubCmd ^1. Missing required keyword ^2.", {NameOf(converter), text});
+  const BpComposite composite = Compose(msg::kMissingRequiredKeyword, {NameOf(converter), text});
   BpError(composite, kBpShowAlways, kBpLevelWarning);
   throw composite;
 }
@@ -161,121 +162,121 @@ void SyntaxParserUtility::MissingKeyword(const SyntaxConverter* converter, const
 // --- Errors on table expressions, statistics and formats --------------------------------
 
 void SyntaxParserUtility::IncorrectCrossing() {
-  Raise("Subcommand ^1. Incorrect table expression.", {"TABLE"});
+  Raise(msg::kIncorrectTableExpression, {"TABLE"});
 }
 
 void SyntaxParserUtility::InvalidPTILE(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Invalid PTILE ^2.", {NameOf(converter), text});
+  Raise(msg::kInvalidPtile, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::FormatDecimalViolation(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. d is not allowed.", {NameOf(converter), text});
+  Raise(msg::kDecimalsNotAllowed, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::FormatDecimalBoundError(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. d is greater than D.", {NameOf(converter), text});
+  Raise(msg::kDecimalsGreaterThanWidth, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::FormatPrematureEnd(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Format end prematurely.", {NameOf(converter), text});
+  Raise(msg::kFormatEndsPrematurely, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::FormatMissingWidthError(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. w is Missing.", {NameOf(converter), text});
+  Raise(msg::kWidthMissing, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::CombinedStatsAndMeasurement(const SyntaxConverter* converter,
                                                       const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Statistics and Measurement level combined.", {NameOf(converter), text});
+  Raise(msg::kStatisticsAndMeasurementLevel, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::TotalNoStatsExpression(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. No TOTALS stats.", {NameOf(converter), text});
+  Raise(msg::kNoTotalsStatistics, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::StatGroup2Violation(const SyntaxConverter* converter, const std::string& variable,
                                               const std::string& text) {
-  Raise("Subcommand ^1. Variable ^2. ^3 is second group stat.", {NameOf(converter), variable, text});
+  Raise(msg::kSecondGroupStatistic, {NameOf(converter), variable, text});
 }
 
 void SyntaxParserUtility::StatGroup3Violation(const SyntaxConverter* converter, const std::string& variable,
                                               const std::string& text) {
-  Raise("Subcommand ^1. Variable ^2. ^3 is third group stat.", {NameOf(converter), variable, text});
+  Raise(msg::kThirdGroupStatistic, {NameOf(converter), variable, text});
 }
 
 void SyntaxParserUtility::StringVarAsScale(const SyntaxConverter* converter, const std::string& variable) {
-  Raise("Subcommand ^1. Variable ^2 as scale variable.", {NameOf(converter), variable});
+  Raise(msg::kVariableAsScale, {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::VariableNotNumeric(const SyntaxConverter* converter, const std::string& variable) {
-  Raise("Subcommand ^1. Variable ^2 is not numeric.", {NameOf(converter), variable});
+  Raise(msg::kVariableIsNotNumeric, {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::MeasurementLevelOrderViolation(const SyntaxConverter* converter,
                                                          const std::string& variable) {
-  Raise("Subcommand ^1. Variable ^2. The measurement level after stat list.", {NameOf(converter), variable});
+  Raise(msg::kMeasurementLevelAfterStatistics, {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::ScaleInComperimeterDim(const SyntaxConverter* converter,
                                                  const std::string& variable) {
-  Raise("Subcommand ^1. Variable ^2. Scale var in comperimeter source dimension.",
+  Raise(msg::kMovedLabelsScaleVariable,
         {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::DataSortingInComperimeter(const SyntaxConverter* converter,
                                                     const std::string& variable) {
-  Raise("Subcommand ^1. Variable ^2. Data dependent sorting in comperimeter table.",
+  Raise(msg::kMovedLabelsDataDependentSorting,
         {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::MissingSourceDimInComperimeter(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. Missing source dimension in comperimeter table.", {NameOf(converter)});
+  Raise(msg::kMovedLabelsMissingSourceDimension, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::DissimilarCatAttribsInComperimeter(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. Categories spec differ in comperimeter scource dimension.", {NameOf(converter)});
+  Raise(msg::kMovedLabelsCategoriesDiffer, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::DissimilarValueLabelPairInComperimeter(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. Conflicting value labels in comperimeter scource dimension.", {NameOf(converter)});
+  Raise(msg::kMovedLabelsValueLabelsConflict, {NameOf(converter)});
 }
 
 // --- Errors on categories and sorting -----------------------------------------------------
 
 void SyntaxParserUtility::ExplicitListViolation() {
-  Raise("Subcommand ^1. Explicit list violation.", {"CATEGORIES"});
+  Raise(msg::kExplicitListViolation, {"CATEGORIES"});
 }
 
 void SyntaxParserUtility::ExplicitListViolationFromVariable(const std::string& variable) {
-  Raise("Subcommand ^1. Explicit list violation for variable ^1.", {"CATEGORIES", variable});
+  Raise(msg::kExplicitListViolationInVariable, {"CATEGORIES", variable});
 }
 
 void SyntaxParserUtility::DictionaryOrderViolation(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. Dictionary order violation.", {NameOf(converter)});
+  Raise(msg::kDictionaryOrderViolation, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::VariableListError(const SyntaxConverter* converter) {
-  Raise("Subcommand ^1. ALL and VAR appears in same list.", {NameOf(converter)});
+  Raise(msg::kAllAndVariablesInOneList, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::EmptyVarListExplicitCatList(const SyntaxConverter* converter,
                                                       const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Empty var list.", {NameOf(converter), text});
+  Raise(msg::kEmptyVariableList, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::DataReadError(const SyntaxConverter* /*converter*/, const std::string& variable,
                                         const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Variable ^3. Data read error.", {"CATEGORIES", text, variable});
+  Raise(msg::kVariableDataReadError, {"CATEGORIES", text, variable});
 }
 
 void SyntaxParserUtility::InconsistentStatVarPair(const SyntaxConverter* converter,
                                                   const std::string& variable, const std::string& text) {
-  Raise("Subcommand ^1. Variable ^2 can not have sort function ^3.", {NameOf(converter), variable, text});
+  Raise(msg::kVariableCannotSortBy, {NameOf(converter), variable, text});
 }
 
 void SyntaxParserUtility::UnusedSortStatOnVar(const SyntaxConverter* converter, const std::string& variable,
                                               const std::string& statistic) {
-  Raise("Subcommand ^1. Variable ^2 has no ^3 statistics.", {NameOf(converter), variable, statistic});
+  Raise(msg::kVariableHasNoStatistics, {NameOf(converter), variable, statistic});
 }
 
 void SyntaxParserUtility::NonCrossingListAndSortVar(const SyntaxConverter* converter,
@@ -287,13 +288,13 @@ void SyntaxParserUtility::NonCrossingListAndSortVar(const SyntaxConverter* conve
   if (ExactWordMatch(variable, sortVariable)) {
     UnusedSortStatOnVar(converter, variable, statistic);
   }
-  Raise("Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
+  Raise(msg::kVariablesNotInOneCube,
         {NameOf(converter), variable, sortVariable, statistic});
 }
 
 void SyntaxParserUtility::SortStatOnNonCompVar(const SyntaxConverter* converter, const std::string& variable,
                                                const std::string& statistic) {
-  Raise("Subcommand ^1. Statistic ^2. Variable ^3 can not have any statistics.",
+  Raise(msg::kVariableCannotHaveStatistics,
         {NameOf(converter), statistic, variable});
 }
 
@@ -301,86 +302,84 @@ void SyntaxParserUtility::SortStatOnNonCompVar(const SyntaxConverter* converter,
 
 void SyntaxParserUtility::MRNonExistentElemVar(const SyntaxConverter* converter, const std::string& set,
                                                const std::string& variable) {
-  Raise("Subcommand ^1. Unknown variable ^2 in set ^3.", {NameOf(converter), variable, set});
+  Raise(msg::kUnknownVariableInSet, {NameOf(converter), variable, set});
 }
 
 void SyntaxParserUtility::MDCountedValueOverflow(const SyntaxConverter* converter, const std::string& set,
                                                  const std::string& value) {
-  Raise("Subcommand ^1. MRSet ^2 has too big counted value ^3.", {NameOf(converter), set, value});
+  Raise(msg::kCountedValueTooBig, {NameOf(converter), set, value});
 }
 
 void SyntaxParserUtility::MDCountedValueInconsistent(const SyntaxConverter* converter,
                                                      const std::string& /*set*/, const std::string& value) {
-  Raise("Subcommand ^1. The counted value ^2 not of type for MRSet.", {NameOf(converter), value});
+  Raise(msg::kCountedValueWrongType, {NameOf(converter), value});
 }
 
 void SyntaxParserUtility::MRInconsistentVarType(const SyntaxConverter* converter, const std::string& set,
                                                 const std::string& variable) {
-  Raise("Subcommand ^1. MRSet ^2. Variable ^3. Different var types.", {NameOf(converter), set, variable});
+  Raise(msg::kSetVariableTypesDiffer, {NameOf(converter), set, variable});
 }
 
 void SyntaxParserUtility::MDRangeInCategory(const SyntaxConverter* converter, const std::string& set) {
-  Raise("Subcommand ^1. Range in MDSet ^2 cat list.", {NameOf(converter), set});
+  Raise(msg::kRangeInDichotomySetCategories, {NameOf(converter), set});
 }
 
 // --- Errors on significance requests and widths -------------------------------------------
 
 void SyntaxParserUtility::InvalidAlpha(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Invalid ALPHA.", {NameOf(converter), text});
+  Raise(msg::kInvalidAlpha, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::InvalidCILevel(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Invalid CILEVEL.", {NameOf(converter), text});
+  Raise(msg::kInvalidCiLevel, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::InvalidHideSmallCountValue(const SyntaxConverter* /*converter*/,
                                                      const std::string& /*text*/) {
-  Raise("InvalidHideSmallCountValue", {});
+  Raise(msg::kInvalidHideSmallCountValue, {});
 }
 
 void SyntaxParserUtility::MinColWithBoundError(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Incorrect minimum col width.", {NameOf(converter), text});
+  Raise(msg::kIncorrectMinimumWidth, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::MaxColWithBoundError(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. Incorrect maximum col width.", {NameOf(converter), text});
+  Raise(msg::kIncorrectMaximumWidth, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::MinMaxColWithError(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Text ^2. min_width is greater than max_width.", {NameOf(converter), text});
+  Raise(msg::kMinimumWidthAboveMaximum, {NameOf(converter), text});
 }
 
 // --- Errors on computed categories --------------------------------------------------------
 
 void SyntaxParserUtility::InvalidExpression(const SyntaxConverter* converter, const std::string& text) {
-  Raise("Subcommand ^1. Invalid expression for computed category &^2 .", {NameOf(converter), text});
+  Raise(msg::kInvalidComputedCategoryExpression, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::HideSourceCatsInSigTest(const SyntaxConverter* /*converter*/,
                                                   const std::string& category) {
   Raise(
-      "Subcommand PPROPERTIES: The source categories of computed category  &^1  can not be hidden when "
-      "requesting significance testing.",
+      msg::kSourceCategoriesHiddenWithSigTest,
       {category});
 }
 
 void SyntaxParserUtility::UnMatchTypeVariable(const SyntaxConverter* /*converter*/,
                                               const std::string& category, const std::string& variable) {
-  Raise("Subcommand CATEGORIES: Computed category  &^1 is not consistent with the type and format of ^2.",
+  Raise(msg::kComputedCategoryTypeMismatch,
         {category, variable});
 }
 
 void SyntaxParserUtility::UnknownPComputeName(const SyntaxConverter* /*converter*/,
                                               const std::string& category) {
-  Raise("Subcommand CATEGORIES: Computed category &^1 is not recognized. ", {category});
+  Raise(msg::kComputedCategoryNotRecognized, {category});
 }
 
 void SyntaxParserUtility::UnexistInExplicitList(const SyntaxConverter* /*converter*/,
                                                 const std::string& category, const std::string& value,
                                                 const std::string& variable) {
   Raise(
-      "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category "
-      "list for ^3.",
+      msg::kComputedCategoryUsesUnlistedCategory,
       {category, value, variable});
 }
 
@@ -388,7 +387,7 @@ void SyntaxParserUtility::MissingTOTALKeywordOrTOTALSetIsNo(const SyntaxConverte
                                                             const std::string& category,
                                                             const std::string& variable) {
   Raise(
-      "Subcommand CATEGORIES: Computed category &^1 uses a total which is not included in the table for ^2.",
+      msg::kComputedCategoryUsesMissingTotal,
       {category, variable});
 }
 
@@ -397,8 +396,7 @@ void SyntaxParserUtility::UnexistInExplicitListForSubtotal(const SyntaxConverter
                                                            const std::string& subtotal,
                                                            const std::string& variable) {
   Raise(
-      "Subcommand CATEGORIES: Computed category &^1  uses the subtotal ^2 ,which is not specified or is "
-      "redundant in the category list for ^3.",
+      msg::kComputedCategoryUsesUnlistedSubtotal,
       {category, subtotal, variable});
 }
 
@@ -406,19 +404,18 @@ void SyntaxParserUtility::DiffStatTypeTotalAndSubtotalPcomput(const SyntaxConver
                                                               const std::string& category,
                                                               const std::string& variable) {
   Raise(
-      "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as "
-      "ordinary categories of ^2",
+      msg::kComputedCategoryTotalStatisticsDiffer,
       {category, variable});
 }
 
 // --- Reports at warning level -------------------------------------------------------------
 
 void SyntaxParserUtility::ScaleVarTotal(const SyntaxConverter* converter, const std::string& variable) {
-  Warn("Subcommand ^1. Totals for variable ^2.", {NameOf(converter), variable});
+  Warn(msg::kTotalsForVariable, {NameOf(converter), variable});
 }
 
 void SyntaxParserUtility::DuplicateWarning(const std::string& subcommand, const std::string& text) {
-  Warn("Subcommand ^1. Text ^2. Duplicate warning.", {subcommand, text});
+  Warn(msg::kDuplicateWarning, {subcommand, text});
 }
 
 void SyntaxParserUtility::DuplicateWarning(const SyntaxConverter* converter, const std::string& text) {
@@ -427,63 +424,63 @@ void SyntaxParserUtility::DuplicateWarning(const SyntaxConverter* converter, con
 
 void SyntaxParserUtility::DuplicateWarningFromVariable(const std::string& text, const std::string& variable,
                                                        bool categories) {
-  Warn("Subcommand ^1. Text ^2. Duplicate warning from variable ^3.",
+  Warn(msg::kDuplicateWarningFromVariable,
        {categories ? "CATEGORIES" : "TABLE", text, variable});
 }
 
 void SyntaxParserUtility::DuplicateCategoryInExplicitList(const SyntaxConverter* converter,
                                                           const std::string& text) {
-  Warn("Subcommand ^1. Duplicate ^2 category.", {NameOf(converter), text});
+  Warn(msg::kDuplicateCategory, {NameOf(converter), text});
 }
 
 void SyntaxParserUtility::DuplicateExplicitList(const SyntaxConverter* converter) {
-  Warn("Subcommand ^1. Duplicate explicit category specifications.", {NameOf(converter)});
+  Warn(msg::kDuplicateExplicitCategory, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::DuplicateExplicitListFromVariable(const SyntaxConverter* /*converter*/,
                                                             const std::string& variable) {
-  Warn("Subcommand ^1. Duplicate explicit category specifications in variable ^2.", {"CATEGORIES", variable});
+  Warn(msg::kDuplicateExplicitCategoryInVariable, {"CATEGORIES", variable});
 }
 
 void SyntaxParserUtility::NoVariableUpdateWarning(const SyntaxConverter* converter,
                                                   const std::string& variable, bool unknownFirst) {
   if (unknownFirst) {
-    Warn("Unknown variable ^1 in ^2 subcommand.", {variable, NameOf(converter)});
+    Warn(msg::kUnknownVariableInSubcommand, {variable, NameOf(converter)});
   } else {
-    Warn("Subcommand ^1. Variable ^2. Unknown variable.", {NameOf(converter), variable});
+    Warn(msg::kVariableUnknown, {NameOf(converter), variable});
   }
 }
 
 void SyntaxParserUtility::DropEmptySubtotal(const SyntaxConverter* converter) {
-  Warn("Subcommand ^1. Empty subtotal.", {NameOf(converter)});
+  Warn(msg::kEmptySubtotal, {NameOf(converter)});
 }
 
 void SyntaxParserUtility::MDVarLabelContradiction(const SyntaxConverter* converter, const std::string& set) {
-  Warn("Subcommand ^1. Same variable label for two vars in MDSet ^2.", {NameOf(converter), set});
+  Warn(msg::kSameVariableLabelInDichotomySet, {NameOf(converter), set});
 }
 
 void SyntaxParserUtility::MDCountedValueContradiction(const SyntaxConverter* converter,
                                                       const std::string& set) {
-  Warn("Subcommand ^1. Different labels for the counted value in MDSet ^2.", {NameOf(converter), set});
+  Warn(msg::kMultipleDichotomySetLabelsDiffer, {NameOf(converter), set});
 }
 
 void SyntaxParserUtility::MDNewCountedValueContradiction(const SyntaxConverter* converter,
                                                          const std::string& set) {
-  Warn("Subcommand ^1. Different labels for the counted value in MDSet ^2.", {NameOf(converter), set});
+  Warn(msg::kMultipleDichotomySetLabelsDiffer, {NameOf(converter), set});
 }
 
 void SyntaxParserUtility::MCVarLabelContradiction(const SyntaxConverter* converter, const std::string& set) {
-  Warn("Subcommand ^1. Different label for the same data value in MCSet ^2.", {NameOf(converter), set});
+  Warn(msg::kMultipleCategorySetLabelsDiffer, {NameOf(converter), set});
 }
 
 void SyntaxParserUtility::MCMissingValueContradiction(const SyntaxConverter* converter,
                                                       const std::string& set, const std::string& source) {
-  Warn("Subcommand ^1. User-missing contradiction in ^2. Definition from ^3 will be used.",
+  Warn(msg::kUserMissingContradiction,
        {NameOf(converter), set, source});
 }
 
 void SyntaxParserUtility::OrphanUnitAttribute(const SyntaxConverter* converter, const std::string& text) {
-  Warn("Subcommand ^1. Units ^2 with no col width.", {NameOf(converter), text});
+  Warn(msg::kUnitsWithoutWidth, {NameOf(converter), text});
 }
 
 // --- Reports on significance tests --------------------------------------------------------
@@ -491,64 +488,64 @@ void SyntaxParserUtility::OrphanUnitAttribute(const SyntaxConverter* converter, 
 void SyntaxParserUtility::SigTestInComperimeterTable(const std::string& title,
                                                      SignificanceTestType testType) {
   WarnSigTest(
-      SigTestKey(testType, "Chi-square in comperimeter table.", "Column proportions in comperimeter table.",
-                 "Pairwise comparisons in comperimeter table."),
+      SigTestKey(testType, msg::kChiSquareMovedLabels, msg::kColumnProportionsMovedLabels,
+                 msg::kPairwiseComparisonsMovedLabels),
       title, /*withTitle=*/false);
 }
 
 void SyntaxParserUtility::SigTestWeightWarning(const std::string& title, SignificanceTestType testType) {
-  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. No proper weight stats.",
-                         "Column proportions skipped in ^1 table. No proper weight stats.",
-                         "Pairwise comparisons skipped in ^1 table. No proper weight stats."),
+  WarnSigTest(SigTestKey(testType, msg::kChiSquareSkippedNoWeightStats,
+                         msg::kColumnProportionsSkippedNoWeightStats,
+                         msg::kPairwiseComparisonsSkippedNoWeightStats),
               title, /*withTitle=*/true);
 }
 
 void SyntaxParserUtility::SigTestUnWeightWarning(const std::string& title, SignificanceTestType testType) {
-  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. No proper simple stats.",
-                         "Column proportions skipped in ^1 table. No proper simple stats.",
-                         "Pairwise comparisons skipped in ^1 table. No proper simple stats."),
+  WarnSigTest(SigTestKey(testType, msg::kChiSquareSkippedNoSimpleStats,
+                         msg::kColumnProportionsSkippedNoSimpleStats,
+                         msg::kPairwiseComparisonsSkippedNoSimpleStats),
               title, /*withTitle=*/true);
 }
 
 void SyntaxParserUtility::SigTestMixedStatWarning(const std::string& title, SignificanceTestType testType) {
-  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. Combined stats.",
-                         "Column proportions skipped in ^1 table. Combined stats.",
-                         "Pairwise comparisons skipped in ^1 table. Combined stats."),
+  WarnSigTest(SigTestKey(testType, msg::kChiSquareSkippedCombinedStats,
+                         msg::kColumnProportionsSkippedCombinedStats,
+                         msg::kPairwiseComparisonsSkippedCombinedStats),
               title, /*withTitle=*/true);
 }
 
 void SyntaxParserUtility::SigTestNoCubeWarning(const std::string& title, SignificanceTestType testType) {
-  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. No eligible cube.",
-                         "Column proportions skipped in ^1 table. No eligible cube.",
-                         "Pairwise comparisons skipped in ^1 table. No eligible cube."),
+  WarnSigTest(SigTestKey(testType, msg::kChiSquareSkippedNoEligibleCube,
+                         msg::kColumnProportionsSkippedNoEligibleCube,
+                         msg::kPairwiseComparisonsSkippedNoEligibleCube),
               title, /*withTitle=*/true);
 }
 
 void SyntaxParserUtility::SigTestOnlyExcludedSets(const std::string& title, SignificanceTestType testType) {
-  WarnSigTest(SigTestKey(testType, "Chi-square skipped in ^1 table. Only excluded sets.",
-                         "Column proportions skipped in ^1 table. Only excluded sets.",
-                         "Pairwise comparisons skipped in ^1 table. Only excluded sets."),
+  WarnSigTest(SigTestKey(testType, msg::kChiSquareSkippedOnlyExcludedSets,
+                         msg::kColumnProportionsSkippedOnlyExcludedSets,
+                         msg::kPairwiseComparisonsSkippedOnlyExcludedSets),
               title, /*withTitle=*/true);
 }
 
 void SyntaxParserUtility::SigTestRowColVarSame(const std::string& title, SignificanceTestType /*testType*/) {
-  Warn("Chi-square skipped in ^1 table. Row and column vars are same.", {title});
+  Warn(msg::kChiSquareSkippedSameVariables, {title});
 }
 
 void SyntaxParserUtility::SigTestScaleVarInCol(const std::string& /*title*/,
                                                SignificanceTestType /*testType*/) {
-  Warn("Pairwise comparisons skipped in table. Scale var in column.", {});
+  Warn(msg::kPairwiseComparisonsSkippedScaleInColumn, {});
 }
 
 void SyntaxParserUtility::SigTestMergedNoPValue() {
-  BpError(BpString("SigTests cant merge and show pvalue.", /*translate=*/true), kBpShowAlways,
+  BpError(BpString(msg::kMergeCannotShowPValues, /*translate=*/true), kBpShowAlways,
           kBpLevelWarning);
 }
 
 // --- Reports at another level -------------------------------------------------------------
 
 void SyntaxParserUtility::MRSetInvalid(const SyntaxConverter* converter, const std::string& text) {
-  Report("Subcommand ^1. Set ^2 is invalid.", {NameOf(converter), text}, kBpLevelError);
+  Report(msg::kSetIsInvalid, {NameOf(converter), text}, kBpLevelError);
 }
 
 void SyntaxParserUtility::GenericMessage(const char* key, bool warning, const char* first,

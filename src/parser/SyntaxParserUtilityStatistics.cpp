@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/engine/AggregationStatistic.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxParserUtility.h"
 
 std::unique_ptr<std::array<QuiltAStatInfo, SyntaxParserUtility::kStatCodeCount>>
@@ -106,12 +107,12 @@ struct OddLabel {
 // Labels that do not follow the family rule; they are what users have always seen,
 // misspellings included, so they stand as they are.
 constexpr OddLabel kOddLabels[] = {
-    {62, "Unweigted Layer Column %"},
+    {62, msg::kUnweightedLayerColumnPercent},
     {337, "Layer Row Response %"},
     {341, "Unweighted Layer Row Response %"},
     {345, "Layer Column Response %"},
     {349, "Unweighted Layer Column Response %"},
-    {413, "Unweigted Row Count % (Base: Responses)"},
+    {413, msg::kUnweightedRowCountPercentResponses},
 };
 
 struct Alias {

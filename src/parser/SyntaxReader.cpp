@@ -3,7 +3,6 @@
 
 #include <cstring>
 
-#include "host/QuiltAssert.h"
 #include "host/data/HostStrings.h"
 #include "host/tokens/TARN_TokenSequence.h"
 #include "parser/SyntaxConverter.h"
@@ -54,17 +53,20 @@ struct SyntaxReader::ReaderData {
   int _parenDepth = 0;                                           // open "(" minus ")"
   int _bracketDepth = 0;                                         // open "[" minus "]"
   int _outerGroupPosition = -1;  // token position before the outermost open "(" or "[", for messages
+  SyntaxTablesCommand* _root = nullptr;                          // the command; owns the whole tree
   SyntaxConverter* _current = nullptr;                           // the converter that receives the next event
   std::string _lastWord;          // the last word read, to say where a text stands
   bool _textCutReported = false;  // a cut text has been warned about
 };
 
 SyntaxReader::SyntaxReader() : _readerData(new ReaderData) {
-  _readerData->_current = new SyntaxTablesCommand;
+  _readerData->_root = new SyntaxTablesCommand;
+  _readerData->_current = _readerData->_root;
 }
 
 SyntaxReader::~SyntaxReader() {
-  delete _readerData->_current->TopParent();
+  // The root owns every converter, whichever of them a parse error left current.
+  delete _readerData->_root;
   delete _readerData;
 }
 
@@ -136,9 +138,7 @@ void SyntaxReader::ReadTokens(TARN_TokenSequence* tokens) {
 }
 
 std::vector<SyntaxTableSubcommand*>& SyntaxReader::GetTable() {
-  auto* root = dynamic_cast<SyntaxTablesCommand*>(_readerData->_current->TopParent());
-  QUILT_ASSERT(root != nullptr, "the converter tree is rooted in the command");
-  return root->GetTable();
+  return _readerData->_root->GetTable();
 }
 
 void SyntaxReader::SetDataSource(TARN_DataSource* dataSource) {

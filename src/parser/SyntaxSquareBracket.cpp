@@ -28,6 +28,7 @@ void BuildReferredVariableVector(SyntaxConverter* node, std::vector<SyntaxVariab
 }  // namespace
 
 SyntaxSquareBracket::SyntaxSquareBracket(SyntaxConverter* referred) : _referredConverter(referred) {
+  SetScopeSource(referred);  // a bracket has no parent: it belongs where its opener does
   const int kind = referred->GetType();
   if (kind == kConverterVariable || kind == kConverterMRSet) {
     _referredVariables.push_back(static_cast<SyntaxVariableName*>(referred));

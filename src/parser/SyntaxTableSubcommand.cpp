@@ -7,6 +7,7 @@
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
+#include "parser/CommandScope.h"
 #include "parser/SyntaxCLabelsSubcommand.h"
 #include "parser/SyntaxCategoriesSubcommand.h"
 #include "parser/SyntaxCompareTestSubcommand.h"
@@ -17,7 +18,6 @@
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxSLabelsSubcommand.h"
 #include "parser/SyntaxSigTestSubcommand.h"
-#include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxTitlesSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
@@ -47,6 +47,7 @@ constexpr const char* kGlobalSubcommands[] = {"FORMAT", "SMISSING",        "VLAB
 
 SyntaxTableSubcommand::SyntaxTableSubcommand(int tableNumber) : _tableData(new TableData) {
   _tableData->_tableNumber = tableNumber;
+  SetTableScope(this);
   // An expression starts with a variable, a set, a paren, or BY for an empty row axis.
   SetByContext(true);
   SetParenContext(true);
@@ -113,9 +114,9 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
   } else if (KeywordMatch(text.c_str(), "SIGTEST")) {
     // A test compares the categories a computed category is made of; hidden, they could
     // not be compared.
-    if (auto* root = dynamic_cast<SyntaxTablesCommand*>(TopParent())) {
-      for (const SyntaxPComputeSubcommand* pCompute : root->GetPComputeSubcommands()) {
-        for (const SyntaxPPropertiesSubcommand* properties : root->GetPPropertiesSubcommands()) {
+    if (const CommandScope* command = GetCommandScope()) {
+      for (const SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
+        for (const SyntaxPPropertiesSubcommand* properties : command->GetPPropertiesSubcommands()) {
           for (const std::string& name : properties->GetCatNameVector()) {
             if (SyntaxParserUtility::ExactWordMatch(name, pCompute->GetCatName()) && properties->IsHideSourceSet()) {
               SyntaxParserUtility::HideSourceCatsInSigTest(this, name);
@@ -269,6 +270,14 @@ const std::vector<SyntaxVariableName*>& SyntaxTableSubcommand::GetTableSetList()
 
 int SyntaxTableSubcommand::GetNumOfBys() const {
   return _tableData->_numOfBys;
+}
+
+int SyntaxTableSubcommand::GetCubeCount() const {
+  return CubeCount();
+}
+
+const SubTableCube& SyntaxTableSubcommand::GetCube(int position) const {
+  return *(*this)[position];
 }
 
 void SyntaxTableSubcommand::IncrementBys() {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "parser/SyntaxComposite.h"
+#include "parser/TableScope.h"
 #include "parser/VariableComposite.h"
 
 class SyntaxVariableName;
@@ -18,7 +19,7 @@ class TableSettings;
 /// sub-table cubes (its VariableComposite list, read by the dispatcher through CubeCount
 /// and operator[]). When the table is complete it checks the label-moving CLABELS request
 /// and drops the significance tests that cannot run.
-class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
+class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite, public TableScope {
  public:
   /// `tableNumber` is the 1-based position of the table in the command.
   explicit SyntaxTableSubcommand(int tableNumber);
@@ -62,9 +63,9 @@ class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
   /// A TITLES subcommand gave a TITLE.
   bool HasTitle() const;
 
-  int GetTableNumber() const;
+  int GetTableNumber() const override;
   /// Counts one more "+" of the expression; returns the number of stacked terms so far.
-  int AddStackedTerm();
+  int AddStackedTerm() override;
   /// What SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST committed for this table.
   TableSettings& GetTableSettings();
   const TableSettings& GetTableSettings() const;
@@ -72,16 +73,18 @@ class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite {
   /// names a labelled variable is replaced by its label.
   void AddExpressionToken(const std::string& token, bool isWord);
   /// Replaces the last expression token by a set's label.
-  void AddMRSetLabel(const std::string& label);
+  void AddMRSetLabel(const std::string& label) override;
   /// The expression text: tokens joined by a blank, with none after "(" or before ")".
-  std::string GetExpression();
+  std::string GetExpression() override;
   /// Appends a variable or set of the expression, in order of appearance (not owned).
-  void AddToVarList(SyntaxVariableName* variable);
-  const std::vector<SyntaxVariableName*>& GetTableVarList() const;
+  void AddToVarList(SyntaxVariableName* variable) override;
+  const std::vector<SyntaxVariableName*>& GetTableVarList() const override;
   const std::vector<SyntaxVariableName*>& GetTableSetList() const;
-  int GetNumOfBys() const;
+  int GetNumOfBys() const override;
   /// Counts a BY; a third raises IncorrectSequence with "BY" (a table has three axes).
-  void IncrementBys();
+  void IncrementBys() override;
+  int GetCubeCount() const override;
+  const SubTableCube& GetCube(int position) const override;
 
  protected:
   void DumpDetails(std::ostream& out) const override;

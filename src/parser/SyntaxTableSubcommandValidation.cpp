@@ -31,6 +31,61 @@ struct TestReasons {
   bool setsExcluded = false;   // a multiple response set to test, left out by INCLUDEMRSETS=NO
 };
 
+// Counts one cube's answer into the reasons a test reports; answers without a reason of
+// their own (no row variable, say) leave the cube untested and say nothing.
+void Tally(TestEligibility eligibility, TestReasons& reasons) {
+  switch (eligibility) {
+    case TestEligibility::kEligible:
+      ++reasons.eligible;
+      break;
+    case TestEligibility::kEligibleMixedCounts:
+      ++reasons.eligible;
+      reasons.mixed = true;
+      break;
+    case TestEligibility::kSameRowAndColumn:
+      reasons.sameVariable = true;
+      break;
+    case TestEligibility::kNoCount:
+      reasons.unweight = true;
+      break;
+    case TestEligibility::kNoWeightedCount:
+      reasons.weight = true;
+      break;
+    case TestEligibility::kInnerSetExcluded:
+      reasons.setsExcluded = true;
+      break;
+    case TestEligibility::kScaleOutsideRows:
+      reasons.scaleInColumn = true;
+      break;
+    default:
+      break;
+  }
+}
+
+// Whether `source` has the categories of `reference` (the first source) and shows them the
+// same way; an explicit list must equal that of `previous`, the source before it.
+bool CategoriesAgree(const SyntaxVariableName& source, const SyntaxVariableName& reference,
+                     const SyntaxVariableName& previous) {
+  if (source.GetIsExplicit() != reference.GetIsExplicit() || source.GetIsTotalNo() != reference.GetIsTotalNo() ||
+      source.GetIsEmptyInclude() != reference.GetIsEmptyInclude() || source.GetSortKey() != reference.GetSortKey() ||
+      source.GetIsMissingExclude() != reference.GetIsMissingExclude() ||
+      source.GetIsOrderA() != reference.GetIsOrderA()) {
+    return false;
+  }
+  if (!reference.GetIsTotalNo() && (source.GetIsTotalPositionAfter() != reference.GetIsTotalPositionAfter() ||
+                                    source.GetTotalLabel() != reference.GetTotalLabel())) {
+    return false;
+  }
+  if (!source.GetIsExplicit()) {
+    return true;
+  }
+  const std::vector<ParsedCategory*>& mine = source.GetParsedCategories();
+  const std::vector<ParsedCategory*>& theirs = previous.GetParsedCategories();
+  return mine.size() == theirs.size() &&
+         std::equal(mine.begin(), mine.end(), theirs.begin(),
+                    [](const ParsedCategory* left, const ParsedCategory* right) { return *left == *right; });
+}
+
 }  // namespace
 
 bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
@@ -99,24 +154,7 @@ bool SyntaxTableSubcommand::ValidateComperimeterRequest() {
   }
   for (size_t index = 1; index < sources.size(); ++index) {
     const SyntaxVariableName* source = sources[index];
-    bool dissimilar = source->GetIsExplicit() != reference->GetIsExplicit() ||
-                      source->GetIsTotalNo() != reference->GetIsTotalNo() ||
-                      source->GetIsEmptyInclude() != reference->GetIsEmptyInclude() ||
-                      source->GetSortKey() != reference->GetSortKey() ||
-                      source->GetIsMissingExclude() != reference->GetIsMissingExclude() ||
-                      source->GetIsOrderA() != reference->GetIsOrderA();
-    if (!dissimilar && !reference->GetIsTotalNo()) {
-      dissimilar = source->GetIsTotalPositionAfter() != reference->GetIsTotalPositionAfter() ||
-                   source->GetTotalLabel() != reference->GetTotalLabel();
-    }
-    if (!dissimilar && source->GetIsExplicit()) {
-      const std::vector<ParsedCategory*>& mine = source->GetParsedCategories();
-      const std::vector<ParsedCategory*>& previous = sources[index - 1]->GetParsedCategories();
-      dissimilar = mine.size() != previous.size() ||
-                   !std::equal(mine.begin(), mine.end(), previous.begin(),
-                               [](const ParsedCategory* left, const ParsedCategory* right) { return *left == *right; });
-    }
-    if (dissimilar) {
+    if (!CategoriesAgree(*source, *reference, *sources[index - 1])) {
       SyntaxParserUtility::DissimilarCatAttribsInComperimeter(this);
     }
     if (source->GetIsExplicit()) {
@@ -228,29 +266,7 @@ bool SyntaxTableSubcommand::ValidateChiSquareTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetChiSquareValidity(weighted, includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 1:
-        ++reasons.eligible;
-        reasons.mixed = true;
-        break;
-      case 6:
-        reasons.sameVariable = true;
-        break;
-      case 7:
-        reasons.unweight = true;
-        break;
-      case 8:
-        reasons.weight = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;  // the cube is just not tested
-    }
+    Tally((*this)[position]->GetChiSquareValidity(weighted, includeMRSets), reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }
@@ -263,26 +279,7 @@ bool SyntaxTableSubcommand::ValidateColPropTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetColPropValidity(weighted, includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 1:
-        ++reasons.eligible;
-        reasons.mixed = true;
-        break;
-      case 6:
-        reasons.unweight = true;
-        break;
-      case 7:
-        reasons.weight = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;
-    }
+    Tally((*this)[position]->GetColPropValidity(weighted, includeMRSets), reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }
@@ -295,20 +292,9 @@ bool SyntaxTableSubcommand::ValidateMeanPropTest(bool includeMRSets) {
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    switch ((*this)[position]->GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed,
-                                                   includeMRSets)) {
-      case 0:
-        ++reasons.eligible;
-        break;
-      case 4:
-        reasons.scaleInColumn = true;
-        break;
-      case 2:
-        reasons.setsExcluded = true;
-        break;
-      default:
-        break;
-    }
+    Tally((*this)[position]->GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed,
+                                                 includeMRSets),
+          reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }

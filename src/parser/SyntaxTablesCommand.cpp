@@ -28,6 +28,8 @@ struct SyntaxTablesCommand::CommandData {
   SyntaxSMissingSubcommand* _sMissing = nullptr;                // the latest SMISSING; a child of the root
   SyntaxHideSmallCountsSubcommand* _hideSmallCounts = nullptr;  // the latest HIDESMALLCOUNTS; a child
   std::string _baseWeightVarName;                               // WEIGHT variable; empty for none
+  int _baseWeightVarIndex = -1;                                 // its dictionary index; -1 for none
+  std::vector<ComputedDefinition> _computedDefinitions;         // PCOMPUTE and PPROPERTIES in order
   std::vector<SyntaxPComputeSubcommand*> _pComputes;            // in syntax order; children of the root
   std::vector<SyntaxPPropertiesSubcommand*> _pProperties;       // in syntax order; children of the root
   std::vector<SyntaxTableSubcommand*> _tables;                  // in syntax order; children of the root
@@ -41,7 +43,11 @@ constexpr const char* kTableSubcommands[] = {"CLABELS",     "SLABELS", "CATEGORI
 
 }  // namespace
 
-SyntaxTablesCommand::SyntaxTablesCommand() : _commandData(new CommandData) {}
+SyntaxTablesCommand::SyntaxTablesCommand() : _commandData(new CommandData) {
+  SetCommandScope(this);
+  // The base weight is the command's: none until its WEIGHT says so.
+  SetBaseWeightVarIndex(-1);
+}
 
 SyntaxTablesCommand::~SyntaxTablesCommand() {
   delete _commandData;
@@ -104,6 +110,7 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
   if (KeywordMatch(text.c_str(), "PCOMPUTE")) {
     SyntaxPComputeSubcommand* pCompute = AddSubcommand(new SyntaxPComputeSubcommand);
     _commandData->_pComputes.push_back(pCompute);
+    _commandData->_computedDefinitions.push_back({pCompute, nullptr});
     return pCompute;
   }
   if (KeywordMatch(text.c_str(), "PPROPERTIES")) {
@@ -113,6 +120,7 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
     }
     SyntaxPPropertiesSubcommand* properties = AddSubcommand(new SyntaxPPropertiesSubcommand);
     _commandData->_pProperties.push_back(properties);
+    _commandData->_computedDefinitions.push_back({nullptr, properties});
     return properties;
   }
   for (const char* keyword : kTableSubcommands) {
@@ -156,12 +164,21 @@ int SyntaxTablesCommand::GetHideSmallCountsValue() const {
 void SyntaxTablesCommand::SetBaseWeightVariable(int index, const std::string& name) {
   _commandData->_baseWeightVarName = name;
   if (index >= 0) {
+    _commandData->_baseWeightVarIndex = index;
     SetBaseWeightVarIndex(index);
     // The base weight replaces the case weight for this run.
     if (ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset) > 0) {
       WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 0);
     }
   }
+}
+
+int SyntaxTablesCommand::GetBaseWeightIndex() const {
+  return _commandData->_baseWeightVarIndex;
+}
+
+const std::vector<ComputedDefinition>& SyntaxTablesCommand::GetComputedDefinitions() const {
+  return _commandData->_computedDefinitions;
 }
 
 std::string SyntaxTablesCommand::GetBaseWeightVarName() const {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "parser/CommandScope.h"
 #include "parser/SyntaxComposite.h"
 
 class SyntaxTableSubcommand;
@@ -14,8 +15,10 @@ class VLabelsSettings;
 /// The whole command. It decides which subcommand a word after "/" opens, enforces where
 /// each may stand (global subcommands before the first TABLE, table-level ones after a
 /// TABLE), and on the period commits the global settings into every table. All
-/// subcommands are its children, added with Add and owned through them.
-class SyntaxTablesCommand : public SyntaxComposite {
+/// subcommands are its children, added with Add and owned through them. It is the command
+/// scope of every converter under it, and owns the command's run-wide state (the base
+/// weight), so a new command starts clean.
+class SyntaxTablesCommand : public SyntaxComposite, public CommandScope {
  public:
   SyntaxTablesCommand();
   ~SyntaxTablesCommand() override;
@@ -29,13 +32,15 @@ class SyntaxTablesCommand : public SyntaxComposite {
 
   /// The tables in syntax order (not owned by the caller).
   std::vector<SyntaxTableSubcommand*>& GetTable();
-  std::vector<SyntaxPComputeSubcommand*> GetPComputeSubcommands() const;
-  std::vector<SyntaxPPropertiesSubcommand*> GetPPropertiesSubcommands() const;
+  std::vector<SyntaxPComputeSubcommand*> GetPComputeSubcommands() const override;
+  std::vector<SyntaxPPropertiesSubcommand*> GetPPropertiesSubcommands() const override;
+  const std::vector<ComputedDefinition>& GetComputedDefinitions() const override;
   bool GetHideSmallCountsSet() const;
   int GetHideSmallCountsValue() const;
   /// Makes `index` the base weight of the run; with a valid index the host's case
   /// weighting word is cleared (the entry restores it afterwards).
-  void SetBaseWeightVariable(int index, const std::string& name);
+  void SetBaseWeightVariable(int index, const std::string& name) override;
+  int GetBaseWeightIndex() const override;
   std::string GetBaseWeightVarName() const;
   /// What the VLABELS subcommands asked for, for the commit into the tables.
   const VLabelsSettings& GetVLabelsSettings() const;

@@ -17,6 +17,7 @@
 #include "host/engine/ParsedCategory.h"
 #include "parser/CategoryRange.h"
 #include "parser/CategoryToken.h"
+#include "parser/CommandScope.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/SyntaxConverterType.h"
@@ -457,7 +458,8 @@ bool SyntaxVariableName::GetIsMissingExclude() const {
 
 void SyntaxVariableName::SetTotalLabel(const std::string& label) {
   VarData& data = *_varData;
-  if (data._totalLabelSet && SyntaxParserUtility::ExactWordMatch(data._totalLabel, label)) {
+  // Labels are texts: a change of case is a different label.
+  if (data._totalLabelSet && data._totalLabel != label) {
     SyntaxParserUtility::DuplicateWarningFromVariable("LABEL", data._name, /*categories=*/true);
   }
   data._totalLabel = label;
@@ -608,6 +610,72 @@ std::string Trimmed(std::string text) {
   return SyntaxParserUtility::TrimTrailingWhiteSpace(text);
 }
 
+// Whether the category list `tokens` holds what `reference`, one operand of a computed
+// category's expression, names: a value, a range, a literal, a member (sets only), MISSING,
+// OTHERNM or a subtotal.
+bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& tokens, bool isSet, int vlPairCount) {
+  const Codes::ExplicitListType wanted = reference.listType;
+  for (const CategoryToken* element : tokens) {
+    bool found = false;
+    const Codes::ExplicitListType type = element->GetTokenType();
+    int low = 0;
+    int high = 0;
+    if (type == Codes::kExplicitRange) {
+      const auto* range = static_cast<const CategoryRange*>(element);
+      if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
+        continue;
+      }
+      low = RangeEnd(range->GetFirstChild()->GetToken(), vlPairCount);
+      high = RangeEnd(range->GetLastChild()->GetToken(), vlPairCount);
+    }
+    switch (wanted) {
+      case Codes::kExplicitString:
+      case Codes::kExplicitName:
+        // A member variable "[name]" can only stand in a dichotomy set's list, and is
+        // named without regard to case, as variables are everywhere; a literal is exact.
+        found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
+                (wanted == Codes::kExplicitName
+                     ? SyntaxParserUtility::ExactWordMatch(element->GetToken(), reference.token)
+                     : element->GetToken() == reference.token);
+        break;
+      case Codes::kExplicitNumber: {
+        // Texts are compared, so "[1]" does not find an element written "1.0".
+        const int value = std::atoi(reference.token.c_str());
+        found = (type == Codes::kExplicitNumber && element->GetToken() == reference.token) ||
+                (type == Codes::kExplicitRange && low <= value && value <= high);
+        break;
+      }
+      case Codes::kExplicitRange: {
+        const std::size_t thru = reference.token.find("THRU");
+        const std::string lowText =
+            Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
+        const std::size_t blank = reference.token.find_last_of(' ');
+        const std::string highText =
+            Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
+        found = (type == Codes::kExplicitNumber &&
+                 (element->GetToken() == lowText || element->GetToken() == highText)) ||
+                (type == Codes::kExplicitRange && low <= RangeEnd(lowText, vlPairCount) &&
+                 RangeEnd(highText, vlPairCount) <= high);
+        break;
+      }
+      case Codes::kExplicitMissing:
+      case Codes::kExplicitOtherNM:
+        found = type == wanted;
+        break;
+      case Codes::kExplicitSubtotal:
+      case Codes::kExplicitHSubtotal:
+        found = IsSubtotalToken(type);
+        break;
+      default:
+        break;
+    }
+    if (found) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 int SyntaxVariableName::CheckSubtotals(const std::vector<CategoryToken*>& tokens) {
@@ -743,14 +811,13 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
   const VarData& data = *_varData;
   const std::string catName = token.GetToken();
   const bool isSet = data._index < 0;
-  auto* root = dynamic_cast<SyntaxComposite*>(TopParent());
+  const CommandScope* command = GetCommandScope();
   std::unique_ptr<ParsedCategory> category;
   bool usesTotals = false;  // the expression refers to the total or a subtotal
-  if (root != nullptr) {
-    for (SyntaxConverter* child : root->GetChildren()) {
-      const std::string kind = child->GetSubcommandName();
-      if (kind == "PCOMPUTE") {
-        auto* pCompute = static_cast<SyntaxPComputeSubcommand*>(child);
+  if (command != nullptr) {
+    for (const ComputedDefinition& definition : command->GetComputedDefinitions()) {
+      if (definition.compute != nullptr) {
+        const SyntaxPComputeSubcommand* pCompute = definition.compute;
         if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), catName)) {
           continue;
         }
@@ -763,65 +830,8 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
             usesTotals = true;
             continue;
           }
-          bool found = false;
           const Codes::ExplicitListType wanted = reference.listType;
-          for (const CategoryToken* element : tokens) {
-            const Codes::ExplicitListType type = element->GetTokenType();
-            int low = 0;
-            int high = 0;
-            if (type == Codes::kExplicitRange) {
-              const auto* range = static_cast<const CategoryRange*>(element);
-              if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
-                continue;
-              }
-              low = RangeEnd(range->GetFirstChild()->GetToken(), data._vlPairCount);
-              high = RangeEnd(range->GetLastChild()->GetToken(), data._vlPairCount);
-            }
-            switch (wanted) {
-              case Codes::kExplicitString:
-              case Codes::kExplicitName:
-                // A member variable "[name]" can only stand in a dichotomy set's list, and is
-                // named without regard to case, as variables are everywhere; a literal is exact.
-                found = (wanted == Codes::kExplicitString || isSet) && type == wanted &&
-                        (wanted == Codes::kExplicitName
-                             ? SyntaxParserUtility::ExactWordMatch(element->GetToken(), reference.token)
-                             : element->GetToken() == reference.token);
-                break;
-              case Codes::kExplicitNumber: {
-                // Texts are compared, so "[1]" does not find an element written "1.0".
-                const int value = std::atoi(reference.token.c_str());
-                found = (type == Codes::kExplicitNumber && element->GetToken() == reference.token) ||
-                        (type == Codes::kExplicitRange && low <= value && value <= high);
-                break;
-              }
-              case Codes::kExplicitRange: {
-                const std::size_t thru = reference.token.find("THRU");
-                const std::string lowText =
-                    Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
-                const std::size_t blank = reference.token.find_last_of(' ');
-                const std::string highText =
-                    Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
-                found = (type == Codes::kExplicitNumber &&
-                         (element->GetToken() == lowText || element->GetToken() == highText)) ||
-                        (type == Codes::kExplicitRange && low <= RangeEnd(lowText, data._vlPairCount) &&
-                         RangeEnd(highText, data._vlPairCount) <= high);
-                break;
-              }
-              case Codes::kExplicitMissing:
-              case Codes::kExplicitOtherNM:
-                found = type == wanted;
-                break;
-              case Codes::kExplicitSubtotal:
-              case Codes::kExplicitHSubtotal:
-                found = IsSubtotalToken(type);
-                break;
-              default:
-                break;
-            }
-            if (found) {
-              break;
-            }
-          }
+          const bool found = ListHolds(reference, tokens, isSet, data._vlPairCount);
           if (IsSubtotalToken(wanted)) {
             usesTotals = true;
             if (found && reference.index > static_cast<unsigned long>(total)) {
@@ -837,8 +847,8 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
         category = std::make_unique<ParsedCategory>(catName, labels, /*hideSource=*/false, std::vector<int>(),
                                                     std::vector<int>(), std::vector<int>(),
                                                     ParsedCategory::kParsedComputed, index);
-      } else if (kind == "PPROPERTIES" && category != nullptr) {
-        auto* properties = static_cast<SyntaxPPropertiesSubcommand*>(child);
+      } else if (category != nullptr) {
+        const SyntaxPPropertiesSubcommand* properties = definition.properties;
         bool named = false;
         for (const std::string& name : properties->GetCatNameVector()) {
           named = named || SyntaxParserUtility::ExactWordMatch(name, catName);

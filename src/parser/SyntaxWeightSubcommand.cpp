@@ -6,8 +6,8 @@
 #include "host/data/HostStrings.h"
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
+#include "parser/CommandScope.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxTablesCommand.h"
 
 namespace {
 
@@ -24,11 +24,11 @@ struct SyntaxWeightSubcommand::WeightData {
   bool _set = false;  // a variable has been given
   int _count = 0;     // how many were given
   SyntaxWeightSubcommand* _self = nullptr;
-  SyntaxTablesCommand* _parent = nullptr;  // the root, not owned
+  CommandScope* _parent = nullptr;  // the command, not owned
   WeightState _state = kStateNone;
 };
 
-SyntaxWeightSubcommand::SyntaxWeightSubcommand(SyntaxTablesCommand* command)
+SyntaxWeightSubcommand::SyntaxWeightSubcommand(CommandScope* command)
     : _data(std::make_unique<WeightData>()) {
   _data->_self = this;
   _data->_parent = command;

@@ -6,14 +6,14 @@
 
 #include "parser/SyntaxComposite.h"
 
-class SyntaxTablesCommand;
+class CommandScope;
 
 /// WEIGHT VARIABLE=name, a numeric variable. A global subcommand; at its end the variable
 /// becomes the run's base weight through the command root.
 class SyntaxWeightSubcommand : public SyntaxComposite {
  public:
-  /// `command` is the root, which receives the base weight; not owned.
-  explicit SyntaxWeightSubcommand(SyntaxTablesCommand* command);
+  /// `command` receives the base weight; not owned.
+  explicit SyntaxWeightSubcommand(CommandScope* command);
   ~SyntaxWeightSubcommand() override;
 
   std::string GetSubcommandName() const override;

@@ -21,9 +21,8 @@ const char* TestName(TableEncryptionCodes::SignificanceTestType type) {
   return "";
 }
 
-std::string HolderText(const SyntaxConverter* holder) {
-  const auto* misc = dynamic_cast<const SyntaxMiscSubcommands*>(holder);
-  return misc == nullptr ? std::string() : misc->GetAttributeString();
+std::string HolderText(const SyntaxMiscSubcommands* holder) {
+  return holder == nullptr ? std::string() : holder->GetAttributeString();
 }
 
 }  // namespace
@@ -40,9 +39,9 @@ struct TableSettings::Data {
   CLabelOption _cLabelOption = TableEncryptionCodes::kCLabelAuto;
   double _ciLevelValue = 95.0;  // confidence level of CRITERIA
   std::string _ciLevelString = "95";
-  SyntaxConverter* _titleChild = nullptr;    // not owned
-  SyntaxConverter* _captionChild = nullptr;  // not owned
-  SyntaxConverter* _cornerChild = nullptr;   // not owned
+  const SyntaxMiscSubcommands* _titleChild = nullptr;    // not owned
+  const SyntaxMiscSubcommands* _captionChild = nullptr;  // not owned
+  const SyntaxMiscSubcommands* _cornerChild = nullptr;   // not owned
   double _minColumnWidthPoints = 0.0;        // FORMAT MINCOLWIDTH; 0 for none
   double _maxColumnWidthPoints = 0.0;        // FORMAT MAXCOLWIDTH; 0 for none
   int _emptyStringType = PresentationCodes::kEmptyFormatZero;  // FORMAT EMPTY
@@ -157,21 +156,21 @@ std::string TableSettings::GetCILevelString() const {
   return _data->_ciLevelString;
 }
 
-void TableSettings::SetTitle(SyntaxConverter* holder) {
+void TableSettings::SetTitle(const SyntaxMiscSubcommands* holder) {
   if (_data->_titleChild != nullptr) {
     SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("TITLE"));
   }
   _data->_titleChild = holder;
 }
 
-void TableSettings::SetCaption(SyntaxConverter* holder) {
+void TableSettings::SetCaption(const SyntaxMiscSubcommands* holder) {
   if (_data->_captionChild != nullptr) {
     SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("CAPTION"));
   }
   _data->_captionChild = holder;
 }
 
-void TableSettings::SetCornerText(SyntaxConverter* holder) {
+void TableSettings::SetCornerText(const SyntaxMiscSubcommands* holder) {
   if (_data->_cornerChild != nullptr) {
     SyntaxParserUtility::DuplicateWarning(std::string("TITLES"), std::string("CORNER"));
   }

@@ -9,7 +9,7 @@
 #include "parser/PresentationCodes.h"
 #include "parser/SigTestSettings.h"
 
-class SyntaxConverter;
+class SyntaxMiscSubcommands;
 
 /// The settings that SLABELS, CLABELS, CRITERIA, TITLES, COMPARETEST and SIGTEST commit for
 /// one table. The table subcommand owns one and hands it to each of these converters when it
@@ -56,9 +56,9 @@ class TableSettings {
 
   /// The holders of the TITLES texts (SyntaxMiscSubcommands, owned by their TITLES
   /// converter). A second holder of the same kind warns ("TITLES", "TITLE", ...) and wins.
-  void SetTitle(SyntaxConverter* holder);
-  void SetCaption(SyntaxConverter* holder);
-  void SetCornerText(SyntaxConverter* holder);
+  void SetTitle(const SyntaxMiscSubcommands* holder);
+  void SetCaption(const SyntaxMiscSubcommands* holder);
+  void SetCornerText(const SyntaxMiscSubcommands* holder);
   bool HasTitle() const;
   bool HasCaption() const;
   bool HasCornerText() const;

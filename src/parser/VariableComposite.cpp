@@ -131,98 +131,108 @@ void VariableComposite::NestChildren(std::vector<SyntaxConverter*>* children, bo
 
 void VariableComposite::StackChildren(std::vector<SyntaxConverter*>* children) {
   QUILT_ASSERT(children->size() == 2, "stacking combines exactly two operands");
-  Data& data = *_compositeData;
   SyntaxConverter* first = (*children)[0];
   SyntaxConverter* second = (*children)[1];
-  const auto stack = SubTableCube::kAlgebraStack;
-
   if (IsVariable(first) && IsVariable(second)) {
-    SyntaxVariableName* a = AsVariable(first);
-    SyntaxVariableName* b = AsVariable(second);
-    if (IsScale(a) && IsScale(b)) {
-      // Two summaries share one cube: they are cells of the same categories.
-      data.AddOwnCube(a)->AddVariable(b, stack);
-      return;
-    }
-    if (IsScale(a) && IsCategorical(b)) {
+    StackVariables(AsVariable(first), AsVariable(second));
+  } else if (IsVariable(second)) {
+    StackCompositeAndVariable(AsComposite(first), AsVariable(second));
+  } else if (IsVariable(first)) {
+    StackVariableAndComposite(AsVariable(first), AsComposite(second));
+  } else {
+    StackComposites(AsComposite(first), AsComposite(second));
+  }
+}
+
+// variable + variable
+void VariableComposite::StackVariables(SyntaxVariableName* a, SyntaxVariableName* b) {
+  Data& data = *_compositeData;
+  const auto stack = SubTableCube::kAlgebraStack;
+  if (IsScale(a) && IsScale(b)) {
+    // Two summaries share one cube: they are cells of the same categories.
+    data.AddOwnCube(a)->AddVariable(b, stack);
+    return;
+  }
+  if (IsScale(a) && IsCategorical(b)) {
+    b->SetDefaultStats();
+  } else if (IsCategorical(a) && IsScale(b)) {
+    a->SetDefaultStats();
+  } else if (IsCategorical(a) && IsCategorical(b)) {
+    if (a->HasStatistics()) {
       b->SetDefaultStats();
-    } else if (IsCategorical(a) && IsScale(b)) {
+    }
+    if (b->HasStatistics()) {
       a->SetDefaultStats();
-    } else if (IsCategorical(a) && IsCategorical(b)) {
-      if (a->HasStatistics()) {
-        b->SetDefaultStats();
-      }
-      if (b->HasStatistics()) {
-        a->SetDefaultStats();
-      }
     }
-    data.AddOwnCube(a);
-    data.AddOwnCube(b);
+  }
+  data.AddOwnCube(a);
+  data.AddOwnCube(b);
+}
+
+// (composite) + variable
+void VariableComposite::StackCompositeAndVariable(VariableComposite& c, SyntaxVariableName* v) {
+  Data& data = *_compositeData;
+  const auto stack = SubTableCube::kAlgebraStack;
+  if (IsScale(v)) {
+    c.SetDefaultStats();
+    data.TakeOver(c);
+    SubTableCube* last = data._cubes.empty() ? nullptr : data._cubes.back();
+    if (last != nullptr && last->GetCatVarCount() == 0) {
+      last->AddVariable(v, stack);
+    } else {
+      data.AddOwnCube(v);
+    }
     return;
   }
+  if (v->HasStatistics()) {
+    c.SetDefaultStats();
+  }
+  if (c.GetFirstStatType() != kNoStatistics) {
+    v->SetDefaultStats();
+  }
+  data.TakeOver(c);
+  data.AddOwnCube(v);
+}
 
-  if (!IsVariable(first) && IsVariable(second)) {
-    VariableComposite& c = AsComposite(first);
-    SyntaxVariableName* v = AsVariable(second);
-    if (IsScale(v)) {
-      c.SetDefaultStats();
+// variable + (composite)
+void VariableComposite::StackVariableAndComposite(SyntaxVariableName* v, VariableComposite& c) {
+  Data& data = *_compositeData;
+  const auto stack = SubTableCube::kAlgebraStack;
+  if (IsScale(v)) {
+    c.SetDefaultStats();
+    SubTableCube* head = c.CubeCount() > 0 ? c[0] : nullptr;
+    if (head != nullptr && head->GetCatVarCount() == 0) {
+      // The summaries merge into the composite's first cube, with v standing first in it.
       data.TakeOver(c);
-      SubTableCube* last = data._cubes.empty() ? nullptr : data._cubes.back();
-      if (last != nullptr && last->GetCatVarCount() == 0) {
-        last->AddVariable(v, stack);
-      } else {
-        data.AddOwnCube(v);
+      std::vector<SyntaxVariableName*> scales;
+      for (int index = 0; index < head->GetStatVarCount(); ++index) {
+        scales.push_back(head->GetStatVar(index));
       }
-      return;
+      head->Reset();
+      head->AddVariable(v, stack);
+      for (SyntaxVariableName* scale : scales) {
+        head->AddVariable(scale, stack);
+      }
+    } else {
+      data.AddOwnCube(v);
+      data.TakeOver(c);
     }
-    if (v->HasStatistics()) {
-      c.SetDefaultStats();
-    }
-    if (c.GetFirstStatType() != kNoStatistics) {
-      v->SetDefaultStats();
-    }
-    data.TakeOver(c);
-    data.AddOwnCube(v);
     return;
   }
-
-  if (IsVariable(first) && !IsVariable(second)) {
-    SyntaxVariableName* v = AsVariable(first);
-    VariableComposite& c = AsComposite(second);
-    if (IsScale(v)) {
-      c.SetDefaultStats();
-      SubTableCube* head = c.CubeCount() > 0 ? c[0] : nullptr;
-      if (head != nullptr && head->GetCatVarCount() == 0) {
-        // The summaries merge into the composite's first cube, with v standing first in it.
-        data.TakeOver(c);
-        std::vector<SyntaxVariableName*> scales;
-        for (int index = 0; index < head->GetStatVarCount(); ++index) {
-          scales.push_back(head->GetStatVar(index));
-        }
-        head->Reset();
-        head->AddVariable(v, stack);
-        for (SyntaxVariableName* scale : scales) {
-          head->AddVariable(scale, stack);
-        }
-      } else {
-        data.AddOwnCube(v);
-        data.TakeOver(c);
-      }
-      return;
-    }
-    if (v->HasStatistics()) {
-      c.SetDefaultStats();
-    }
-    if (c.GetFirstStatType() != kNoStatistics) {
-      v->SetDefaultStats();
-    }
-    data.AddOwnCube(v);
-    data.TakeOver(c);
-    return;
+  if (v->HasStatistics()) {
+    c.SetDefaultStats();
   }
+  if (c.GetFirstStatType() != kNoStatistics) {
+    v->SetDefaultStats();
+  }
+  data.AddOwnCube(v);
+  data.TakeOver(c);
+}
 
-  VariableComposite& c1 = AsComposite(first);
-  VariableComposite& c2 = AsComposite(second);
+// (composite) + (composite)
+void VariableComposite::StackComposites(VariableComposite& c1, VariableComposite& c2) {
+  Data& data = *_compositeData;
+  const auto stack = SubTableCube::kAlgebraStack;
   SubTableCube* last = c1.CubeCount() > 0 ? c1[c1.CubeCount() - 1] : nullptr;
   SubTableCube* head = c2.CubeCount() > 0 ? c2[0] : nullptr;
   if (last != nullptr && head != nullptr && last->GetCatVarCount() == 0 && head->GetCatVarCount() == 0) {

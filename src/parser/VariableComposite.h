@@ -58,6 +58,12 @@ class VariableComposite {
   void PrintCubes(std::ostream& out, int indent = 0) const;
 
  private:
+  // The four cases of StackChildren, by the kinds of the two operands.
+  void StackVariables(SyntaxVariableName* a, SyntaxVariableName* b);
+  void StackCompositeAndVariable(VariableComposite& c, SyntaxVariableName* v);
+  void StackVariableAndComposite(SyntaxVariableName* v, VariableComposite& c);
+  void StackComposites(VariableComposite& c1, VariableComposite& c2);
+
   struct Data;
   Data* _compositeData;
 };

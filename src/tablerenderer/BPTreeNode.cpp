@@ -22,6 +22,7 @@
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
 #include "host/output/BpVariable.h"
+#include "host/output/MessageKeys.h"
 #include "parser/PresentationCodes.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
@@ -393,7 +394,7 @@ std::unique_ptr<BpCellText> BPTreeNode::MakeCategoryText(const AggregationCatego
     default:
       break;
   }
-  BpError(BpString("Category type not supported!", true), kBpShowAlways, kBpLevelWarning);
+  BpError(BpString(msg::kCategoryTypeNotSupported, true), kBpShowAlways, kBpLevelWarning);
   return nullptr;
 }
 
@@ -425,5 +426,5 @@ void BPTreeNode::AddCategoryText(const HeaderTreeNode* headerNode, ProcedureData
       return;
     }
   }
-  BpError(BpString("Category type not supported!", true), kBpShowAlways, kBpLevelError);
+  BpError(BpString(msg::kCategoryTypeNotSupported, true), kBpShowAlways, kBpLevelError);
 }

@@ -8,6 +8,7 @@
 #include "host/output/BpAnnotation.h"
 #include "host/output/BpCategory.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxVariableName.h"
@@ -45,12 +46,12 @@ void ColumnMeansTableRenderer::RenderTestTable(const std::vector<CubeAggregator*
   });
 
   std::vector<const char*> keys;
-  if (flags.numericalProblem) keys.push_back("Pairwise...numerical problems.");
-  if (flags.zeroPooled) keys.push_back("Pairwise...pooled variance");
-  if (flags.nonIntegerCounts) keys.push_back("Cell counts...pairwise...");
-  if (flags.overlapProblem) keys.push_back("Comparisons...mrset...identical...");
-  WriteNotes(settings, captionFree, "column means", "Results are based on two-sided...^1...mean",
-             "Results are based on two-sided...^1...mean two alphas", keys);
+  if (flags.numericalProblem) keys.push_back(msg::kNoteNumericalProblems);
+  if (flags.zeroPooled) keys.push_back(msg::kNoteZeroPooledVariance);
+  if (flags.nonIntegerCounts) keys.push_back(msg::kNoteColumnMeansRounded);
+  if (flags.overlapProblem) keys.push_back(msg::kNoteIdenticalSetCategories);
+  WriteNotes(settings, captionFree, "column means", msg::kNoteColumnMeansResults,
+             msg::kNoteColumnMeansResultsTwoAlphas, keys);
 }
 
 void ColumnMeansTableRenderer::RenderColumnMean2DTable(const std::vector<CubeAggregator*>& cubes,
@@ -112,9 +113,9 @@ void ColumnMeansTableRenderer::WriteRow(ColumnMeansResult& result, const Family&
     const bool tooFew = std::find(result.tooFewColumns.begin(), result.tooFewColumns.end(),
                                   static_cast<int>(c)) != result.tooFewColumns.end();
     if (tooFew) {
-      cell.CellNote(BpAnnotation(BpString("Sum of case weights...", true)));
+      cell.CellNote(BpAnnotation(BpString(msg::kNoteWeightBelowTwo, true)));
     } else if (d._merged && settings._styleApa && written == 0) {
-      cell.CellNote(BpAnnotation(BpString("Nothing to compare...", true)));
+      cell.CellNote(BpAnnotation(BpString(msg::kNoteNothingToCompare, true)));
     }
   }
 }

@@ -15,6 +15,7 @@
 #include "host/output/BpNumber.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverter.h"
 #include "tablebuilder/HeaderTreeNode.h"
@@ -78,10 +79,10 @@ void ColumnProportionsTableRenderer::RenderTestTable(const std::vector<CubeAggre
   });
 
   std::vector<const char*> keys;
-  if (nonIntegerCounts) keys.push_back("...rounded for column prop...");
-  if (overlapProblem) keys.push_back("Comparisons...mrset...identical...");
-  WriteNotes(settings, captionFree, "column proportions", "Results are based...^1...column prop",
-             "Results are based...^1...column prop 2 alphas", keys);
+  if (nonIntegerCounts) keys.push_back(msg::kNoteColumnProportionsRounded);
+  if (overlapProblem) keys.push_back(msg::kNoteIdenticalSetCategories);
+  WriteNotes(settings, captionFree, "column proportions", msg::kNoteColumnProportionsResults,
+             msg::kNoteColumnProportionsResultsTwoAlphas, keys);
 }
 
 void ColumnProportionsTableRenderer::RenderColumnProp2DTable(const std::vector<CubeAggregator*>& cubes,
@@ -153,10 +154,10 @@ void ColumnProportionsTableRenderer::WriteBlock(ColumnProportionsResult& result,
       const bool isSmall = small.count(static_cast<int>(c)) != 0;
       const bool isBad = bad.count({static_cast<int>(r), static_cast<int>(c)}) != 0;
       if (d._merged && settings._styleApa && written == 0 && !isSmall && !isBad) {
-        cell.CellNote(BpAnnotation(BpString("Nothing to compare...", true)));
+        cell.CellNote(BpAnnotation(BpString(msg::kNoteNothingToCompare, true)));
       }
-      if (isSmall) cell.CellNote(BpAnnotation(BpString("Sum of case weights...", true)));
-      if (isBad) cell.CellNote(BpAnnotation(BpString("This category is not used...", true)));
+      if (isSmall) cell.CellNote(BpAnnotation(BpString(msg::kNoteWeightBelowTwo, true)));
+      if (isBad) cell.CellNote(BpAnnotation(BpString(msg::kNoteProportionZeroOrOne, true)));
     }
   }
 }
@@ -191,12 +192,12 @@ void ColumnProportionsTableRenderer::renderControlPackageTestTable() {
   const Data& d = *_data;
   const ControlData& control = *_control;
   BpHeading heading = d._heading;
-  BpPivotTable table = heading.PivotTable(BpString("Description: Response Rate Comparison", true),
-                                          BpString("DescriptionResponseRateComparison", true), true);
+  BpPivotTable table = heading.PivotTable(BpString(msg::kDescriptionResponseRateComparisonTitle, true),
+                                          BpString(msg::kDescriptionResponseRateComparison, true), true);
   table.MinDataColumnWidth(450);
   table.MaxDataColumnWidth(450);
   table.HideTitle();
-  BpDimension contents = table.Dimension(BpString("Contents", true), BpPivotTable::kSortAsCreated);
+  BpDimension contents = table.Dimension(BpString(msg::kContents, true), BpPivotTable::kSortAsCreated);
   contents.Position(BpDimension::kPlaceRow, 1, true, true);
 
   const std::vector<HeaderTreeNode*> categories = CollectFamilies(d._columnAxis.get()).front().categoryNodes;
@@ -216,11 +217,11 @@ void ColumnProportionsTableRenderer::renderControlPackageTestTable() {
       const HeaderTreeNode* first = nullptr;  // the column the sentence is about, when one is
       const char* key = nullptr;
       if (control._smallColumns.count(a) != 0 || control._smallColumns.count(b) != 0) {
-        key = "The statistical significance cannot be computed 2.";
+        key = msg::kNoteResponseWeightBelowTwo;
         first = control._smallColumns.count(a) != 0 ? catA : catB;
       } else if (control._zeroProportionColumns.count(a) != 0 ||
                  control._zeroProportionColumns.count(b) != 0) {
-        key = "The statistical significance cannot be computed 1";
+        key = msg::kNoteResponseRateExtreme;
         first = control._zeroProportionColumns.count(a) != 0 ? catA : catB;
       } else if (similar.count(static_cast<std::uint64_t>(b)) == 0) {
         key = "There is a statistically significant difference between ^1 and ^2.";

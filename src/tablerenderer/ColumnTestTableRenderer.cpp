@@ -14,6 +14,7 @@
 #include "host/output/BpComposite.h"
 #include "host/output/BpNumber.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxVariableName.h"
@@ -142,7 +143,7 @@ void ColumnTestTableRenderer::RenderTable(const std::vector<HeaderTreeNode*>& tr
 
 std::unique_ptr<BpCellText> ColumnTestTableRenderer::DispatchLongString(const std::string& text) {
   if (text.size() <= kLongestPiece) return std::make_unique<BpString>(text, false);
-  auto composite = std::make_unique<BpComposite>("[:^1:]1", true);
+  auto composite = std::make_unique<BpComposite>(msg::kJoinedText, true);
   composite->Sublist();
   for (std::size_t start = 0; start < text.size(); start += kLongestPiece) {
     composite->Add(BpString(text.substr(start, kLongestPiece), false));
@@ -313,7 +314,7 @@ void ColumnTestTableRenderer::WriteNotes(const SigTestSettings& settings, bool c
   std::unique_ptr<BpComposite> main;
   if (d._merged && settings._styleApa) {
     main = std::make_unique<BpComposite>(
-        "Values not sharing the same subscript are significantly different ^1 ^2", true);
+        msg::kNoteSubscripts, true);
     main->Add(BpNumber(settings._alpha, alphaFormat));
     main->Add(BpString(subject, true));
   } else if (!settings._alpha2Text.empty()) {
@@ -335,9 +336,9 @@ void ColumnTestTableRenderer::WriteNotes(const SigTestSettings& settings, bool c
 
   std::vector<const char*> further;
   if (settings._adjustType == PresentationCodes::kAdjustBonferroni) {
-    further.push_back("Tests are adjusted for all pairwise...");
+    further.push_back(msg::kNoteBonferroni);
   } else if (settings._adjustType == PresentationCodes::kAdjustBH) {
-    further.push_back("Tests are adjusted for all pairwise BH...");
+    further.push_back(msg::kNoteBenjaminiHochberg);
   }
   further.insert(further.end(), keys.begin(), keys.end());
   for (const char* key : further) {

@@ -14,6 +14,7 @@
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxConverterType.h"
@@ -147,9 +148,9 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
   if (hasTitle && !separateTests) {
     text = std::make_unique<BpString>(getUserText(title), false);
   } else if (_controlPackage) {
-    text = std::make_unique<BpString>("Results", true);
+    text = std::make_unique<BpString>(msg::kResults, true);
   } else {
-    auto numbered = std::make_unique<BpComposite>("Quilt Table ^1", true);
+    auto numbered = std::make_unique<BpComposite>(msg::kQuiltTableNumbered, true);
     numbered->Add(BpNumber(tableIndex, BpProcedure::Count()));
     numbered->Finish();
     text = std::move(numbered);
@@ -160,10 +161,10 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
     if (hasTitle) {
       text = std::make_unique<BpString>(getUserText(title), false);
     } else {
-      text = std::make_unique<BpString>("Quilt Table", true);
+      text = std::make_unique<BpString>(msg::kQuiltTable, true);
     }
   }
-  BpPivotTable pivot = _heading.PivotTable(*text, BpString("Quilt Table", true), true);
+  BpPivotTable pivot = _heading.PivotTable(*text, BpString(msg::kQuiltTable, true), true);
   if (!hasTitle) pivot.HideTitle();
   if (_mergedTests && !_apaMerged) pivot.SetProperty(BpPivotTable::kPropertyMergedTitle, *text);
   text.reset();
@@ -186,7 +187,7 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
 
   BpDimension::Place statPlace = BpDimension::kPlaceColumn;
   if (!_statsVisible) {
-    BpDimension statistics = pivot.Dimension(BpString("Statistics", true), BpPivotTable::kSortAsCreated);
+    BpDimension statistics = pivot.Dimension(BpString(msg::kStatistics, true), BpPivotTable::kSortAsCreated);
     statPlace = PlaceOfStatistics(table->GetStatPosition());
     statistics.Position(statPlace, 1, true, true);
     _statAxis = new TableAxis(statistics, statPlace, table->GetStatTree(), nullptr);
@@ -214,7 +215,7 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
       Render3DTable(table, cubes);
       break;
     default:
-      BpError(BpString("Internal Error: Wrong number of axis!", true), kBpShowAlways, kBpLevelWarning);
+      BpError(BpString(msg::kWrongNumberOfAxes, true), kBpShowAlways, kBpLevelWarning);
       break;
   }
 
@@ -241,13 +242,13 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, BpPivotTable& p
     if (trees.size() < 2) {
       const bool setsLeftOut = !setting._includeMRSets && HasSet(_subcommand);
       const char* key = setting._type == TableEncryptionCodes::kSigTestChiSquare
-                            ? (setsLeftOut ? "Chi-square skipped in ^1 table. Only excluded sets."
-                                           : "Chi-square skipped in ^1 table. No eligible cube.")
+                            ? (setsLeftOut ? msg::kChiSquareSkippedOnlyExcludedSets
+                                           : msg::kChiSquareSkippedNoEligibleCube)
                         : setting._type == TableEncryptionCodes::kSigTestProportions
-                            ? (setsLeftOut ? "Column proportions skipped in ^1 table. Only excluded sets."
-                                           : "Column proportions skipped in ^1 table. No eligible cube.")
-                            : (setsLeftOut ? "Pairwise comparisons skipped in ^1 table. Only excluded sets."
-                                           : "Pairwise comparisons skipped in ^1 table. No eligible cube.");
+                            ? (setsLeftOut ? msg::kColumnProportionsSkippedOnlyExcludedSets
+                                           : msg::kColumnProportionsSkippedNoEligibleCube)
+                            : (setsLeftOut ? msg::kPairwiseComparisonsSkippedOnlyExcludedSets
+                                           : msg::kPairwiseComparisonsSkippedNoEligibleCube);
       BpComposite skipped(key, true);
       if (_subcommand != nullptr && _subcommand->HasTitle()) {
         skipped.Add(BpString(getUserText(_subcommand->GetTitle()), false));
@@ -263,8 +264,8 @@ void TableDelivery::Data::RenderSigTestTables(QuiltTable* table, BpPivotTable& p
       continue;
     }
 
-    BpPivotTable testTable = _heading.PivotTable(BpString("Pearson Chi Square Tests", true),
-                                                 BpString("Pearson Chi Square Tests", true), true);
+    BpPivotTable testTable = _heading.PivotTable(BpString(msg::kPearsonChiSquareTests, true),
+                                                 BpString(msg::kPearsonChiSquareTests, true), true);
     std::unique_ptr<TableAxis> axes[3];
     for (std::size_t d = 0; d < trees.size() && d < 3; ++d) {
       BpDimension dimension =

@@ -17,6 +17,7 @@
 #include "host/output/BpNumber.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxCategoriesSubcommand.h"
 #include "parser/SyntaxConverterType.h"
@@ -355,7 +356,7 @@ void TableDelivery::Data::RenderCell(BpGroup& group, const BpCellText& label, co
   category.Cell(decorated);
   if (statFormat == StatTreeNode::kStatFormatVariable && !hidden && value1 != _sysmis && value2 != _sysmis &&
       value1 != value2) {
-    category.CellNote(BpAnnotation(BpString("Multiple modes exist. The smallest value is shown", true)));
+    category.CellNote(BpAnnotation(BpString(msg::kMultipleModes, true)));
   }
 }
 
@@ -385,6 +386,6 @@ void TableDelivery::Data::RenderNumericCell(BpCategory& category, int statFormat
   }
   category.Cell(BpNumber(value1, BpFormatSpec(*format)));
   if (statFormat == StatTreeNode::kStatFormatVariable && value2 != _sysmis && value1 != value2) {
-    category.CellNote(BpAnnotation(BpString("Multiple modes exist. The smallest value is shown", true)));
+    category.CellNote(BpAnnotation(BpString(msg::kMultipleModes, true)));
   }
 }

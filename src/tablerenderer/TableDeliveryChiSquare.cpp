@@ -20,6 +20,7 @@
 #include "host/output/BpNumber.h"
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SigTestSettings.h"
 #include "parser/SyntaxConverter.h"
 #include "parser/SyntaxConverterType.h"
@@ -77,22 +78,22 @@ void WriteTestCells(TableDelivery::Data& data, const std::vector<BPTreeNode*>& l
 
   BpCategory significance = SelectLeaf(leaves[static_cast<std::size_t>(first + 2)], data._dataSource);
   if (sameVariable) {
-    significance.CellNote(BpAnnotation(BpString("...row and column vars are same...", true)));
+    significance.CellNote(BpAnnotation(BpString(msg::kNoteSameRowAndColumnVariables, true)));
     return;
   }
   // The notes on expected counts only matter where a test was made.
   const bool tested = !IsMissing(result.significance);
   if (tested && result.significance < settings._alpha) {
-    BpComposite text("The Chi-square statistic is ^1...", true);
+    BpComposite text(msg::kNoteChiSquareSignificant, true);
     text.Add(BpNumber(settings._alpha, AlphaFormat(settings._alpha, settings._alphaText)));
     text.Finish();
     significance.CellNote(BpAnnotation(text, BpString("*", false)));
   }
-  if (tested && result.lowExpected) significance.CellNote(BpAnnotation(BpString("More than 20...", true)));
+  if (tested && result.lowExpected) significance.CellNote(BpAnnotation(BpString(msg::kNoteSmallExpectedCounts, true)));
   if (tested && result.minExpectedBelowOne) {
-    significance.CellNote(BpAnnotation(BpString("The minimum expected cell count...", true)));
+    significance.CellNote(BpAnnotation(BpString(msg::kNoteMinimumExpectedCount, true)));
   }
-  if (result.nonIntegerCounts) significance.CellNote(BpAnnotation(BpString("Some cell counts...", true)));
+  if (result.nonIntegerCounts) significance.CellNote(BpAnnotation(BpString(msg::kNoteChiSquareRounded, true)));
 }
 
 }  // namespace
@@ -112,8 +113,8 @@ void TableDelivery::Data::RenderChiSquareTable(QuiltTable* table, BpPivotTable& 
                              settings);
     }
   }
-  if (_subtotalsTested) pivot.Note(BpAnnotation(BpString("Tests are based on subtotals...", true)));
-  pivot.Caption(BpString("Results are based on nonempty...", true));
+  if (_subtotalsTested) pivot.Note(BpAnnotation(BpString(msg::kNoteTestsOnSubtotals, true)));
+  pivot.Caption(BpString(msg::kNoteNonemptyRowsAndColumns, true));
 }
 
 void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes,

@@ -47,25 +47,6 @@ protected:
   std::ostringstream _errors;
 };
 
-TEST_F(ProgramFixture, CommandWithoutTableExitsOneWithTheFatalMessageInJson) {
-  ProgramOptions options;
-  options.commandTexts = {"QUILT."};
-  options.format = "json";
-  EXPECT_EQ(Run(options), kExitCommandError);
-  const nlohmann::json document = nlohmann::json::parse(_output.str());
-  const std::string text = document.dump();
-  EXPECT_NE(text.find("TABLE subcommand"), std::string::npos) << text;
-  EXPECT_NE(text.find("fatal"), std::string::npos) << text;
-}
-
-TEST_F(ProgramFixture, UnterminatedQuoteIsReportedWithLineAndColumn) {
-  ProgramOptions options;
-  options.commandFiles = {Write("bad.qlt", "* first line\nQUILT /TITLES TITLE='open\n  /TABLE region.\n")};
-  options.format = "json";
-  EXPECT_EQ(Run(options), kExitCommandError);
-  EXPECT_NE(_output.str().find("bad.qlt:2:21: unterminated quoted text"), std::string::npos) << _output.str();
-}
-
 // The bad-input tour: each row sets up the files of one run (every run writes JSON to an
 // output file that already holds earlier results) and states the exit status and a piece
 // of the message that must name what is wrong and where. Status 2 leaves the output file
@@ -147,8 +128,6 @@ const TourCase kTour[] = {
      },
      2, "garbage.qlt:3: byte 0x00 at byte 22 of the file: the command file is not text"},
     // Empty inputs.
-    {"EmptyDataFile", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("empty.csv", ""); }, 2,
-     "empty.csv: the file is empty (it needs a header row of variable names)"},
     {"EmptyCommandFile",
      [](BadInputTour& t, ProgramOptions& o) { o.commandFiles = {t.Write("empty.qlt", "")}, o.commandTexts = {}; },
      2, "empty.qlt: no command to run (it is empty)"},
@@ -156,25 +135,10 @@ const TourCase kTour[] = {
      2, "<stdin>: no command to run (it is empty)"},
     {"HeaderOnly", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("header.csv", "region,gender\n"); },
      1, "There are no cases in the active data set"},
-    // The shape of the CSV text: what is refused, and what is read.
+    // A data file the loader refuses (its other refusals are cases of DatasetLoaderCsvTest).
     {"RaggedRows", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", "region,gender\n1,1\n2\n"); },
      2, "bad.csv:3: 1 field, but the header has 2 columns"},
-    {"ByteOrderMarkAndCrLf",
-     [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bom.csv", "\xEF\xBB\xBFregion\r\n7\r\n7\r\n"); }, 0,
-     R"("row":["region","7"])"},
-    {"QuotedLineEndsAndDoubledQuotes",
-     [](BadInputTour& t, ProgramOptions& o) {
-       o.dataPath = t.Write("quoted.csv", "region,note\n1,\"two\nlines\"\n2,\"say \"\"hi\"\"\"\n");
-       o.commandTexts = {"QUILT /TABLE note."};
-     },
-     0, R"(say \"hi\")"},
-    // Numbers that no double holds.
-    {"NumberOutOfRange", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(3, [](int i) { return i == 2 ? "1e400" : "1"; })); },
-     2, "bad.csv:4: column 'x': '1e400' is out of the range of numbers"},
-    {"NaNText", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(2, [](int i) { return i == 0 ? "2" : "nan"; })); },
-     2, "bad.csv:3: column 'x': 'nan' is not a number"},
-    {"InfText", [](BadInputTour& t, ProgramOptions& o) { o.dataPath = t.Write("bad.csv", Rows(1, [](int) { return "-Infinity"; })); },
-     2, "bad.csv:2: column 'x': '-Infinity' is not a number"},
+    // Sums no double holds.
     {"SumBeyondTheRange",
      [](BadInputTour& t, ProgramOptions& o) {
        o.dataPath = t.Write("huge.csv", Rows(3, [](int i) { return i < 2 ? "1e308" : "0.5"; }));
@@ -275,21 +239,6 @@ TEST_P(BadInputTour, ExitStatusMessageAndOutputFile) {
 
 INSTANTIATE_TEST_SUITE_P(QuiltProgram, BadInputTour, ::testing::ValuesIn(kTour),
                          [](const ::testing::TestParamInfo<TourCase>& info) { return std::string(info.param.name); });
-
-TEST_F(ProgramFixture, OutputGoesToTheOutputFile) {
-  const std::string outputPath = (_folder / "out.html").string();
-  ProgramOptions options;
-  options.commandTexts = {"QUILT."};
-  options.format = "html";
-  options.outputPath = outputPath;
-  EXPECT_EQ(Run(options), kExitCommandError);
-  EXPECT_EQ(_output.str(), "");
-  std::ifstream stream(outputPath);
-  std::stringstream written;
-  written << stream.rdbuf();
-  EXPECT_NE(written.str().find("<html"), std::string::npos);
-  EXPECT_NE(written.str().find("TABLE"), std::string::npos);
-}
 
 // The same tables from the plain file, from standard input (read by two commands, so the
 // second replays what the first read) and from a gzip file.

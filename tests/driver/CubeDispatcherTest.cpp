@@ -7,14 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "TableDumpChannel.h"
-#include "host/data/ActiveDataSet.h"
-#include "host/data/DatasetLoader.h"
-#include "host/data/HostRecords.h"
+#include "DriverRunFixture.h"
 #include "host/output/BpError.h"
-#include "host/output/OutputDocument.h"
-#include "host/tokens/Lexer.h"
-#include "quilt.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -23,29 +18,10 @@ namespace {
 // is a category only where the engine found it.
 constexpr const char* kLabelledG = R"({"variables": [{"name": "g", "values": {"1": "one"}}]})";
 
-/// Runs whole commands through the entry with the table dump switched on, so that a test
-/// sees which categories the engine found after each split group and what was reported.
-class DispatcherRun : public ::testing::Test {
-protected:
-  void TearDown() override {
-    TableDumpChannel::Install(nullptr);
-    OutputDocument::Install(nullptr);
-    ActiveDataSet::Clear();
-    ResetHostRecords();
-  }
-
-  void Install(const std::string& csv, const std::string& dictionary = "", DatasetLoadOptions options = {}) {
-    ActiveDataSet::Install(DatasetLoader::LoadText(csv, dictionary, options));
-    SetUpHostRecords(*ActiveDataSet::Get(), /*controlPackage=*/false);
-    OutputDocument::Install(&_document);
-    TableDumpChannel::Install(&_dump);
-  }
-
-  void Run(const std::string& text) {
-    LexedCommand command = Lexer::Lex(text);
-    quilt_(&command);
-  }
-
+/// Whole commands run through the entry, seen through the table dump (which categories the
+/// engine found after each split group) and what was reported.
+class DispatcherRun : public DriverRunFixture {
+ protected:
   /// The category labels of the final row tree of each dumped table, in order.
   std::vector<std::vector<std::string>> FinalRowCategories() const {
     std::vector<std::vector<std::string>> tables;
@@ -77,29 +53,27 @@ protected:
   }
 
   std::string DumpText() const { return _dump.str(); }
-
-  OutputDocument _document;
-  std::ostringstream _dump;
 };
 
 // Categories 2, 3 and 4 are held only by cases whose weight is zero, negative or missing:
-// the driver must not hand those cases to the engine, so only category 1 is found.
+// weighted, the driver must not hand those cases to the engine, so only category 1 is
+// found; unweighted, every case counts.
 TEST_F(DispatcherRun, CasesWithoutPositiveWeightNeverReachTheEngine) {
-  DatasetLoadOptions options;
-  options.weightVariable = "wt";
-  Install("g,wt\n1,1\n1,2.5\n2,0\n3,-1\n4,\n", kLabelledG, options);
-  Run("QUILT /TABLE g");
-  const auto tables = FinalRowCategories();
-  ASSERT_EQ(tables.size(), 1u);
-  EXPECT_EQ(tables[0], (std::vector<std::string>{"one"}));
-}
-
-TEST_F(DispatcherRun, UnweightedRunCountsEveryCase) {
-  Install("g,wt\n1,1\n1,2.5\n2,0\n3,-1\n4,\n", kLabelledG);
-  Run("QUILT /TABLE g");
-  const auto tables = FinalRowCategories();
-  ASSERT_EQ(tables.size(), 1u);
-  EXPECT_EQ(tables[0], (std::vector<std::string>{"one", "", "", ""}));
+  for (const bool weighted : {true, false}) {
+    SCOPED_TRACE(weighted ? "weighted" : "unweighted");
+    DatasetLoadOptions options;
+    if (weighted) options.weightVariable = "wt";
+    Install("g,wt\n1,1\n1,2.5\n2,0\n3,-1\n4,\n", kLabelledG, options);
+    _dump.str("");
+    Run("QUILT /TABLE g");
+    const auto tables = FinalRowCategories();
+    ASSERT_EQ(tables.size(), 1u);
+    const std::vector<std::string> expected =
+        weighted ? std::vector<std::string>{"one"} : std::vector<std::string>{"one", "", "", ""};
+    EXPECT_EQ(tables[0], expected);
+    ActiveDataSet::Clear();
+    ResetHostRecords();
+  }
 }
 
 struct WarningCase {
@@ -130,11 +104,9 @@ INSTANTIATE_TEST_SUITE_P(
     Tables, DispatcherWarnings,
     ::testing::Values(
         WarningCase{"RemovedVariableByNumber", "g,h\n1,\n2,\n", "QUILT /TABLE g /TABLE g BY h",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "2"}},
+                    msg::kVariablesRemoved, {"h", "2"}},
         WarningCase{"RemovedVariableByTitle", "g,h\n1,\n2,\n", "QUILT /TABLE g BY h /TITLES TITLE='Brand by age'",
-                    "Variables [%1:,^1:]1 removed from table ^2 ...", {"h", "Brand by age"}},
-        WarningCase{"ScaleWithoutValidCase", "g,s\n1,\n2,\n", "QUILT /TABLE g BY s [S][MEAN]",
-                    "No cases for scale variables [%1:,^1:]1 in table ^2 ...", {"s", "1"}}),
+                    msg::kVariablesRemoved, {"h", "Brand by age"}}),
     [](const ::testing::TestParamInfo<WarningCase>& info) { return info.param.name; });
 
 // Wave 1 finds value 2 besides the labelled 1; wave 2 finds 3, 4 and 5: each group starts clean.
@@ -159,28 +131,6 @@ TEST_F(DispatcherRun, SharedRowVariableServesBothSubTables) {
   ASSERT_EQ(tables.size(), 1u);
   EXPECT_EQ(tables[0], (std::vector<std::string>{"one", "", ""}));
   EXPECT_TRUE(Warnings().empty());
-}
-
-}  // namespace
-
-namespace {
-
-// An identifier used as a category: 60,001 distinct values are more than cell keys address.
-// The command ends with a message naming the variable instead of a failed assertion.
-TEST_F(DispatcherRun, TooManyDistinctValuesEndTheCommandNamingTheVariable) {
-  std::string csv = "id\n";
-  for (int value = 0; value <= 60000; ++value) csv += std::to_string(value) + "\n";
-  Install(csv);
-  Run("QUILT /TABLE id [C]");
-  const OutputItem* fatal = nullptr;
-  for (const OutputItem* message : _document.Messages()) {
-    if (message->GetLevel() == kBpLevelFatal) fatal = message;
-  }
-  ASSERT_NE(fatal, nullptr);
-  EXPECT_EQ(fatal->GetKey(), "Variable ^1 has more than ^2 distinct values ...");
-  ASSERT_EQ(fatal->GetArguments().size(), 2u);
-  EXPECT_EQ(fatal->GetArguments()[0], "id");
-  EXPECT_EQ(DumpText(), "");  // no table was built
 }
 
 }  // namespace

@@ -6,17 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "host/data/ActiveDataSet.h"
-#include "host/data/Dataset.h"
-#include "host/data/DatasetLoader.h"
-#include "host/data/HostRecords.h"
+#include "DriverRunFixture.h"
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/output/BpError.h"
-#include "host/output/BpProcedure.h"
-#include "host/output/OutputDocument.h"
-#include "host/tokens/Lexer.h"
-#include "quilt.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -27,48 +21,15 @@ constexpr const char* kSmallSurvey =
     "1,2,2,2\n"
     "3,1,3,\n";
 
-/// Installs a data set and a fresh output document for one test, and puts both back.
-class RunFixture : public ::testing::Test {
-protected:
-  void TearDown() override {
-    OutputDocument::Install(nullptr);
-    ActiveDataSet::Clear();
-    ResetHostRecords();
-  }
-
-  void Install(const std::string& csv, DatasetLoadOptions options = {}) {
-    ActiveDataSet::Install(DatasetLoader::LoadText(csv, "", options));
-    SetUpHostRecords(*ActiveDataSet::Get(), /*controlPackage=*/false);
-    OutputDocument::Install(&_document);
-  }
-
-  void RunCommand(const std::string& text) {
-    LexedCommand command = Lexer::Lex(text);
-    quilt_(&command);
-  }
-
-  /// Runs the data pass of a driver whose command declared no table.
-  void RunDataPass() {
-    ProcedureDataSource dataSource;
-    QuiltDriver driver(&dataSource);
-    std::unique_ptr<TARN_InputCaseIterator> iterator(dataSource.MakeIterator(nullptr));
-    driver.CreateCubeDispatchers(dynamic_cast<ProcDSIterator*>(iterator.get()));
-    BpProcedure procedure("Quilt", 4);
-    driver.AggregateAndBuildTables(&procedure, /*controlPackageMode=*/false);
-  }
-
-  std::vector<const OutputItem*> Messages() const { return _document.Messages(); }
-
-  OutputDocument _document;
-};
+using RunFixture = DriverRunFixture;
 
 TEST_F(RunFixture, CommandWithoutTableEndsFatallyNamingTheMissingSubcommand) {
   Install(kSmallSurvey);
-  RunCommand("QUILT");
-  const auto messages = Messages();
+  Run("QUILT");
+  const auto messages = _document.Messages();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Missing ^2 subcommand.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kMissingSubcommand);
   EXPECT_EQ(messages[0]->GetArguments(), (std::vector<std::string>{"QUILT", "TABLE"}));
 }
 
@@ -81,11 +42,11 @@ class IncorrectSequences : public RunFixture, public ::testing::WithParamInterfa
 
 TEST_P(IncorrectSequences, EndTheCommandBeforeAnyCaseIsRead) {
   Install(kSmallSurvey);
-  RunCommand(GetParam().command);
-  const auto messages = Messages();
+  Run(GetParam().command);
+  const auto messages = _document.Messages();
   ASSERT_EQ(messages.size(), 1u) << GetParam().command;
   EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "Subcommand ^1. Incorrect Sequence ^2.");
+  EXPECT_EQ(messages[0]->GetKey(), msg::kIncorrectSequence);
   ASSERT_EQ(messages[0]->GetArguments().size(), 2u);
   EXPECT_EQ(messages[0]->GetArguments()[1], GetParam().offendingText);
 }
@@ -101,7 +62,7 @@ TEST_P(HostWords, AreRestoredAfterTheCommand) {
   Install(kSmallSurvey);
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 7);
   WriteHostWord(CmnGlb, kCmnGlbSecondWordOffset, -12345);
-  RunCommand(GetParam());
+  Run(GetParam());
   EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), 7);
   EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbSecondWordOffset), -12345);
 }
@@ -119,7 +80,7 @@ class CallerIds : public RunFixture, public ::testing::WithParamInterface<Caller
 TEST_P(CallerIds, ChooseTheProcedureTitle) {
   Install(kSmallSurvey);
   SetFrontEndId(GetParam().frontEndId);
-  RunCommand("QUILT");
+  Run("QUILT");
   const auto items = _document.Items();
   ASSERT_FALSE(items.empty());
   EXPECT_EQ(items[0]->GetKind(), OutputItem::kHeading);
@@ -131,41 +92,6 @@ INSTANTIATE_TEST_SUITE_P(QuiltDriver, CallerIds,
                                            CallerCase{"kz", "Control Package Test"},
                                            CallerCase{"KY", "Quilt"}));
 
-TEST_F(RunFixture, ActiveFileWithoutCasesIsFatal) {
-  Install("region,gender\n");
-  RunDataPass();
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(messages[0]->GetKey(), "No cases in the active file ...");
-}
-
-TEST_F(RunFixture, LayeredSplitsAreReportedOnceAfterThePass) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  options.splitLayout = "layered";
-  Install(kSmallSurvey, options);
-  RunDataPass();
-  const auto messages = Messages();
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0]->GetLevel(), kBpLevelWarning);
-  EXPECT_EQ(messages[0]->GetKey(), "Splits as rows not processed ...");
-}
-
-TEST_F(RunFixture, SeparateSplitsAndUnsplitDataPassWithoutMessages) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  Install(kSmallSurvey, options);
-  RunDataPass();
-  EXPECT_TRUE(Messages().empty());
-
-  OutputDocument::Install(nullptr);
-  _document.Clear();
-  Install(kSmallSurvey);
-  RunDataPass();
-  EXPECT_TRUE(Messages().empty());
-}
-
 TEST_F(RunFixture, SplitTextNamesEachSplitVariableAndItsValue) {
   const std::string dictionary = R"({
     "variables": [
@@ -176,8 +102,7 @@ TEST_F(RunFixture, SplitTextNamesEachSplitVariableAndItsValue) {
     ],
     "split": {"variables": ["wave", "region"], "layout": "separate"}
   })";
-  ActiveDataSet::Install(DatasetLoader::LoadText(kSmallSurvey, dictionary, {}));
-  OutputDocument::Install(&_document);
+  Install(kSmallSurvey, dictionary);
   ProcedureDataSource dataSource;
   QuiltDriver driver(&dataSource);
   std::unique_ptr<TARN_InputCaseIterator> iterator(dataSource.MakeIterator(nullptr));
@@ -186,20 +111,6 @@ TEST_F(RunFixture, SplitTextNamesEachSplitVariableAndItsValue) {
   ASSERT_NE(caseIterator->NextCase(), 0);
   // A labelled value shows its label; an unlabelled one its formatted value, trimmed.
   EXPECT_EQ(driver.getSplitText(), "Survey wave: First, region: 1.00");
-}
-
-TEST_F(RunFixture, SplitTextIsEmptyWhenGroupsAreLaidOutTogether) {
-  DatasetLoadOptions options;
-  options.splitVariables = {"wave"};
-  options.splitLayout = "layered";
-  Install(kSmallSurvey, options);
-  ProcedureDataSource dataSource;
-  QuiltDriver driver(&dataSource);
-  std::unique_ptr<TARN_InputCaseIterator> iterator(dataSource.MakeIterator(nullptr));
-  auto* caseIterator = dynamic_cast<ProcDSIterator*>(iterator.get());
-  driver.CreateCubeDispatchers(caseIterator);
-  ASSERT_NE(caseIterator->NextCase(), 0);
-  EXPECT_EQ(driver.getSplitText(), "");
 }
 
 }  // namespace

@@ -6,14 +6,8 @@
 #include <vector>
 
 #include "GoldenFile.h"
-#include "TableDumpChannel.h"
-#include "host/data/ActiveDataSet.h"
-#include "host/data/DatasetLoader.h"
-#include "host/data/HostRecords.h"
+#include "DriverRunFixture.h"
 #include "host/output/BpError.h"
-#include "host/output/OutputDocument.h"
-#include "host/tokens/Lexer.h"
-#include "quilt.h"
 
 namespace {
 
@@ -46,38 +40,23 @@ struct SplitCase {
 /// Runs a whole command through the entry, split by wave, and gathers what a golden file
 /// should hold: the command, every message the run gave, and the dump of each table after
 /// each split group, trees as the renderer left them.
-class SplitGroupTables : public ::testing::TestWithParam<SplitCase> {
+class SplitGroupTables : public DriverRunFixture, public ::testing::WithParamInterface<SplitCase> {
  protected:
-  void TearDown() override {
-    TableDumpChannel::Install(nullptr);
-    OutputDocument::Install(nullptr);
-    ActiveDataSet::Clear();
-    ResetHostRecords();
-  }
-
-  std::string Run(const std::string& command) {
+  std::string RunSplitByWave(const std::string& command) {
     DatasetLoadOptions options;
     options.splitVariables = {"wave"};
     options.splitLayout = "separate";
-    ActiveDataSet::Install(DatasetLoader::LoadText(kSplitCsv, kSplitDictionary, options));
-    SetUpHostRecords(*ActiveDataSet::Get(), /*controlPackage=*/false);
-    OutputDocument document;
-    std::ostringstream dump;
-    OutputDocument::Install(&document);
-    TableDumpChannel::Install(&dump);
-    LexedCommand lexed = Lexer::Lex(command);
-    quilt_(&lexed);
+    Install(kSplitCsv, kSplitDictionary, options);
+    Run(command);
     std::ostringstream out;
     out << "Command: " << command << "\n";
     out << "Messages of the whole run:\n";
-    for (const OutputItem* message : document.Messages()) {
+    for (const OutputItem* message : _document.Messages()) {
       out << "Message level=" << message->GetLevel() << " " << message->GetKey();
       for (const std::string& argument : message->GetArguments()) out << " | " << argument;
       out << "\n";
     }
-    out << "Tables as built after each group:\n" << dump.str();
-    TableDumpChannel::Install(nullptr);
-    OutputDocument::Install(nullptr);
+    out << "Tables as built after each group:\n" << _dump.str();
     return out.str();
   }
 };
@@ -94,7 +73,7 @@ class SplitGroupTables : public ::testing::TestWithParam<SplitCase> {
 // - split_different_categories: the same preliminary trees give g one, two and k one in
 //   wave 1, and g three, four and k one, two in wave 2.
 TEST_P(SplitGroupTables, DumpMatches) {
-  const std::string actual = Run(GetParam().command);
+  const std::string actual = RunSplitByWave(GetParam().command);
   EXPECT_TRUE(MatchesGoldenFile(std::string("tablebuilder/") + GetParam().name + ".txt", actual));
 }
 

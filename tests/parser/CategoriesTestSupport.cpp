@@ -7,6 +7,7 @@
 #include "host/data/DatasetLoader.h"
 #include "host/data/ObsValue.h"
 #include "host/data/ProcedureDataSource.h"
+#include "host/data/VariableSet.h"
 #include "host/engine/ParsedCategory.h"
 #include "host/output/BpComposite.h"
 #include "host/tokens/CommandSplitter.h"
@@ -17,6 +18,71 @@
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxVariableName.h"
+
+namespace {
+
+// Members chosen to provoke every check of a set: string members of widths 4 and 8, labels
+// that agree or contradict, user-missing definitions that agree or not, and a member that
+// is called MISSING.
+const char* const kCsv =
+    "g,s4,s8,c1,c2,c3,c4,d1,d2,d3,d4,missing\n"
+    "1,ab,abcdefgh,1,2,1,1,1,0,1,1,1\n"
+    "2,cd,efgh,2,3,2,2,0,1,1,0,0\n";
+
+const char* const kDictionary = R"({
+  "variables": [
+    {"name": "g", "values": {"1": "One", "2": "Two"}, "measure": "nominal"},
+    {"name": "s4", "type": "string", "width": 4},
+    {"name": "s8", "type": "string", "width": 8},
+    {"name": "c1", "measure": "nominal", "values": {"1": "One", "2": "Two"}, "missing": {"values": [9]}},
+    {"name": "c2", "measure": "nominal", "values": {"1": "Uno", "3": "Three"}},
+    {"name": "c3", "measure": "nominal", "values": {"1": "One"}, "missing": {"values": [9]}},
+    {"name": "c4", "measure": "nominal", "values": {"2": "Two"}, "missing": {"values": [8]}},
+    {"name": "d1", "label": "Same", "measure": "nominal", "values": {"1": "Yes"}},
+    {"name": "d2", "label": "Same", "measure": "nominal", "values": {"1": "Ja"}},
+    {"name": "d3", "label": "Third", "measure": "nominal", "values": {"1": "Yes"}},
+    {"name": "d4", "label": "Fourth", "measure": "nominal", "values": {"1": "Yes"}},
+    {"name": "missing", "label": "Called missing", "measure": "nominal"}
+  ],
+  "mrsets": [
+    {"name": "$wide", "type": "dichotomies", "counted": "ab", "variables": ["s4", "s8"]},
+    {"name": "$over", "type": "dichotomies", "counted": "abcde", "variables": ["s4", "s8"]},
+    {"name": "$labels", "type": "categories", "variables": ["c1", "c2"]},
+    {"name": "$agree", "type": "categories", "variables": ["c1", "c3"]},
+    {"name": "$disagree", "type": "categories", "variables": ["c3", "c4"]},
+    {"name": "$samevar", "type": "dichotomies", "counted": 1, "variables": ["d1", "d2"]},
+    {"name": "$yesja", "type": "dichotomies", "counted": 1, "variables": ["d3", "d2"]},
+    {"name": "$named", "type": "dichotomies", "counted": 1, "variables": ["d3", "d4"],
+     "labels": "countedvaluelabels"},
+    {"name": "$withmissing", "type": "dichotomies", "counted": 1, "variables": ["d3", "missing"]}
+  ]
+})";
+
+}  // namespace
+
+std::shared_ptr<const Dataset> SetsDataset() {
+  static std::shared_ptr<const Dataset> dataset;
+  if (!dataset) {
+    std::shared_ptr<Dataset> loaded = DatasetLoader::LoadText(kCsv, kDictionary, DatasetLoadOptions());
+    // The loader refuses a counted value that is no number for numeric members; the host may
+    // still hand one over, so these are added by hand.
+    for (const char* counted : {"1x", "1.5"}) {
+      VariableSet set;
+      set.SetName(std::string("$counted") + (counted[1] == 'x' ? "bad" : "half"));
+      set.SetType(VariableSet::kMR_Dichotomy);
+      set.SetValue(counted);
+      set.SetVariableNames({"d3", "d4"});
+      loaded->AddVariableSet(set);
+    }
+    VariableSet broken;
+    broken.SetName("$broken");
+    broken.SetType(VariableSet::kMR_Category);
+    broken.SetVariableNames({"c1", "nosuch"});
+    loaded->AddVariableSet(broken);
+    dataset = loaded;
+  }
+  return dataset;
+}
 
 std::shared_ptr<const Dataset> SurveyDataset() {
   static std::shared_ptr<const Dataset> dataset = DatasetLoader::LoadFiles(

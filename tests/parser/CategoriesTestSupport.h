@@ -44,6 +44,12 @@ class KeptParse {
 
 /// The sample survey, loaded once.
 std::shared_ptr<const Dataset> SurveyDataset();
+/// A small dictionary whose sets provoke every check of a multiple-response set: string
+/// members of widths 4 and 8 ($wide, $over), members whose labels or user-missing values
+/// agree or contradict ($labels, $agree, $disagree, $samevar, $yesja), counted values that
+/// are no number ($countedbad, $countedhalf), a member called MISSING ($withmissing) and a
+/// member the dictionary lacks ($broken). Loaded once.
+std::shared_ptr<const Dataset> SetsDataset();
 
 /// A compact text of one ParsedCategory, for comparisons in tests: "value 3", "range 1..3",
 /// "lo ..2", "hi 4..", "all", "missing", "othernm", "subtotal 'x'", "hsubtotal 'x'",

@@ -8,6 +8,7 @@
 
 #include "SubcommandTestSupport.h"
 #include "host/engine/TableEncryptionCodes.h"
+#include "host/output/MessageKeys.h"
 #include "parser/PresentationCodes.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxConverter.h"
@@ -20,8 +21,6 @@
 
 namespace {
 
-const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
-const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
 constexpr int kWarningLevel = 2;  // kBpLevelWarning
 
 SyntaxTableSubcommand& FirstTable(SyntaxTablesCommand& root) {
@@ -51,10 +50,7 @@ void PrintTo(const DuplicateCase& row, std::ostream* out) {
   *out << row.command;
 }
 
-class DuplicateWarnings : public ::testing::TestWithParam<DuplicateCase> {
- protected:
-  void TearDown() override { SyntaxConverter::SetBaseWeightVarIndex(-1); }
-};
+class DuplicateWarnings : public ::testing::TestWithParam<DuplicateCase> {};
 
 TEST_P(DuplicateWarnings, WarnOnceAndKeepTheLaterValue) {
   const DuplicateCase& row = GetParam();
@@ -76,7 +72,7 @@ using PC = PresentationCodes;
 
 const DuplicateCase kDuplicateCases[] = {
     // Subcommands that may stand once: the root warns, and only the latest one is read.
-    {"FormatSubcommandTwice", "QUILT /FORMAT EMPTY=BLANK MISSING='x' /FORMAT MISSING='-' /TABLE a.", kDuplicate,
+    {"FormatSubcommandTwice", "QUILT /FORMAT EMPTY=BLANK MISSING='x' /FORMAT MISSING='-' /TABLE a.", msg::kDuplicateWarning,
      {"QUILT", "FORMAT"},
      [](SyntaxTablesCommand& root) {
        const TableSettings& settings = FirstTable(root).GetTableSettings();
@@ -84,15 +80,15 @@ const DuplicateCase kDuplicateCases[] = {
        // The earlier EMPTY=BLANK does not leak through: the second FORMAT stands alone.
        EXPECT_EQ(settings.GetEmptyStringType(), PC::kEmptyFormatZero);
      }},
-    {"SMissingSubcommandTwice", "QUILT /SMISSING VARIABLE /SMISSING LISTWISE /TABLE a.", kDuplicate,
+    {"SMissingSubcommandTwice", "QUILT /SMISSING VARIABLE /SMISSING LISTWISE /TABLE a.", msg::kDuplicateWarning,
      {"QUILT", "SMISSING"},
      [](SyntaxTablesCommand& root) { EXPECT_FALSE(FirstTable(root).GetTableSettings().GetIsPairwise()); }},
-    {"HideSmallCountsSubcommandTwice", "QUILT /HIDESMALLCOUNTS COUNT=9 /HIDESMALLCOUNTS /TABLE a.", kDuplicate,
+    {"HideSmallCountsSubcommandTwice", "QUILT /HIDESMALLCOUNTS COUNT=9 /HIDESMALLCOUNTS /TABLE a.", msg::kDuplicateWarning,
      {"QUILT", "HIDESMALLCOUNTS"},
      // The later subcommand has no COUNT, so its own default of 5 stands, not the earlier 9.
      [](SyntaxTablesCommand& root) { EXPECT_EQ(root.GetHideSmallCountsValue(), 5); }},
     {"MRSetsSubcommandTwice", "QUILT /MRSETS COUNTDUPLICATES=NO /MRSETS COUNTDUPLICATES=YES /TABLE $dich.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"QUILT", "MRSETS"},
      [](SyntaxTablesCommand& root) {
        const auto* set = dynamic_cast<const SyntaxMRVariableSet*>(VariableOf(root, "$dich"));
@@ -101,39 +97,39 @@ const DuplicateCase kDuplicateCases[] = {
      }},
 
     // A keyword repeated inside one global subcommand.
-    {"FormatMissingTwice", "QUILT /FORMAT MISSING='a' MISSING='b' /TABLE a.", kDuplicate, {"FORMAT", "MISSING"},
+    {"FormatMissingTwice", "QUILT /FORMAT MISSING='a' MISSING='b' /TABLE a.", msg::kDuplicateWarning, {"FORMAT", "MISSING"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTableSettings().GetMissingString(), "b"); }},
-    {"FormatMinColWidthTwice", "QUILT /FORMAT MINCOLWIDTH=20 MINCOLWIDTH=30 /TABLE a.", kDuplicate,
+    {"FormatMinColWidthTwice", "QUILT /FORMAT MINCOLWIDTH=20 MINCOLWIDTH=30 /TABLE a.", msg::kDuplicateWarning,
      {"FORMAT", "MINCOLWIDTH"},
      [](SyntaxTablesCommand& root) {
        EXPECT_DOUBLE_EQ(FirstTable(root).GetTableSettings().GetMinColumnWidthPoints(), 30.0);
      }},
-    {"FormatEmptyTwice", "QUILT /FORMAT EMPTY=BLANK EMPTY='n/a' /TABLE a.", kDuplicate, {"FORMAT", "EMPTY"},
+    {"FormatEmptyTwice", "QUILT /FORMAT EMPTY=BLANK EMPTY='n/a' /TABLE a.", msg::kDuplicateWarning, {"FORMAT", "EMPTY"},
      [](SyntaxTablesCommand& root) {
        const TableSettings& settings = FirstTable(root).GetTableSettings();
        EXPECT_EQ(settings.GetEmptyStringType(), PC::kString);
        EXPECT_EQ(settings.GetEmptyString(), "n/a");
      }},
-    {"SMissingWordTwice", "QUILT /SMISSING LISTWISE VARIABLE /TABLE a.", kDuplicate, {"SMISSING", "VARIABLE"},
+    {"SMissingWordTwice", "QUILT /SMISSING LISTWISE VARIABLE /TABLE a.", msg::kDuplicateWarning, {"SMISSING", "VARIABLE"},
      [](SyntaxTablesCommand& root) { EXPECT_TRUE(FirstTable(root).GetTableSettings().GetIsPairwise()); }},
-    {"HideSmallCountsCountTwice", "QUILT /HIDESMALLCOUNTS COUNT=3 COUNT=4 /TABLE a.", kDuplicate,
+    {"HideSmallCountsCountTwice", "QUILT /HIDESMALLCOUNTS COUNT=3 COUNT=4 /TABLE a.", msg::kDuplicateWarning,
      {"HIDESMALLCOUNTS", "COUNT"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(root.GetHideSmallCountsValue(), 4); }},
     {"MRSetsCountDuplicatesTwice", "QUILT /MRSETS COUNTDUPLICATES=YES COUNTDUPLICATES=NO /TABLE $dich.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"MRSETS", "COUNTDUPLICATES"},
      [](SyntaxTablesCommand& root) {
        const auto* set = dynamic_cast<const SyntaxMRVariableSet*>(VariableOf(root, "$dich"));
        ASSERT_NE(set, nullptr);
        EXPECT_FALSE(set->GetCountDuplicates());
      }},
-    {"VLabelsDisplayTwice", "QUILT /VLABELS VARIABLES=a DISPLAY=NAME DISPLAY=BOTH /TABLE a.", kDuplicate,
+    {"VLabelsDisplayTwice", "QUILT /VLABELS VARIABLES=a DISPLAY=NAME DISPLAY=BOTH /TABLE a.", msg::kDuplicateWarning,
      {"VLABELS", "DISPLAY"},
      [](SyntaxTablesCommand& root) {
        ASSERT_NE(VariableOf(root, "a"), nullptr);
        EXPECT_EQ(VariableOf(root, "a")->GetVLabelsOption(), PC::kVLabelBoth);
      }},
-    {"VLabelsVariablesTwice", "QUILT /VLABELS VARIABLES=a VARIABLES=b DISPLAY=NAME /TABLE a + b.", kDuplicate,
+    {"VLabelsVariablesTwice", "QUILT /VLABELS VARIABLES=a VARIABLES=b DISPLAY=NAME /TABLE a + b.", msg::kDuplicateWarning,
      {"VLABELS", "VARIABLES"},
      [](SyntaxTablesCommand& root) {
        ASSERT_NE(VariableOf(root, "b"), nullptr);
@@ -141,7 +137,7 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(VariableOf(root, "a")->GetVLabelsOption(), PC::kVLabelDefault);
        EXPECT_EQ(VariableOf(root, "b")->GetVLabelsOption(), PC::kVLabelName);
      }},
-    {"VLabelsSetTwice", "QUILT /VLABELS VARIABLES=$dich a $dich DISPLAY=NONE /TABLE $dich.", kDuplicate,
+    {"VLabelsSetTwice", "QUILT /VLABELS VARIABLES=$dich a $dich DISPLAY=NONE /TABLE $dich.", msg::kDuplicateWarning,
      {"VLABELS", "$dich"},
      [](SyntaxTablesCommand& root) {
        ASSERT_NE(VariableOf(root, "$dich"), nullptr);
@@ -149,76 +145,76 @@ const DuplicateCase kDuplicateCases[] = {
      }},
     {"PPropertiesLabelTwice",
      "QUILT /PCOMPUTE &c = EXPR([1] + [2]) /PPROPERTIES &c LABEL='first' LABEL='second' 'line' /TABLE a.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"PPROPERTIES", "LABEL"},
      [](SyntaxTablesCommand& root) {
        ASSERT_EQ(root.GetPPropertiesSubcommands().size(), 1u);
        EXPECT_EQ(root.GetPPropertiesSubcommands()[0]->GetPLabel(), (std::vector<std::string>{"second", "line"}));
      }},
     {"PPropertiesFormatTwice", "QUILT /PCOMPUTE &c = EXPR([1] + [2]) /PPROPERTIES &c FORMAT=COUNT FORMAT=MEAN /TABLE a.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"PPROPERTIES", "FORMAT"},
      [](SyntaxTablesCommand& root) {
        const auto& formats = root.GetPPropertiesSubcommands().at(0)->GetPFormat();
        ASSERT_EQ(formats.size(), 1u);
        EXPECT_EQ(formats[0]->GetStatType(), TEC::kStatMean);
      }},
-    {"WeightVariableTwice", "QUILT /WEIGHT VARIABLE=a VARIABLE=w /TABLE b.", kDuplicate, {"WEIGHT", "VARIABLE"},
+    {"WeightVariableTwice", "QUILT /WEIGHT VARIABLE=a VARIABLE=w /TABLE b.", msg::kDuplicateWarning, {"WEIGHT", "VARIABLE"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(root.GetBaseWeightVarName(), "w");
        EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 4);  // w is the fifth column of the test data
      }},
 
     // Table-level subcommands: a keyword twice in one subcommand.
-    {"SLabelsPositionTwice", "QUILT /TABLE a /SLABELS POSITION=ROW POSITION=LAYER.", kDuplicate,
+    {"SLabelsPositionTwice", "QUILT /TABLE a /SLABELS POSITION=ROW POSITION=LAYER.", msg::kDuplicateWarning,
      {"SLABELS", "POSITION"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(FirstTable(root).GetTableSettings().GetSLabelPosition(), PC::kSLabelLayer);
      }},
-    {"SLabelsVisibleTwice", "QUILT /TABLE a /SLABELS VISIBLE=YES VISIBLE=NO.", kDuplicate, {"SLABELS", "VISIBLE"},
+    {"SLabelsVisibleTwice", "QUILT /TABLE a /SLABELS VISIBLE=YES VISIBLE=NO.", msg::kDuplicateWarning, {"SLABELS", "VISIBLE"},
      [](SyntaxTablesCommand& root) { EXPECT_FALSE(FirstTable(root).GetTableSettings().GetSLabelVisibility()); }},
     {"CLabelsOptionTwice", "QUILT /TABLE a [C] BY b [C] /CLABELS ROWLABELS=OPPOSITE COLLABELS=LAYER.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"CLABELS", "COLLABELS"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(FirstTable(root).GetTableSettings().GetCLabelOption(), TEC::kCLabelColLayer);
      }},
-    {"CLabelsAutoAfterAMove", "QUILT /TABLE a [C] BY b [C] /CLABELS ROWLABELS=OPPOSITE AUTO.", kDuplicate,
+    {"CLabelsAutoAfterAMove", "QUILT /TABLE a [C] BY b [C] /CLABELS ROWLABELS=OPPOSITE AUTO.", msg::kDuplicateWarning,
      {"CLABELS", "AUTO"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(FirstTable(root).GetTableSettings().GetCLabelOption(), TEC::kCLabelAuto);
      }},
-    {"CriteriaCILevelTwice", "QUILT /TABLE a /CRITERIA CILEVEL=90 CILEVEL=99.", kDuplicate, {"CRITERIA", "CILEVEL"},
+    {"CriteriaCILevelTwice", "QUILT /TABLE a /CRITERIA CILEVEL=90 CILEVEL=99.", msg::kDuplicateWarning, {"CRITERIA", "CILEVEL"},
      [](SyntaxTablesCommand& root) {
        const TableSettings& settings = FirstTable(root).GetTableSettings();
        EXPECT_DOUBLE_EQ(settings.GetCILevelValue(), 99.0);
        EXPECT_EQ(settings.GetCILevelString(), "99");
      }},
-    {"TitlesTitleTwice", "QUILT /TABLE a /TITLES TITLE='first' TITLE='second'.", kDuplicate, {"TITLES", "TITLE"},
+    {"TitlesTitleTwice", "QUILT /TABLE a /TITLES TITLE='first' TITLE='second'.", msg::kDuplicateWarning, {"TITLES", "TITLE"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTitle(), "second"); }},
-    {"TitlesCaptionTwice", "QUILT /TABLE a /TITLES CAPTION='first' CAPTION='second'.", kDuplicate,
+    {"TitlesCaptionTwice", "QUILT /TABLE a /TITLES CAPTION='first' CAPTION='second'.", msg::kDuplicateWarning,
      {"TITLES", "CAPTION"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTableSettings().GetCaption(), "second"); }},
-    {"TitlesCornerTwice", "QUILT /TABLE a /TITLES CORNER='first' CORNER='second'.", kDuplicate,
+    {"TitlesCornerTwice", "QUILT /TABLE a /TITLES CORNER='first' CORNER='second'.", msg::kDuplicateWarning,
      {"TITLES", "CORNER"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTableSettings().GetCornerText(), "second"); }},
 
     // The same table-level subcommand twice: the table itself warns.
-    {"TwoTitlesSubcommands", "QUILT /TABLE a /TITLES TITLE='first' /TITLES TITLE='second'.", kDuplicate,
+    {"TwoTitlesSubcommands", "QUILT /TABLE a /TITLES TITLE='first' /TITLES TITLE='second'.", msg::kDuplicateWarning,
      {"TITLES", "TITLE"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTitle(), "second"); }},
-    {"TwoSLabelsSubcommands", "QUILT /TABLE a /SLABELS POSITION=ROW /SLABELS POSITION=COLUMN.", kDuplicate,
+    {"TwoSLabelsSubcommands", "QUILT /TABLE a /SLABELS POSITION=ROW /SLABELS POSITION=COLUMN.", msg::kDuplicateWarning,
      {"SLABELS", "POSITION"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(FirstTable(root).GetTableSettings().GetSLabelPosition(), PC::kSLabelColumn);
      }},
-    {"TwoSLabelsVisibilities", "QUILT /TABLE a /SLABELS VISIBLE=NO /SLABELS VISIBLE=YES.", kDuplicate,
+    {"TwoSLabelsVisibilities", "QUILT /TABLE a /SLABELS VISIBLE=NO /SLABELS VISIBLE=YES.", msg::kDuplicateWarning,
      {"SLABELS", "VISIBLE"},
      [](SyntaxTablesCommand& root) { EXPECT_TRUE(FirstTable(root).GetTableSettings().GetSLabelVisibility()); }},
-    {"TwoCaptions", "QUILT /TABLE a /TITLES CAPTION='first' /TITLES CAPTION='second'.", kDuplicate,
+    {"TwoCaptions", "QUILT /TABLE a /TITLES CAPTION='first' /TITLES CAPTION='second'.", msg::kDuplicateWarning,
      {"TITLES", "CAPTION"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTableSettings().GetCaption(), "second"); }},
-    {"SigTestAlphaTwice", "QUILT /TABLE a [C] BY b [C] /SIGTEST TYPE=CHISQUARE ALPHA=0.1 ALPHA=0.01.", kDuplicate,
+    {"SigTestAlphaTwice", "QUILT /TABLE a [C] BY b [C] /SIGTEST TYPE=CHISQUARE ALPHA=0.1 ALPHA=0.01.", msg::kDuplicateWarning,
      {"SIGTEST", "ALPHA"},
      [](SyntaxTablesCommand& root) {
        const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
@@ -226,7 +222,7 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.01);
      }},
     {"TwoChiSquareTests", "QUILT /TABLE a [C] BY b [C] /SIGTEST TYPE=CHISQUARE ALPHA=0.1 /SIGTEST TYPE=CHISQUARE.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"SIGTEST", "Chi-square"},
      [](SyntaxTablesCommand& root) {
        // The later request stands whole: its ALPHA is the default, not the earlier 0.1.
@@ -235,7 +231,7 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.05);
      }},
     {"CompareTestAlphaTwice", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.05 0.01 ALPHA=0.1.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"COMPARETEST", "ALPHA"},
      [](SyntaxTablesCommand& root) {
        // The later ALPHA replaces both earlier levels; keeping 0.05 as the second level would
@@ -249,7 +245,7 @@ const DuplicateCase kDuplicateCases[] = {
      }},
     {"TwoCompareTestsOfOneType", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.1"
      " /COMPARETEST TYPE=PROP ALPHA=0.01.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"COMPARETEST", "Column proportions"},
      [](SyntaxTablesCommand& root) {
        const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
@@ -258,27 +254,27 @@ const DuplicateCase kDuplicateCases[] = {
      }},
 
     // CATEGORIES: a keyword twice in one subcommand, and the variable told twice.
-    {"CategoriesOrderTwice", "QUILT /TABLE a [C] /CATEGORIES VARIABLES=a ORDER=A ORDER=D.", kDuplicate,
+    {"CategoriesOrderTwice", "QUILT /TABLE a [C] /CATEGORIES VARIABLES=a ORDER=A ORDER=D.", msg::kDuplicateWarning,
      {"CATEGORIES", "ORDER"},
      [](SyntaxTablesCommand& root) { EXPECT_FALSE(VariableOf(root, "a")->GetIsOrderA()); }},
     {"CategoriesTotalLabelTwice", "QUILT /TABLE a [C] /CATEGORIES VARIABLES=a TOTAL=YES LABEL='x' LABEL='All'.",
-     kDuplicate,
+     msg::kDuplicateWarning,
      {"CATEGORIES", "LABEL"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(VariableOf(root, "a")->GetTotalLabel(), "All"); }},
     {"CategoriesSortKeyForOneVariableTwice",
      // A changed key counts as a repetition once an ORDER has been given for the variable.
      "QUILT /TABLE a [C] /CATEGORIES VARIABLES=a ORDER=A KEY=LABEL /CATEGORIES VARIABLES=a ORDER=A KEY=VALUE.",
-     kDuplicateFromVariable,
+     msg::kDuplicateWarningFromVariable,
      {"CATEGORIES", "KEY", "a"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(VariableOf(root, "a")->GetSortKey(), TEC::kSortKeyValue); }},
     {"CategoriesTotalForOneVariableTwice",
      "QUILT /TABLE a [C] /CATEGORIES VARIABLES=a TOTAL=YES /CATEGORIES VARIABLES=a TOTAL=NO.",
-     kDuplicateFromVariable,
+     msg::kDuplicateWarningFromVariable,
      {"CATEGORIES", "TOTAL", "a"},
      [](SyntaxTablesCommand& root) { EXPECT_TRUE(VariableOf(root, "a")->GetIsTotalNo()); }},
 
     // Statistics: in one bracket the later of two equal ones stays, with its own label.
-    {"StatisticTwiceInOneBracket", "QUILT /TABLE a [C] [COUNT 'first', COUNT 'second'].", kDuplicate,
+    {"StatisticTwiceInOneBracket", "QUILT /TABLE a [C] [COUNT 'first', COUNT 'second'].", msg::kDuplicateWarning,
      {"TABLE", "COUNT"},
      [](SyntaxTablesCommand& root) {
        const auto& statistics = VariableOf(root, "a")->GetStatistics();
@@ -286,7 +282,7 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(statistics[0]->GetLabel(), "second");
      }},
     {"StatisticTwiceOnOneVariable", "QUILT /TABLE a [C] [COUNT 'first', COLPCT] [COUNT 'second'].",
-     kDuplicateFromVariable,
+     msg::kDuplicateWarningFromVariable,
      {"TABLE", "COUNT", "a"},
      [](SyntaxTablesCommand& root) {
        // The repeated statistic moves to the end of the list with the later label.
@@ -296,11 +292,11 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(statistics[1]->GetStatType(), TEC::kStatCount);
        EXPECT_EQ(statistics[1]->GetLabel(), "second");
      }},
-    {"MeasurementTwiceInOneBracket", "QUILT /TABLE a [S C] BY b [C].", kDuplicate, {"TABLE", "C"},
+    {"MeasurementTwiceInOneBracket", "QUILT /TABLE a [S C] BY b [C].", msg::kDuplicateWarning, {"TABLE", "C"},
      [](SyntaxTablesCommand& root) {
        EXPECT_EQ(VariableOf(root, "a")->GetVariableType(), TEC::kVariableCategorical);
      }},
-    {"PercentileCutPointTwice", "QUILT /TABLE a [PTILE 25 50].", kDuplicate, {"TABLE", "PTILE 25 50"},
+    {"PercentileCutPointTwice", "QUILT /TABLE a [PTILE 25 50].", msg::kDuplicateWarning, {"TABLE", "PTILE 25 50"},
      [](SyntaxTablesCommand& root) {
        const auto& statistics = VariableOf(root, "a")->GetStatistics();
        ASSERT_EQ(statistics.size(), 1u);

@@ -6,13 +6,11 @@
 
 #include "SubcommandTestSupport.h"
 #include "host/data/TARN_Format.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
-
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kDuplicate = "Subcommand ^1. Text ^2. Duplicate warning.";
 
 // A statistic as a bracket makes it: from the vocabulary, under a parent named "TABLE".
 struct Fixture {
@@ -53,45 +51,6 @@ TEST(StatisticsTest, UserLabelAfterThePercentileStaysAsWritten) {
   EXPECT_FALSE(fixture.statistic->HasDefaultLabel());
 }
 
-TEST(StatisticsTest, OutOfRangeOrMisplacedNumbersAreUnknownKeywords) {
-  struct Case {
-    const char* keyword;
-    double value;
-    const char* text;
-  };
-  // 0 and 100 are outside the open interval; MEAN takes no number at all.
-  const std::vector<Case> cases = {{"PTILE", 100, "100"}, {"PTILE", 0, "0"}, {"MEAN", 5, "5"}};
-  for (const Case& row : cases) {
-    Fixture fixture(row.keyword);
-    const EventOutcome outcome = RunEvents([&] { fixture.statistic->Number(row.value, row.text); });
-    ASSERT_TRUE(outcome.threw) << row.keyword << " " << row.text;
-    EXPECT_EQ(outcome.error.key, kUnknownKeyword);
-    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE", row.text}));
-  }
-}
-
-TEST(StatisticsTest, PercentileWithoutItsNumberFirstIsInvalid) {
-  {
-    Fixture fixture("PTILE");
-    const EventOutcome outcome = RunEvents([&] { fixture.statistic->Literal("x"); });
-    ASSERT_TRUE(outcome.threw);
-    EXPECT_EQ(outcome.error.key, "Subcommand ^1. Invalid PTILE ^2.");
-    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE", "PTILE \"x\""}));
-  }
-  {
-    Fixture fixture("PTILE");
-    const EventOutcome outcome = RunEvents([&] { fixture.statistic->String("F5.2"); });
-    ASSERT_TRUE(outcome.threw);
-    EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE", "PTILE F5.2"}));
-  }
-  {
-    // The bracket closing on a bare PTILE validates it too.
-    Fixture fixture("PTILE");
-    const EventOutcome outcome = RunEvents([&] { fixture.statistic->ValidateAndCommit("]"); });
-    EXPECT_TRUE(outcome.threw);
-  }
-}
-
 TEST(StatisticsTest, ConfidenceLabelKeepsAPlaceholderForTheLevel) {
   Fixture fixture("MEAN.LCL");
   EXPECT_TRUE(fixture.statistic->HasLabelParameter());  // the vocabulary's label holds ^1
@@ -118,11 +77,9 @@ TEST(StatisticsTest, MalformedFormatsRaiseTheirErrors) {
     const char* key;
   };
   const std::vector<Case> cases = {
-      {"F", "Subcommand ^1. Text ^2. w is Missing."},
-      {"F5.", "Subcommand ^1. Text ^2. Format end prematurely."},
-      {"ADATE8.2", "Subcommand ^1. Text ^2. d is not allowed."},  // dates take no decimals
-      {"F5.17", "Subcommand ^1. Text ^2. d is greater than D."},  // at most 16 decimals
-      {"COMMA8.-1", "Subcommand ^1. Text ^2. d is greater than D."},
+      // Spellings a command line cannot hand over whole (the others are lines of diagnostics.txt).
+      {"F5.", msg::kFormatEndsPrematurely},
+      {"COMMA8.-1", msg::kDecimalsGreaterThanWidth},
   };
   for (const Case& row : cases) {
     Fixture fixture("COUNT");
@@ -187,7 +144,7 @@ TEST(StatisticsTest, RepeatedOptionsWarnAndTheLaterValueStands) {
   });
   EXPECT_FALSE(outcome.threw);
   ASSERT_EQ(outcome.reported.size(), 2u);
-  EXPECT_EQ(outcome.reported[0].key, kDuplicate);
+  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarning);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "COUNT PAREN5.2 F6.1"}));
   EXPECT_EQ(outcome.reported[1].arguments,
             (std::vector<std::string>{"TABLE", "COUNT PAREN5.2 F6.1 \"a\" \"b\""}));

@@ -86,6 +86,17 @@ inline SyntaxConverter* Deliver(SyntaxConverter& converter, const std::vector<Ev
   return current;
 }
 
+/// Delivers `events` to `subcommand` as the reader would, then commits it as the "/" or "."
+/// in `commitText` would; what either threw or reported is captured. The one way the tests
+/// run a subcommand on its own.
+inline EventOutcome RunSubcommand(SyntaxConverter& subcommand, const std::vector<Event>& events,
+                                  const std::string& commitText = "/") {
+  return RunEvents([&] {
+    Deliver(subcommand, events);
+    subcommand.ValidateAndCommit(commitText);
+  });
+}
+
 /// Attaches every converter of the run to a small data set: the string variable s first (it is
 /// declared in the dictionary), then numeric a, b, c, w, d1, d2 in this order, and the dichotomy set $dich of
 /// d1 and d2. The data source is a static of the converters, so one call serves all.

@@ -21,10 +21,7 @@ Outcome Request(const std::vector<Event>& events) {
   auto* clabels = new SyntaxCLabelsSubcommand(settings);
   table.Add(clabels);
   Outcome outcome;
-  outcome.events = RunEvents([&] {
-    Deliver(*clabels, events);
-    clabels->ValidateAndCommit("/");
-  });
+  outcome.events = RunSubcommand(*clabels, events);
   outcome.option = settings.GetCLabelOption();
   return outcome;
 }
@@ -47,37 +44,6 @@ TEST(SyntaxCLabelsSubcommandTest, EachFormGivesItsOption) {
     EXPECT_TRUE(outcome.events.reported.empty());
     EXPECT_EQ(outcome.option, row.option);
   }
-}
-
-TEST(SyntaxCLabelsSubcommandTest, ASecondOptionWarnsAndWins) {
-  Outcome outcome = Request({Key("ROWLABELS"), Word("OPPOSITE"), Key("COLLABELS"), Word("LAYER")});
-  ASSERT_EQ(outcome.events.reported.size(), 1u);
-  EXPECT_EQ(outcome.events.reported[0].arguments, (std::vector<std::string>{"CLABELS", "COLLABELS"}));
-  EXPECT_EQ(outcome.option, TableEncryptionCodes::kCLabelColLayer);
-
-  outcome = Request({Key("ROWLABELS"), Word("LAYER"), Word("AUTO")});
-  ASSERT_EQ(outcome.events.reported.size(), 1u);
-  EXPECT_EQ(outcome.events.reported[0].arguments, (std::vector<std::string>{"CLABELS", "AUTO"}));
-  EXPECT_EQ(outcome.option, TableEncryptionCodes::kCLabelAuto);
-}
-
-TEST(SyntaxCLabelsSubcommandTest, WordsOutOfPlace) {
-  struct Case {
-    std::vector<Event> events;
-    std::string offending;
-  };
-  const std::vector<Case> cases = {
-      {{Word("OPPOSITE")}, "OPPOSITE"},  // only after ROWLABELS or COLLABELS
-      {{Word("LAYER")}, "LAYER"},       {{Key("ROWLABELS"), Word("AUTO")}, "AUTO"},
-      {{Key("AUTO")}, "AUTO"},          {{Key("ROWLABELS"), Key("COLLABELS")}, "COLLABELS"},
-  };
-  for (const Case& row : cases) {
-    const Outcome outcome = Request(row.events);
-    ASSERT_TRUE(outcome.events.threw) << row.offending;
-    EXPECT_EQ(outcome.events.error.key, "Subcommand ^1. Unknown keyword ^2.");
-    EXPECT_EQ(outcome.events.error.arguments, (std::vector<std::string>{"CLABELS", row.offending}));
-  }
-  EXPECT_EQ(Request({Key("COLLABELS")}).events.error.key, "Text ^1. Incomplete subcommand ^2.");
 }
 
 }  // namespace

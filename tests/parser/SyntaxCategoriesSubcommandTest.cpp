@@ -10,15 +10,12 @@
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
 #include "host/engine/ParsedCategory.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxVariableName.h"
 
 namespace {
 
 using Codes = TableEncryptionCodes;
-
-// Levels as BpError receives them.
-constexpr int kThrown = 0;
-constexpr int kWarning = 2;
 
 // The message a command ends with (thrown), or the first one it reports on the way.
 CatalogueMessage FirstMessage(const KeptParse& parse) {
@@ -160,7 +157,7 @@ TEST(SyntaxCategoriesSubcommandTest, VariablesNotInTheTable) {
   KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q9 ORDER=D.");
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Variable ^2. Unknown variable.");
+  EXPECT_EQ(parse.Reported()[0].key, msg::kVariableUnknown);
   EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", "q9"}));
   EXPECT_TRUE(parse.Variable("q1")->GetIsOrderA());
   // A scale variable has no categories to choose.
@@ -198,7 +195,6 @@ TEST(SyntaxCategoriesSubcommandTest, StringVariablesTakeQuotedValues) {
     EXPECT_EQ(DescribeList(*parse.Variable("code")), test.expected);
   }
   // What a string variable cannot hold is a data read error naming the text.
-  const char* const kReadError = "Subcommand ^1. Text ^2. Variable ^3. Data read error.";
   const std::pair<const char*, const char*> refused[] = {
       {"['abcde']", "abcde"},  // wider than the 4 bytes of the variable
       {"[1]", "1"},            // a number
@@ -210,263 +206,12 @@ TEST(SyntaxCategoriesSubcommandTest, StringVariablesTakeQuotedValues) {
     KeptParse parse(std::string("QUILT /TABLE code /CATEGORIES VARIABLES=code ") + list + ".",
                     StringDataset());
     ASSERT_FALSE(parse.Succeeded());
-    EXPECT_EQ(parse.Error().key, kReadError);
+    EXPECT_EQ(parse.Error().key, msg::kVariableDataReadError);
     EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"CATEGORIES", text, "code"}));
   }
 }
 
-struct MessageCase {
-  const char* name;
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-  int level;
-};
-
-class CategoriesMessages : public ::testing::TestWithParam<MessageCase> {};
-
-TEST_P(CategoriesMessages, RaiseTheirCatalogueMessage) {
-  const MessageCase& test = GetParam();
-  KeptParse parse(test.command);
-  const CatalogueMessage message = FirstMessage(parse);
-  EXPECT_EQ(parse.Succeeded(), test.level != kThrown);
-  EXPECT_EQ(message.key, test.key);
-  EXPECT_EQ(message.arguments, test.arguments);
-  EXPECT_EQ(message.level, test.level);
-}
-
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
-const char* const kIncomplete = "Text ^1. Incomplete subcommand ^2.";
-const char* const kListViolation = "Subcommand ^1. Explicit list violation.";
-const char* const kInvalidPtile = "Subcommand ^1. Invalid PTILE ^2.";
-
-const MessageCase kMessageCases[] = {
-    {"AllAfterName",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ALL ORDER=D.",
-     "Subcommand ^1. ALL and VAR appears in same list.",
-     {"CATEGORIES"},
-     kThrown},
-    {"NameAfterAll",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=ALL q1 ORDER=D.",
-     "Subcommand ^1. ALL and VAR appears in same list.",
-     {"CATEGORIES"},
-     kThrown},
-    {"OrderThenList",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=D [1 2].",
-     kListViolation,
-     {"CATEGORIES"},
-     kThrown},
-    {"ListThenOrder",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] ORDER=D.",
-     kListViolation,
-     {"CATEGORIES"},
-     kThrown},
-    {"ListThenKey",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] KEY=LABEL.",
-     kListViolation,
-     {"CATEGORIES"},
-     kThrown},
-    {"OrderInOneListInOther",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=D /CATEGORIES VARIABLES=q1 [1 2].",
-     "Subcommand ^1. Explicit list violation for variable ^1.",
-     {"CATEGORIES", "q1"},
-     kThrown},
-    {"LoAfterRange",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 THRU 3 LO THRU 5].",
-     kIncorrectSequence,
-     {"CATEGORIES", "LO"},
-     kThrown},
-    {"ThruFirst",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [THRU 3].",
-     kIncorrectSequence,
-     {"CATEGORIES", "THRU"},
-     kThrown},
-    {"HiAlone",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [HI].",
-     kIncorrectSequence,
-     {"CATEGORIES", "HI"},
-     kThrown},
-    {"OpenRange",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 THRU].",
-     kUnknownKeyword,
-     {"CATEGORIES", "]"},
-     kThrown},
-    {"EmptyList",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [].",
-     kUnknownKeyword,
-     {"CATEGORIES", "]"},
-     kThrown},
-    {"SubtotalLabelIsNumber",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL=5].",
-     kUnknownKeyword,
-     {"CATEGORIES", "5"},
-     kThrown},
-    {"WordInList",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 two].",
-     kUnknownKeyword,
-     {"CATEGORIES", "two"},
-     kThrown},
-    {"BadTotalValue",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 TOTAL=MAYBE.",
-     kUnknownKeyword,
-     {"CATEGORIES", "MAYBE"},
-     kThrown},
-    {"UnknownOption",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 SORT=A.",
-     kUnknownKeyword,
-     {"CATEGORIES", "SORT"},
-     kThrown},
-    {"NoVariables", "QUILT /TABLE q1 /CATEGORIES ORDER=D.", kIncomplete, {".", "CATEGORIES"}, kThrown},
-    {"OnlyVariables", "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1.", kIncomplete, {".", "CATEGORIES"}, kThrown},
-    {"KeywordWithoutValue",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=.",
-     kIncomplete,
-     {".", "CATEGORIES"},
-     kThrown},
-    {"ListWithoutVariables",
-     "QUILT /TABLE q1 /CATEGORIES [1 2].",
-     "Subcommand ^1. Text ^2. Empty var list.",
-     {"CATEGORIES", "["},
-     kThrown},
-    {"TextForNumericVariable",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 'a'].",
-     "Subcommand ^1. Text ^2. Variable ^3. Data read error.",
-     {"CATEGORIES", "a", "q1"},
-     kThrown},
-    {"MeanWithoutVariable",
-     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=MEAN ORDER=D.",
-     "Subcommand ^1. No argument for ^2.",
-     {"CATEGORIES", "MEAN"},
-     kThrown},
-    {"PercentileZero",
-     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score 0).",
-     kInvalidPtile,
-     {"CATEGORIES", "0"},
-     kThrown},
-    {"PercentileHundred",
-     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score 100).",
-     kInvalidPtile,
-     {"CATEGORIES", "100"},
-     kThrown},
-    {"PercentileMissing",
-     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=PTILE(score).",
-     kInvalidPtile,
-     {"CATEGORIES", ")"},
-     kThrown},
-    {"SecondParenthesis",
-     "QUILT /TABLE q1 > score /CATEGORIES VARIABLES=q1 KEY=MEAN((score)).",
-     "Subcommand ^1. Unbalanced paren ^2.",
-     {"CATEGORIES", "("},
-     kThrown},
-    {"SortVariableNotInTable",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
-     kUnknownKeyword,
-     {"CATEGORIES", "score"},
-     kThrown},
-    {"SummaryOnCategoricalVariable",
-     "QUILT /TABLE q1 BY gender /CATEGORIES VARIABLES=q1 KEY=MEAN(gender).",
-     "Subcommand ^1. Variable ^2 can not have sort function ^3.",
-     {"CATEGORIES", "gender", "MEAN"},
-     kThrown},
-    {"SortStatisticNotComputed",
-     "QUILT /TABLE q1 > score [MEDIAN] /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
-     "Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
-     {"CATEGORIES", "q1", "score", "MEAN"},
-     kThrown},
-    // q1 stands in a cube of its own, apart from the cube where score has its mean.
-    {"SortVariableInOtherCube",
-     "QUILT /TABLE q1 + gender > score [MEAN] /CATEGORIES VARIABLES=q1 KEY=MEAN(score).",
-     "Subcommand ^1. Variable ^2 and Variable ^3 with stat ^4 do not appear together in any cube.",
-     {"CATEGORIES", "q1", "score", "MEAN"},
-     kThrown},
-    {"OwnStatisticNotComputed",
-     "QUILT /TABLE q1 [COUNT] /CATEGORIES VARIABLES=q1 KEY=COLPCT.COUNT.",
-     "Subcommand ^1. Variable ^2 has no ^3 statistics.",
-     {"CATEGORIES", "q1", "COLPCT.COUNT"},
-     kThrown},
-    {"UnknownComputedCategory",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 &nosuch].",
-     "Subcommand CATEGORIES: Computed category &^1 is not recognized. ",
-     {"nosuch"},
-     kThrown},
-    {"ComputedSourceNotListed",
-     "QUILT /PCOMPUTE &c=EXPR([7]) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 &c].",
-     "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category list "
-     "for "
-     "^3.",
-     {"c", "7", "q1"},
-     kThrown},
-    {"ComputedSubtotalBeyondList",
-     "QUILT /PCOMPUTE &c=EXPR(SUBTOTAL[2]) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL 2 &c].",
-     "Subcommand CATEGORIES: Computed category &^1  uses the subtotal ^2 ,which is not specified or is "
-     "redundant in "
-     "the category list for ^3.",
-     {"c", "SUBTOTAL[2]", "q1"},
-     kThrown},
-    {"ComputedTotalWithoutTotal",
-     "QUILT /PCOMPUTE &t=EXPR([1]/TOTAL) /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 &t].",
-     "Subcommand CATEGORIES: Computed category &^1 uses a total which is not included in the table for ^2.",
-     {"t", "q1"},
-     kThrown},
-    {"HiddenSourcesWithSigTest",
-     "QUILT /PCOMPUTE &c=EXPR([1]+[2]) /PPROPERTIES &c HIDESOURCECATS=YES /TABLE q1 BY gender "
-     "/SIGTEST TYPE=CHISQUARE.",
-     "Subcommand PPROPERTIES: The source categories of computed category  &^1  can not be hidden when "
-     "requesting "
-     "significance testing.",
-     {"c"},
-     kThrown},
-    {"CategoriesBeforeTable",
-     "QUILT /CATEGORIES VARIABLES=q1 ORDER=D /TABLE q1.",
-     "Parent subcommand ^1. Out of order subcommand ^2.",
-     {"TABLE", "CATEGORIES"},
-     kThrown},
-    // Warnings: the parse goes on.
-    {"RepeatedElement",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 1].",
-     "Subcommand ^1. Duplicate ^2 category.",
-     {"CATEGORIES", "1"},
-     kWarning},
-    {"SubtotalSumsNothing",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [SUBTOTAL 1 2].",
-     "Subcommand ^1. Empty subtotal.",
-     {"CATEGORIES"},
-     kWarning},
-    {"SubtotalBeforeNothing",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL] POSITION=BEFORE.",
-     "Subcommand ^1. Empty subtotal.",
-     {"CATEGORIES"},
-     kWarning},
-    {"KeywordTwice",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 TOTAL=YES TOTAL=NO.",
-     "Subcommand ^1. Text ^2. Duplicate warning.",
-     {"CATEGORIES", "TOTAL"},
-     kWarning},
-    {"VariablesTwice",
-     "QUILT /TABLE q1 + q2 /CATEGORIES VARIABLES=q1 VARIABLES=q2 ORDER=D.",
-     "Subcommand ^1. Text ^2. Duplicate warning.",
-     {"CATEGORIES", "VARIABLES"},
-     kWarning},
-    {"TwoListsInOneSubcommand",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] [2].",
-     "Subcommand ^1. Duplicate explicit category specifications.",
-     {"CATEGORIES"},
-     kWarning},
-    {"TwoListsForOneVariable",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2].",
-     "Subcommand ^1. Duplicate explicit category specifications in variable ^2.",
-     {"CATEGORIES", "q1"},
-     kWarning},
-    {"OtherOrderForSameVariable",
-     "QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ORDER=A /CATEGORIES VARIABLES=q1 ORDER=D.",
-     "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.",
-     {"CATEGORIES", "ORDER", "q1"},
-     kWarning},
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, CategoriesMessages, ::testing::ValuesIn(kMessageCases),
-                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+// The messages of CATEGORIES are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 // The stable text of the tree: list elements with their kinds, the engine records with
 // their subtotal codes, the computed category with its properties, a set's members and
@@ -488,7 +233,7 @@ TEST(SyntaxCategoriesSubcommandTest, UnquotedLabelIsAnInternalError) {
   // and the converter disagree, which is reported with the place in the source.
   KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 LABEL=Total.");
   ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, "File ^1. Line ^2. Parsing error.");
+  EXPECT_EQ(parse.Error().key, msg::kParsingError);
   ASSERT_EQ(parse.Error().arguments.size(), 2u);
   EXPECT_NE(parse.Error().arguments[0].find("SyntaxCategoriesSubcommand.cpp"), std::string::npos);
 }

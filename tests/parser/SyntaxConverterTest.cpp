@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -154,7 +155,7 @@ TEST(SyntaxConverter, ASecondClosingBracketHasNoPartner) {
   ASSERT_FALSE(outcome.succeeded);
   // The "]" reaches the variable, whose table has the same name, then the table, whose
   // parent (the root) does not.
-  EXPECT_EQ(outcome.error.key, "Subcommand ^1. Unbalanced paren ^2.");
+  EXPECT_EQ(outcome.error.key, msg::kUnbalancedParenthesis);
 }
 
 }  // namespace

@@ -8,79 +8,14 @@
 
 #include "CategoriesTestSupport.h"
 #include "host/data/Dataset.h"
-#include "host/data/DatasetLoader.h"
-#include "host/data/VariableSet.h"
 #include "host/engine/ParsedCategory.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxMRVariableSet.h"
 #include "parser/SyntaxMRsetElementaryVariable.h"
 #include "parser/VLPair.h"
 
 namespace {
 
-constexpr int kThrown = 0;
-constexpr int kWarning = 2;
-constexpr int kError = 3;
-
-// Members chosen to provoke every check of a set: string members of widths 4 and 8, labels
-// that agree or contradict, user-missing definitions that agree or not, and a member that
-// is called MISSING.
-const char* const kCsv =
-    "g,s4,s8,c1,c2,c3,c4,d1,d2,d3,d4,missing\n"
-    "1,ab,abcdefgh,1,2,1,1,1,0,1,1,1\n"
-    "2,cd,efgh,2,3,2,2,0,1,1,0,0\n";
-
-const char* const kDictionary = R"({
-  "variables": [
-    {"name": "g", "values": {"1": "One", "2": "Two"}, "measure": "nominal"},
-    {"name": "s4", "type": "string", "width": 4},
-    {"name": "s8", "type": "string", "width": 8},
-    {"name": "c1", "measure": "nominal", "values": {"1": "One", "2": "Two"}, "missing": {"values": [9]}},
-    {"name": "c2", "measure": "nominal", "values": {"1": "Uno", "3": "Three"}},
-    {"name": "c3", "measure": "nominal", "values": {"1": "One"}, "missing": {"values": [9]}},
-    {"name": "c4", "measure": "nominal", "values": {"2": "Two"}, "missing": {"values": [8]}},
-    {"name": "d1", "label": "Same", "measure": "nominal", "values": {"1": "Yes"}},
-    {"name": "d2", "label": "Same", "measure": "nominal", "values": {"1": "Ja"}},
-    {"name": "d3", "label": "Third", "measure": "nominal", "values": {"1": "Yes"}},
-    {"name": "d4", "label": "Fourth", "measure": "nominal", "values": {"1": "Yes"}},
-    {"name": "missing", "label": "Called missing", "measure": "nominal"}
-  ],
-  "mrsets": [
-    {"name": "$wide", "type": "dichotomies", "counted": "ab", "variables": ["s4", "s8"]},
-    {"name": "$over", "type": "dichotomies", "counted": "abcde", "variables": ["s4", "s8"]},
-    {"name": "$labels", "type": "categories", "variables": ["c1", "c2"]},
-    {"name": "$agree", "type": "categories", "variables": ["c1", "c3"]},
-    {"name": "$disagree", "type": "categories", "variables": ["c3", "c4"]},
-    {"name": "$samevar", "type": "dichotomies", "counted": 1, "variables": ["d1", "d2"]},
-    {"name": "$yesja", "type": "dichotomies", "counted": 1, "variables": ["d3", "d2"]},
-    {"name": "$named", "type": "dichotomies", "counted": 1, "variables": ["d3", "d4"],
-     "labels": "countedvaluelabels"},
-    {"name": "$withmissing", "type": "dichotomies", "counted": 1, "variables": ["d3", "missing"]}
-  ]
-})";
-
-std::shared_ptr<const Dataset> SetsDataset() {
-  static std::shared_ptr<const Dataset> dataset;
-  if (!dataset) {
-    std::shared_ptr<Dataset> loaded = DatasetLoader::LoadText(kCsv, kDictionary, DatasetLoadOptions());
-    // The loader refuses a counted value that is no number for numeric members; the host may
-    // still hand one over, so these are added by hand.
-    for (const char* counted : {"1x", "1.5"}) {
-      VariableSet set;
-      set.SetName(std::string("$counted") + (counted[1] == 'x' ? "bad" : "half"));
-      set.SetType(VariableSet::kMR_Dichotomy);
-      set.SetValue(counted);
-      set.SetVariableNames({"d3", "d4"});
-      loaded->AddVariableSet(set);
-    }
-    VariableSet broken;
-    broken.SetName("$broken");
-    broken.SetType(VariableSet::kMR_Category);
-    broken.SetVariableNames({"c1", "nosuch"});
-    loaded->AddVariableSet(broken);
-    dataset = loaded;
-  }
-  return dataset;
-}
 
 const SyntaxMRVariableSet* SetOf(const KeptParse& parse, const std::string& name) {
   return dynamic_cast<const SyntaxMRVariableSet*>(parse.Variable(name));
@@ -138,7 +73,7 @@ TEST(SyntaxMRVariableSetTest, CategorySetMergesItsMembersLabels) {
   EXPECT_EQ(merged->GetValueLabelList()[1].GetLabelData(), "Two");
   EXPECT_EQ(merged->GetValueLabelList()[2].GetLabelData(), "Three");
   ASSERT_EQ(labels.Reported().size(), 1u);
-  EXPECT_EQ(labels.Reported()[0].key, "Subcommand ^1. Different label for the same data value in MCSet ^2.");
+  EXPECT_EQ(labels.Reported()[0].key, msg::kMultipleCategorySetLabelsDiffer);
   // c1 has user-missing 9 and c2 none: a contradiction, but one definition is no conflict.
   EXPECT_EQ(merged->GetUserMissingVarIndex(), 3);
 }
@@ -157,118 +92,7 @@ TEST(SyntaxMRVariableSetTest, WidthsAndCountedValues) {
   EXPECT_EQ(SetOf(half, "$countedhalf")->GetCountedOBS()->number, 1.5);
 }
 
-struct MessageCase {
-  const char* name;
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-  int level;
-};
-
-class SetMessages : public ::testing::TestWithParam<MessageCase> {};
-
-TEST_P(SetMessages, RaiseTheirCatalogueMessage) {
-  const MessageCase& test = GetParam();
-  KeptParse parse(test.command, SetsDataset());
-  CatalogueMessage message;
-  if (test.level == kThrown) {
-    ASSERT_FALSE(parse.Succeeded());
-    message = parse.Error();
-  } else {
-    ASSERT_FALSE(parse.Reported().empty());
-    message = parse.Reported().front();
-  }
-  EXPECT_EQ(message.key, test.key);
-  EXPECT_EQ(message.arguments, test.arguments);
-  EXPECT_EQ(message.level, test.level);
-}
-
-const MessageCase kSetMessages[] = {
-    // The narrowest member must hold the counted value: 5 characters do not fit in 4.
-    {"CountedValueTooWide",
-     "QUILT /TABLE $over.",
-     "Subcommand ^1. MRSet ^2 has too big counted value ^3.",
-     {"TABLE", "$over", "abcde"},
-     kThrown},
-    {"CountedValueNotANumber",
-     "QUILT /TABLE $countedbad.",
-     "Subcommand ^1. The counted value ^2 not of type for MRSet.",
-     {"TABLE", "1x"},
-     kThrown},
-    {"SetWithUnknownMember",
-     "QUILT /TABLE $broken.",
-     "Subcommand ^1. Set ^2 is invalid.",
-     {"TABLE", "$broken"},
-     kError},
-    {"UnknownSet",
-     "QUILT /TABLE $nosuch.",
-     "Unrecognized variable ^1 in ^2 subcommand.",
-     {"$nosuch", "TABLE"},
-     kThrown},
-    {"ValueLabelledTwoWays",
-     "QUILT /TABLE $labels.",
-     "Subcommand ^1. Different label for the same data value in MCSet ^2.",
-     {"TABLE", "$labels"},
-     kWarning},
-    {"TwoDefinitionsOfMissing",
-     "QUILT /TABLE $disagree.",
-     "Subcommand ^1. User-missing contradiction in ^2. Definition from ^3 will be used.",
-     {"TABLE", "$disagree", "c3"},
-     kWarning},
-    {"SameVariableLabels",
-     "QUILT /TABLE $samevar.",
-     "Subcommand ^1. Same variable label for two vars in MDSet ^2.",
-     {"TABLE", "$samevar"},
-     kWarning},
-    {"CountedValueLabelledTwoWays",
-     "QUILT /TABLE $yesja.",
-     "Subcommand ^1. Different labels for the counted value in MDSet ^2.",
-     {"TABLE", "$yesja"},
-     kWarning},
-    {"CountedValueLabelsNameNothingApart",
-     "QUILT /TABLE $named.",
-     "Subcommand ^1. Different labels for the counted value in MDSet ^2.",
-     {"TABLE", "$named"},
-     kWarning},
-    {"NumbersInDichotomyList",
-     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 2].",
-     "Subcommand ^1. Unknown keyword ^2.",
-     {"TABLE", "1"},
-     kThrown},
-    {"RangeInDichotomyList",
-     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [1 THRU 2].",
-     "Subcommand ^1. Range in MDSet ^2 cat list.",
-     {"TABLE", "$named"},
-     kThrown},
-    {"NonMemberInDichotomyList",
-     "QUILT /TABLE $named /CATEGORIES VARIABLES=$named [d3 g].",
-     "Unrecognized variable ^1 in ^2 subcommand.",
-     {"g", "CATEGORIES"},
-     kThrown},
-    {"CountDuplicatesBadValue",
-     "QUILT /MRSETS COUNTDUPLICATES=MAYBE /TABLE $labels.",
-     "Subcommand ^1. Unknown keyword ^2.",
-     {"MRSETS", "MAYBE"},
-     kThrown},
-    {"MrsetsUnknownKeyword",
-     "QUILT /MRSETS DUPLICATES=YES /TABLE $labels.",
-     "Subcommand ^1. Unknown keyword ^2.",
-     {"MRSETS", "DUPLICATES"},
-     kThrown},
-    {"MrsetsEmpty",
-     "QUILT /MRSETS /TABLE $labels.",
-     "Text ^1. Incomplete subcommand ^2.",
-     {"/", "MRSETS"},
-     kThrown},
-    {"MrsetsTwice",
-     "QUILT /MRSETS COUNTDUPLICATES=YES /MRSETS COUNTDUPLICATES=NO /TABLE g.",
-     "Subcommand ^1. Text ^2. Duplicate warning.",
-     {"QUILT", "MRSETS"},
-     kWarning},
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, SetMessages, ::testing::ValuesIn(kSetMessages),
-                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+// The messages of sets are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 TEST(SyntaxMRVariableSetTest, DichotomyListNamesMembers) {
   // A reference to a member is found by its text as written, so the expression spells

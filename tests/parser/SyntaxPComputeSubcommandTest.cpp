@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/TokenInfo.h"
@@ -106,77 +107,13 @@ TEST(SyntaxPComputeSubcommandTest, TotalAndTokenIndex) {
   EXPECT_EQ(operators[1].index, 2u);
 }
 
-struct MessageCase {
-  const char* name;
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class PComputeMessages : public ::testing::TestWithParam<MessageCase> {};
-
-TEST_P(PComputeMessages, EndTheCommand) {
-  const MessageCase& test = GetParam();
-  KeptParse parse(test.command);
-  ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, test.key);
-  EXPECT_EQ(parse.Error().arguments, test.arguments);
-  EXPECT_EQ(parse.Error().level, kThrown);
-}
-
-const char* const kInvalid = "Subcommand ^1. Invalid expression for computed category &^2 .";
-
-const MessageCase kPComputeMessages[] = {
-    {"PlusAfterOperator", "QUILT /PCOMPUTE &a=EXPR(2 * +3) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"TwoBrackets", "QUILT /PCOMPUTE &a=EXPR([1] [2]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"BracketThenParen", "QUILT /PCOMPUTE &a=EXPR([1](2)) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NumberAndLiteral", "QUILT /PCOMPUTE &a=EXPR([1] + ['a']) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"SubtotalZero", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[0]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"SubtotalNegative", "QUILT /PCOMPUTE &a=EXPR(SUBTOTAL[-1]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    // Inside brackets a word must be a member of a set: MISSING is no keyword there.
-    {"MissingInBrackets", "QUILT /PCOMPUTE &a=EXPR([MISSING]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NextSubcommandInside", "QUILT /PCOMPUTE &a=EXPR([1] + PPROPERTIES", kInvalid, {"PCOMPUTE", "a"}},
-    {"UnknownWord", "QUILT /PCOMPUTE &a=EXPR([1] + half) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"OperatorFirst", "QUILT /PCOMPUTE &a=EXPR(* [1]) /TABLE q1.", kInvalid, {"PCOMPUTE", "a"}},
-    {"NoAmpersand", "QUILT /PCOMPUTE a=EXPR([1]) /TABLE q1.", kInvalid, {"PCOMPUTE", ""}},
-    {"OpenRange",
-     "QUILT /PCOMPUTE &a=EXPR([1 THRU]) /TABLE q1.",
-     "Unrecognized variable ^1 in ^2 subcommand.",
-     {"[1 THRU ])", "PCOMPUTE"}},
-    {"InvalidName",
-     "QUILT /PCOMPUTE &_a=EXPR([1]) /TABLE q1.",
-     "Unrecognized variable ^1 in ^2 subcommand.",
-     {"_a", "PCOMPUTE"}},
-    {"NoExprKeyword",
-     "QUILT /PCOMPUTE &a=([1]) /TABLE q1.",
-     "SubCmd ^1. Missing required keyword ^2.",
-     {"PCOMPUTE", "expr"}},
-    {"NoParenthesis",
-     "QUILT /PCOMPUTE &a=EXPR [1] /TABLE q1.",
-     "SubCmd ^1. Missing required keyword ^2.",
-     {"PCOMPUTE", "("}},
-    {"ClosingBracketOutside",
-     "QUILT /PCOMPUTE &a=EXPR(([1])]) /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.",
-     {"PCOMPUTE", "a"}},
-    {"EndsAfterEquals", "QUILT /PCOMPUTE &a=", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"EndsAfterExpr", "QUILT /PCOMPUTE &a=EXPR", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"EndsInBracket", "QUILT /PCOMPUTE &a=EXPR([1", "Text ^1. Incomplete subcommand ^2.", {"a", "PCOMPUTE"}},
-    {"NameOnly", "QUILT /PCOMPUTE &a /TABLE q1.", "Subcommand ^1. Unknown keyword ^2.", {"PCOMPUTE", "a"}},
-    {"AfterTable",
-     "QUILT /TABLE q1 /PCOMPUTE &a=EXPR([1]).",
-     "Subcommand ^1. Unknown keyword ^2.",
-     {"TABLE", "PCOMPUTE"}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, PComputeMessages, ::testing::ValuesIn(kPComputeMessages),
-                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+// The errors of PCOMPUTE expressions are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 TEST(SyntaxPComputeSubcommandTest, MissingKeywordIsAlsoReportedAsWarning) {
   KeptParse parse("QUILT /PCOMPUTE &a=([1]) /TABLE q1.");
   ASSERT_FALSE(parse.Succeeded());
   ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, "SubCmd ^1. Missing required keyword ^2.");
+  EXPECT_EQ(parse.Reported()[0].key, msg::kMissingRequiredKeyword);
   EXPECT_EQ(parse.Reported()[0].level, 2);
 }
 

@@ -8,6 +8,7 @@
 #include "CategoriesTestSupport.h"
 #include "host/data/TARN_Format.h"
 #include "host/engine/ParsedCategory.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
@@ -91,7 +92,7 @@ TEST(SyntaxPPropertiesSubcommandTest, LaterFormatOfTheSameStatisticWins) {
   const std::vector<Statistics*>& formats = parse.Root()->GetPPropertiesSubcommands()[0]->GetPFormat();
   ASSERT_EQ(formats.size(), 1u);
   ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Text ^2. Duplicate warning.");
+  EXPECT_EQ(parse.Reported()[0].key, msg::kDuplicateWarning);
   EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"PPROPERTIES", "COUNT"}));
   EXPECT_EQ(parse.Reported()[0].level, kWarning);
 }
@@ -120,35 +121,33 @@ const std::string kLabel121 =
 const MessageCase kPPropertiesMessages[] = {
     {"LabelTooLong",
      kLabel121.c_str(),
-     "Subcommand ^2 :  An invalid label text:\n ^1 .\nThe text is more than 120 characters.",
+     msg::kLabelTextTooLong,
      {std::string(121, 'y') + "  ", "PPROPERTIES"}},
     {"NameAfterLabel",
      "QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &c=EXPR([2]) /PPROPERTIES &a LABEL='x' &c /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.",
+     msg::kUnknownKeyword,
      {"PPROPERTIES", "c"}},
     // The percentile statistic itself refuses the next word, naming all written for it.
     {"PercentileWithoutNumber",
      "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=PTILE COUNT /TABLE q1.",
-     "Subcommand ^1. Invalid PTILE ^2.",
+     msg::kInvalidPtile,
      {"PPROPERTIES", "PTILE COUNT"}},
     {"NoStatistic",
      "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=FAST /TABLE q1.",
-     "Subcommand ^1. Unknown keyword ^2.",
+     msg::kUnknownKeyword,
      {"PPROPERTIES", "FAST"}},
     {"StatisticAndMeasurement",
      "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT S /TABLE q1.",
-     "Subcommand ^1. Text ^2. Statistics and Measurement level combined.",
+     msg::kStatisticsAndMeasurementLevel,
      {"PPROPERTIES", "S"}},
     {"BeforeAnyPCompute",
      "QUILT /PPROPERTIES &a LABEL='x' /TABLE q1.",
-     "SubCmd ^1. Missing required keyword ^2.",
+     msg::kMissingRequiredKeyword,
      {"QUILT", "PCOMPUTE"}},
     {"TotalStatisticsDiffer",
      "QUILT /PCOMPUTE &s=EXPR(SUBTOTAL) /PPROPERTIES &s FORMAT=COLPCT.COUNT "
      "/TABLE q1 [COUNT COLPCT.COUNT TOTALS[COUNT]] /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL &s].",
-     "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as "
-     "ordinary "
-     "categories of ^2",
+     msg::kComputedCategoryTotalStatisticsDiffer,
      {"s", "q1"}},
 };
 

@@ -10,6 +10,7 @@
 
 #include "ParserTestSupport.h"
 #include "host/output/BpComposite.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/SyntaxTableSubcommand.h"
 
@@ -40,48 +41,45 @@ std::vector<MessageCase> Cases() {
       // Expressions, statistics, formats.
       {"StringVarAsScale",
        [] { U::StringVarAsScale(Table(), "v"); },
-       "Subcommand ^1. Variable ^2 as scale variable.",
+       msg::kVariableAsScale,
        {"TABLE", "v"},
        kThrown},
       // Categories and sorting.
       {"SortStatOnNonCompVar",
        [] { U::SortStatOnNonCompVar(Table(), "v", "s"); },
-       "Subcommand ^1. Statistic ^2. Variable ^3 can not have any statistics.",
+       msg::kVariableCannotHaveStatistics,
        {"TABLE", "s", "v"},
        kThrown},
       // Multiple-response sets.
       {"MRNonExistentElemVar",
        [] { U::MRNonExistentElemVar(Table(), "$s", "v"); },
-       "Subcommand ^1. Unknown variable ^2 in set ^3.",
+       msg::kUnknownVariableInSet,
        {"TABLE", "v", "$s"},
        kThrown},
       {"MRInconsistentVarType",
        [] { U::MRInconsistentVarType(Table(), "$s", "v"); },
-       "Subcommand ^1. MRSet ^2. Variable ^3. Different var types.",
+       msg::kSetVariableTypesDiffer,
        {"TABLE", "$s", "v"},
        kThrown},
       // Computed categories.
       {"HideSourceCatsInSigTest",
        [] { U::HideSourceCatsInSigTest(Table(), "c"); },
-       "Subcommand PPROPERTIES: The source categories of computed category  &^1  can not be hidden when "
-       "requesting significance testing.",
+       msg::kSourceCategoriesHiddenWithSigTest,
        {"c"},
        kThrown},
       {"UnMatchTypeVariable",
        [] { U::UnMatchTypeVariable(Table(), "c", "v"); },
-       "Subcommand CATEGORIES: Computed category  &^1 is not consistent with the type and format of ^2.",
+       msg::kComputedCategoryTypeMismatch,
        {"c", "v"},
        kThrown},
       {"UnexistInExplicitListForSubtotal",
        [] { U::UnexistInExplicitListForSubtotal(Table(), "c", "2", "v"); },
-       "Subcommand CATEGORIES: Computed category &^1  uses the subtotal ^2 ,which is not specified or is "
-       "redundant in the category list for ^3.",
+       msg::kComputedCategoryUsesUnlistedSubtotal,
        {"c", "2", "v"},
        kThrown},
       {"DiffStatTypeTotalAndSubtotalPcomput",
        [] { U::DiffStatTypeTotalAndSubtotalPcomput(Table(), "c", "v"); },
-       "Subcommand TABLE: The total or subtotal(s) used as input to &^1 do not use the same statistics as "
-       "ordinary categories of ^2",
+       msg::kComputedCategoryTotalStatisticsDiffer,
        {"c", "v"},
        kThrown},
       // Other levels.
@@ -122,8 +120,8 @@ TEST(SyntaxParserUtilityMessages, EachFunctionPassesItsKeyAndPlaceholdersAtItsLe
 
 TEST(SyntaxParserUtilityMessages, MissingEqualsAndMissingKeywordWarnThenThrowTheSameMessage) {
   const std::vector<std::pair<std::function<void()>, const char*>> rows = {
-      {[] { U::MissingEquals(Table(), "t"); }, "SubCmd ^1. Equal sign required after ^2."},
-      {[] { U::MissingKeyword(Table(), "t"); }, "SubCmd ^1. Missing required keyword ^2."},
+      {[] { U::MissingEquals(Table(), "t"); }, msg::kEqualSignRequiredAfter},
+      {[] { U::MissingKeyword(Table(), "t"); }, msg::kMissingRequiredKeyword},
   };
   for (const auto& [call, key] : rows) {
     SCOPED_TRACE(key);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
@@ -65,7 +66,7 @@ const char* const kBaseWords[] = {"Row", "Column", "Table", "Subtable", "Layer",
 std::string OddLabel(int code) {
   switch (code) {
     case 62:
-      return "Unweigted Layer Column %";
+      return msg::kUnweightedLayerColumnPercent;
     case 337:
       return "Layer Row Response %";
     case 341:
@@ -75,7 +76,7 @@ std::string OddLabel(int code) {
     case 349:
       return "Unweighted Layer Column Response %";
     case 413:
-      return "Unweigted Row Count % (Base: Responses)";
+      return msg::kUnweightedRowCountPercentResponses;
     default:
       return "";
   }
@@ -276,5 +277,5 @@ TEST(SyntaxParserUtilityStatistics, InitStatisticsTwiceKeepsTheTables) {
   SyntaxParserUtility::InitStatistics();
   SyntaxParserUtility::InitStatistics();
   EXPECT_EQ(Find("COUNT").code, 1);
-  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(62), "Unweigted Layer Column %");
+  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(62), msg::kUnweightedLayerColumnPercent);
 }

@@ -6,139 +6,11 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
 
-// Catalogue keys the reader and the root raise (copied from the catalogue).
-const char* const kNoTable = "Subcommand ^1. Missing ^2 subcommand.";
-const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
-const char* const kUnbalancedParen = "Subcommand ^1. Unbalanced paren ^2.";
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kUnknownVariable = "Unrecognized variable ^1 in ^2 subcommand.";
-const char* const kOutOfOrder = "Parent subcommand ^1. Out of order subcommand ^2.";
-const char* const kOutOfOrderGlobal = "Parent subcommand ^1. Out of order global subcommand ^2.";
-const char* const kMissingKeyword = "SubCmd ^1. Missing required keyword ^2.";
-const char* const kSetInvalid = "Subcommand ^1. Set ^2 is invalid.";
-const char* const kEmptyQuotedText = "Subcommand ^1. Empty quoted text after ^2.";
-const char* const kNestingTooDeep = "Subcommand ^1. Nesting too deep at ^2. Limit ^3.";
-const char* const kTooManyVariables = "Table ^1. Sub-table of ^2 variables. Limit ^3.";
-const char* const kTooManyTerms = "Table ^1. More than ^2 stacked terms.";
-
-// Inputs whose size is the point: nesting and stacking past the parser's bounds.
-const std::string kDeepParens = "QUILT /TABLE " + std::string(101, '(') + "a" + std::string(101, ')') + ".";
-std::string StackedTerms(int count) {
-  std::string command = "QUILT /TABLE a";
-  for (int term = 1; term < count; ++term) command += " + b";
-  return command + ".";
-}
-const std::string kTooManyStacked = StackedTerms(1001);
-
-struct InvalidCase {
-  std::string command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-void PrintTo(const InvalidCase& row, std::ostream* out) {
-  *out << row.command.substr(0, 80);
-}
-
-class SyntaxReaderInvalid : public testing::TestWithParam<InvalidCase> {};
-
-TEST_P(SyntaxReaderInvalid, RaisesTheCatalogueError) {
-  const InvalidCase& row = GetParam();
-  const ParseOutcome outcome = ParseCommand(row.command);
-  ASSERT_FALSE(outcome.succeeded);
-  EXPECT_EQ(outcome.error.key, row.key);
-  EXPECT_EQ(outcome.error.arguments, row.arguments);
-}
-
-// The first placeholder is the subcommand name of the converter that was current: "QUILT" at
-// the root, "TABLE" on the table and everything in its expression.
-const InvalidCase kInvalidCases[] = {
-    // End of tokens.
-    {"QUILT.", kNoTable, {"QUILT", "TABLE"}},
-    {"QUILT /TABLE.", kNoTable, {"TABLE", "TABLE"}},
-    {"QUILT /TABLE /TABLE a.", kNoTable, {"TABLE", "TABLE"}},
-    // Only global subcommands: the last one is current when the tokens run out.
-    {"QUILT /FORMAT EMPTY=BLANK /SMISSING LISTWISE.", kNoTable, {"SMISSING", "TABLE"}},
-    {"QUILT /HIDESMALLCOUNTS COUNT=3 /MRSETS COUNTDUPLICATES=YES.", kNoTable, {"MRSETS", "TABLE"}},
-    {"QUILT /TABLE a /.", kIncorrectSequence, {"TABLE", "/"}},
-    // An empty literal is a token without text; the error names the word before it.
-    {"QUILT /TABLE a ''.", kEmptyQuotedText, {"TABLE", "a"}},
-    // Slashes and subcommand words.
-    // ("//" at the end of a line starts a comment, so the doubled slash is followed by a word.)
-    {"QUILT //TABLE a.", kIncorrectSequence, {"QUILT", "/"}},
-    {"QUILT /TABLE a //TABLE b.", kIncorrectSequence, {"TABLE", "/"}},
-    {"QUILT / TABLE = a.", kIncorrectSequence, {"QUILT", "/ TABLE ="}},
-    {"QUILT /TABLE a / TITLES = 'x'.", kIncorrectSequence, {"TABLE", "/ TITLES ="}},
-    {"QUILT /NOSUCH.", kUnknownKeyword, {"QUILT", "NOSUCH"}},
-    // Depth tests: BY, ALL and "/" inside parentheses or brackets.
-    {"QUILT /TABLE (a BY b).", kUnbalancedParen, {"TABLE", "BY"}},
-    {"QUILT /TABLE (a ALL).", kUnbalancedParen, {"TABLE", "ALL"}},
-    {"QUILT /TABLE (a / b).", kUnbalancedParen, {"TABLE", "/"}},
-    {"QUILT /TABLE a [BY].", kUnbalancedParen, {"TABLE", "BY"}},
-    {"QUILT /TABLE a [ / ].", kUnbalancedParen, {"TABLE", "/"}},
-    // A group still open at the end of the command.
-    {"QUILT /TABLE (a + b.", kUnbalancedParen, {"TABLE", "("}},
-    {"QUILT /TABLE (a.", kUnbalancedParen, {"TABLE", "("}},
-    // Bounds that keep every walk of the tree cheap: nesting depth, nested variables of one
-    // sub-table (ten are refused as the tenth arrives; nine reach the check after the parse,
-    // which the program's tour shows on the sample survey), and stacked terms.
-    {kDeepParens, kNestingTooDeep, {"TABLE", "(", "100"}},
-    {"QUILT /TABLE a > b > c > d > e > d1 > d2 > m1 > m2 > a.", kTooManyVariables, {"1", "10", "8"}},
-    {kTooManyStacked, kTooManyTerms, {"1", "1000"}},
-    // A plus sign right before a right parenthesis.
-    {"QUILT /TABLE (a + ) b.", kIncorrectSequence, {"TABLE", ")"}},
-    // Unpartnered closers: the table's parent is the root, whose name differs; the root has none.
-    {"QUILT /TABLE a ).", kUnbalancedParen, {"TABLE", ")"}},
-    {"QUILT ).", kUnknownKeyword, {"QUILT", ")"}},
-    {"QUILT ].", kUnknownKeyword, {"QUILT", "]"}},
-    // Stray operators and words the current converter cannot use.
-    {"QUILT /TABLE a + = b.", kUnknownKeyword, {"TABLE", "="}},
-    {"QUILT /TABLE a - b.", kUnknownKeyword, {"TABLE", "-"}},
-    {"QUILT /TABLE a & b.", kUnknownKeyword, {"TABLE", "&"}},
-    {"QUILT /TABLE a TO b.", kUnknownKeyword, {"TABLE", "TO"}},
-    {"QUILT /TABLE 5.", kUnknownKeyword, {"TABLE", "5"}},
-    {"QUILT /TABLE 'text'.", kUnknownKeyword, {"TABLE", "text"}},
-    {"QUILT /TABLE a b.", kUnknownKeyword, {"TABLE", "b"}},
-    // A word followed by "=" travels up as an attribute and nobody takes it.
-    {"QUILT /TABLE a = b.", kUnknownKeyword, {"QUILT", "a"}},
-    // Contexts: after a variable no paren; no operator or bracket before an operand.
-    {"QUILT /TABLE a (b).", kIncorrectSequence, {"TABLE", "("}},
-    {"QUILT /TABLE > a.", kIncorrectSequence, {"TABLE", ">"}},
-    {"QUILT /TABLE + a.", kIncorrectSequence, {"TABLE", "+"}},
-    {"QUILT /TABLE [ ].", kIncorrectSequence, {"TABLE", "["}},
-    {"QUILT /TABLE a + [ ].", kIncorrectSequence, {"TABLE", "["}},
-    {"QUILT /TABLE ().", kIncorrectSequence, {"TABLE", ")"}},
-    {"QUILT /TABLE a + /TABLE b.", kIncorrectSequence, {"TABLE", "/"}},
-    {"QUILT /TABLE a BY b BY c BY d.", kIncorrectSequence, {"TABLE", "BY"}},
-    // Variables and sets.
-    {"QUILT /TABLE nosuch.", kUnknownVariable, {"nosuch", "TABLE"}},
-    {"QUILT /TABLE $nosuch.", kUnknownVariable, {"$nosuch", "TABLE"}},
-    // Subcommand order.
-    {"QUILT /CATEGORIES.", kOutOfOrder, {"TABLE", "CATEGORIES"}},
-    {"QUILT /titles.", kOutOfOrder, {"TABLE", "titles"}},
-    {"QUILT /TABLE a /FORMAT.", kOutOfOrderGlobal, {"TABLE", "FORMAT"}},
-    {"QUILT /TABLE a /MRSETS.", kOutOfOrderGlobal, {"TABLE", "MRSETS"}},
-    {"QUILT /TABLE a /VLABELS VARIABLES=a DISPLAY=NAME.", kOutOfOrderGlobal, {"TABLE", "VLABELS"}},
-    {"QUILT /TABLE a /TITLES TITLE='x' /weight VARIABLE=a.", kOutOfOrderGlobal, {"TABLE", "weight"}},
-    {"QUILT /TABLE a /SMISSING LISTWISE.", kOutOfOrderGlobal, {"TABLE", "SMISSING"}},
-    {"QUILT /TABLE a /HIDESMALLCOUNTS.", kOutOfOrderGlobal, {"TABLE", "HIDESMALLCOUNTS"}},
-    {"QUILT /TABLE a /PCOMPUTE.", kUnknownKeyword, {"TABLE", "PCOMPUTE"}},
-    {"QUILT /PCOMPUTE &x=EXPR([1]) /TABLE a /PPROPERTIES &x LABEL='y'.",
-     kUnknownKeyword,
-     {"TABLE", "PPROPERTIES"}},
-    // Every table-level subcommand needs a TABLE before it.
-    {"QUILT /FORMAT EMPTY=BLANK /SLABELS POSITION=ROW.", kOutOfOrder, {"TABLE", "SLABELS"}},
-    {"QUILT /CLABELS AUTO.", kOutOfOrder, {"TABLE", "CLABELS"}},
-    {"QUILT /COMPARETEST TYPE=PROP.", kOutOfOrder, {"TABLE", "COMPARETEST"}},
-    {"QUILT /SIGTEST TYPE=CHISQUARE.", kOutOfOrder, {"TABLE", "SIGTEST"}},
-    {"QUILT /CRITERIA CILEVEL=90.", kOutOfOrder, {"TABLE", "CRITERIA"}},
-    {"QUILT /PPROPERTIES.", kMissingKeyword, {"QUILT", "PCOMPUTE"}},
-};
-
-INSTANTIATE_TEST_SUITE_P(EventTable, SyntaxReaderInvalid, testing::ValuesIn(kInvalidCases));
+// The errors of the reader and the root are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 TEST(SyntaxReader, ValidCommandsEndWithTheRootCurrentAndTheirTablesNumbered) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE a /TABLE b BY c /TABLE (d).");
@@ -156,7 +28,7 @@ TEST(SyntaxReader, MissingKeywordIsShownAsAWarningAndThenThrown) {
   const ParseOutcome outcome = ParseCommand("QUILT /PPROPERTIES.");
   ASSERT_FALSE(outcome.succeeded);
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kMissingKeyword);
+  EXPECT_EQ(outcome.reported[0].key, msg::kMissingRequiredKeyword);
   EXPECT_EQ(outcome.reported[0].arguments, outcome.error.arguments);
   EXPECT_EQ(outcome.reported[0].level, 2);  // kBpLevelWarning
 }
@@ -165,7 +37,7 @@ TEST(SyntaxReader, AnInvalidSetIsReportedAndDroppedAndParsingGoesOn) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE $broken BY a.");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kSetInvalid);
+  EXPECT_EQ(outcome.reported[0].key, msg::kSetIsInvalid);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "$broken"}));
   EXPECT_EQ(outcome.reported[0].level, 3);  // kBpLevelError
 }
@@ -207,7 +79,7 @@ TEST(SyntaxReader, LookingAheadForEqualsStepsBackSoNoTokenIsLost) {
 
   const ParseOutcome literal = ParseCommand("QUILT /TABLE a 'x'.");
   ASSERT_FALSE(literal.succeeded);
-  EXPECT_EQ(literal.error.key, kUnknownKeyword);
+  EXPECT_EQ(literal.error.key, msg::kUnknownKeyword);
   EXPECT_EQ(literal.error.arguments, (std::vector<std::string>{"TABLE", "x"}));
 }
 

@@ -14,10 +14,7 @@ namespace {
 EventOutcome Request(TableSettings& settings, RecordingParent& table, const std::vector<Event>& events) {
   auto* slabels = new SyntaxSLabelsSubcommand(settings);
   table.Add(slabels);
-  return RunEvents([&] {
-    Deliver(*slabels, events);
-    slabels->ValidateAndCommit("/");
-  });
+  return RunSubcommand(*slabels, events);
 }
 
 TEST(SyntaxSLabelsSubcommandTest, PositionAndVisibilityReachTheTable) {
@@ -37,24 +34,6 @@ TEST(SyntaxSLabelsSubcommandTest, PositionAndVisibilityReachTheTable) {
   EXPECT_EQ(second.reported[0].arguments, (std::vector<std::string>{"SLABELS", "POSITION"}));
   EXPECT_EQ(settings.GetSLabelPosition(), PresentationCodes::kSLabelLayer);
   EXPECT_FALSE(settings.GetSLabelVisibility());
-}
-
-TEST(SyntaxSLabelsSubcommandTest, RepeatsAndErrors) {
-  TableSettings settings;
-  RecordingParent table("TABLE");
-  const EventOutcome repeated =
-      Request(settings, table, {Key("VISIBLE"), Word("NO"), Key("VISIBLE"), Word("YES")});
-  ASSERT_EQ(repeated.reported.size(), 1u);
-  EXPECT_EQ(repeated.reported[0].arguments, (std::vector<std::string>{"SLABELS", "VISIBLE"}));
-  EXPECT_TRUE(settings.GetSLabelVisibility());
-
-  TableSettings other;
-  EXPECT_EQ(Request(other, table, {Key("POSITION"), Word("TOP")}).error.arguments,
-            (std::vector<std::string>{"SLABELS", "TOP"}));
-  EXPECT_EQ(Request(other, table, {Key("POSITION")}).error.key, "Text ^1. Incomplete subcommand ^2.");
-  EXPECT_EQ(Request(other, table, {Word("ROW")}).error.arguments,
-            (std::vector<std::string>{"SLABELS", "ROW"}));
-  EXPECT_FALSE(other.IsSLabelPositionSet());
 }
 
 }  // namespace

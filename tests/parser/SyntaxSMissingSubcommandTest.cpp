@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxSMissingSubcommand.h"
 
 namespace {
@@ -25,19 +26,6 @@ TEST(SyntaxSMissingSubcommandTest, WordsAndTheirEffect) {
   const EventOutcome outcome = RunEvents([&] { unknown.String("PAIRWISE"); });
   ASSERT_TRUE(outcome.threw);
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"SMISSING", "PAIRWISE"}));
-}
-
-TEST(SyntaxSMissingSubcommandTest, ASecondWordWarnsAndWins) {
-  SyntaxSMissingSubcommand smissing;
-  const EventOutcome outcome = RunEvents([&] {
-    smissing.String("VARIABLE");
-    smissing.String("LISTWISE");
-  });
-  ASSERT_FALSE(outcome.threw);
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, "Subcommand ^1. Text ^2. Duplicate warning.");
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"SMISSING", "LISTWISE"}));
-  EXPECT_FALSE(smissing.GetIsPairwise());
 }
 
 }  // namespace

@@ -5,18 +5,9 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
-
-// The catalogue keys, as the message functions raise them.
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kIncorrectSequence = "Subcommand ^1. Incorrect Sequence ^2.";
-const char* const kInvalidPtile = "Subcommand ^1. Invalid PTILE ^2.";
-const char* const kCombined = "Subcommand ^1. Text ^2. Statistics and Measurement level combined.";
-const char* const kGroup2 = "Subcommand ^1. Variable ^2. ^3 is second group stat.";
-const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
-const char* const kOrder = "Subcommand ^1. Variable ^2. The measurement level after stat list.";
-const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
 
 // The dump line of the variable or set `name`, or empty.
 std::string LineOf(const std::string& dump, const std::string& name) {
@@ -101,46 +92,11 @@ TEST(SyntaxSquareBracketTest, MeasurementMarkChangesTheVariableType) {
   const ParseOutcome twice = ParseCommand("QUILT /TABLE a [S] [C].");
   ASSERT_TRUE(twice.succeeded) << twice.error.key;
   ASSERT_EQ(twice.reported.size(), 1u);
-  EXPECT_EQ(twice.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(twice.reported[0].key, msg::kDuplicateWarningFromVariable);
   EXPECT_EQ(twice.reported[0].arguments, (std::vector<std::string>{"TABLE", "C", "a"}));
   EXPECT_NE(LineOf(twice.dump, "a").find(" type=C"), std::string::npos) << twice.dump;
 }
 
-struct ErrorCase {
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class BracketErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(BracketErrors, NameWhatAndWhere) {
-  const ErrorCase& c = GetParam();
-  const ParseOutcome outcome = ParseCommand(c.command);
-  ASSERT_FALSE(outcome.succeeded) << c.command;
-  EXPECT_EQ(outcome.error.key, c.key) << c.command;
-  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Commands, BracketErrors,
-    testing::Values(ErrorCase{"QUILT /TABLE a [COUNT S].", kCombined, {"TABLE", "S"}},
-                    ErrorCase{"QUILT /TABLE a [S COUNT].", kCombined, {"TABLE", "COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [C S COUNT].", kCombined, {"TABLE", "COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [PTILE].", kInvalidPtile, {"TABLE", "]"}},
-                    // The statistic itself refuses the next word while it still owes its number.
-                    ErrorCase{"QUILT /TABLE a [PTILE COUNT].", kInvalidPtile, {"TABLE", "PTILE COUNT"}},
-                    ErrorCase{"QUILT /TABLE a [NOSUCH].", kUnknownKeyword, {"TABLE", "NOSUCH"}},
-                    ErrorCase{"QUILT /TABLE a [S TOTALS [COUNT]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
-                    // A bracket needs an operand: a variable or a closed parenthesis.
-                    ErrorCase{"QUILT /TABLE a + [COUNT].", kIncorrectSequence, {"TABLE", "["}},
-                    // MEAN needs a scale variable; [C] made a categorical.
-                    ErrorCase{"QUILT /TABLE a [C] [MEAN].", kGroup2, {"TABLE", "a", "MEAN"}},
-                    // RESPONSES needs a multiple-response set.
-                    ErrorCase{"QUILT /TABLE a [RESPONSES].", kGroup3, {"TABLE", "a", "RESPONSES"}},
-                    // A set cannot be summarized.
-                    ErrorCase{"QUILT /TABLE $cats [MEAN].", kGroup2, {"TABLE", "$cats", "MEAN"}},
-                    // The measurement level must come before the statistics it decides.
-                    ErrorCase{"QUILT /TABLE a [COUNT] [C].", kOrder, {"TABLE", "a"}}));
+// The bracket errors are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 }  // namespace

@@ -5,12 +5,9 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
+#include "host/output/MessageKeys.h"
 
 namespace {
-
-const char* const kHideSourceInSigTest =
-    "Subcommand PPROPERTIES: The source categories of computed category  &^1  can not be hidden when requesting "
-    "significance testing.";
 
 struct TableCase {
   const char* name;
@@ -37,13 +34,13 @@ const TableCase kTableCases[] = {
     // A chi-square test needs the source categories that a hidden computed category would take away.
     {"HiddenSourcesUnderSigTest",
      "QUILT /PCOMPUTE &top=EXPR([1]+[2]) /PPROPERTIES &top HIDESOURCECATS=YES /TABLE a BY b /SIGTEST TYPE=CHISQUARE.",
-     kHideSourceInSigTest,
+     msg::kSourceCategoriesHiddenWithSigTest,
      {"top"}},
     // Only the PPROPERTIES that hides them counts, and any of several PCOMPUTEs.
     {"SecondComputedCategoryHidden",
      "QUILT /PCOMPUTE &low=EXPR([1]) /PCOMPUTE &top=EXPR([1]+[2]) /PPROPERTIES &low LABEL='Low'"
      " /PPROPERTIES &top HIDESOURCECATS=YES /TABLE a BY b /SIGTEST TYPE=CHISQUARE.",
-     kHideSourceInSigTest,
+     msg::kSourceCategoriesHiddenWithSigTest,
      {"top"}},
     {"SourcesShownUnderSigTest",
      "QUILT /PCOMPUTE &top=EXPR([1]+[2]) /PPROPERTIES &top HIDESOURCECATS=NO /TABLE a BY b /SIGTEST TYPE=CHISQUARE.",
@@ -55,7 +52,7 @@ const TableCase kTableCases[] = {
      "",
      {}},
     // Three axes at most: the third BY is refused by name, even in a later table.
-    {"ThirdBy", "QUILT /TABLE a /TABLE a BY b BY c BY d.", "Subcommand ^1. Incorrect Sequence ^2.", {"TABLE", "BY"}},
+    {"ThirdBy", "QUILT /TABLE a /TABLE a BY b BY c BY d.", msg::kIncorrectSequence, {"TABLE", "BY"}},
     {"TwoBysAreThreeAxes", "QUILT /TABLE a BY b BY c.", "", {}},
 };
 

@@ -7,6 +7,7 @@
 #include "DissectionTestSupport.h"
 #include "SubcommandTestSupport.h"
 #include "host/engine/TableEncryptionCodes.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -53,9 +54,6 @@ TEST_P(SignificanceChecks, DropTestsNoCubeCanTakeWithTheirReasons) {
   EXPECT_EQ(TestsLine(outcome.parseDump), c.remaining);
 }
 
-const char* const kChiNoCube = "Chi-square skipped in ^1 table. No eligible cube.";
-const char* const kPropNoCube = "Column proportions skipped in ^1 table. No eligible cube.";
-const char* const kMeansNoCube = "Pairwise comparisons skipped in ^1 table. No eligible cube.";
 const char* const kChi = "chisquare(alpha=0.05 adjust=1 mrsets=1)";
 const char* const kMeans = "means(alpha=0.05 adjust=1 mrsets=1)";
 const char* const kProp = "proportions(alpha=0.05 adjust=1 mrsets=1)";
@@ -68,73 +66,73 @@ INSTANTIATE_TEST_SUITE_P(
         // Unweighted counts serve an unweighted table.
         TestCase{"QUILT /TABLE a BY b [UCOUNT] /SIGTEST TYPE=CHISQUARE.", {}, kChi},
         TestCase{"QUILT /TABLE a BY a /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"1"}}, {kChiNoCube, {"1"}}},
+                 {{msg::kChiSquareSkippedSameVariables, {"1"}}, {msg::kChiSquareSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /TABLE a BY a /TITLES TITLE='Brands' /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"Brands"}},
-                  {kChiNoCube, {"Brands"}}},
+                 {{msg::kChiSquareSkippedSameVariables, {"Brands"}},
+                  {msg::kChiSquareSkippedNoEligibleCube, {"Brands"}}},
                  "none"},
         // A summarized variable, or a table without columns, gives nothing to test, and no
         // reason beyond the missing cube.
-        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE.", {{kChiNoCube, {"1"}}}, "none"},
-        TestCase{"QUILT /TABLE a /SIGTEST TYPE=CHISQUARE.", {{kChiNoCube, {"1"}}}, "none"},
+        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE.", {{msg::kChiSquareSkippedNoEligibleCube, {"1"}}}, "none"},
+        TestCase{"QUILT /TABLE a /SIGTEST TYPE=CHISQUARE.", {{msg::kChiSquareSkippedNoEligibleCube, {"1"}}}, "none"},
         // Table percentages are no counts the test can use.
         TestCase{"QUILT /TABLE a BY b [TABLEPCT.COUNT] /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. No proper simple stats.", {"1"}}, {kChiNoCube, {"1"}}},
+                 {{msg::kChiSquareSkippedNoSimpleStats, {"1"}}, {msg::kChiSquareSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [UCOUNT] /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. No proper weight stats.", {"1"}}, {kChiNoCube, {"1"}}},
+                 {{msg::kChiSquareSkippedNoWeightStats, {"1"}}, {msg::kChiSquareSkippedNoEligibleCube, {"1"}}},
                  "none"},
         // Weighted and unweighted counts side by side: tested, with a warning.
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOUNT] /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. Combined stats.", {"1"}}},
+                 {{msg::kChiSquareSkippedCombinedStats, {"1"}}},
                  kChi},
         // Row percentages serve chi-square but not the proportions test.
         TestCase{"QUILT /TABLE a BY b [ROWPCT.COUNT] /COMPARETEST TYPE=PROP.",
-                 {{"Column proportions skipped in ^1 table. No proper simple stats.", {"1"}}, {kPropNoCube, {"1"}}},
+                 {{msg::kColumnProportionsSkippedNoSimpleStats, {"1"}}, {msg::kColumnProportionsSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /TABLE x BY a /COMPARETEST TYPE=MEAN.", {}, kMeans},
         // x summarized in the layers: the means of one column cannot be compared.
         TestCase{"QUILT /TABLE a BY b BY x /COMPARETEST TYPE=MEAN.",
-                 {{"Pairwise comparisons skipped in table. Scale var in column.", {}}, {kMeansNoCube, {"1"}}},
+                 {{msg::kPairwiseComparisonsSkippedScaleInColumn, {}}, {msg::kPairwiseComparisonsSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE x [SUM] BY a /COMPARETEST TYPE=MEAN.",
-                 {{"Pairwise comparisons skipped in ^1 table. No proper weight stats.", {"1"}}, {kMeansNoCube, {"1"}}},
+                 {{msg::kPairwiseComparisonsSkippedNoWeightStats, {"1"}}, {msg::kPairwiseComparisonsSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE x [MEAN UMEAN] BY a /COMPARETEST TYPE=MEAN.",
-                 {{"Pairwise comparisons skipped in ^1 table. Combined stats.", {"1"}}},
+                 {{msg::kPairwiseComparisonsSkippedCombinedStats, {"1"}}},
                  kMeans},
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [UCOUNT] /COMPARETEST TYPE=PROP.",
-                 {{"Column proportions skipped in ^1 table. No proper weight stats.", {"1"}}, {kPropNoCube, {"1"}}},
+                 {{msg::kColumnProportionsSkippedNoWeightStats, {"1"}}, {msg::kColumnProportionsSkippedNoEligibleCube, {"1"}}},
                  "none"},
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOLPCT] /COMPARETEST TYPE=PROP.",
-                 {{"Column proportions skipped in ^1 table. Combined stats.", {"1"}}},
+                 {{msg::kColumnProportionsSkippedCombinedStats, {"1"}}},
                  kProp},
         // Unweighted data and a scale variable with neither mean.
         TestCase{"QUILT /TABLE x [SUM] BY a /COMPARETEST TYPE=MEAN.",
-                 {{"Pairwise comparisons skipped in ^1 table. No proper simple stats.", {"1"}}, {kMeansNoCube, {"1"}}},
+                 {{msg::kPairwiseComparisonsSkippedNoSimpleStats, {"1"}}, {msg::kPairwiseComparisonsSkippedNoEligibleCube, {"1"}}},
                  "none"},
         // Reasons from several cubes come once each, in a fixed order whatever the order of the
         // cubes: here the weight problem of a BY c stands before the combined counts of a BY b.
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY b [COUNT UCOUNT] + c [UCOUNT] + d [UCOUNT]"
                  " /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. No proper weight stats.", {"1"}},
-                  {"Chi-square skipped in ^1 table. Combined stats.", {"1"}}},
+                 {{msg::kChiSquareSkippedNoWeightStats, {"1"}},
+                  {msg::kChiSquareSkippedCombinedStats, {"1"}}},
                  kChi},
         // The same variable in rows and columns reports ahead of the weight problem of the other cube.
         TestCase{"QUILT /WEIGHT VARIABLE=w /TABLE a BY c [UCOUNT] + a /TITLES TITLE='Mix' /SIGTEST TYPE=CHISQUARE.",
-                 {{"Chi-square skipped in ^1 table. Row and column vars are same.", {"Mix"}},
-                  {"Chi-square skipped in ^1 table. No proper weight stats.", {"Mix"}},
-                  {kChiNoCube, {"Mix"}}},
+                 {{msg::kChiSquareSkippedSameVariables, {"Mix"}},
+                  {msg::kChiSquareSkippedNoWeightStats, {"Mix"}},
+                  {msg::kChiSquareSkippedNoEligibleCube, {"Mix"}}},
                  "none"},
         // A dropped test leaves the others in place.
-        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=MEAN.", {{kChiNoCube, {"1"}}}, kMeans},
+        TestCase{"QUILT /TABLE x BY a /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=MEAN.", {{msg::kChiSquareSkippedNoEligibleCube, {"1"}}}, kMeans},
         // Moved labels: no test at all, and no cube is asked.
         TestCase{"QUILT /TABLE a BY a /SIGTEST TYPE=CHISQUARE /CLABELS COLLABELS=OPPOSITE.",
-                 {{"Chi-square in comperimeter table.", {}}},
+                 {{msg::kChiSquareMovedLabels, {}}},
                  "none"},
         TestCase{"QUILT /TABLE x BY a /COMPARETEST TYPE=MEAN /CLABELS COLLABELS=OPPOSITE.",
-                 {{"Pairwise comparisons in comperimeter table.", {}}},
+                 {{msg::kPairwiseComparisonsMovedLabels, {}}},
                  "none"}));
 
 struct ComperimeterCase {
@@ -157,9 +155,6 @@ TEST_P(ComperimeterChecks, RefuseSourcesThatCannotShareLabels) {
   EXPECT_EQ(outcome.error.arguments, c.arguments);
 }
 
-const char* const kScaleInSource = "Subcommand ^1. Variable ^2. Scale var in comperimeter source dimension.";
-const char* const kConflictingLabels = "Subcommand ^1. Conflicting value labels in comperimeter scource dimension.";
-
 // a and b label 1 "Low", 2 "High"; c labels 2 "Top"; d labels only 3.
 INSTANTIATE_TEST_SUITE_P(
     Commands, ComperimeterChecks,
@@ -171,22 +166,22 @@ INSTANTIATE_TEST_SUITE_P(
         ComperimeterCase{"QUILT /TABLE c > a BY e /CLABELS ROWLABELS=LAYER.", "", {}},
         // The other axis may hold anything.
         ComperimeterCase{"QUILT /TABLE a + c BY e /CLABELS COLLABELS=OPPOSITE.", "", {}},
-        ComperimeterCase{"QUILT /TABLE a + c BY e /CLABELS ROWLABELS=OPPOSITE.", kConflictingLabels, {"TABLE"}},
-        ComperimeterCase{"QUILT /TABLE e BY b + d + c /CLABELS COLLABELS=LAYER.", kConflictingLabels, {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE a + c BY e /CLABELS ROWLABELS=OPPOSITE.", msg::kMovedLabelsValueLabelsConflict, {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE e BY b + d + c /CLABELS COLLABELS=LAYER.", msg::kMovedLabelsValueLabelsConflict, {"TABLE"}},
         // The check stops at the scale variable and names it.
-        ComperimeterCase{"QUILT /TABLE a + x BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
-        ComperimeterCase{"QUILT /TABLE x + a BY b /CLABELS ROWLABELS=OPPOSITE.", kScaleInSource, {"TABLE", "x"}},
+        ComperimeterCase{"QUILT /TABLE a + x BY b /CLABELS ROWLABELS=OPPOSITE.", msg::kMovedLabelsScaleVariable, {"TABLE", "x"}},
+        ComperimeterCase{"QUILT /TABLE x + a BY b /CLABELS ROWLABELS=OPPOSITE.", msg::kMovedLabelsScaleVariable, {"TABLE", "x"}},
         // A dichotomy set's categories are its members: it cannot share labels with a variable.
         ComperimeterCase{"QUILT /TABLE $dich BY e /CLABELS ROWLABELS=OPPOSITE.", "", {}},
-        ComperimeterCase{"QUILT /TABLE $dich + a BY e /CLABELS ROWLABELS=OPPOSITE.", kConflictingLabels, {"TABLE"}},
+        ComperimeterCase{"QUILT /TABLE $dich + a BY e /CLABELS ROWLABELS=OPPOSITE.", msg::kMovedLabelsValueLabelsConflict, {"TABLE"}},
         ComperimeterCase{"QUILT /TABLE a + b BY e /CATEGORIES VARIABLES=a TOTAL=YES /CLABELS ROWLABELS=OPPOSITE.",
-                         "Subcommand ^1. Categories spec differ in comperimeter scource dimension.",
+                         msg::kMovedLabelsCategoriesDiffer,
                          {"TABLE"}},
         ComperimeterCase{"QUILT /TABLE a + b BY e /CATEGORIES VARIABLES=e KEY=COUNT /CLABELS ROWLABELS=OPPOSITE.",
-                         "Subcommand ^1. Variable ^2. Data dependent sorting in comperimeter table.",
+                         msg::kMovedLabelsDataDependentSorting,
                          {"TABLE", "e"}},
         ComperimeterCase{"QUILT /TABLE BY b /CLABELS ROWLABELS=OPPOSITE.",
-                         "Subcommand ^1. Missing source dimension in comperimeter table.",
+                         msg::kMovedLabelsMissingSourceDimension,
                          {"TABLE"}}));
 
 // Runs the comperimeter check of the first table after changing its variables with `change`.
@@ -208,7 +203,7 @@ TEST(ComperimeterChecks, SourcesMustShareTheirCategoryOptions) {
   const EventOutcome total = CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
                                         [](const std::vector<SyntaxVariableName*>& vars) { vars[0]->SetIsTotalNo(false); });
   ASSERT_TRUE(total.threw);
-  EXPECT_EQ(total.error.key, "Subcommand ^1. Categories spec differ in comperimeter scource dimension.");
+  EXPECT_EQ(total.error.key, msg::kMovedLabelsCategoriesDiffer);
   // Both show it, under different labels.
   const EventOutcome label = CheckAfter("QUILT /TABLE a + b BY e.", TableEncryptionCodes::kCLabelRowOpposite,
                                         [](const std::vector<SyntaxVariableName*>& vars) {
@@ -233,7 +228,7 @@ TEST(ComperimeterChecks, ADataDependentSortAnywhereIsRefused) {
                    vars[2]->SetSortKey(TableEncryptionCodes::kSortKeyStatistic);
                  });
   ASSERT_TRUE(sorted.threw);
-  EXPECT_EQ(sorted.error.key, "Subcommand ^1. Variable ^2. Data dependent sorting in comperimeter table.");
+  EXPECT_EQ(sorted.error.key, msg::kMovedLabelsDataDependentSorting);
   EXPECT_EQ(sorted.error.arguments, (std::vector<std::string>{"TABLE", "e"}));
 }
 

@@ -46,7 +46,6 @@ TEST(SyntaxTablesCommand, ABaseWeightReplacesTheCaseWeightForTheRun) {
 
   // An unknown variable keeps its name for messages but changes nothing.
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, 1);
-  SyntaxConverter::SetBaseWeightVarIndex(-1);
   SyntaxTablesCommand other;
   other.SetBaseWeightVariable(-1, "nosuch");
   EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), 1);
@@ -79,7 +78,6 @@ TEST(SyntaxTablesCommand, TheHostWeightWordIsClearedOnlyByAValidBaseWeight) {
     const EventOutcome outcome = ParseAndInspect(row.command, [](SyntaxTablesCommand&) {});
     EXPECT_EQ(outcome.threw, row.thrown) << outcome.error.key;
     EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), row.after);
-    SyntaxConverter::SetBaseWeightVarIndex(-1);
   }
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, saved);
 }

@@ -6,18 +6,13 @@
 
 #include "ParserTestSupport.h"
 #include "SubcommandTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/SyntaxVariableName.h"
 
 namespace {
-
-const char* const kNoTotalsStats = "Subcommand ^1. Text ^2. No TOTALS stats.";
-const char* const kUnknownKeyword = "Subcommand ^1. Unknown keyword ^2.";
-const char* const kScaleTotal = "Subcommand ^1. Totals for variable ^2.";
-const char* const kDuplicateFromVariable = "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.";
-const char* const kGroup3 = "Subcommand ^1. Variable ^2. ^3 is third group stat.";
 
 // The dump line of the variable or set `name`, or empty.
 std::string LineOf(const std::string& dump, const std::string& name) {
@@ -79,7 +74,7 @@ TEST(SyntaxTotalsTest, ScaleVariableGetsNoTotalsButAWarning) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE x [TOTALS [COUNT]].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kScaleTotal);
+  EXPECT_EQ(outcome.reported[0].key, msg::kTotalsForVariable);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "x"}));
   EXPECT_EQ(FieldOf(outcome.dump, "x", "totalstats="), "none") << outcome.dump;
 }
@@ -88,7 +83,7 @@ TEST(SyntaxTotalsTest, SecondTotalsClauseWarnsAndAddsToTheFirst) {
   const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [C] [TOTALS [COUNT]] [TOTALS [ROWPCT.COUNT]].");
   ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, kDuplicateFromVariable);
+  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarningFromVariable);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "TOTALS", "a"}));
   EXPECT_EQ(FieldOf(outcome.dump, "a", "totalstats="), "COUNT,ROWPCT.COUNT") << outcome.dump;
 }
@@ -129,46 +124,6 @@ TEST(SyntaxTotalsTest, CompletedStatisticsFillTheTotalCategory) {
   EXPECT_EQ(totalStats, (std::vector<std::string>{"", "ROWPCT.COUNT", "COLPCT.COUNT", "COUNT", ""}));
 }
 
-TEST(SyntaxTotalsTest, SecondDifferentTotalAnswerWarnsFromCategories) {
-  std::vector<CatalogueMessage> reported;
-  const EventOutcome outcome = ParseAndInspect("QUILT /TABLE a.", [&reported](SyntaxTablesCommand& root) {
-    MessageCapture capture;
-    SyntaxVariableName* variable = root.GetTable().at(0)->GetTableVarList().at(0);
-    variable->SetIsTotalNo(false);
-    variable->SetIsTotalNo(false);  // the same answer again says nothing
-    variable->SetIsTotalNo(true);
-    EXPECT_TRUE(variable->GetIsTotalNo());
-    reported = capture.GetReported();
-  });
-  ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  ASSERT_EQ(reported.size(), 1u);
-  EXPECT_EQ(reported[0].key, kDuplicateFromVariable);
-  EXPECT_EQ(reported[0].arguments, (std::vector<std::string>{"CATEGORIES", "TOTAL", "a"}));
-}
-
-struct ErrorCase {
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class TotalsErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(TotalsErrors, NameWhatAndWhere) {
-  const ErrorCase& c = GetParam();
-  const ParseOutcome outcome = ParseCommand(c.command);
-  ASSERT_FALSE(outcome.succeeded) << c.command;
-  EXPECT_EQ(outcome.error.key, c.key) << c.command;
-  EXPECT_EQ(outcome.error.arguments, c.arguments) << c.command;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Commands, TotalsErrors,
-    testing::Values(
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS []].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [TOTALS [COUNT]]].", kUnknownKeyword, {"TABLE", "TOTALS"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [S]].", kNoTotalsStats, {"TABLE", "]"}},
-        ErrorCase{"QUILT /TABLE a [C] [TOTALS [RESPONSES]].", kGroup3, {"TABLE", "a", "RESPONSES"}}));
+// The TOTALS errors are cases of diagnostics.txt (DiagnosticCorpusTest).
 
 }  // namespace

@@ -6,14 +6,11 @@
 
 #include "CategoriesTestSupport.h"
 #include "host/engine/ParsedCategory.h"
+#include "host/output/MessageKeys.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/VLPair.h"
 
 namespace {
-
-const char* const kNotInList =
-    "Subcommand CATEGORIES: Computed category &^1  includes ^2 ,which is not specified in the category list "
-    "for ^3.";
 
 TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
   KeptParse parse("QUILT /TABLE q1 BY gender.");
@@ -82,7 +79,7 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
           Describe(*parse.Variable(test.variable)->GetParsedCategories().back()).rfind("computed &c", 0), 0u);
     } else {
       ASSERT_FALSE(parse.Succeeded());
-      EXPECT_EQ(parse.Error().key, kNotInList);
+      EXPECT_EQ(parse.Error().key, msg::kComputedCategoryUsesUnlistedCategory);
       EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"c", test.missing, test.variable}));
     }
   }
@@ -100,9 +97,10 @@ TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
       {"POSITION=AFTER", "POSITION=BEFORE", "POSITION"},
       {"EMPTY=INCLUDE", "EMPTY=EXCLUDE", "EMPTY"},
       {"MISSING=INCLUDE", "MISSING=EXCLUDE", "MISSING"},
-      // The total's label warns when it is given again alike.
+      // A label is a text: another one, even in another case, warns; the same one does not.
+      {"LABEL='All'", "LABEL='Every'", "LABEL"},
       {"LABEL='All'", "LABEL='all'", "LABEL"},
-      {"LABEL='All'", "LABEL='Every'", nullptr},
+      {"LABEL='All'", "LABEL='All'", nullptr},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(std::string(test.first) + " / " + test.second);
@@ -114,7 +112,7 @@ TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
       continue;
     }
     ASSERT_EQ(parse.Reported().size(), 1u);
-    EXPECT_EQ(parse.Reported()[0].key, "Subcommand ^1. Text ^2. Duplicate warning from variable ^3.");
+    EXPECT_EQ(parse.Reported()[0].key, msg::kDuplicateWarningFromVariable);
     EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", test.keyword, "q1"}));
   }
 }
@@ -123,7 +121,7 @@ TEST(SyntaxVariableNameTest, ProtectsItsListFromImplicitOptions) {
   // MISSING in a later CATEGORIES would contradict the explicit list given before.
   KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] /CATEGORIES VARIABLES=q1 MISSING=INCLUDE.");
   ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, "Subcommand ^1. Explicit list violation for variable ^1.");
+  EXPECT_EQ(parse.Error().key, msg::kExplicitListViolationInVariable);
   EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"CATEGORIES", "q1"}));
 }
 

@@ -5,14 +5,13 @@
 #include <vector>
 
 #include "DissectionTestSupport.h"
+#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/VariableComposite.h"
 
 namespace {
-
-const char* const kIncorrectCrossing = "Subcommand ^1. Incorrect table expression.";
 
 struct CubeCase {
   const char* expression;
@@ -80,7 +79,7 @@ class RefusedCrossing : public testing::TestWithParam<const char*> {};
 TEST_P(RefusedCrossing, EndsTheCommandWithIncorrectCrossing) {
   const TablesOutcome outcome = ParseTables(std::string("QUILT /TABLE ") + GetParam() + ".");
   ASSERT_FALSE(outcome.succeeded);
-  EXPECT_EQ(outcome.error.key, kIncorrectCrossing);
+  EXPECT_EQ(outcome.error.key, msg::kIncorrectTableExpression);
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE"}));
 }
 
@@ -100,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Expressions, RefusedCrossing,
 TEST(Dissection, AThirdByIsAnIncorrectSequence) {
   const TablesOutcome outcome = ParseTables("QUILT /TABLE a BY b BY c BY d.");
   ASSERT_FALSE(outcome.succeeded);
-  EXPECT_EQ(outcome.error.key, "Subcommand ^1. Incorrect Sequence ^2.");
+  EXPECT_EQ(outcome.error.key, msg::kIncorrectSequence);
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE", "BY"}));
 }
 

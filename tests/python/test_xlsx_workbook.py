@@ -9,7 +9,7 @@ import tempfile
 
 import pytest
 
-from quilt_json import SHOWCASE_RUNS, cell_marks, items, json_output, run_quilt, with_marks
+from quilt_json import SHOWCASE_RUNS, SURVEY, cell_marks, items, json_output, run_quilt, with_marks
 
 openpyxl = pytest.importorskip("openpyxl", reason="python3-openpyxl is not installed")
 
@@ -178,6 +178,18 @@ def test_workbook_shows_every_cell_of_the_json_output(args, tmp_path):
     workbook = tmp_path / "tables.xlsx"
     run_quilt([*args, "-f", "xlsx", "-o", str(workbook)])
     check_workbook(workbook, json_output(args))
+
+
+def test_format_column_widths_reach_the_workbook(tmp_path):
+    """MINCOLWIDTH and MAXCOLWIDTH of 1 inch are 12 characters (6 points to one): the columns of
+    short counts widen to 12, plus the one character of margin the writer adds."""
+    workbook = tmp_path / "widths.xlsx"
+    run_quilt(["-d", SURVEY, "-e",
+               "QUILT /FORMAT MINCOLWIDTH=1 MAXCOLWIDTH=1 UNITS=INCHES /TABLE region BY gender"
+               " /TITLES TITLE='Widths'", "-f", "xlsx", "-o", str(workbook)])
+    sheet = openpyxl.load_workbook(workbook)["Widths"]
+    widths = [sheet.column_dimensions[letter].width for letter in "CD"]
+    assert widths == [pytest.approx(13, abs=0.75)] * 2
 
 
 def test_sample_documents_with_letters_notes_layers_and_bad_bytes(tmp_path):

@@ -113,73 +113,6 @@ void ExpectConsistent(const Node* node) {
   EXPECT_EQ(node->GetMaxHeight(), height);
 }
 
-TEST(HeaderTreeNode, CreationSetsKindAndStartingFields) {
-  Fixture f;
-  std::unique_ptr<Node> root(Node::CreateRoot());
-  EXPECT_EQ(root->GetType(), Node::kHNodeTypeRoot);
-  EXPECT_EQ(root->GetNLeaves(), 1);
-  EXPECT_EQ(root->GetCubeIndexInDim(), -1);
-
-  std::vector<Node*> collector;
-  std::unique_ptr<Node> scale(Node::Create(f.Variable("income", /*scale=*/true), /*keepHere=*/true, collector));
-  EXPECT_EQ(scale->GetType(), Node::kHNodeTypeScaleVariable);
-  EXPECT_TRUE(scale->IsLeaf());
-  EXPECT_EQ(scale->GetCubeIndexInDim(), 0);
-
-  std::unique_ptr<Node> kept(Node::Create(f.Variable("region"), /*keepHere=*/true, collector));
-  EXPECT_EQ(kept->GetType(), Node::kHNodeTypeCatVariable);
-  ASSERT_EQ(kept->GetNChildren(), 1);
-  EXPECT_EQ(kept->GetChildren()[0]->GetType(), Node::kHNodeTypeTempCategories);
-  EXPECT_TRUE(collector.empty());
-
-  // Labels that another dimension shows leave the variable bare and go to the collector.
-  std::unique_ptr<Node> given(Node::Create(f.Variable("gender"), /*keepHere=*/false, collector));
-  EXPECT_TRUE(given->IsLeaf());
-  ASSERT_EQ(collector.size(), 1u);
-  EXPECT_EQ(collector[0]->GetVariable()->GetNameToken(), "gender");
-  delete collector[0];
-
-  std::unique_ptr<Node> letter(Node::Create("B", true));
-  EXPECT_EQ(letter->GetType(), Node::kHNodeTypeLetter);
-  EXPECT_EQ(letter->GetLabel(), "B");
-  std::unique_ptr<Node> label(Node::Create(std::string("Chi-square")));
-  EXPECT_EQ(label->GetType(), Node::kHNodeTypeLabel);
-}
-
-TEST(HeaderTreeNode, AddingARootSplicesItsChildrenInOrder) {
-  Fixture f;
-  std::unique_ptr<Node> root(Node::CreateRoot());
-  root->AddChild(f.VariableWithCategories("a", {"a1", "a2"}), false);
-  Node* stack = Node::CreateRoot();
-  stack->AddChild(f.VariableWithCategories("b", {"b1"}), false);
-  stack->AddChild(f.VariableWithCategories("c", {"c1", "c2", "c3"}), false);
-  EXPECT_EQ(root->AddChild(stack, false), 3);  // a, b, c: the root of b + c is gone
-
-  ASSERT_EQ(root->GetNChildren(), 3);
-  EXPECT_EQ(root->GetChildren()[1]->GetVariable()->GetNameToken(), "b");
-  EXPECT_EQ(root->GetChildren()[2]->GetVariable()->GetNameToken(), "c");
-  EXPECT_EQ(root->GetNLeaves(), 6);  // 2 + 1 + 3 categories
-  EXPECT_EQ(root->GetMaxHeight(), 2);
-  ExpectConsistent(root.get());
-}
-
-TEST(HeaderTreeNode, NestPutsTheSubtreeUnderTheFirstLeafAndClonesUnderTheOthers) {
-  Fixture f;
-  std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2", "a3"}));
-  Node* inner = f.VariableWithCategories("b", {"b1", "b2"});
-  outer->Nest(inner);
-
-  const auto& leaves = outer->GetChildren();
-  ASSERT_EQ(leaves.size(), 3u);
-  EXPECT_EQ(leaves[0]->GetChildren()[0], inner);
-  EXPECT_NE(leaves[1]->GetChildren()[0], inner);
-  EXPECT_NE(leaves[2]->GetChildren()[0], inner);
-  EXPECT_EQ(outer->GetNLeaves(), 6);  // 3 outer categories times 2 inner ones
-  EXPECT_EQ(outer->GetMaxHeight(), 3);
-  EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"b1", "b2", "b1", "b2", "b1", "b2"}));
-  ExpectConsistent(outer.get());
-}
-
 TEST(HeaderTreeNode, NestingARootStacksItsChildrenUnderEveryLeaf) {
   Fixture f;
   std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2"}));
@@ -276,32 +209,6 @@ TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
   }
 }
 
-TEST(HeaderTreeNode, NestStatsReachesTheLevelAboveTheLeaves) {
-  Fixture f;
-  std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2"}));
-  outer->Nest(f.VariableWithCategories("b", {"b1", "b2", "b3"}));
-  std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatCount, "Count")};
-  std::vector<StatTreeNode*> total;
-  outer->NestStats(regular, total);
-  EXPECT_EQ(outer->GetNLeaves(), 6);  // one statistic under each of 2 x 3 categories
-  EXPECT_EQ(Leaves(outer.get()), std::vector<std::string>(6, "Count"));
-  ExpectConsistent(outer.get());
-}
-
-TEST(HeaderTreeNode, InsertChildPushesALevelInBetween) {
-  Fixture f;
-  std::unique_ptr<Node> category(Node::Create(f.Category(AggregationCategory::kValue, 1, "a1")));
-  category->AddChild(f.Stat(Codes::kStatCount, "Count"), false);
-  category->AddChild(f.Stat(Codes::kStatColPctCount, "Column N %"), false);
-  Node* letter = Node::Create("A", true);
-  category->insertChild(letter);
-  ASSERT_EQ(category->GetNChildren(), 1);
-  EXPECT_EQ(category->GetChildren()[0], letter);
-  EXPECT_EQ(letter->GetNChildren(), 2);
-  EXPECT_EQ(category->GetMaxHeight(), 2);
-  ExpectConsistent(category.get());
-}
-
 TEST(HeaderTreeNode, CloneIsDeepAndForgetsTheEmptyStateWhileCreateCopyKeepsIt) {
   Fixture f;
   std::unique_ptr<Node> source(f.VariableWithCategories("a", {"a1", "a2"}));
@@ -388,6 +295,7 @@ TEST(StatTreeNode, FormatFamilyFollowsThePrimaryStatistic) {
       {Codes::kStatPtile, Codes::kConfUcl, StatTreeNode::kStatFormatMean},
       {Codes::kStatMedian, Codes::kConfSe, StatTreeNode::kStatFormatStdDev},
       {Codes::kStatMode, Codes::kConfNone, StatTreeNode::kStatFormatVariable},
+      {Codes::kStatMaximum, Codes::kConfNone, StatTreeNode::kStatFormatVariable},
       {Codes::kStatVariance, Codes::kConfNone, StatTreeNode::kStatFormatStdDev},
       {Codes::kStatUSum, Codes::kConfNone, StatTreeNode::kStatFormatSum},
       {Codes::kStatRange, Codes::kConfNone, StatTreeNode::kStatFormatDifference},
@@ -397,20 +305,6 @@ TEST(StatTreeNode, FormatFamilyFollowsThePrimaryStatistic) {
     EXPECT_EQ(StatTreeNode::DetermineStatFormatCode(row.primary, row.conf), row.expected)
         << "primary " << row.primary << " conf " << row.conf;
   }
-}
-
-TEST(HeaderTreeNode, DumpShowsOneNodePerLineIndentedByDepth) {
-  Fixture f;
-  std::unique_ptr<Node> root(Node::CreateRoot());
-  root->AddChild(f.VariableWithCategories("a", {"a1"}), true);
-  root->GetChildren()[0]->GetChildren()[0]->AddChild(f.Stat(Codes::kStatCount, "Count"), true);
-  // Written by hand from the tree above: root -> a -> a1 -> Count, one leaf, height 3.
-  EXPECT_EQ(Dump(*root),
-            "Root leaves=1 height=3 slot=-1 loc=0 includeEmpty=0 sameCube=0 empty=unknown\n"
-            "  CatVariable a leaves=1 height=2 slot=0 loc=0 includeEmpty=0 sameCube=0 empty=unknown\n"
-            "    Category 'a1' value leaves=1 height=1 slot=0 loc=0 includeEmpty=0 sameCube=0 empty=unknown\n"
-            "      Statistic 'Count' code=1 primary=1 conf=0 format=0 hidden=0 leaves=1 height=0 slot=0 loc=0 "
-            "includeEmpty=0 sameCube=0 empty=unknown\n");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // QuiltTableTestTreesTest.cpp - the reduced trees of the significance tests and the column letters
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,7 +51,7 @@ struct TestCall {
 // columns, 2 layers) and leaf key ("North/Old"). Every other leaf counts as written.
 struct EmptyLeaf {
   int dimension;
-  const char* key;
+  std::string key;
 };
 
 std::string KeyText(const QuiltTable::CategoryKey& key) {
@@ -91,153 +92,43 @@ std::unique_ptr<BuiltTable> BuildWithTests(const std::string& command, TestCall 
   return built;
 }
 
-struct GoldenCase {
-  const char* name;
-  const char* command;
-  TestCall call = {};
-  std::vector<EmptyLeaf> empty = {};
-  BuiltTable::Options options = {};
-};
+class TestTreesGolden : public testing::TestWithParam<BuilderCase> {};
 
-class TestTreesGolden : public testing::TestWithParam<GoldenCase> {};
-
-// Each dump ends in the trees of every test. They were checked node by node against the
-// reduction rules by hand; the comment of each case says what to look for.
+// The commands and what each dump shows are in cases/test_trees.txt.
 TEST_P(TestTreesGolden, DumpMatches) {
-  const GoldenCase& param = GetParam();
-  std::unique_ptr<BuiltTable> built = BuildWithTests(param.command, param.call, param.empty, param.options);
+  const BuilderCase& param = GetParam();
+  TestCall call;
+  call.unweighted = param.Setting("weighted") != "yes";
+  call.merged = param.Setting("merged") == "yes";
+  call.apa = param.Setting("style") != "simple";
+  // no-data=R:South/Old,R:West/Young: each leaf with the letter of its dimension.
+  std::vector<EmptyLeaf> empty;
+  const std::string noData = param.Setting("no-data");
+  for (std::size_t start = 0; start < noData.size();) {
+    const std::size_t comma = std::min(noData.find(',', start), noData.size());
+    const std::string leaf = noData.substr(start, comma - start);
+    empty.push_back({static_cast<int>(std::string("RCL").find(leaf[0])), leaf.substr(2)});
+    start = comma + 1;
+  }
+  BuiltTable::Options options;
+  options.totals = param.Setting("totals") == "yes";
+  std::unique_ptr<BuiltTable> built = BuildWithTests(param.command, call, empty, options);
   ASSERT_TRUE(built);
-  std::string dump = std::string("Command: ") + param.command + "\n";
-  if (param.options.totals) dump += "With TOTAL=YES on every categorical variable\n";
-  if (!param.empty.empty()) {
+  std::string dump = "Command: " + param.command + "\n";
+  if (options.totals) dump += "With TOTAL=YES on every categorical variable\n";
+  if (!empty.empty()) {
     dump += "Leaves without data:";
-    for (const EmptyLeaf& leaf : param.empty) dump += std::string(" ") + "RCL"[leaf.dimension] + ":" + leaf.key;
+    for (const EmptyLeaf& leaf : empty) dump += std::string(" ") + "RCL"[leaf.dimension] + ":" + leaf.key;
     dump += "\n";
   }
-  dump += "Tests built with unweighted=" + std::to_string(param.call.unweighted) +
-          " merged=" + std::to_string(param.call.merged) + " apa=" + std::to_string(param.call.apa) + "\n";
+  dump += "Tests built with unweighted=" + std::to_string(call.unweighted) + " merged=" + std::to_string(call.merged) +
+          " apa=" + std::to_string(call.apa) + "\n";
   dump += built->Dump();
-  EXPECT_TRUE(MatchesGoldenFile(std::string("tablebuilder/") + param.name + ".txt", dump));
+  EXPECT_TRUE(MatchesGoldenFile("tablebuilder/" + param.name + ".txt", dump));
 }
 
-BuiltTable::Options WithTotals() {
-  BuiltTable::Options options;
-  options.totals = true;
-  return options;
-}
-
-// The survey's empty cells, read off its nine cases: South has no Old, West has only
-// Middle, and West has no gender at all.
-const std::vector<EmptyLeaf> kEmptyRegionAge = {{0, "South/Old"}, {0, "West/Young"}, {0, "West/Old"}};
-
-INSTANTIATE_TEST_SUITE_P(
-    QuiltTable, TestTreesGolden,
-    testing::Values(
-        // One chi-square for each region: agegrp stays a leaf carrying the three texts.
-        GoldenCase{"test_chisquare", "QUILT /TABLE region > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE."},
-        // Lettered afresh within each gender; the counts drop out below the letters.
-        GoldenCase{"test_proportions", "QUILT /TABLE region BY gender > agegrp [COUNT] /COMPARETEST TYPE=PROP."},
-        // Rows keep region > score, which has a mean; columns are lettered.
-        GoldenCase{"test_means", "QUILT /TABLE region > score [MEAN] BY gender /COMPARETEST TYPE=MEAN."},
-        // Nested columns: one chi-square of region by agegrp within each gender, so the
-        // columns keep the gender categories and agegrp as a leaf below each.
-        GoldenCase{"test_chisquare_nested_columns",
-                   "QUILT /TABLE region BY gender > agegrp [COUNT] /SIGTEST TYPE=CHISQUARE."},
-        // Layers are kept with their categories as leaves: a third tree.
-        GoldenCase{"test_chisquare_layers", "QUILT /TABLE region BY gender [COUNT] BY agegrp /SIGTEST TYPE=CHISQUARE."},
-        // Empty leaves leave the test: South loses Old, West keeps only Middle.
-        GoldenCase{"test_proportions_empty_leaves",
-                   "QUILT /TABLE region > agegrp BY gender [COUNT] /COMPARETEST TYPE=PROP.",
-                   {},
-                   kEmptyRegionAge},
-        // Totals and subtotals of the columns are never compared: three letters, A to C.
-        GoldenCase{"test_proportions_totals",
-                   "QUILT /TABLE region BY agegrp [COUNT] /CATEGORIES VARIABLES=agegrp "
-                   "[1, 2, SUBTOTAL='Young or middle', 3] TOTAL=YES /COMPARETEST TYPE=PROP."},
-        // CATEGORIES=SUBTOTALS: the subtotal stands for Young and Middle, so two letters.
-        GoldenCase{"test_proportions_subtotals",
-                   "QUILT /TABLE region BY agegrp [COUNT] /CATEGORIES VARIABLES=agegrp "
-                   "[1, 2, SUBTOTAL='Young or middle', 3] TOTAL=YES /COMPARETEST TYPE=PROP CATEGORIES=SUBTOTALS."},
-        // Totals of the rows drop out of a chi-square as well, with TOTAL=YES on every variable.
-        GoldenCase{"test_chisquare_totals",
-                   "QUILT /TABLE region > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE.",
-                   {},
-                   {},
-                   WithTotals()},
-        // Merged, simple style: the main table's letters carry one mean and one count below
-        // them into the test's columns; STDDEV drops out, and score's name reaches no
-        // later sibling since it has none.
-        GoldenCase{"test_means_merged_statistics",
-                   "QUILT /TABLE region > score [MEAN STDDEV COUNT] BY gender /COMPARETEST TYPE=MEAN MERGE=YES "
-                   "STYLE=SIMPLE.",
-                   {true, true, false}},
-        // Statistics in the rows, tests apart: score stays a leaf without its statistics.
-        GoldenCase{"test_means_statistics_in_rows",
-                   "QUILT /TABLE region > score [MEAN STDDEV] BY gender /SLABELS POSITION=ROW "
-                   "/COMPARETEST TYPE=MEAN."},
-        // Two scale variables stacked: only score has a mean and is kept; income leaves.
-        GoldenCase{"test_means_stacked_scales",
-                   "QUILT /TABLE region > (score [MEAN] + income [SUM]) BY gender /COMPARETEST TYPE=MEAN."},
-        // Merged, simple style, two scale variables stacked: score's name reaches income as
-        // a prior variable in the main table's rows; below the letters only the mean stays.
-        GoldenCase{"test_means_stacked_merged",
-                   "QUILT /TABLE region > (score [MEAN] + income [SUM]) BY gender /COMPARETEST TYPE=MEAN MERGE=YES "
-                   "STYLE=SIMPLE.",
-                   {true, true, false}},
-        // A scale variable outside: the categories below it are kept, with scaleAbove.
-        GoldenCase{"test_means_scale_outer", "QUILT /TABLE score [MEAN] > region BY gender /COMPARETEST TYPE=MEAN."},
-        // Letters of merged tests in the main table's columns: the chi-square reads its
-        // height limit one level deeper (agegrp stays a leaf below each gender), the merged
-        // proportions keep each letter with its count below it.
-        GoldenCase{"test_chisquare_lettered_columns",
-                   "QUILT /TABLE region BY gender > agegrp [COUNT] /SIGTEST TYPE=CHISQUARE /COMPARETEST TYPE=PROP "
-                   "MERGE=YES STYLE=SIMPLE.",
-                   {true, true, false}},
-        // Merged proportions in APA style: no letters, the counts stay below the categories.
-        GoldenCase{"test_proportions_merged_apa",
-                   "QUILT /TABLE region BY gender [COUNT COLPCT.COUNT] /COMPARETEST TYPE=PROP MERGE=YES.",
-                   {true, true, true}}),
-    [](const testing::TestParamInfo<GoldenCase>& info) { return info.param.name; });
-
-TEST(QuiltTableTestTrees, ChiSquareRowsEndInTheTestLabelsBelowTheInnerVariable) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);  // rows and columns; the layer tree is a bare root
-  // One entry per outer category, the inner variable a leaf with the three texts below it.
-  std::vector<std::string> expected;
-  for (int region = 0; region < 3; ++region) expected.insert(expected.end(), {"Chi-square", "df", "Sig."});
-  EXPECT_EQ(LeafLabels(trees[0][0]), expected);
-  const Node* region = trees[0][0]->GetChildren()[0];
-  ASSERT_EQ(region->GetNChildren(), 3);
-  EXPECT_EQ(region->GetChildren()[1]->GetCategory()->GetCatLabel(), "South");
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"CatVariable"}));
-}
-
-TEST(QuiltTableTestTrees, SeparateProportionsTablesLetterEachLowestColumnGroup) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region BY gender > agegrp [COUNT] /COMPARETEST TYPE=PROP.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);
-  // Three age groups under each gender, lettered afresh within each gender.
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"(A)", "(B)", "(C)", "(A)", "(B)", "(C)"}));
-}
-
-TEST(QuiltTableTestTrees, MeansTestKeepsTheBranchesWithAMean) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region > score [MEAN] + agegrp BY gender /COMPARETEST TYPE=MEAN.");
-  ASSERT_TRUE(built);
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  ASSERT_EQ(trees[0].size(), 2u);
-  // The stacked agegrp has no scale variable and drops out of the row tree.
-  EXPECT_EQ(LeafLabels(trees[0][0]), std::vector<std::string>(3, "ScaleVariable"));  // one per region
-  EXPECT_EQ(LeafLabels(trees[0][1]), (std::vector<std::string>{"(A)", "(B)"}));
-}
+INSTANTIATE_TEST_SUITE_P(QuiltTable, TestTreesGolden, testing::ValuesIn(ReadBuilderCases("test_trees.txt")),
+                         [](const testing::TestParamInfo<BuilderCase>& info) { return info.param.name; });
 
 // Whether a test has trees at all depends on the statistics that the tested variables carry
 // and on the weighting: each row gives the number of trees the first test gets (2 for rows
@@ -435,31 +326,6 @@ TEST(QuiltTableTestTrees, SubtotalSelectionReplacesTheCategoriesItSums) {
     const int count = QuiltTable::ProcessSubtotalCategs(row.categories.list, out, row.useSubtotals, row.positionAfter);
     EXPECT_EQ(Labels(out), row.expected) << row.name;
     EXPECT_EQ(count, static_cast<int>(out.size())) << row.name;
-  }
-}
-
-TEST(QuiltTableTestTrees, LettersWidenBeyondTwentySixColumns) {
-  struct Row {
-    int columns;
-    int index;
-    const char* expected;
-  };
-  // Base 26 with A as 0, the width of the largest index, always in brackets here.
-  const Row rows[] = {{3, 0, "(A)"}, {3, 2, "(C)"}, {26, 25, "(Z)"}, {27, 0, "(AA)"}, {27, 26, "(BA)"}};
-  for (const Row& row : rows) {
-    const int columns = row.columns;
-    SCOPED_TRACE(columns);
-    std::unique_ptr<Node> root(Node::CreateRoot());
-    std::vector<std::unique_ptr<AggregationCategory>> owned;
-    for (int i = 0; i < columns; ++i) {
-      owned.push_back(std::make_unique<AggregationCategory>(AggregationCategory::kValue, i, 0));
-      root->AddChild(Node::Create(owned.back().get()), false);
-    }
-    QuiltTable table;
-    table.AddLettersToColumns(root.get());
-    const std::vector<std::string> letters = LeafLabels(root.get());
-    ASSERT_EQ(letters.size(), static_cast<size_t>(columns));
-    EXPECT_EQ(letters[static_cast<size_t>(row.index)], row.expected);
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <vector>
 
@@ -182,4 +183,34 @@ std::string BuiltTable::Dump() const {
   std::ostringstream out;
   _data->table->Dump(out);
   return out.str();
+}
+
+std::string BuilderCase::Setting(const std::string& key) const {
+  const auto found = settings.find(key);
+  return found == settings.end() ? "" : found->second;
+}
+
+std::vector<BuilderCase> ReadBuilderCases(const std::string& fileName) {
+  std::ifstream file(std::string(QUILT_SOURCE_DIR) + "/tests/tablebuilder/cases/" + fileName);
+  EXPECT_TRUE(file.good()) << "cannot read " << fileName;
+  std::vector<BuilderCase> cases;
+  std::string line;
+  while (std::getline(file, line)) {
+    if (line.empty() || line[0] == '#') continue;
+    if (line.rfind("== ", 0) == 0) {
+      std::istringstream words(line.substr(3));
+      BuilderCase& added = cases.emplace_back();
+      words >> added.name;
+      for (std::string setting; words >> setting;) {
+        const std::size_t equals = setting.find('=');
+        if (equals == std::string::npos) ADD_FAILURE() << fileName << ": '" << setting << "' is no KEY=VALUE";
+        added.settings[setting.substr(0, equals)] = equals == std::string::npos ? "" : setting.substr(equals + 1);
+      }
+    } else if (cases.empty() || !cases.back().command.empty()) {
+      ADD_FAILURE() << fileName << ": a second line of command or a line before the first case: " << line;
+    } else {
+      cases.back().command = line;
+    }
+  }
+  return cases;
 }

@@ -1,9 +1,11 @@
 // TableBuilderTestSupport.h - parses a whole command on a small survey and builds its table, with or without data
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QuiltTable;
 class SyntaxTableSubcommand;
@@ -51,3 +53,17 @@ class BuiltTable {
 /// with region 3, the only case that has late. $media is a dichotomy set of tv and web.
 extern const char* const kBuilderCsv;
 extern const char* const kBuilderDictionary;
+
+/// One case of a file in tests/tablebuilder/cases/: the golden's name, its settings (the words
+/// KEY=VALUE after the name on its "== NAME" line) and the command on the line after it.
+struct BuilderCase {
+  std::string name;
+  std::string command;
+  std::map<std::string, std::string> settings;
+
+  /// The value of a setting, or "" where the case does not give it.
+  std::string Setting(const std::string& key) const;
+};
+
+/// Every case of tests/tablebuilder/cases/`fileName`; lines starting with "#" are comments.
+std::vector<BuilderCase> ReadBuilderCases(const std::string& fileName);

@@ -1,9 +1,9 @@
 // ChiSquareTablesTest.cpp - "Pearson Chi Square Tests" tables on the fourteen-case survey, against goldens
 // and scipy's numbers
 //
-// The numbers in the comments come from reference/chisquare_tables_reference.py
-// (scipy.stats.chi2_contingency on the survey's counts); the goldens were checked against them
-// before they were committed. The rows of the survey are in DeliveredTablesSupport.h.
+// The commands and their key cells are in cases/chisquare.txt; the numbers in the comments
+// come from reference/chisquare_tables_reference.py. The rows of the survey are in
+// DeliveredTablesSupport.h.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -14,23 +14,15 @@
 
 namespace {
 
-using delivered::CellCase;
 using delivered::GoldenCase;
 using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
 
-// Counts region x gender: North 3 3, South 2 3, East 3 0; West has no case but is a category.
-const GoldenCase kChiSquareCases[] = {
-    {"plain", {"QUILT /TABLE region BY gender /SIGTEST TYPE=CHISQUARE."}},
-    {"nested-rows", {"QUILT /TABLE region > gender BY q /SIGTEST TYPE=CHISQUARE."}},
-    {"layers", {"QUILT /TABLE region BY gender BY wave /SIGTEST TYPE=CHISQUARE."}},
-    {"weighted", {"QUILT /TABLE region BY gender /SIGTEST TYPE=CHISQUARE ALPHA=0.1.", "wt"}},
-    {"base-weighted", {"QUILT /WEIGHT VARIABLE=wt /TABLE region BY gender /SIGTEST TYPE=CHISQUARE."}},
-    {"subtotals",
-     {"QUILT /TABLE region BY gender /CATEGORIES VARIABLES=region [1, 2, SUBTOTAL='N+S', 3, 4] TOTAL=YES "
-      "/SIGTEST TYPE=CHISQUARE CATEGORIES=SUBTOTALS."}},
-};
+const delivered::CaseFile& Cases() {
+  static const delivered::CaseFile file = delivered::ReadCaseFile("chisquare.txt");
+  return file;
+}
 
 class ChiSquareTables : public ::testing::TestWithParam<GoldenCase> {};
 
@@ -38,30 +30,10 @@ TEST_P(ChiSquareTables, TextAndJsonMatchTheirGoldens) {
   delivered::ExpectGoldens(GetParam(), "tablerenderer/chisquare");
 }
 
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, ChiSquareTables, ::testing::ValuesIn(kChiSquareCases),
+INSTANTIATE_TEST_SUITE_P(SmallSurvey, ChiSquareTables, ::testing::ValuesIn(Cases().cases),
                          delivered::GoldenTestName);
 
-// The second table of each run is the test table; one number of each golden is pinned here.
-const CellCase kChiSquareCells[] = {
-    // X 2.975, df 2, p 0.225937.
-    {"plain", 1, {{"Region", "Chi-square"}, {"Gender"}, {}}, {"2.98"}},
-    // One test per region: North X 2.222, South p 0.248; East's only gender leaves one row.
-    {"nested-rows", 1, {{"Region", "North", "Gender", "Chi-square"}, {"Rating"}, {}}, {"2.22"}},
-    {"nested-rows", 1, {{"Region", "South", "Gender", "Sig."}, {"Rating"}, {}}, {"0.248"}},
-    {"nested-rows", 1, {{"Region", "East", "Gender", "Sig."}, {"Rating"}, {}}, {"."}},
-    // Per wave: X 1.283 p 0.526, X 1.556 p 0.459.
-    {"layers", 1, {{"Region", "Chi-square"}, {"Gender"}, {"Wave", "First"}}, {"1.28"}},
-    // Weights rounded to 4 4 / 1 3 / 4 0: X 4.825.
-    {"weighted", 1, {{"Region", "Chi-square"}, {"Gender"}, {}}, {"4.83"}},
-    // Effective bases: X 3.450 on plain weights scaled by W / Q.
-    {"base-weighted", 1, {{"Region", "Chi-square"}, {"Gender"}, {}}, {"3.45"}},
-    // N+S 5 6 against East 3 0 (West empty): X 2.864, df 1.
-    {"subtotals", 1, {{"Region", "df"}, {"Gender"}, {}}, {"1"}},
-};
-
-TEST(ChiSquareTables, CellsShowTheReferenceNumbers) {
-  delivered::ExpectCellTexts(kChiSquareCases, kChiSquareCells);
-}
+TEST(ChiSquareTables, CellsShowTheReferenceNumbers) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
 
 struct SignificanceCase {
   const char* command;

@@ -1,6 +1,7 @@
 // DeliveredTablesSupport.cpp - runs one command over the small survey and finds cells in the JSON output
 #include "DeliveredTablesSupport.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -131,6 +132,64 @@ const GoldenCase& FindGoldenCase(std::span<const GoldenCase> cases, const std::s
   }
   ADD_FAILURE() << "no golden case " << name;
   return cases.front();
+}
+
+CaseFile ReadCaseFile(const std::string& fileName) {
+  const fs::path path = fs::path(QUILT_SOURCE_DIR) / "tests" / "tablerenderer" / "cases" / fileName;
+  std::ifstream file(path);
+  EXPECT_TRUE(file.good()) << "cannot read " << path;
+  CaseFile read;
+  bool wantCommand = false;
+  std::string line;
+  while (std::getline(file, line)) {
+    if (line.empty() || line[0] == '#') continue;
+    if (line.rfind("== ", 0) == 0) {
+      std::istringstream words(line.substr(3));
+      std::string name;
+      words >> name;
+      read.cases.push_back({name, RunSettings("")});
+      RunSettings& settings = read.cases.back().settings;
+      for (std::string setting; words >> setting;) {
+        const std::string key = setting.substr(0, setting.find('='));
+        const std::string value = setting.substr(setting.find('=') + 1);
+        if (key == "weight") {
+          settings.weightVariable = value;
+        } else if (key == "split") {
+          for (std::size_t start = 0; start <= value.size();) {
+            const std::size_t comma = std::min(value.find(',', start), value.size());
+            settings.splitVariables.push_back(value.substr(start, comma - start));
+            start = comma + 1;
+          }
+        } else if (key == "layout") {
+          settings.splitLayout = value;
+        } else if (setting == "data=bundled") {
+          settings.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
+        } else if (setting == "control=yes") {
+          settings.controlPackage = true;
+        } else {
+          ADD_FAILURE() << fileName << ": unknown setting '" << setting << "' of " << name;
+        }
+      }
+      wantCommand = true;
+    } else if (read.cases.empty()) {
+      ADD_FAILURE() << fileName << ": a line before the first case: " << line;
+    } else if (wantCommand) {
+      read.cases.back().settings.command = line;
+      wantCommand = false;
+    } else if (line.rfind("dictionary ", 0) == 0) {
+      read.cases.back().settings.extraDictionaryMembers = line.substr(11);
+    } else if (line.rfind("cell ", 0) == 0) {
+      const nlohmann::json cell = nlohmann::json::parse("[" + line.substr(5) + "]");
+      const nlohmann::json& path = cell.at(1);
+      read.cells.push_back({read.cases.back().name, cell.at(0).get<int>(),
+                            {path.at(0).get<std::vector<std::string>>(), path.at(1).get<std::vector<std::string>>(),
+                             path.at(2).get<std::vector<std::string>>()},
+                            cell.at(2).get<std::vector<std::string>>()});
+    } else {
+      ADD_FAILURE() << fileName << ": not a case, command, dictionary or cell line: " << line;
+    }
+  }
+  return read;
 }
 
 void ExpectCellTexts(std::span<const GoldenCase> cases, std::span<const CellCase> cells) {

@@ -116,7 +116,7 @@ std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std:
 
 /// One command of a golden test: its name, also the golden files' name, and how it runs.
 struct GoldenCase {
-  const char* name;
+  std::string name;
   RunSettings settings;
 };
 
@@ -129,7 +129,7 @@ void ExpectGoldens(const GoldenCase& golden, const std::string& folder);
 /// One cell of a golden case, found by its labels in the JSON output, and the text it must
 /// show. `table` counts the delivered tables of the run from 0.
 struct CellCase {
-  const char* goldenCase;
+  std::string goldenCase;
   int table;
   CellPath path;
   std::vector<std::string> expected;  // every cell at that path, in table order: none where the
@@ -142,5 +142,18 @@ const GoldenCase& FindGoldenCase(std::span<const GoldenCase> cases, const std::s
 
 /// Runs the golden case of each cell and expects the cell's texts.
 void ExpectCellTexts(std::span<const GoldenCase> cases, std::span<const CellCase> cells);
+
+/// The golden cases and key cells of one file of tests/tablerenderer/cases/. Each case starts
+/// with a line "== NAME" and its settings (weight=VARIABLE, split=V1,V2, layout=separate or
+/// layered, data=bundled for examples/survey.csv, control=yes for the control package front
+/// end), then the command on one line, then optionally "dictionary MEMBERS" (JSON members
+/// added to the small survey's dictionary) and the case's key cells, each a line
+/// "cell TABLE, [ROW, COLUMN, LAYER], EXPECTED" whose lists are JSON arrays of labels and texts.
+/// Lines starting with "#" say where the numbers come from.
+struct CaseFile {
+  std::vector<GoldenCase> cases;
+  std::vector<CellCase> cells;
+};
+CaseFile ReadCaseFile(const std::string& fileName);
 
 }  // namespace delivered

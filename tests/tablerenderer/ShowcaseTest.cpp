@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "../GoldenFile.h"
-#include "QuiltProgram.h"
+#include "DeliveredTablesSupport.h"
 
 namespace {
 
@@ -35,17 +35,9 @@ std::vector<std::string> CommandsOf(const std::string& path) {
 }
 
 std::string RunText(const std::string& command, const std::vector<std::string>& splitVariables) {
-  ProgramOptions options;
-  options.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
-  options.commandTexts = {command};
-  options.splitVariables = splitVariables;
-  options.width = 100;
-  std::ostringstream output;
-  std::ostringstream errors;
-  QuiltProgram program(options, errors);
-  const int status = program.Run(output);
-  EXPECT_EQ(status, 0) << errors.str() << output.str();
-  return output.str();
+  delivered::RunSettings settings = delivered::OnBundledSurvey(command);
+  settings.splitVariables = splitVariables;
+  return delivered::RunOnSurvey(settings, "text");
 }
 
 TEST(Showcase, EveryTableMatchesItsGolden) {

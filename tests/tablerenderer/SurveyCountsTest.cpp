@@ -12,11 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "QuiltProgram.h"
-
-#ifndef QUILT_SOURCE_DIR
-#define QUILT_SOURCE_DIR "."
-#endif
+#include "DeliveredTablesSupport.h"
 
 namespace {
 
@@ -79,33 +75,13 @@ TEST(SurveyCounts, RegionByGenderCountsAndColumnPercentagesEqualAnIndependentCou
   const CrossCount expected = CountSurvey();
   ASSERT_EQ(expected.cells.size(), 16u) << "eight regions by two genders, every cell occupied";
 
-  ProgramOptions options;
-  options.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
-  options.format = "json";
-  options.commandTexts = {"QUILT /TABLE region BY gender [COUNT COLPCT.COUNT]."};
-  std::ostringstream output;
-  std::ostringstream errors;
-  QuiltProgram program(options, errors);
-  ASSERT_EQ(program.Run(output), 0) << errors.str() << output.str();
-
-  const nlohmann::json document = nlohmann::json::parse(output.str());
-  std::vector<const nlohmann::json*> tables;
-  std::vector<const nlohmann::json*> pending{&document};
-  while (!pending.empty()) {
-    const nlohmann::json* item = pending.back();
-    pending.pop_back();
-    if (item->contains("cells")) tables.push_back(item);
-    for (const char* list : {"items", "children"}) {
-      if (item->contains(list)) {
-        for (const auto& child : (*item)[list]) pending.push_back(&child);
-      }
-    }
-  }
+  const std::vector<nlohmann::json> tables = delivered::TablesOf(nlohmann::json::parse(delivered::RunOnSurvey(
+      delivered::OnBundledSurvey("QUILT /TABLE region BY gender [COUNT COLPCT.COUNT]."), "json")));
   ASSERT_EQ(tables.size(), 1u);
 
   std::map<std::pair<std::string, std::string>, double> counts;
   std::map<std::pair<std::string, std::string>, double> percentages;
-  for (const auto& cell : (*tables.front())["cells"]) {
+  for (const auto& cell : tables.front()["cells"]) {
     ASSERT_EQ(cell["row"].size(), 2u);
     ASSERT_EQ(cell["column"].size(), 3u);
     const std::pair<std::string, std::string> key{cell["row"][1].get<std::string>(),

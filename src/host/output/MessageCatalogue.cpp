@@ -8,12 +8,13 @@
 namespace {
 
 struct Entry {
+  const char* name;
   const char* key;
   const char* wording;
 };
 
 constexpr Entry kEntries[] = {
-#define QUILT_MESSAGE(key, wording) {key, wording},
+#define QUILT_MESSAGE(name, key, wording) {#name, key, wording},
 #include "host/output/MessageCatalogue.def"
 #undef QUILT_MESSAGE
 };
@@ -99,6 +100,13 @@ std::string ExpandList(std::string_view first, std::string_view rest, const Mess
 const char* MessageCatalogue::FindWording(const std::string& key) {
   const auto found = Index().find(key);
   return found == Index().end() ? nullptr : found->second;
+}
+
+const char* MessageCatalogue::FindKey(std::string_view name) {
+  for (const Entry& entry : kEntries) {
+    if (name == entry.name) return entry.key;
+  }
+  return nullptr;
 }
 
 std::string MessageCatalogue::Expand(const std::string& key, const std::vector<MessageArgument>& arguments) {

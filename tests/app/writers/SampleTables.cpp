@@ -12,6 +12,7 @@
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 
 namespace {
@@ -26,14 +27,14 @@ void BuildSampleDocument(OutputDocument& document) {
   OutputDocument::Install(&document);
   {
     BpProcedure procedure("Quilt", 4);
-    BpError(BpString("Splits as rows not processed ...", true), kBpShowAlways, kBpLevelWarning);
+    BpError(BpString(msg::kSplitsAsRowsNotProcessed, true), kBpShowAlways, kBpLevelWarning);
     {
       BpPivotTable pivot =
-          procedure.PivotTable(Text("Brand use by region"), BpString("Quilt Table", true), true);
+          procedure.PivotTable(Text("Brand use by region"), BpString(msg::kQuiltTable, true), true);
       pivot.Caption(Text("Survey wave 3"));
       pivot.CornerText(Text("Region"));
       pivot.Note(BpAnnotation(Text("Weighted by design weight.")));
-      BpDimension stats = pivot.Dimension(BpString("Statistics", true), BpPivotTable::kSortAsCreated);
+      BpDimension stats = pivot.Dimension(BpString(msg::kStatistics, true), BpPivotTable::kSortAsCreated);
       stats.Position(BpDimension::kPlaceColumn, 1, true, false);
       BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
       rows.Position(BpDimension::kPlaceRow, 1, true, false);
@@ -93,10 +94,10 @@ void BuildSampleDocument(OutputDocument& document) {
       cancelled.Destroy();
     }
     {
-      BpComposite title("Quilt Table ^1", true);
+      BpComposite title(msg::kQuiltTableNumbered, true);
       title.Add(BpNumber(3, BpProcedure::Count()));
       title.Finish();
-      BpPivotTable pivot = procedure.PivotTable(title, BpString("Quilt Table", true), true);
+      BpPivotTable pivot = procedure.PivotTable(title, BpString(msg::kQuiltTable, true), true);
       pivot.HideTitle();
       BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
       rows.Position(BpDimension::kPlaceRow, 1, true, false);

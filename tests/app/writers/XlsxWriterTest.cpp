@@ -15,6 +15,7 @@
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 #include "writers/OutputWriter.h"
 
@@ -42,7 +43,7 @@ void BuildBadBytesDocument(OutputDocument& document) {
   {
     BpProcedure procedure("Quilt", 4);
     BpPivotTable pivot =
-        procedure.PivotTable(BpString("Brand\xff use\x01", false), BpString("Quilt Table", true), true);
+        procedure.PivotTable(BpString("Brand\xff use\x01", false), BpString(msg::kQuiltTable, true), true);
     BpDimension rows = pivot.Dimension(BpString("Row", false), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
     rows.Category(BpString("caf\xc3", false)).Cell(BpNumber(7, BpProcedure::Count()));

@@ -14,62 +14,6 @@ namespace {
 
 using namespace enginetest;
 
-// Example E: members m1, m2, m3 over four cases (1,1,2), (2,.,3), (.,.,.), (1,3,3).
-// COUNT: 1 -> 2, 2 -> 2, 3 -> 2, total 3 cases; TOTALN total 4.
-// Without duplicates RESPONSES 2/2/2 (6); with them 3/2/3 (8).
-TEST(MultipleResponse, CategorySetWithAndWithoutDuplicates) {
-  const std::string csv = "m1,m2,m3,z\n1,1,2,0\n2,,3,0\n,,,0\n1,3,3,0\n";
-  struct Expect {
-    bool duplicates;
-    double responses[3];
-    double colResponses[3];
-    double colResponsesCount[3];
-    double colResponsesCountTotal;
-    double colCountResponses[3];
-    double colCountResponsesTotal;
-  };
-  const Expect rows[] = {
-      {false,
-       {2, 2, 2},
-       {100.0 / 3, 100.0 / 3, 100.0 / 3},
-       {200.0 / 3, 200.0 / 3, 200.0 / 3},
-       200,
-       {100.0 / 3, 100.0 / 3, 100.0 / 3},
-       50},
-      {true, {3, 2, 3}, {37.5, 25, 37.5}, {100, 200.0 / 3, 100}, 800.0 / 3, {25, 25, 25}, 37.5},
-  };
-  for (const Expect& e : rows) {
-    Harness h(csv, "");
-    auto* set = h.Own(std::make_unique<AggregationMCSet>(
-        std::vector<int>{h.Index("m1"), h.Index("m2"), h.Index("m3")}, "$m"));
-    AggregationCube* cube = h._table->CreateCube();
-    cube->AddCategoricalVariable(set, Codes::kDimensionRow);
-    set->GetTableDimension()->SetComputingCounts(e.duplicates);
-    CubeAggregator* agg = cube->CreateCubeAggregator();
-    std::vector<AggregationStatistic> list;
-    for (int code : {1, 289, 305, 361, 417, 18, 130, 213}) list.emplace_back(code);
-    cube->AddCategoryStatistics(list, set);
-    h.RunGroup();
-    TableDimension* dim = set->GetTableDimension();
-    ASSERT_EQ(dim->GetNumberOfCategories(), 3);
-    for (int member = 1; member <= 3; ++member) {
-      const CellKey key = Key({Encoding(dim, member)});
-      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(1)), 2);
-      EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(289)), e.responses[member - 1]);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(305)), e.colResponses[member - 1], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(361)), e.colResponsesCount[member - 1], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(417)), e.colCountResponses[member - 1], 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(18)), 200.0 / 3, 1e-9);
-      EXPECT_NEAR(Value(*agg, key, AggregationStatistic(130)), 50, 1e-9);
-    }
-    const CellKey total = Key({kCellKeyTotal});
-    EXPECT_DOUBLE_EQ(Value(*agg, total, AggregationStatistic(1)), 3);  // each case once
-    EXPECT_DOUBLE_EQ(Value(*agg, total, AggregationStatistic(213)), 4);
-    EXPECT_NEAR(Value(*agg, total, AggregationStatistic(361)), e.colResponsesCountTotal, 1e-9);
-    EXPECT_NEAR(Value(*agg, total, AggregationStatistic(417)), e.colCountResponsesTotal, 1e-9);
-  }
-}
-
 // Dichotomy set d1..d3 counted 1 over (1,0,1), (0,0,0), (1,1,0), crossed with g = 1, 2, 1.
 // COUNT d1 2, d2 1, d3 1; the total counts cases with any counted member: 2. With the
 // set a second time in the extra position, (d1, d2) reads the cases holding both: 1.
@@ -151,7 +95,10 @@ TEST(MultipleResponse, AxisCubesCountByNestingLevel) {
 //   RESPONSES without duplicates equal COUNT (total 11); with them case 1 gives 1 twice
 //   and case 4 gives 3 twice: 1 -> 2*2 + 3 = 7, 2 -> 2.5, 3 -> 0.5 + 3*2 = 6.5 (total 16).
 //   URESPONSES counts cases alone: 2/2/2 (6) and 3/2/3 (8).
-//   COLPCT.RESPONSES = RESPONSES / total RESPONSES; COLPCT.COUNT = COUNT / 5.5.
+//   COLPCT.RESPONSES = RESPONSES / total RESPONSES; COLPCT.COUNT = COUNT / 5.5;
+//   COLPCT.RESPONSES.COUNT = RESPONSES / 5.5 (total 11 / 5.5 = 200%, 16 / 5.5);
+//   COLPCT.COUNT.RESPONSES = COUNT / total RESPONSES (total 5.5 / 11 = 50%, 5.5 / 16);
+//   COLPCT.TOTALN = COUNT / 6.5.
 TEST(MultipleResponse, WeightedCategorySet) {
   const std::string csv = "m1,m2,m3,w\n1,1,2,2\n2,,3,0.5\n,,,1\n1,3,3,3\n";
   const std::string dict = R"({"variables":[{"name":"m1"},{"name":"m2"},{"name":"m3"},{"name":"w"}],)"
@@ -175,8 +122,12 @@ TEST(MultipleResponse, WeightedCategorySet) {
     CubeAggregator* agg = cube->CreateCubeAggregator();
     const AggregationStatistic count(Codes::kStatCount), responses(Codes::kStatResponses),
         uResponses(Codes::kStatUResponses), colResponses(Codes::kStatColPctResponses),
-        colCount(Codes::kStatColPctCount), totalN(Codes::kStatTotalN), uCount(Codes::kStatUCount);
-    cube->AddCategoryStatistics({count, responses, uResponses, colResponses, colCount, totalN, uCount}, set);
+        colCount(Codes::kStatColPctCount), totalN(Codes::kStatTotalN), uCount(Codes::kStatUCount),
+        colResponsesCount(Codes::kStatColPctResponsesCount), colCountResponses(Codes::kStatColPctCountResponses),
+        colTotalN(Codes::kStatColPctTotalN);
+    cube->AddCategoryStatistics({count, responses, uResponses, colResponses, colCount, totalN, uCount,
+                                 colResponsesCount, colCountResponses, colTotalN},
+                                set);
     h.RunGroup();
     TableDimension* dim = set->GetTableDimension();
     for (int k = 1; k <= 3; ++k) {
@@ -190,11 +141,16 @@ TEST(MultipleResponse, WeightedCategorySet) {
       EXPECT_DOUBLE_EQ(Value(*agg, key, uResponses), e._uResponses[k - 1]);
       EXPECT_NEAR(Value(*agg, key, colResponses), 100 * e._responses[k - 1] / e._responsesTotal, 1e-9);
       EXPECT_NEAR(Value(*agg, key, colCount), 100 * counts[k - 1] / 5.5, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, colResponsesCount), 100 * e._responses[k - 1] / 5.5, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, colCountResponses), 100 * counts[k - 1] / e._responsesTotal, 1e-9);
+      EXPECT_NEAR(Value(*agg, key, colTotalN), 100 * counts[k - 1] / 6.5, 1e-9);
     }
     const CellKey total = Key({kCellKeyTotal});
     EXPECT_DOUBLE_EQ(Value(*agg, total, count), 5.5);
     EXPECT_DOUBLE_EQ(Value(*agg, total, totalN), 6.5);
     EXPECT_DOUBLE_EQ(Value(*agg, total, responses), e._responsesTotal);
+    EXPECT_NEAR(Value(*agg, total, colResponsesCount), 100 * e._responsesTotal / 5.5, 1e-9);
+    EXPECT_NEAR(Value(*agg, total, colCountResponses), 100 * 5.5 / e._responsesTotal, 1e-9);
     EXPECT_DOUBLE_EQ(agg->GetCount(total, /*weighted=*/true, /*squared=*/true),
                      4 + 0.25 + 9);  // each case once
   }

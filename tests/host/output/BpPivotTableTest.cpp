@@ -13,6 +13,7 @@
 #include "host/output/BpPivotTable.h"
 #include "host/output/BpProcedure.h"
 #include "host/output/BpString.h"
+#include "host/output/MessageKeys.h"
 #include "host/output/OutputDocument.h"
 
 namespace {
@@ -123,7 +124,7 @@ TEST_F(BpPivotTableTest, HiddenGroupAddsNoHeaderLevelWhileItsCategoriesShow) {
     BpPivotTable pivot = procedure.PivotTable(Text("T"), Text("Quilt Table"), true);
     BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
     rows.Position(BpDimension::kPlaceRow, 1, true, false);
-    BpDimension stats = pivot.Dimension(BpString("Statistics", true), BpPivotTable::kSortAsCreated);
+    BpDimension stats = pivot.Dimension(BpString(msg::kStatistics, true), BpPivotTable::kSortAsCreated);
     stats.Position(BpDimension::kPlaceColumn, 1, true, /*hideLabels=*/true);
     stats.Category(BpString("Count", true));
     BpGroup visible = rows.Group(Text("Sex"), true, BpPivotTable::kSortAsCreated);
@@ -182,9 +183,9 @@ TEST_F(BpPivotTableTest, NotesGetMarksInOrderOfFirstUseUnlessTheyBringTheirOwn) 
 TEST_F(BpPivotTableTest, MessagesStandInOrderAmongTheTables) {
   {
     BpProcedure procedure("Quilt", 4);
-    BpError(BpString("Unspecified error.", true), kBpShowAlways, kBpLevelWarning);
+    BpError(BpString(msg::kUnspecifiedError, true), kBpShowAlways, kBpLevelWarning);
     { BpPivotTable pivot = procedure.PivotTable(Text("T"), Text("Quilt Table"), true); }
-    BpComposite composite("Subcommand ^1. Unknown keyword ^2.", /*translate=*/true);
+    BpComposite composite(msg::kUnknownKeyword, /*translate=*/true);
     composite.Add(Text("TABLE"));
     composite.Add(Text("FOO"));
     composite.Finish();
@@ -197,7 +198,7 @@ TEST_F(BpPivotTableTest, MessagesStandInOrderAmongTheTables) {
   EXPECT_EQ(children[0]->GetKind(), OutputItem::kMessage);
   EXPECT_EQ(children[1]->GetKind(), OutputItem::kTable);
   EXPECT_EQ(children[2]->GetLevel(), kBpLevelFatal);
-  EXPECT_EQ(children[2]->GetKey(), "Subcommand ^1. Unknown keyword ^2.");
+  EXPECT_EQ(children[2]->GetKey(), msg::kUnknownKeyword);
   EXPECT_EQ(children[2]->GetArguments(), (std::vector<std::string>{"TABLE", "FOO"}));
   EXPECT_EQ(children[2]->GetText(), "Subcommand TABLE: unknown keyword \"FOO\".");
   EXPECT_TRUE(_document.HasMessageAtLeast(kBpLevelFatal));
@@ -253,7 +254,7 @@ TEST_F(BpPivotTableTest, DumpMatchesGolden) {
   {
     BpProcedure procedure("Quilt", 4);
     BpHeading heading = procedure.Heading(Text("Table 1"));
-    BpPivotTable pivot = heading.PivotTable(Text("Main"), BpString("Quilt Table", true), true);
+    BpPivotTable pivot = heading.PivotTable(Text("Main"), BpString(msg::kQuiltTable, true), true);
     pivot.SetProperty(BpPivotTable::kPropertyMergedTitle, Text("Main"));
     pivot.Caption(Text("caption"));
     pivot.CornerText(Text("corner"));

@@ -244,9 +244,4 @@ INSTANTIATE_TEST_SUITE_P(
                       ErrorCase{"x 'ab\xC3'", 1, 6,
                                 "byte 0xC3 is not UTF-8 (save the command file as UTF-8)"}));
 
-TEST(LexicalError, MessageNamesLineAndColumn) {
-  EXPECT_STREQ(LexicalError(3, 14, "unterminated quoted text").what(),
-               "line 3, column 14: unterminated quoted text");
-}
-
 }  // namespace

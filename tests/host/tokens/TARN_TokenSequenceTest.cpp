@@ -89,14 +89,4 @@ TEST(TARN_TokenSequence, MisuseIsAnAssertion) {
   EXPECT_FALSE(tokens.Next());
 }
 
-TEST(TokenSequenceBase, SpellingsComeFromTheTable) {
-  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpGreaterThan), ">");
-  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpPower), "**");
-  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpBy), "BY");
-  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(TokenSequenceBase::kOpNone), "");
-  EXPECT_STREQ(TokenSequenceBase::GetOperatorSpelling(static_cast<TokenSequenceBase::OperatorCode>(1)), "?");
-  EXPECT_STREQ(TokenSequenceBase::GetTokenTypeName(TokenSequenceBase::kTokenLiteral), "quoted text");
-  EXPECT_STREQ(TokenSequenceBase::GetTokenTypeName(static_cast<TokenSequenceBase::TokenType>(0)), "?");
-}
-
 }  // namespace

@@ -1,0 +1,67 @@
+// KeywordReader.cpp - keyword look-up, value choices, duplicate warnings and the errors of a keyword list
+#include "parser/KeywordReader.h"
+
+#include "host/data/HostStrings.h"
+#include "parser/SyntaxParserUtility.h"
+
+KeywordReader::KeywordReader(const SyntaxConverter* owner, const std::vector<KeywordRule>& rules)
+    : _owner(owner), _rules(rules), _given(rules.size(), false) {}
+
+int KeywordReader::Start(const std::string& text) {
+  if (_pending >= 0) {
+    _pending = -1;
+    SyntaxParserUtility::UnknownKeyword(_owner, text);
+  }
+  for (std::size_t index = 0; index < _rules.size(); ++index) {
+    const KeywordRule& rule = _rules[index];
+    if (!KeywordMatch(text.c_str(), rule.keyword)) {
+      continue;
+    }
+    if (_given[index] && rule.warnsWhenRepeated) {
+      SyntaxParserUtility::DuplicateWarning(_owner, rule.keyword);
+    }
+    _pending = static_cast<int>(index);
+    return _pending;
+  }
+  SyntaxParserUtility::UnknownKeyword(_owner, text);
+}
+
+int KeywordReader::ReadWord(const std::string& text, int& rule) {
+  rule = _pending;
+  _pending = -1;
+  if (rule < 0 || _rules[static_cast<std::size_t>(rule)].kind != KeywordValueKind::kWord) {
+    SyntaxParserUtility::UnknownKeyword(_owner, text);
+  }
+  for (const KeywordChoice& choice : _rules[static_cast<std::size_t>(rule)].choices) {
+    if (SyntaxParserUtility::ExactWordMatch(text, choice.word)) {
+      _given[static_cast<std::size_t>(rule)] = true;
+      return choice.code;
+    }
+  }
+  SyntaxParserUtility::UnknownKeyword(_owner, text);
+}
+
+int KeywordReader::Pending() const {
+  return _pending;
+}
+
+void KeywordReader::Finish() {
+  if (_pending >= 0) {
+    _given[static_cast<std::size_t>(_pending)] = true;
+  }
+  _pending = -1;
+}
+
+bool KeywordReader::WasGiven(int rule) const {
+  return _given.at(static_cast<std::size_t>(rule));
+}
+
+void KeywordReader::CheckComplete(const std::string& text) const {
+  if (_pending >= 0) {
+    SyntaxParserUtility::IncompleteSubcommand(_owner, text);
+  }
+}
+
+int KeywordReader::GetState() const {
+  return _pending + 1;
+}
