@@ -243,10 +243,13 @@ std::size_t ProcDSIterator::GetCaseIndex() const {
 }
 
 void ProcDSIterator::AddBlockReader(std::weak_ptr<BlockReader> reader) {
+  // A file's pass reads only what was named before it started.
+  QUILT_ASSERT(!_data->_started || !_data->_source, "block readers join before the first read of a file");
   _data->_readers.push_back(std::move(reader));
 }
 
 void ProcDSIterator::RequestVariable(int index) {
+  QUILT_ASSERT(!_data->_started || !_data->_source, "variables are asked for before the first read of a file");
   _data->_requested.push_back(index);
 }
 
