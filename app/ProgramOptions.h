@@ -17,6 +17,7 @@ struct ProgramOptions {
   std::string weightVariable;            // overrides the dictionary's weight when not empty
   std::vector<std::string> splitVariables;  // overrides the dictionary's split variables when not empty
   std::string splitLayout;               // separate | layered; empty: the dictionary's choice
+  int threads = 0;                       // threads of the data pass; 0: the machine's cores
   int width = 0;                         // text width; 0: the terminal's, else 100
   bool ascii = false;                    // draw text tables with plain characters
   bool controlPackage = false;           // run as the control package front end

@@ -7,7 +7,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -16,9 +18,11 @@
 #include <memory>
 #include <new>
 #include <sstream>
+#include <thread>
 
 #include "host/data/ActiveDataSet.h"
 #include "host/data/DataError.h"
+#include "host/data/DataProgress.h"
 #include "host/data/DatasetLoader.h"
 #include "host/data/HostRecords.h"
 #include "host/data/SplitGroupListener.h"
@@ -112,7 +116,7 @@ int QuiltProgram::Main(int argc, char** argv) {
   ProgramOptions options;
   CLI::App app{"quilt - tabulates survey data into pivot tables"};
   app.add_option("COMMAND_FILE", options.commandFiles, "command files, run in order ('-' reads standard input)");
-  app.add_option("-d,--data", options.dataPath, "the active data set, CSV (default: the bundled sample survey)");
+  app.add_option("-d,--data", options.dataPath, "the active data set, CSV, gzip-compressed or not; - reads standard input (default: the bundled sample survey)");
   app.add_option("--dict", options.dictionaryPath, "its dictionary (default: NAME.dict.json beside NAME.csv)");
   std::string delimiter = ",";
   app.add_option("--delimiter", delimiter, "field separator of the CSV file (one character, or 'tab')");
@@ -127,6 +131,9 @@ int QuiltProgram::Main(int argc, char** argv) {
   app.add_option("--split", splitList, "split variables, comma separated, overriding the dictionary");
   app.add_option("--split-layout", options.splitLayout, "how split groups are laid out")
       ->check(CLI::IsMember({"separate", "layered"}));
+  app.add_option("--threads", options.threads,
+                 "threads of the data pass (default: the machine's cores; 2 or more read the data on a thread of its own)")
+      ->check(CLI::Range(1, 1024));
   app.add_option("--width", options.width, "width of text output in characters")->check(CLI::Range(20, 100000));
   app.add_flag("--ascii", options.ascii, "draw text tables with plain characters");
   app.add_flag("--control-package", options.controlPackage, "run as the control package front end");
@@ -172,6 +179,11 @@ int QuiltProgram::Main(int argc, char** argv) {
     start = comma + 1;
   }
   if (options.commandFiles.empty() && options.commandTexts.empty()) options.commandFiles.push_back("-");
+  if (options.dataPath == "-" &&
+      std::find(options.commandFiles.begin(), options.commandFiles.end(), "-") != options.commandFiles.end()) {
+    std::cerr << "quilt: -d -: standard input cannot hold both the data and the commands (give a command file or -e)\n";
+    return kExitBadInvocation;
+  }
 
   QuiltProgram program(std::move(options), std::cerr);
   try {
@@ -218,16 +230,60 @@ bool QuiltProgram::CollectCommands(std::vector<Command>& commands) {
   return true;
 }
 
+namespace {
+
+// A pass that takes over a second shows one line on standard error, rewritten at most four
+// times a second and cleared at the end: rows and megabytes read, and the rate.
+void ShowProgressOnTerminal() {
+  using Clock = std::chrono::steady_clock;
+  struct State {
+    Clock::time_point start = Clock::now();
+    Clock::time_point shown{};
+    bool started = false;
+    bool visible = false;
+  };
+  auto state = std::make_shared<State>();
+  DataProgress::Install([state](std::size_t cases, std::size_t bytes, bool done) {
+    const Clock::time_point now = Clock::now();
+    if (done) {
+      if (state->visible) std::fputs("\r\033[K", stderr);
+      *state = State();
+      return;
+    }
+    if (!state->started) {
+      state->started = true;
+      state->start = now;
+    }
+    const double seconds = std::chrono::duration<double>(now - state->start).count();
+    if (seconds < 1.0 || now - state->shown < std::chrono::milliseconds(250)) return;
+    state->shown = now;
+    state->visible = true;
+    const double megabytes = static_cast<double>(bytes) / 1e6;
+    std::fprintf(stderr, "\rquilt: reading the data: %zu rows, %.0f MB, %.0f MB/s\033[K", cases, megabytes,
+                 megabytes / seconds);
+    std::fflush(stderr);
+  });
+}
+
+}  // namespace
+
 bool QuiltProgram::LoadActiveDataSet() {
+  if (::isatty(STDERR_FILENO)) ShowProgressOnTerminal();
   DatasetLoadOptions loadOptions;
   loadOptions.delimiter = _options.delimiter;
   loadOptions.weightVariable = _options.weightVariable;
   loadOptions.splitVariables = _options.splitVariables;
   loadOptions.splitLayout = _options.splitLayout;
+  // Each command reads the cases from the file as it runs; none is held in memory.
+  loadOptions.stream = true;
+  loadOptions.threads =
+      _options.threads > 0 ? _options.threads : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   const std::string dataPath = _options.dataPath.empty() ? DefaultDataPath() : _options.dataPath;
   try {
     ActiveDataSet::Install(DatasetLoader::LoadFiles(dataPath, _options.dictionaryPath, loadOptions));
   } catch (const DataError& error) {
+    DataProgress::Finish();
+    DataProgress::Install(nullptr);
     _errors << "quilt: " << error.what() << "\n";
     return false;
   }
@@ -285,18 +341,32 @@ int QuiltProgram::Run(std::ostream& output) {
   SplitGroupListener::Install([](const SplitGroupPairs& pairs) { OutputDocument::Current().SetSplitPairs(pairs); });
   // The dumps go out as the tables are built, ahead of the document written at the end.
   if (_options.dumpTables) TableDumpChannel::Install(&output);
-  for (const Command& command : commands) {
-    // A parse dump reads no case: the command is parsed as a run would parse it, and only
-    // its messages reach the document.
-    if (_options.dumpParse) {
-      ParseDumpCommand::Run(command.text, command.firstLine, command.origin, output);
-    } else {
-      RunCommand(command);
+  try {
+    for (const Command& command : commands) {
+      // A parse dump reads no case: the command is parsed as a run would parse it, and only
+      // its messages reach the document.
+      if (_options.dumpParse) {
+        ParseDumpCommand::Run(command.text, command.firstLine, command.origin, output);
+      } else {
+        RunCommand(command);
+      }
     }
+  } catch (const DataError& error) {
+    // The cases are read as each command runs, so bad data can surface here: the run ends
+    // without output, as it does when the data cannot be loaded.
+    TableDumpChannel::Install(nullptr);
+    SplitGroupListener::Install(nullptr);
+    OutputDocument::Install(nullptr);
+    ActiveDataSet::Clear();
+    DataProgress::Finish();
+    DataProgress::Install(nullptr);
+    _errors << "quilt: " << error.what() << "\n";
+    return kExitBadInvocation;
   }
   TableDumpChannel::Install(nullptr);
   SplitGroupListener::Install(nullptr);
   OutputDocument::Install(nullptr);
+  DataProgress::Install(nullptr);
 
   const int writeStatus = WriteDocument(document, output);
   ActiveDataSet::Clear();

@@ -71,6 +71,8 @@ int QuiltDriver::CreateCubeDispatchers(ProcDSIterator* iterator) {
   const std::vector<SyntaxTableSubcommand*> tables = _reader.GetTable();
   if (!tables.empty()) {
     _baseWeightVarIndex = SyntaxConverter::GetBaseWeightVarIndex();
+    // The weight test reads it on every case, so a pass reading a file must read it too.
+    if (_baseWeightVarIndex >= 0) _activeIterator->RequestVariable(_baseWeightVarIndex);
   }
   for (SyntaxTableSubcommand* table : tables) {
     auto dispatcher = std::make_unique<CubeDispatcher>(table);

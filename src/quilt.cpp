@@ -7,6 +7,7 @@
 #include "QuiltDriver.h"
 #include "host/QuiltAssert.h"
 #include "host/data/AdjustMeasurementLevels.h"
+#include "host/data/DataError.h"
 #include "host/data/HostRecords.h"
 #include "host/data/HostStrings.h"
 #include "host/data/ProcDSIterator.h"
@@ -54,6 +55,12 @@ extern "C" void quilt_(void* tokens) {
     driver.CreateCubeDispatchers(iterator);
     try {
       driver.AggregateAndBuildTables(&procedure, controlPackageMode);
+    } catch (const DataError&) {
+      // Bad data found by the pass ends the run; the caller reports it, and nothing made
+      // from the cases read so far may stand as if it were the whole.
+      WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, savedWeightWord);
+      WriteHostWord(CmnGlb, kCmnGlbSecondWordOffset, savedSecondWord);
+      throw;
     } catch (const CategoryLimitError& error) {
       // Typically an identifier used as a category: name it and end the command.
       BpComposite text(msg::kTooManyDistinctValues, /*translate=*/true);

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -71,6 +72,16 @@ std::string Rows(int count, const std::function<std::string(int)>& field) {
   std::string csv = "id,x\n";
   for (int i = 0; i < count; ++i) csv += std::to_string(i + 1) + "," + field(i) + "\n";
   return csv;
+}
+
+// Writes `text` gzip-compressed to `path`, keeping only its first `keep` bytes when given
+// (a download cut short).
+std::string WriteGzip(const std::string& path, const std::string& text, std::size_t keep = std::string::npos) {
+  gzFile file = gzopen(path.c_str(), "wb");
+  gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
+  gzclose(file);
+  if (keep != std::string::npos) fs::resize_file(path, keep);
+  return path;
 }
 
 // Runs with standard input read from `path` (file descriptor 0 swapped for the run).
@@ -171,6 +182,22 @@ const TourCase kTour[] = {
        o.weightVariable = "w";
      },
      0, R"("number":3.5)"},
+    // Read as each command runs: a declared number column holding text is found by the pass,
+    // and a gzip file cut short is found at its end; either way no table is delivered.
+    {"BadNumberFoundByThePass",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = t.Write("declared.csv", "region,gender\n1,1\n2,x\n");
+       o.dictionaryPath = t.Write("declared.dict.json", R"({"variables": [
+         {"name": "region", "type": "numeric", "format": "F1.0", "measure": "nominal"},
+         {"name": "gender", "type": "numeric", "format": "F1.0", "measure": "nominal"}]})");
+       o.commandTexts = {"QUILT /TABLE region BY gender."};
+     },
+     2, "declared.csv:3: column 'gender': 'x' is not a number"},
+    {"TruncatedGzip",
+     [](BadInputTour& t, ProgramOptions& o) {
+       o.dataPath = WriteGzip(t.Path("cut.csv.gz"), Rows(20000, [](int i) { return std::to_string(i % 7); }), 2000);
+     },
+     2, "cut.csv.gz: the gzip data ends early: the file is truncated"},
     {"NonNumericWeight",
      [](BadInputTour& t, ProgramOptions& o) {
        o.dataPath = t.Write("weighted.csv", "region,w\n1,2\n1,heavy\n");
@@ -212,5 +239,55 @@ TEST_P(BadInputTour, ExitStatusMessageAndOutputFile) {
 
 INSTANTIATE_TEST_SUITE_P(QuiltProgram, BadInputTour, ::testing::ValuesIn(kTour),
                          [](const ::testing::TestParamInfo<TourCase>& info) { return std::string(info.param.name); });
+
+// The same tables from the plain file, from standard input (read by two commands, so the
+// second replays what the first read) and from a gzip file.
+TEST_F(ProgramFixture, StandardInputAndGzipGiveTheTablesOfThePlainFile) {
+  std::string csv = "region,gender\n";
+  for (int i = 0; i < 30000; ++i) csv += std::to_string(i % 5 + 1) + "," + std::to_string(i % 3 + 1) + "\n";
+  const std::string plain = Write("many.csv", csv);
+  const std::string packed = WriteGzip((_folder / "many.csv.gz").string(), csv);
+  ProgramOptions options;
+  options.commandTexts = {"QUILT /TABLE region BY gender.", "QUILT /TABLE gender."};
+  options.format = "json";
+  options.dataPath = plain;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  const std::string expected = _output.str();
+  // 30000 cases: each gender holds every third (10000), each region and gender pair every
+  // fifteenth (2000, as i mod 5 and i mod 3 run through every pair once in 15).
+  EXPECT_NE(expected.find(R"("text": "10000")"), std::string::npos);
+  EXPECT_NE(expected.find(R"("text": "2000")"), std::string::npos);
+  options.dataPath = "-";
+  {
+    StandardInputFrom input(plain.c_str());
+    ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  }
+  EXPECT_EQ(_output.str(), expected);
+  options.dataPath = packed;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  EXPECT_EQ(_output.str(), expected);
+}
+
+// The data pass reads ahead on a second thread or not: the same document either way, over
+// many blocks of cases, split groups, weights and medians.
+TEST_F(ProgramFixture, OneThreadAndTwoGiveTheSameDocument) {
+  std::string csv = "wave,region,score,w\n";
+  for (int i = 0; i < 40000; ++i) {
+    csv += std::to_string(i / 15000 + 1) + "," + std::to_string(i % 4 + 1) + "," + std::to_string(i % 997) + "." +
+           std::to_string(i % 10) + "," + std::to_string(1 + i % 3) + "\n";
+  }
+  ProgramOptions options;
+  options.dataPath = Write("waves.csv", csv);
+  options.weightVariable = "w";
+  options.splitVariables = {"wave"};
+  options.commandTexts = {"QUILT /TABLE region BY score [COUNT MEAN MEDIAN UMEDIAN PTILE 90]."};
+  options.format = "json";
+  options.threads = 1;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  const std::string oneThread = _output.str();
+  options.threads = 2;
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  EXPECT_EQ(_output.str(), oneThread);
+}
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "host/QuiltAssert.h"
 #include "host/data/AdjustMeasurementLevels.h"
+#include "host/data/CsvCaseSource.h"
 #include "host/data/HostStrings.h"
 
 struct Dataset::Data {
@@ -19,6 +20,7 @@ struct Dataset::Data {
   SplitLayout _splitLayout = kSplitSeparate;
   bool _leadingBoundary = false;
   mutable std::vector<int> _suggestedLevels;  // -1 until computed, per variable
+  std::shared_ptr<CsvCaseSource> _caseSource;  // null when the cases are held here
 };
 
 namespace {
@@ -188,12 +190,28 @@ bool Dataset::HasLeadingBoundary() const {
   return _data->_leadingBoundary;
 }
 
+void Dataset::SetCaseSource(std::shared_ptr<CsvCaseSource> source) {
+  _data->_caseSource = std::move(source);
+}
+
+const std::shared_ptr<CsvCaseSource>& Dataset::GetCaseSource() const {
+  return _data->_caseSource;
+}
+
+void Dataset::SetSuggestedMeasurementLevel(int index, int level) {
+  QUILT_ASSERT(index >= 0 && index < GetVariableCount(), "a dictionary index inside the dictionary");
+  _data->_suggestedLevels[static_cast<std::size_t>(index)] = level;
+}
+
 int Dataset::GetSuggestedMeasurementLevel(int index) const {
   const TARN_Variable& variable = GetVariable(index);
   int& cached = _data->_suggestedLevels[static_cast<std::size_t>(index)];
   if (cached >= 0) return cached;
   if (variable.GetType() != 0 || variable.GetValueLabels() != nullptr) {
     cached = kMeasureNominal;
+  } else if (_data->_caseSource) {
+    // The loader settles every level it can; one it left open has no data to go by.
+    cached = kMeasureScale;
   } else {
     cached = SuggestNumericLevel(variable, _data->_columns[static_cast<std::size_t>(index)]);
   }

@@ -11,16 +11,20 @@
 #include "host/data/TARN_Variable.h"
 #include "host/data/VariableSet.h"
 
+class CsvCaseSource;
+
 /// How split groups are delivered.
 enum SplitLayout : int {
   kSplitSeparate = 0,  // each group gets its own tables (the default)
   kSplitLayered = 1,   // groups are laid out together
 };
 
-/// An in-memory data set. The dictionary is an ordered list of variables; case data is held
-/// column by column in 8-byte cells: a numeric variable has one cell per case, a string
-/// variable of width w has ObsLength(w) cells per case, case after case. Built by
-/// DatasetLoader (or by hand in tests), then installed read-only as the active data set.
+/// A data set. The dictionary is an ordered list of variables; case data is held column by
+/// column in 8-byte cells: a numeric variable has one cell per case, a string variable of
+/// width w has ObsLength(w) cells per case, case after case. Or the cases stay in their
+/// file (SetCaseSource): then the data set holds none, and each pass reads them in blocks.
+/// Built by DatasetLoader (or by hand in tests), then installed read-only as the active
+/// data set.
 class Dataset {
  public:
   Dataset();
@@ -75,6 +79,15 @@ class Dataset {
   /// use it to exercise that path.
   void SetLeadingBoundary(bool leadingBoundary);
   bool HasLeadingBoundary() const;
+
+  /// Makes the data set one whose cases are read from `source` at each pass; it then holds
+  /// no case itself (GetCaseCount is 0).
+  void SetCaseSource(std::shared_ptr<CsvCaseSource> source);
+  /// The source of the cases; null when the data set holds them.
+  const std::shared_ptr<CsvCaseSource>& GetCaseSource() const;
+  /// Sets the level the data suggest for variable `index`, as a loader that read them
+  /// found it (a data set without case data cannot work it out itself).
+  void SetSuggestedMeasurementLevel(int index, int level);
 
   /// The level the data suggest for variable `index` (see AdjustMeasurementLevels),
   /// computed on first request and remembered.

@@ -1,13 +1,7 @@
-// DatasetLoader.cpp - CSV data and JSON dictionary into a Dataset, in one numeric pass plus one for strings
+// DatasetLoader.cpp - CSV data and JSON dictionary into a Dataset: header, type inference, then the cases
 #include "host/data/DatasetLoader.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -15,8 +9,13 @@
 #include <string_view>
 
 #include "host/Utf8Text.h"
+#include "host/data/AdjustMeasurementLevels.h"
+#include "host/data/CsvCaseSource.h"
+#include "host/data/CsvField.h"
 #include "host/data/CsvReader.h"
 #include "host/data/DataError.h"
+#include "host/data/DataInput.h"
+#include "host/data/DataProgress.h"
 #include "host/data/Dataset.h"
 #include "host/data/DictionaryReader.h"
 #include "host/data/FormatConversion.h"
@@ -30,7 +29,7 @@ namespace {
 enum ColumnKind {
   kColumnNumeric,       // declared numeric: every field must be a number
   kColumnUndetermined,  // numeric while every field is a number, else string
-  kColumnString,        // filled in the second pass
+  kColumnString,        // text
   kColumnDateTime,      // numeric, read from date and time text by its format
 };
 
@@ -49,176 +48,28 @@ struct Column {
   std::size_t longestLine = 0;  // line of the first field of maxLength bytes
   std::string unreadable;       // first number text that no double holds (1e400, nan), for an error
   std::size_t unreadableLine = 0;
-  std::vector<OBS> cells;     // the column's data
+  // The level the data suggest, worked out in the inference pass of a data set read per
+  // pass (a loaded one works it out from its column when asked): nominal while every valid
+  // value is an integer and there are few distinct ones.
+  bool levelWanted = false;
+  bool levelScale = false;
+  std::vector<double> distinctValues;
+  std::unique_ptr<TARN_Variable> probe;  // the declared missing values, for levelWanted
 };
 
 constexpr int kMaximumInferredDecimals = 16;
 constexpr std::size_t kMaximumStringWidth = 32767;
-
-// kNumberOutOfRange: a number whose magnitude no double holds (1e400, 1e-400);
-// kNumberNotFinite: the texts "nan", "inf" and "infinity", which from_chars reads.
-enum NumberResult { kNumberOk, kNumberEmpty, kNumberInvalid, kNumberOutOfRange, kNumberNotFinite };
-
-bool IsBlank(char character) {
-  return character == ' ' || character == '\t';
-}
-
-// Reads a numeric field: blanks around it are ignored; empty (or a lone ".") is
-// system-missing. Reports the length of the integer part and the digits after the point,
-// from which an inferred format takes its width and decimals.
-NumberResult ParseNumericField(std::string_view field, double& value, int& integerLength, int& decimals) {
-  const char* begin = field.data();
-  const char* end = begin + field.size();
-  while (begin < end && IsBlank(*begin)) ++begin;
-  while (end > begin && IsBlank(end[-1])) --end;
-  if (begin == end || (end - begin == 1 && *begin == '.')) return kNumberEmpty;
-  const char* digits = begin;
-  bool negative = false;
-  if (*digits == '-' || *digits == '+') {
-    negative = *digits == '-';
-    ++digits;
-  }
-  // Plain decimals of up to 15 digits are the common case in survey data. Their digits
-  // form an integer m exactly representable in a double, and m / 10^d is then the correctly
-  // rounded value, the same double the general parser gives.
-  if (end - digits > 0 && end - digits <= 16) {
-    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    long long mantissa = 0;
-    int digitCount = 0;
-    const char* point = nullptr;
-    const char* cursor = digits;
-    for (; cursor < end; ++cursor) {
-      const char character = *cursor;
-      if (character >= '0' && character <= '9') {
-        mantissa = mantissa * 10 + (character - '0');
-        ++digitCount;
-      } else if (character == '.' && point == nullptr) {
-        point = cursor;
-      } else {
-        break;
-      }
-    }
-    if (cursor == end && digitCount > 0 && digitCount <= 15) {
-      const int fractionDigits = point != nullptr ? static_cast<int>(end - point - 1) : 0;
-      value = static_cast<double>(mantissa);
-      if (fractionDigits > 0) value /= kPowersOfTen[fractionDigits];
-      if (negative) value = -value;
-      integerLength = static_cast<int>((point != nullptr ? point : end) - digits) + (negative ? 1 : 0);
-      decimals = fractionDigits;
-      return kNumberOk;
-    }
-  }
-  if (digits == end) return kNumberInvalid;
-  const auto result = std::from_chars(digits, end, value);
-  if (result.ptr != end) return kNumberInvalid;
-  if (result.ec == std::errc::result_out_of_range) return kNumberOutOfRange;
-  if (result.ec != std::errc()) return kNumberInvalid;
-  if (!std::isfinite(value)) return kNumberNotFinite;
-  if (negative) value = -value;
-  const char* point =
-      static_cast<const char*>(std::memchr(digits, '.', static_cast<std::size_t>(end - digits)));
-  const char* exponent = digits;
-  while (exponent < end && *exponent != 'e' && *exponent != 'E') ++exponent;
-  const char* integerEnd = point != nullptr && point < exponent ? point : exponent;
-  integerLength = static_cast<int>(integerEnd - digits) + (negative ? 1 : 0);
-  decimals = point != nullptr && point < exponent ? static_cast<int>(exponent - point - 1) : 0;
-  return kNumberOk;
-}
-
-std::size_t TrimmedLength(std::string_view field) {
-  std::size_t length = field.size();
-  while (length > 0 && field[length - 1] == ' ') --length;
-  return length;
-}
+constexpr std::size_t kLoadBlockCases = 4096;
 
 std::string Quote(std::string_view text) {
   return Utf8Text::Quoted(text);
 }
 
-// Why a field that looked like a number cannot be one.
-const char* NumberProblem(NumberResult result) {
-  return result == kNumberOutOfRange ? " is out of the range of numbers" : " is not a number";
-}
-
-// A file mapped read-only into memory: the data file is scanned in place, with no copy.
-class MappedFile {
- public:
-  MappedFile(const std::string& path, const std::string& what) {
-    TextFile::CheckNotDirectory(path, what);
-    const int descriptor = ::open(path.c_str(), O_RDONLY);
-    if (descriptor < 0)
-      throw DataError(path + ": cannot open the " + what + " (" + std::strerror(errno) + ")");
-    struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-      ::close(descriptor);
-      // Not a plain file (a pipe, say): read it the ordinary way.
-      _copy = TextFile::Read(path, what);
-      _text = _copy;
-      return;
-    }
-    _size = static_cast<std::size_t>(status.st_size);
-    if (_size > 0) {
-      void* address = ::mmap(nullptr, _size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
-      if (address == MAP_FAILED) {
-        ::close(descriptor);
-        throw DataError(path + ": cannot read the " + what + " (" + std::strerror(errno) + ")");
-      }
-      _address = address;
-      _text = std::string_view(static_cast<const char*>(address), _size);
-    }
-    ::close(descriptor);
-    try {
-      TextFile::CheckNoNulByte(_text, path, what);
-    } catch (...) {
-      if (_address != nullptr) ::munmap(_address, _size);
-      throw;
-    }
-  }
-  ~MappedFile() {
-    if (_address != nullptr) ::munmap(_address, _size);
-  }
-  MappedFile(const MappedFile&) = delete;
-  MappedFile& operator=(const MappedFile&) = delete;
-  std::string_view Text() const { return _text; }
-
- private:
-  void* _address = nullptr;
-  std::size_t _size = 0;
-  std::string _copy;       // the text when the file could not be mapped
-  std::string_view _text;  // the whole file
-};
-
-// Large columns are written once, front to back; on huge pages that costs a few hundred
-// page faults instead of tens of thousands. Only a hint: without support nothing changes.
-void AdviseHugePages(void* address, std::size_t bytes) {
-  constexpr std::uintptr_t kHugePage = 2u << 20;
-  const auto begin = (reinterpret_cast<std::uintptr_t>(address) + kHugePage - 1) & ~(kHugePage - 1);
-  const auto end = (reinterpret_cast<std::uintptr_t>(address) + bytes) & ~(kHugePage - 1);
-  if (end > begin) ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-}
-
-// An upper bound of the number of records after the header: the line ends left in the text,
-// plus one for a last line without one. Exact for files without quoted line ends or blank
-// lines, and cheap (memchr runs at memory speed), so numeric columns are allocated once.
-std::size_t CountRecordsAtMost(std::string_view text, std::size_t headerEnd) {
-  std::size_t count = 0;
-  const char* position = text.data() + headerEnd;
-  const char* const end = text.data() + text.size();
-  while (position < end) {
-    const void* found = std::memchr(position, '\n', static_cast<std::size_t>(end - position));
-    if (found == nullptr) return count + 1;
-    ++count;
-    position = static_cast<const char*>(found) + 1;
-  }
-  return count;
-}
-
 class Loader {
  public:
-  Loader(std::string_view csvText, const std::string& dictionaryJson, const DatasetLoadOptions& options,
+  Loader(std::unique_ptr<DataInput> input, const std::string& dictionaryJson, const DatasetLoadOptions& options,
          const std::string& csvName, const std::string& dictionaryName)
-      : _text(csvText), _options(options), _csvName(csvName), _dictionaryName(dictionaryName) {
+      : _input(std::move(input)), _options(options), _csvName(csvName), _dictionaryName(dictionaryName) {
     if (!dictionaryJson.empty())
       _dictionary = std::make_unique<DictionaryReader>(dictionaryJson, dictionaryName);
   }
@@ -226,8 +77,9 @@ class Loader {
   std::shared_ptr<Dataset> Load() {
     ReadHeader();
     MatchDeclarations();
-    ReadNumbers();
-    ReadStrings();
+    // A data set read per pass needs the whole file read here only for what the dictionary
+    // leaves open; a loaded one reads it anyway, and checks every field on the way.
+    if (!_options.stream || NeedsInference()) Infer();
     return Build();
   }
 
@@ -235,17 +87,14 @@ class Loader {
   std::string Where(std::size_t line) const { return _csvName + ":" + std::to_string(line) + ": "; }
 
   void ReadHeader() {
-    _reader = std::make_unique<CsvReader>(_text, _options.delimiter, _csvName);
-    if (!_reader->NextRecord())
+    _reader = std::make_unique<CsvReader>(*_input, _options.delimiter, _csvName, ChunkBytes());
+    std::vector<std::string_view> fields;
+    if (!_reader->ReadRecord(fields))
       throw DataError(_csvName + ": the file is empty (it needs a header row of variable names)");
-    std::string_view field;
-    while (_reader->NextField(field)) {
+    for (const std::string_view field : fields) {
       Column column;
       const std::size_t number = _columns.size() + 1;
-      std::string_view name = field;
-      while (!name.empty() && IsBlank(name.front())) name.remove_prefix(1);
-      while (!name.empty() && IsBlank(name.back())) name.remove_suffix(1);
-      column.name = std::string(name);
+      column.name = std::string(CsvField::TrimBlanks(field));
       if (column.name.empty())
         throw DataError(Where(1) + "column " + std::to_string(number) + " has no name");
       const int validity = ValidateTARNName(column.name.c_str());
@@ -261,11 +110,12 @@ class Loader {
       }
       _columns.push_back(std::move(column));
     }
-    _headerEnd = _reader->GetOffset();
     std::vector<std::string> names;
     for (const Column& column : _columns) names.push_back(column.name);
     _reader->SetColumnNames(names);
   }
+
+  std::size_t ChunkBytes() const { return _options.chunkBytes > 0 ? _options.chunkBytes : std::size_t{1} << 20; }
 
   void MatchDeclarations() {
     // Dictionary order: the listed variables, then the other columns in file order.
@@ -303,6 +153,39 @@ class Loader {
     }
   }
 
+  // Whether the file must be read before the data set is complete: for a type, a width, a
+  // format or a measurement level that only the data can tell.
+  bool NeedsInference() {
+    bool needed = false;
+    for (Column& column : _columns) {
+      switch (column.kind) {
+        case kColumnUndetermined:
+          needed = true;
+          break;
+        case kColumnString:
+          needed = needed || column.declaredWidth == 0;
+          break;
+        case kColumnNumeric:
+        case kColumnDateTime: {
+          if (column.kind == kColumnNumeric && !column.hasFormat) needed = true;
+          if (column.declaration < 0) break;
+          auto probe = std::make_unique<TARN_Variable>(0);
+          probe->SetName(column.name.c_str());
+          probe->SetFormat(column.hasFormat ? column.format : kDefaultFormat);
+          _dictionary->ApplyDetails(static_cast<std::size_t>(column.declaration), *probe);
+          if (probe->GetMeasurementLevel() == kMeasureUnknown && probe->GetValueLabels() == nullptr) {
+            column.levelWanted = true;
+            column.probe = std::move(probe);
+            needed = true;
+          }
+          break;
+        }
+      }
+      if (column.declaration < 0) column.levelWanted = true;
+    }
+    return needed;
+  }
+
   // Checks the field count of the record just read.
   void CheckFieldCount(std::size_t count) const {
     if (count != _columns.size()) {
@@ -312,38 +195,32 @@ class Loader {
     }
   }
 
-  void ReadNumbers() {
-    // A record takes at least one byte per column (its delimiters and line end), which bounds
-    // the estimate where blank lines are many and columns wide.
-    const std::size_t estimate =
-        std::min(CountRecordsAtMost(_text, _headerEnd),
-                 (_text.size() - _headerEnd) / std::max<std::size_t>(_columns.size(), 1) + 1);
-    for (Column& column : _columns) {
-      if (column.kind == kColumnString) continue;
-      column.cells.reserve(estimate);
-      AdviseHugePages(column.cells.data(), column.cells.capacity() * sizeof(OBS));
-    }
+  // The inference pass: every record's field count, every number and date, the longest
+  // text of each column that may hold text, and the levels asked for. Nothing is kept.
+  void Infer() {
     const std::size_t columnCount = _columns.size();
     std::vector<std::string_view> fields;
     fields.reserve(columnCount);
+    std::size_t records = 0;
     while (_reader->ReadRecord(fields)) {
       CheckFieldCount(fields.size());
       for (std::size_t index = 0; index < columnCount; ++index) {
         _fieldIndex = index;
-        ReadNumericField(_columns[index], fields[index]);
+        InferField(_columns[index], fields[index]);
       }
-      ++_caseCount;
+      if (++records % kLoadBlockCases == 0) DataProgress::Report(records, _reader->GetBytesRead());
     }
+    DataProgress::Finish();
     CheckUnreadableNumbers();
   }
 
-  void ReadNumericField(Column& column, std::string_view field) {
+  void InferField(Column& column, std::string_view field) {
     switch (column.kind) {
       case kColumnString:
         NoteLength(column, field);
         return;
       case kColumnDateTime:
-        ReadDateTimeField(column, field);
+        CheckDateTimeField(column, field);
         return;
       case kColumnNumeric:
       case kColumnUndetermined:
@@ -352,16 +229,15 @@ class Loader {
     double value = TARN_SystemMissing();
     int integerLength = 0;
     int decimals = 0;
-    const NumberResult result = ParseNumericField(field, value, integerLength, decimals);
+    const CsvNumberResult result = CsvField::ParseNumber(field, value, integerLength, decimals);
     if (result != kNumberOk && result != kNumberEmpty) {
       if (column.kind == kColumnNumeric) {
         throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
-                        "': " + Quote(field) + NumberProblem(result));
+                        "': " + Quote(field) + CsvField::NumberProblem(result));
       }
       if (result == kNumberInvalid) {
         // Text in an undeclared column: it is a string column after all.
         column.kind = kColumnString;
-        column.cells = std::vector<OBS>();
         NoteLength(column, field);
         return;
       }
@@ -371,24 +247,42 @@ class Loader {
         column.unreadable = std::string(field);
         column.unreadableLine = _reader->GetFieldLine(_fieldIndex);
       }
-      value = TARN_SystemMissing();
     } else if (result == kNumberOk) {
       column.sawNumber = true;
       column.maxIntegerLength = std::max(column.maxIntegerLength, integerLength);
       column.maxDecimals = std::max(column.maxDecimals, decimals);
-    } else {
-      value = TARN_SystemMissing();
+      NoteLevel(column, value);
     }
     if (column.kind == kColumnUndetermined) NoteLength(column, field);
-    OBS cell;
-    cell.number = value;
-    column.cells.push_back(cell);
+  }
+
+  // As Dataset suggests a level from a loaded column: user-missing values do not count; a
+  // value that is not an integer, or one distinct value too many, makes the column scale.
+  static void NoteLevel(Column& column, double value) {
+    if (!column.levelWanted || column.levelScale) return;
+    if (column.probe) {
+      OBS cell;
+      cell.number = value;
+      if (column.probe->IsUserMissing(&cell)) return;
+    }
+    if (value != std::floor(value) || !std::isfinite(value)) {
+      column.levelScale = true;
+      return;
+    }
+    if (std::find(column.distinctValues.begin(), column.distinctValues.end(), value) !=
+        column.distinctValues.end())
+      return;
+    if (static_cast<int>(column.distinctValues.size()) == kMaximumNominalDistinctValues) {
+      column.levelScale = true;
+      return;
+    }
+    column.distinctValues.push_back(value);
   }
 
   // Keeps the length of the longest text and where it stands, for a column that may be read
   // as strings.
   void NoteLength(Column& column, std::string_view field) const {
-    const std::size_t length = TrimmedLength(field);
+    const std::size_t length = CsvField::TrimmedLength(field);
     if (length <= column.maxLength) return;
     column.maxLength = length;
     column.longestLine = _reader->GetFieldLine(_fieldIndex);
@@ -401,79 +295,34 @@ class Loader {
       double value = 0;
       int integerLength = 0;
       int decimals = 0;
-      const NumberResult result = ParseNumericField(column.unreadable, value, integerLength, decimals);
+      const CsvNumberResult result = CsvField::ParseNumber(column.unreadable, value, integerLength, decimals);
       throw DataError(Where(column.unreadableLine) + "column '" + column.name +
-                      "': " + Quote(column.unreadable) + NumberProblem(result) +
+                      "': " + Quote(column.unreadable) + CsvField::NumberProblem(result) +
                       " (leave the field empty for a missing value)");
     }
   }
 
-  void ReadDateTimeField(Column& column, std::string_view field) {
+  void CheckDateTimeField(Column& column, std::string_view field) {
+    const std::string_view trimmed = CsvField::TrimBlanks(field);
+    if (trimmed.empty()) return;
+    const std::string text(trimmed);
     OBS cell;
-    cell.number = TARN_SystemMissing();
-    std::size_t begin = 0;
-    std::size_t end = field.size();
-    while (begin < end && IsBlank(field[begin])) ++begin;
-    while (end > begin && IsBlank(field[end - 1])) --end;
-    if (begin < end) {
-      const std::string text(field.substr(begin, end - begin));
-      if (FromString(text.c_str(), column.format, &cell) != 0) {
-        throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
-                        "': " + Quote(text) + " is not a " + FormatToText(column.format) + " value");
-      }
+    if (FromString(text.c_str(), column.format, &cell) != 0) {
+      throw DataError(Where(_reader->GetFieldLine(_fieldIndex)) + "column '" + column.name +
+                      "': " + Quote(text) + " is not a " + FormatToText(column.format) + " value");
     }
-    column.cells.push_back(cell);
+    NoteLevel(column, cell.number);
   }
 
-  // The second pass, only when there are string columns: copies their texts into cells.
-  void ReadStrings() {
-    std::vector<std::size_t> stringColumns;
-    for (std::size_t c = 0; c < _columns.size(); ++c) {
-      Column& column = _columns[c];
-      if (column.kind != kColumnString) continue;
-      if (column.declaredWidth > 0) {
-        // Checked in the pass below with the line of the offending field.
-      } else {
-        if (column.maxLength > kMaximumStringWidth) {
-          throw DataError(Where(column.longestLine) + "column '" + column.name + "': a text of " +
-                          std::to_string(column.maxLength) + " bytes is longer than the limit of " +
-                          std::to_string(kMaximumStringWidth) + " bytes");
-        }
-        column.declaredWidth = static_cast<int>(std::max<std::size_t>(column.maxLength, 1));
-      }
-      const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
-      OBS blank;
-      std::memset(blank.bytes, ' ', sizeof blank.bytes);
-      column.cells.assign(_caseCount * cellsPerCase, blank);
-      stringColumns.push_back(c);
+  // The width of a string column: stated, else its longest text.
+  void SettleStringWidth(Column& column) const {
+    if (column.declaredWidth > 0) return;
+    if (column.maxLength > kMaximumStringWidth) {
+      throw DataError(Where(column.longestLine) + "column '" + column.name + "': a text of " +
+                      std::to_string(column.maxLength) + " bytes is longer than the limit of " +
+                      std::to_string(kMaximumStringWidth) + " bytes");
     }
-    if (stringColumns.empty()) return;
-    CsvReader reader(_text, _options.delimiter, _csvName);
-    reader.NextRecord();  // the header
-    reader.SkipRestOfRecord();
-    std::vector<std::string_view> fields;
-    std::size_t caseIndex = 0;
-    while (reader.ReadRecord(fields)) {
-      for (std::size_t c : stringColumns) {
-        Column& column = _columns[c];
-        const std::string_view field = fields[c];
-        const std::size_t length = TrimmedLength(field);
-        if (length > static_cast<std::size_t>(column.declaredWidth)) {
-          throw DataError(Where(reader.GetFieldLine(c)) + "column '" + column.name + "': " + Quote(field) +
-                          " is longer than the width " + std::to_string(column.declaredWidth));
-        }
-        const std::size_t invalid = Utf8Text::FindInvalidByte(field.substr(0, length));
-        if (invalid != Utf8Text::kAllValid) {
-          throw DataError(Where(reader.GetFieldLine(c)) + "column '" + column.name +
-                          "': " + Utf8Text::NameByte(static_cast<unsigned char>(field[invalid])) +
-                          " at byte " + std::to_string(invalid + 1) + " of " + Quote(field) +
-                          " is not UTF-8 text (save the file as UTF-8)");
-        }
-        const std::size_t cellsPerCase = static_cast<std::size_t>(ObsLength(column.declaredWidth));
-        std::memcpy(column.cells[caseIndex * cellsPerCase].bytes, field.data(), length);
-      }
-      ++caseIndex;
-    }
+    column.declaredWidth = static_cast<int>(std::max<std::size_t>(column.maxLength, 1));
   }
 
   TARN_Format InferredNumericFormat(const Column& column) const {
@@ -485,10 +334,11 @@ class Loader {
 
   std::shared_ptr<Dataset> Build() {
     auto dataset = std::make_shared<Dataset>();
-    std::vector<std::vector<OBS>> columns;
+    std::vector<CsvColumnReading> readings;
     for (std::size_t c : _order) {
       Column& column = _columns[c];
       const bool isString = column.kind == kColumnString;
+      if (isString) SettleStringWidth(column);
       TARN_Variable variable(isString ? column.declaredWidth : 0);
       variable.SetName(column.name.c_str());
       if (column.hasFormat) {
@@ -502,16 +352,49 @@ class Loader {
       }
       if (column.declaration >= 0)
         _dictionary->ApplyDetails(static_cast<std::size_t>(column.declaration), variable);
-      dataset->AddVariable(variable);
-      if (column.cells.capacity() > column.cells.size() + column.cells.size() / 16)
-        column.cells.shrink_to_fit();
-      columns.push_back(std::move(column.cells));
+      const int index = dataset->AddVariable(variable);
+      if (_options.stream && !isString && column.levelWanted) {
+        dataset->SetSuggestedMeasurementLevel(index, column.levelScale ? kMeasureScale : kMeasureNominal);
+      }
+      CsvColumnReading reading;
+      reading.name = column.name;
+      reading.field = c;
+      reading.kind = isString ? kCsvCellString : column.kind == kColumnDateTime ? kCsvCellDateTime : kCsvCellNumber;
+      reading.format = column.format;
+      reading.width = isString ? column.declaredWidth : 0;
+      readings.push_back(std::move(reading));
     }
-    dataset->SetCaseData(std::move(columns), _caseCount);
+    _reader.reset();
+    auto source = std::make_shared<CsvCaseSource>(std::move(_input), _options.delimiter, std::move(readings),
+                                                  _columns.size(), ChunkBytes());
+    if (_options.stream) {
+      source->SetReadAhead(_options.threads > 1);
+      dataset->SetCaseSource(source);
+    } else {
+      ReadAllCases(*dataset, *source);
+    }
     if (_dictionary) _dictionary->AddSets(*dataset);
     SetWeight(*dataset);
     SetSplit(*dataset);
     return dataset;
+  }
+
+  // A loaded data set holds every case: the blocks of one pass appended column by column.
+  static void ReadAllCases(Dataset& dataset, CsvCaseSource& source) {
+    std::vector<std::vector<OBS>> columns(static_cast<std::size_t>(dataset.GetVariableCount()));
+    std::vector<std::vector<OBS>> block;
+    std::size_t caseCount = 0;
+    source.Start({}, kLoadBlockCases);
+    while (const std::size_t count = source.ReadBlock(block)) {
+      for (std::size_t index = 0; index < columns.size(); ++index) {
+        columns[index].insert(columns[index].end(), block[index].begin(), block[index].end());
+      }
+      caseCount += count;
+    }
+    for (std::vector<OBS>& column : columns) {
+      if (column.capacity() > column.size() + column.size() / 16) column.shrink_to_fit();
+    }
+    dataset.SetCaseData(std::move(columns), caseCount);
   }
 
   void SetWeight(Dataset& dataset) const {
@@ -557,40 +440,43 @@ class Loader {
     dataset.SetSplitVariables(indices, layoutText == "layered" ? kSplitLayered : kSplitSeparate);
   }
 
-  std::string_view _text;
+  std::unique_ptr<DataInput> _input;
   const DatasetLoadOptions& _options;
   std::string _csvName;
   std::string _dictionaryName;
   std::unique_ptr<DictionaryReader> _dictionary;  // null without a dictionary
-  std::unique_ptr<CsvReader> _reader;             // the numeric pass
+  std::unique_ptr<CsvReader> _reader;             // the header and the inference pass
   std::vector<Column> _columns;                   // CSV order
   std::vector<std::size_t> _order;                // dictionary order as indices into _columns
-  std::size_t _headerEnd = 0;                     // byte offset just past the header row
-  std::size_t _caseCount = 0;
   std::size_t _fieldIndex = 0;  // the field being read, for messages
 };
+
+// NAME.dict.json beside NAME.csv (or NAME.csv.gz), when it exists.
+std::string DictionaryBeside(const std::string& csvPath) {
+  if (csvPath == "-") return "";
+  std::filesystem::path path(csvPath);
+  if (path.extension() == ".gz") path = path.parent_path() / path.stem();
+  const std::filesystem::path beside = path.parent_path() / (path.stem().string() + ".dict.json");
+  std::error_code error;
+  return std::filesystem::exists(beside, error) ? beside.string() : "";
+}
 
 }  // namespace
 
 std::shared_ptr<Dataset> DatasetLoader::LoadFiles(const std::string& csvPath,
                                                   const std::string& dictionaryPath,
                                                   const DatasetLoadOptions& options) {
-  const MappedFile csvFile(csvPath, "data file");
-  std::string dictionaryName = dictionaryPath;
+  std::unique_ptr<DataInput> input = DataInput::OpenFile(csvPath, "data file");
+  const std::string dictionaryName = dictionaryPath.empty() ? DictionaryBeside(csvPath) : dictionaryPath;
   std::string dictionaryJson;
-  if (dictionaryName.empty()) {
-    const std::filesystem::path path(csvPath);
-    const std::filesystem::path beside = path.parent_path() / (path.stem().string() + ".dict.json");
-    std::error_code error;
-    if (std::filesystem::exists(beside, error)) dictionaryName = beside.string();
-  }
   if (!dictionaryName.empty()) {
     dictionaryJson = TextFile::Read(dictionaryName, "dictionary");
     if (dictionaryJson.find_first_not_of(" \t\r\n") == std::string::npos) {
       throw DataError(dictionaryName + ": the dictionary is empty");
     }
   }
-  Loader loader(csvFile.Text(), dictionaryJson, options, csvPath, dictionaryName);
+  const std::string csvName = input->GetName();
+  Loader loader(std::move(input), dictionaryJson, options, csvName, dictionaryName);
   return loader.Load();
 }
 
@@ -599,6 +485,6 @@ std::shared_ptr<Dataset> DatasetLoader::LoadText(const std::string& csvText,
                                                  const DatasetLoadOptions& options,
                                                  const std::string& csvName,
                                                  const std::string& dictionaryName) {
-  Loader loader(csvText, dictionaryJson, options, csvName, dictionaryName);
+  Loader loader(DataInput::FromText(csvText, csvName), dictionaryJson, options, csvName, dictionaryName);
   return loader.Load();
 }

@@ -48,12 +48,16 @@ struct AggregationTable::Data {
   std::vector<CubeAggregator*> _allAggregators;
   bool _wired = false;
 
-  // How cases are read, settled at the first case. Directly: the iterator reads a loaded
-  // data set, so the table keeps case numbers and reads the columns in blocks. Case by
-  // case: any other iterator, whose pointers hold only until its next case.
+  // How cases are read, settled at the first case. Directly: the iterator is a data set
+  // reader whose block holds every variable the table reads, so the table keeps the rows
+  // of the block's cases and reads its columns in blocks (flushed before the iterator
+  // replaces the block). Case by case: any other iterator, whose pointers hold only until
+  // its next case.
   enum ReadMode { kReadUndecided, kReadDirect, kReadCaseByCase };
   ReadMode _readMode = kReadUndecided;
-  const ProcDSIterator* _reader = nullptr;
+  ProcDSIterator* _reader = nullptr;
+  std::shared_ptr<ProcDSIterator::BlockReader> _blockReader;  // what the iterator knows of the table
+  std::size_t _boundGeneration = 0;   // the iterator's block that _columns point into
   std::vector<int> _readIndices;      // the dictionary indices the table reads
   std::vector<const OBS*> _columns;   // by dictionary index
   std::vector<std::size_t> _strides;  // cells per case by dictionary index; 0 case by case
@@ -76,6 +80,30 @@ struct AggregationTable::Data {
       _mode = kWeightFrequency;
       _weightIndex = source->GetWeightVarIndex();
     }
+    // A data set reader reads, from a file, only the variables its tables name.
+    _reader = dynamic_cast<ProcDSIterator*>(iterator);
+    if (_reader != nullptr) {
+      _blockReader = std::make_shared<ProcDSIterator::BlockReader>();
+      _blockReader->variables = [this] { return ReadIndices(); };
+      _blockReader->flush = [this] { Flush(); };
+      _reader->AddBlockReader(_blockReader);
+    }
+  }
+
+  // The dictionary indices the table reads: the weight, the scale variables and the
+  // variables of the dimensions, ascending.
+  std::vector<int> ReadIndices() {
+    std::vector<int> indices;
+    if (_mode != kWeightNone) indices.push_back(_weightIndex);
+    for (int s = 0; s < _metadata.NumberOfScaleVariables(); ++s) {
+      indices.push_back(_metadata.GetCaseReaderVarIndex(s));
+    }
+    for (int i = 0; i < _metadata.NumberOfDimensions(); ++i) {
+      for (int index : _metadata.GetDimension(i)->GetSourceVarIndices()) indices.push_back(index);
+    }
+    std::sort(indices.begin(), indices.end());
+    indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
+    return indices;
   }
 
   // Orders a dimension's categories by a statistic of the first sub-table cube that holds
@@ -135,38 +163,33 @@ struct AggregationTable::Data {
     _wired = true;
   }
 
-  // Chooses the read mode on the first case: directly from the data set's columns when
-  // the iterator is a data set reader that stands on this very data set.
+  // Chooses the read mode on the first case: directly from the iterator's blocks when it
+  // is a data set reader whose block holds every variable the table reads.
   void DecideReadMode() {
-    _readIndices.clear();
-    if (_mode != kWeightNone) _readIndices.push_back(_weightIndex);
-    for (int s = 0; s < _metadata.NumberOfScaleVariables(); ++s) {
-      _readIndices.push_back(_metadata.GetCaseReaderVarIndex(s));
-    }
-    for (int i = 0; i < _metadata.NumberOfDimensions(); ++i) {
-      for (int index : _metadata.GetDimension(i)->GetSourceVarIndices()) _readIndices.push_back(index);
-    }
-    std::sort(_readIndices.begin(), _readIndices.end());
-    _readIndices.erase(std::unique(_readIndices.begin(), _readIndices.end()), _readIndices.end());
+    _readIndices = ReadIndices();
     const std::size_t columns = _readIndices.empty() ? 0 : static_cast<std::size_t>(_readIndices.back()) + 1;
     _columns.assign(columns, nullptr);
     _strides.assign(columns, 0);
-    _reader = dynamic_cast<const ProcDSIterator*>(_iterator);
     const Dataset* dataset = _source != nullptr ? _source->GetDataset().get() : nullptr;
     bool direct = _reader != nullptr && dataset != nullptr;
-    const std::size_t row = direct ? _reader->GetCaseIndex() : 0;
     for (int index : _readIndices) {
-      direct = direct && index >= 0 && index < dataset->GetVariableCount() &&
-               _iterator->GetObsPointer(static_cast<unsigned>(index)) == dataset->GetCells(index, row);
+      direct = direct && index >= 0 && index < dataset->GetVariableCount() && _reader->GetBlockColumn(index) != nullptr;
     }
     if (direct) {
       for (int index : _readIndices) {
-        _columns[static_cast<unsigned>(index)] = dataset->GetColumn(index).data();
         _strides[static_cast<unsigned>(index)] = static_cast<std::size_t>(dataset->GetCellsPerCase(index));
       }
+      BindBlock();
       _rows.reserve(kBlockCapacity);
     }
     _readMode = direct ? kReadDirect : kReadCaseByCase;
+  }
+
+  // Points the columns into the iterator's current block; the rows of the previous one
+  // were flushed before it was replaced.
+  void BindBlock() {
+    for (int index : _readIndices) _columns[static_cast<unsigned>(index)] = _reader->GetBlockColumn(index);
+    _boundGeneration = _reader->GetBlockGeneration();
   }
 
   // Reads the waiting cases into every dimension and cube. Cases of a missing, zero or
@@ -293,7 +316,8 @@ void AggregationTable::AddNewCase() {
   Data& d = *_data;
   // The common case first: the declarations were wired and the mode chosen on case one.
   if (d._readMode == Data::kReadDirect) {
-    d._rows.push_back(d._reader->GetCaseIndex());
+    if (d._reader->GetBlockGeneration() != d._boundGeneration) d.BindBlock();
+    d._rows.push_back(d._reader->GetBlockRow());
     if (d._rows.size() == kBlockCapacity) d.Flush();
     return;
   }
@@ -301,7 +325,7 @@ void AggregationTable::AddNewCase() {
   if (d._readMode == Data::kReadUndecided) {
     d.DecideReadMode();
     if (d._readMode == Data::kReadDirect) {
-      d._rows.push_back(d._reader->GetCaseIndex());
+      d._rows.push_back(d._reader->GetBlockRow());
       return;
     }
   }

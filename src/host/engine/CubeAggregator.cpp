@@ -37,6 +37,12 @@ constexpr int kValueSlotBase = 256;
 // arrive: the largest combination code, members + 2^members - 1, must fit a key slot.
 constexpr int kMaxMaskMembers = 15;
 
+// Weights are kept with a cell's values only for a weighted order statistic or mode; the
+// unweighted forms read the numbers of cases, which every store keeps.
+bool ReadsWeightedValues(int prime) {
+  return prime == Codes::kStatMedian || prime == Codes::kStatPtile || prime == Codes::kStatMode;
+}
+
 // The 128-bit packed key: 16 bits per position.
 struct PackedKey {
   std::uint64_t _low = 0;
@@ -159,6 +165,7 @@ struct CubeAggregator::Data {
   std::vector<int> _scaleVarIndices;  // dictionary index per local scale slot
   std::vector<int> _scaleTableSlots;  // the table's scale slot per local scale slot
   bool _keepValues = false;
+  bool _keepWeights = false;  // a weighted order statistic or mode reads the values' weights
 
   std::unordered_map<PackedKey, std::uint32_t, PackedKeyHash> _index;
   std::vector<Cell> _cells;
@@ -268,7 +275,7 @@ struct CubeAggregator::Data {
     if (inserted.second) {
       _cells.emplace_back();
       _cellKeys.push_back(key);
-      _scaleCells.resize(_scaleCells.size() + ScaleCount(), ScaleCell(_mode != kWeightNone));
+      _scaleCells.resize(_scaleCells.size() + ScaleCount(), ScaleCell(_mode != kWeightNone && _keepWeights));
     }
     return inserted.first->second;
   }
@@ -678,6 +685,7 @@ void CubeAggregator::DeclareStatistics(const std::vector<AggregationStatistic>& 
           prime == Codes::kStatUPtile || prime == Codes::kStatMode || prime == Codes::kStatUMode) {
         _data->_keepValues = true;
       }
+      _data->_keepWeights = _data->_keepWeights || ReadsWeightedValues(prime);
       if (statistic.GetVarIndex() >= 0 && statPosition < 0 &&
           _data->LocalScaleSlot(statistic.GetVarIndex()) < 0) {
         _data->_scaleVarIndices.push_back(statistic.GetVarIndex());
@@ -981,7 +989,7 @@ void CubeAggregator::Complete() {
       if (inserted.second) {
         d._cells.emplace_back();
         d._cellKeys.push_back(key);
-        d._scaleCells.resize(d._scaleCells.size() + scales, ScaleCell(d._mode != kWeightNone));
+        d._scaleCells.resize(d._scaleCells.size() + scales, ScaleCell(d._mode != kWeightNone && d._keepWeights));
       }
       const std::uint32_t target = inserted.first->second;
       d._cells[target].Merge(cells[source]);

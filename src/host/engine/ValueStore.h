@@ -6,12 +6,14 @@
 #include <vector>
 
 /// The values of one scale variable in one cell, for the statistics that need more than
-/// moments. Survey variables mostly take few distinct values (codes, scores, rounded
-/// amounts), so the store starts by merging equal values into one entry with its total
-/// weight and number of cases, found through a small hash table: memory then follows the
-/// distinct values, not the cases. When most values turn out to be distinct it stops
-/// merging and keeps one entry per case (8 bytes, 16 with weights), which is the least
-/// an exact median can keep; equal values are merged once more when it is read.
+/// moments, merged by value: one entry per distinct value with its number of cases (and its
+/// total weight, for a weighted store), however many distinct values there are, so memory
+/// follows the distinct values, not the cases. Up to a thousand or so distinct values a hash
+/// table small enough for the processor's cache finds each value's entry. Beyond that,
+/// cases are appended to a tail that is sorted and merged into the sorted entries whenever
+/// it has grown as large as they are (at least 16,384): sequential work instead of a cache
+/// miss per case. A distribution is sorted once: reading it merges the tail in place, and
+/// later reads find the entries sorted.
 class ValueStore {
  public:
   /// A distinct value with its total weight (or number of cases).
@@ -24,30 +26,33 @@ class ValueStore {
   explicit ValueStore(bool weighted = false);
 
   void Add(double value, double weight);
-  /// Adds every value of `other`, which must be weighted as this store is.
+  /// Adds every entry of `other`, which must be weighted as this store is, as entries: the
+  /// margins of a table are built from their cells' distributions, not from their cases.
   void Merge(const ValueStore& other);
   /// The distinct values in ascending order with their total weight, or with their number
   /// of cases when `unweighted` is true (always so for an unweighted store).
   std::vector<Entry> Distribution(bool unweighted) const;
-  /// Entries held: distinct values while merging, else one per case.
+  /// Entries held: the distinct values, and the tail not yet merged.
   std::size_t GetEntryCount() const;
-  /// True while equal values are merged as they arrive.
+  /// True while every entry holds a value of its own (no tail waits to be merged).
   bool IsMerging() const;
 
  private:
   struct Data {
     bool _weighted = false;
-    bool _merging = true;
+    bool _hashed = true;                // _slots index the entries, which are distinct
+    bool _sorted = true;                // the entries are distinct and ascending
     double _cases = 0.0;                // cases added, merged ones included
+    bool _tailOfOnes = true;            // every tail entry stands for one case
+    std::size_t _base = 0;              // not hashed: entries [0, _base) are sorted and distinct, the rest the tail
     std::vector<double> _values;        // one per entry
+    std::vector<double> _counts;        // cases per entry
     std::vector<double> _weights;       // total weight per entry, weighted stores only
-    std::vector<double> _counts;        // cases per entry while merging; empty afterwards (one each)
-    std::vector<std::uint32_t> _slots;  // hash table while merging: entry index + 1, 0 for free
+    std::vector<std::uint32_t> _slots;  // hash table while hashed: entry index + 1, 0 for free
   };
-  Data _data;
+  mutable Data _data;  // reading a distribution merges the tail in place
 
   void AddEntry(double value, double weight, double count);
-  void Append(double value, double weight, double count);
-  void Rehash(std::size_t capacity);
-  void StopMerging();
+  void Rehash(std::size_t capacity) const;
+  void Compact() const;
 };
