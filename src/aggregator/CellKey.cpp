@@ -1,39 +1,25 @@
 // CellKey.cpp - the integer address of one cell of a cube
 #include "aggregator/CellKey.h"
 
-#include <algorithm>
-
 #include "host/QuiltAssert.h"
 
-CellKey::CellKey(int length) : _positions(nullptr), arLength(length) {
+namespace {
+
+std::size_t CheckedLength(int length) {
   QUILT_ASSERT(length >= 0, "a cell key cannot have a negative length");
-  _positions = new int[static_cast<unsigned>(length > 0 ? length : 1)];
-  std::fill(_positions, _positions + length, kCellKeyTotal);
+  return static_cast<std::size_t>(length);
 }
 
-CellKey::CellKey(const CellKey& other) : CellKey(other.arLength) {
-  std::copy(other._positions, other._positions + arLength, _positions);
-}
+}  // namespace
 
-CellKey& CellKey::operator=(const CellKey& other) {
-  if (this != &other) {
-    CellKey copy(other);
-    std::swap(_positions, copy._positions);
-    std::swap(arLength, copy.arLength);
-  }
-  return *this;
-}
-
-CellKey::~CellKey() {
-  delete[] _positions;
-}
+CellKey::CellKey(int length) : _positions(CheckedLength(length), kCellKeyTotal) {}
 
 int& CellKey::operator[](int i) {
-  QUILT_ASSERT(i >= 0 && i < arLength, "cell key position out of range");
-  return _positions[i];
+  QUILT_ASSERT(i >= 0 && i < GetLength(), "cell key position out of range");
+  return _positions[static_cast<std::size_t>(i)];
 }
 
 int CellKey::operator[](int i) const {
-  QUILT_ASSERT(i >= 0 && i < arLength, "cell key position out of range");
-  return _positions[i];
+  QUILT_ASSERT(i >= 0 && i < GetLength(), "cell key position out of range");
+  return _positions[static_cast<std::size_t>(i)];
 }

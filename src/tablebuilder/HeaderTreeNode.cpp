@@ -38,19 +38,7 @@ bool IsTotalLike(const HeaderTreeNode* node) {
   if (node->GetType() == HeaderTreeNode::kHNodeTypeTempTotal) return true;
   const AggregationCategory* category = node->GetCategory();
   if (category == nullptr) return false;
-  const int type = category->GetCatType();
-  return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-         type == AggregationCategory::kHSubtotal;
-}
-
-// Two statistics are the same when their codes are, and percentiles also share the cut point.
-bool SameStatistic(const StatTreeNode* first, const StatTreeNode* second) {
-  if (first->GetStatType() != second->GetStatType()) return false;
-  const int primary = first->GetPrimaryStatistic();
-  if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
-    return first->GetPtileValue() == second->GetPtileValue();
-  }
-  return true;
+  return category->IsTotalKind();
 }
 
 std::vector<HeaderTreeNode*> CloneAll(const std::vector<HeaderTreeNode*>& nodes) {
@@ -60,20 +48,9 @@ std::vector<HeaderTreeNode*> CloneAll(const std::vector<HeaderTreeNode*>& nodes)
   return clones;
 }
 
-std::vector<StatTreeNode*> CloneStats(const std::vector<StatTreeNode*>& stats) {
-  std::vector<StatTreeNode*> clones;
-  clones.reserve(stats.size());
-  for (const StatTreeNode* stat : stats) clones.push_back(static_cast<StatTreeNode*>(stat->Clone()));
-  return clones;
-}
-
-std::vector<HeaderTreeNode*> AsNodes(const std::vector<StatTreeNode*>& stats) {
-  return std::vector<HeaderTreeNode*>(stats.begin(), stats.end());
-}
-
-void DestroyAll(std::vector<StatTreeNode*>& stats) {
-  for (StatTreeNode* stat : stats) delete stat;
-  stats.clear();
+void DestroyAll(std::vector<HeaderTreeNode*>& nodes) {
+  for (HeaderTreeNode* node : nodes) delete node;
+  nodes.clear();
 }
 
 bool FirstChildIsStatistic(const HeaderTreeNode* node) {
@@ -193,6 +170,8 @@ HeaderTreeNode* HeaderTreeNode::CreateCopy(const HeaderTreeNode* source) {
 HeaderTreeNode::HNodeType HeaderTreeNode::GetType() const { return _data->_type; }
 SyntaxVariableName* HeaderTreeNode::GetVariable() const { return _data->_variable; }
 const AggregationCategory* HeaderTreeNode::GetCategory() const { return _data->_category; }
+bool HeaderTreeNode::IsSameStatistic(const HeaderTreeNode& /*other*/) const { return false; }
+
 bool HeaderTreeNode::IsLeaf() const { return _data->_children.empty(); }
 const std::vector<HeaderTreeNode*>& HeaderTreeNode::GetChildren() const { return _data->_children; }
 int HeaderTreeNode::GetNChildren() const { return _data->_nChildren; }
@@ -322,41 +301,20 @@ int HeaderTreeNode::NestStack(const std::vector<HeaderTreeNode*>& stack) {
   return placed;
 }
 
-int HeaderTreeNode::NestStack(const std::vector<StatTreeNode*>& stats) {
-  if (stats.empty()) return 0;
-  if (IsLeaf()) {
-    for (StatTreeNode* stat : stats) AddChild(stat, false);
-    return static_cast<int>(stats.size());
-  }
-  if (FirstChildIsStatistic(this)) {
-    for (StatTreeNode* stat : stats) delete stat;
-    return 0;
-  }
-  // The clones are made before the originals are placed, so that a branch which refuses
-  // them cannot leave the later branches copying destroyed nodes.
-  int placed = 0;
-  for (size_t i = 1; i < _data->_children.size(); ++i) {
-    placed += _data->_children[i]->NestStack(AsNodes(CloneStats(stats)));
-  }
-  placed += _data->_children[0]->NestStack(stats);
-  UpdateChildInfo();
-  return placed;
-}
-
-int HeaderTreeNode::AddStats(std::vector<StatTreeNode*>& regular, std::vector<StatTreeNode*>& total) {
+int HeaderTreeNode::AddStats(std::vector<HeaderTreeNode*>& regular, std::vector<HeaderTreeNode*>& total) {
   if (_data->_type == kHNodeTypeScaleVariable && IsLeaf()) {
-    for (StatTreeNode* stat : regular) AddChild(stat, false);
+    for (HeaderTreeNode* stat : regular) AddChild(stat, false);
     // The scale variable keeps no total; the caller still owns `total`, and `regular`
     // points at the nodes now in the tree.
     return static_cast<int>(regular.size());
   }
   int placed = 0;
   if (_data->_type == kHNodeTypeCatVariable && IsLeaf()) {
-    for (StatTreeNode* stat : regular) AddChild(stat, false);
+    for (HeaderTreeNode* stat : regular) AddChild(stat, false);
     placed = static_cast<int>(regular.size());
-    for (StatTreeNode* stat : total) {
+    for (HeaderTreeNode* stat : total) {
       bool merged = false;
-      for (const StatTreeNode* other : regular) merged = merged || SameStatistic(stat, other);
+      for (const HeaderTreeNode* other : regular) merged = merged || stat->IsSameStatistic(*other);
       if (merged) {
         delete stat;
       } else {
@@ -371,7 +329,7 @@ int HeaderTreeNode::AddStats(std::vector<StatTreeNode*>& regular, std::vector<St
   }
   for (HeaderTreeNode* child : _data->_children) {
     const bool useTotal = IsTotalLike(child) && !total.empty();
-    placed += child->NestStack(CloneStats(useTotal ? total : regular));
+    placed += child->NestStack(CloneAll(useTotal ? total : regular));
   }
   if (!IsLeaf()) UpdateChildInfo();
   DestroyAll(regular);
@@ -379,12 +337,12 @@ int HeaderTreeNode::AddStats(std::vector<StatTreeNode*>& regular, std::vector<St
   return placed;
 }
 
-int HeaderTreeNode::NestStats(std::vector<StatTreeNode*>& regular, std::vector<StatTreeNode*>& total) {
+int HeaderTreeNode::NestStats(std::vector<HeaderTreeNode*>& regular, std::vector<HeaderTreeNode*>& total) {
   if (_data->_maxHeight == 1) return AddStats(regular, total);
   int placed = 0;
   for (HeaderTreeNode* child : _data->_children) {
-    std::vector<StatTreeNode*> regularCopies = CloneStats(regular);
-    std::vector<StatTreeNode*> totalCopies = CloneStats(total);
+    std::vector<HeaderTreeNode*> regularCopies = CloneAll(regular);
+    std::vector<HeaderTreeNode*> totalCopies = CloneAll(total);
     placed += child->NestStats(regularCopies, totalCopies);
     // A bare scale variable takes the regular statistics only; the rest are ours to free.
     DestroyAll(totalCopies);

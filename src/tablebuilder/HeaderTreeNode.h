@@ -45,6 +45,9 @@ class HeaderTreeNode {
   };
 
   virtual HeaderTreeNode* Clone() const;
+  /// Whether both are statistics of one kind: the same code and, for percentiles, the same
+  /// cut point. False when this node is no statistic.
+  virtual bool IsSameStatistic(const HeaderTreeNode& other) const;
   virtual ~HeaderTreeNode();
 
   /// A shallow copy: the node alone, without parent, sibling or children. Keeps the empty
@@ -124,16 +127,14 @@ class HeaderTreeNode {
   /// children are statistics, the stack goes in between; a stack of statistics there changes
   /// nothing and is destroyed. Takes the nodes; `stack` keeps the dangling pointers.
   int NestStack(const std::vector<HeaderTreeNode*>& stack);
-  /// The same for statistics, distributed over the leaves.
-  int NestStack(const std::vector<StatTreeNode*>& stats);
   /// Attaches statistics on a node just above the leaves, or on a bare variable: `total`
   /// goes to total and subtotal children (when given), `regular` to all others. On a bare
   /// categorical variable a total statistic equal to a regular one merges into it. Both
   /// vectors are consumed, except on a bare scale variable, which takes `regular` only.
-  int AddStats(std::vector<StatTreeNode*>& regular, std::vector<StatTreeNode*>& total);
+  int AddStats(std::vector<HeaderTreeNode*>& regular, std::vector<HeaderTreeNode*>& total);
   /// AddStats at the level just above the leaves. On a leaf the statistics are destroyed
   /// without being placed, so callers test for that case.
-  int NestStats(std::vector<StatTreeNode*>& regular, std::vector<StatTreeNode*>& total);
+  int NestStats(std::vector<HeaderTreeNode*>& regular, std::vector<HeaderTreeNode*>& total);
   /// Pushes `child` in as the only child, taking over the present children.
   void insertChild(HeaderTreeNode* child);
   /// Records `name` on this node (unless `skipThis`) and on every later sibling.

@@ -8,6 +8,7 @@
 #include "host/QuiltAssert.h"
 #include "host/data/Obs.h"
 #include "host/engine/AggregationCategory.h"
+#include "host/engine/CellMoments.h"
 #include "host/engine/CubeAggregator.h"
 #include "parser/SigTestSettings.h"
 #include "tablebuilder/QuiltDistFun.h"
@@ -204,11 +205,11 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   bool allSSZero = true;
   for (std::size_t i = 0; i < nColumns; ++i) {
     key[columnSlot] = KeyCode(testCols[i]);
-    const double* moments = aggregator.GetCountMeanVariance(meanRecord, key);
-    const double w = moments == nullptr ? 0.0 : moments[0];
+    const CellMoments* moments = aggregator.GetCountMeanVariance(meanRecord, key);
+    const double w = moments == nullptr ? 0.0 : moments->_weight;
     // A cell without weight has neither mean nor spread.
-    const double m = moments == nullptr || w == 0.0 ? kSysmis : moments[1];
-    const double ss = moments == nullptr || w == 0.0 ? kSysmis : moments[2];
+    const double m = moments == nullptr || w == 0.0 ? kSysmis : moments->_mean;
+    const double ss = moments == nullptr || w == 0.0 ? kSysmis : moments->_sumSquares;
     unweighted[i] = unweightedCount(w);
     n[i] = RoundCount(w);
     if (n[i] != w) result.nonIntegerCounts = true;
@@ -261,9 +262,9 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
       double overlap = 0.0;
       if (columnsAreMR && pooled > 0.0) {
         key[extraSlot] = KeyCode(testCols[j]);
-        const double* both = aggregator.GetCountMeanVariance(meanRecord, key);
-        overlap = both == nullptr ? 0.0 : RoundCount(both[0]);
-        const double unweightedOverlap = unweightedCount(both == nullptr ? 0.0 : both[0]);
+        const CellMoments* both = aggregator.GetCountMeanVariance(meanRecord, key);
+        overlap = both == nullptr ? 0.0 : RoundCount(both->_weight);
+        const double unweightedOverlap = unweightedCount(both == nullptr ? 0.0 : both->_weight);
         key[extraSlot] = kCellKeyTotal;
         pair._identical = unweighted[i] == unweightedOverlap && unweighted[j] == unweightedOverlap;
       }

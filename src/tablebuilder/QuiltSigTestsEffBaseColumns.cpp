@@ -7,6 +7,7 @@
 #include "host/QuiltAssert.h"
 #include "host/data/Obs.h"
 #include "host/engine/AggregationCategory.h"
+#include "host/engine/CellMoments.h"
 #include "host/engine/CubeAggregator.h"
 #include "parser/SigTestSettings.h"
 #include "tablebuilder/QuiltDistFun.h"
@@ -70,13 +71,13 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
   bool allSSZero = true;
   for (std::size_t i = 0; i < nColumns; ++i) {
     key[columnSlot] = Base::KeyCode(testCols[i]);
-    const double* moments = aggregator.GetCountMeanVariance(meanRecord, key);
+    const CellMoments* moments = aggregator.GetCountMeanVariance(meanRecord, key);
     if (moments != nullptr) {
-      w[i] = moments[0];
-      w2[i] = moments[3];
+      w[i] = moments->_weight;
+      w2[i] = moments->_squaredWeights;
       if (w[i] != 0.0) {
-        mean[i] = moments[1];
-        ss[i] = moments[2];
+        mean[i] = moments->_mean;
+        ss[i] = moments->_sumSquares;
       }
     }
     unweighted[i] = unweightedCount(w[i]);
@@ -127,11 +128,11 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
       double shared = 0.0;
       if (columnsAreMR && pooled > 0.0) {
         key[extraSlot] = Base::KeyCode(testCols[j]);
-        const double* both = aggregator.GetCountMeanVariance(meanRecord, key);
+        const CellMoments* both = aggregator.GetCountMeanVariance(meanRecord, key);
         // The effective number of shared cases: their weight scaled as each column scales
         // weight to effective cases, averaged over the two.
-        shared = both == nullptr ? 0.0 : 0.5 * both[0] * (w[i] / w2[i] + w[j] / w2[j]);
-        const double unweightedShared = unweightedCount(both == nullptr ? 0.0 : both[0]);
+        shared = both == nullptr ? 0.0 : 0.5 * both->_weight * (w[i] / w2[i] + w[j] / w2[j]);
+        const double unweightedShared = unweightedCount(both == nullptr ? 0.0 : both->_weight);
         key[extraSlot] = kCellKeyTotal;
         pair._identical = unweighted[i] == unweightedShared && unweighted[j] == unweightedShared;
       }

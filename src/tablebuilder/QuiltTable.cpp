@@ -24,6 +24,7 @@
 namespace {
 
 using Node = HeaderTreeNode;
+using Codes = TableEncryptionCodes;
 
 const std::vector<SyntaxConverter*>& ChildrenOf(SyntaxConverter* node) {
   return static_cast<SyntaxComposite*>(node)->GetChildren();
@@ -152,24 +153,19 @@ void SetIncludeEmptyInScale(Node* root) {
   }
 }
 
-TableDimension* DimensionOf(const SyntaxVariableName* variable) {
+std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
+  return QuiltTable::ShownCategories(*QuiltTable::DimensionOf(variable));
+}
+
+}  // namespace
+
+TableDimension* QuiltTable::DimensionOf(const SyntaxVariableName* variable) {
   AggregationVariable* engineVariable = variable->GetAggregationVariable();
   QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
   TableDimension* dimension = engineVariable->GetTableDimension();
   QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
   return dimension;
 }
-
-std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
-  return QuiltTable::ShownCategories(*DimensionOf(variable));
-}
-
-bool IsTotalType(int catType) {
-  return catType == AggregationCategory::kSubtotal || catType == AggregationCategory::kHSubtotal ||
-         catType == AggregationCategory::kTotal;
-}
-
-}  // namespace
 
 QuiltTable::QuiltTable() : _tableData(std::make_unique<Data>()) {}
 
@@ -210,7 +206,7 @@ void QuiltTable::CleanTestTrees() {
 }
 
 void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
-  QUILT_ASSERT(table != nullptr, "table");
+  QUILT_ASSERT(table != nullptr, "a table is built from its TABLE subcommand");
   Data& d = *_tableData;
   d._syntaxTable = table;
   const TableSettings& settings = table->GetTableSettings();
@@ -218,76 +214,13 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   d._sLabelPosition = settings.GetSLabelPosition();
   d._statsVisible = settings.GetSLabelVisibility();
 
-  const int option = d._cLabelOption;
-  const bool keepRows = option == 0 || option == 2 || option == 4;
-  const bool keepCols = option == 0 || option == 1 || option == 3;
-  const bool colsFirst = option == 2;
-  const bool receiveInCols = option == 1;
-  const bool receiveInLayers = option == 3 || option == 4;
-  const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
-  const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
-  const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
-  bool statsInOpposite = false;
-
   const std::vector<SyntaxConverter*>& subcommands = table->GetChildren();
-  QUILT_ASSERT(subcommands.size() > 0, "subcommands.size() > 0");
-  SyntaxConverter* expression = subcommands[0];
-  QUILT_ASSERT(expression != nullptr, "subcommands[ 0 ]");
-
+  QUILT_ASSERT(!subcommands.empty() && subcommands[0] != nullptr, "a TABLE subcommand holds its expression");
+  bool statsInOpposite = false;
   Node* rows = nullptr;
   Node* columns = nullptr;
   Node* layers = nullptr;
-  if (expression->GetType() != kConverterBy) {
-    const int type = expression->GetType();
-    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
-                     type == kConverterPlus || type == kConverterVariable,
-                 "a table expression starts with an operator, a paren or a variable");
-    rows = BuildTempSubtree(expression, keepRows, false, statsInRows, statsInOpposite);
-    columns = Node::CreateRoot();
-    layers = Node::CreateRoot();
-    d._nRows = ExtractNCubes(expression);
-    d._nColumns = 1;
-    d._nLayers = 1;
-  } else {
-    const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
-    QUILT_ASSERT(kidsOfBy.size() == 2, "kidsOfBy.size() == 2");
-    SyntaxConverter* left = kidsOfBy[0];
-    SyntaxConverter* right = kidsOfBy[1];
-    if (left->GetType() == kConverterDummy) {
-      columns = BuildTempSubtree(right, keepCols, false, statsInCols, statsInOpposite);
-      rows = Node::CreateRoot();
-      layers = Node::CreateRoot();
-      d._nColumns = ExtractNCubes(right);
-      d._nRows = 1;
-      d._nLayers = 1;
-    } else {
-      const bool threeDimensions = left->GetType() == kConverterBy;
-      SyntaxConverter* rowExpression = left;
-      SyntaxConverter* columnExpression = right;
-      SyntaxConverter* layerExpression = nullptr;
-      if (threeDimensions) {
-        const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
-        QUILT_ASSERT(inner.size() == 2, "kidsOfBy.size() == 2");
-        rowExpression = inner[0];
-        columnExpression = inner[1];
-        layerExpression = right;
-      }
-      if (!colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, false, statsInRows, statsInOpposite);
-      columns = BuildTempSubtree(columnExpression, keepCols, receiveInCols, statsInCols, statsInOpposite);
-      if (colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, true, statsInRows, statsInOpposite);
-      if (threeDimensions) {
-        layers = BuildTempSubtree(layerExpression, true, receiveInLayers, statsInLayers, statsInOpposite);
-        DestroyCollectedNodes();
-      } else {
-        // Labels bound for the layers wait for the layer root below.
-        if (option == 1 || option == 2) DestroyCollectedNodes();
-        layers = Node::CreateRoot();
-      }
-      d._nRows = ExtractNCubes(rowExpression);
-      d._nColumns = ExtractNCubes(columnExpression);
-      d._nLayers = threeDimensions ? ExtractNCubes(layerExpression) : 1;
-    }
-  }
+  BuildDimensionTrees(subcommands[0], statsInOpposite, rows, columns, layers);
 
   // Each tree gets a root of its own, so that every dimension has the same shape on top.
   for (Node** tree : {&rows, &columns, &layers}) {
@@ -302,24 +235,105 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   d._prelimLayerRoot = layers;
 
   if (!d._comperimeterCategCollector.empty()) {
-    Node* receiver = option == 2 ? rows : (option == 1 ? columns : layers);
+    Node* receiver = d._cLabelOption == Codes::kCLabelColOpposite
+                         ? rows
+                         : (d._cLabelOption == Codes::kCLabelRowOpposite ? columns : layers);
     receiver->NestStack(d._comperimeterCategCollector);
     d._comperimeterCategCollector.clear();
   }
 
   PlaceTableStatistics(statsInOpposite);
+  AssignSlots();
+  SetIncludeEmptyInScale(rows);
+  SetIncludeEmptyInScale(columns);
+  SetIncludeEmptyInScale(layers);
 
+  d._sigTestSettings = settings.GetSigTestSettings();
+  if (!d._sigTestSettings.empty()) RequestTestedSetTotals(table);
+}
+
+void QuiltTable::BuildDimensionTrees(SyntaxConverter* expression, bool& statsInOpposite, Node*& rows, Node*& columns,
+                                     Node*& layers) {
+  Data& d = *_tableData;
+  // CLABELS ROWLABELS=OPPOSITE moves the row labels into the columns, COLLABELS=OPPOSITE the
+  // column labels into the rows, ...=LAYER either into the layers; the dimension that gives
+  // its labels away keeps no categories of its own.
+  const int option = d._cLabelOption;
+  const bool keepRows = option != Codes::kCLabelRowOpposite && option != Codes::kCLabelRowLayer;
+  const bool keepCols = option != Codes::kCLabelColOpposite && option != Codes::kCLabelColLayer;
+  const bool colsFirst = option == Codes::kCLabelColOpposite;
+  const bool receiveInCols = option == Codes::kCLabelRowOpposite;
+  const bool receiveInLayers = option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer;
+  const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
+  const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
+  const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
+
+  if (expression->GetType() != kConverterBy) {
+    const int type = expression->GetType();
+    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
+                     type == kConverterPlus || type == kConverterVariable,
+                 "a table expression starts with an operator, a paren or a variable");
+    rows = BuildTempSubtree(expression, keepRows, false, statsInRows, statsInOpposite);
+    columns = Node::CreateRoot();
+    layers = Node::CreateRoot();
+    d._nRows = ExtractNCubes(expression);
+    d._nColumns = 1;
+    d._nLayers = 1;
+    return;
+  }
+  const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
+  QUILT_ASSERT(kidsOfBy.size() == 2, "BY joins two dimensions");
+  SyntaxConverter* left = kidsOfBy[0];
+  SyntaxConverter* right = kidsOfBy[1];
+  if (left->GetType() == kConverterDummy) {
+    columns = BuildTempSubtree(right, keepCols, false, statsInCols, statsInOpposite);
+    rows = Node::CreateRoot();
+    layers = Node::CreateRoot();
+    d._nColumns = ExtractNCubes(right);
+    d._nRows = 1;
+    d._nLayers = 1;
+    return;
+  }
+  const bool threeDimensions = left->GetType() == kConverterBy;
+  SyntaxConverter* rowExpression = left;
+  SyntaxConverter* columnExpression = right;
+  SyntaxConverter* layerExpression = nullptr;
+  if (threeDimensions) {
+    const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
+    QUILT_ASSERT(inner.size() == 2, "the inner BY of a layered table joins rows and columns");
+    rowExpression = inner[0];
+    columnExpression = inner[1];
+    layerExpression = right;
+  }
+  if (!colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, false, statsInRows, statsInOpposite);
+  columns = BuildTempSubtree(columnExpression, keepCols, receiveInCols, statsInCols, statsInOpposite);
+  if (colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, true, statsInRows, statsInOpposite);
+  if (threeDimensions) {
+    layers = BuildTempSubtree(layerExpression, true, receiveInLayers, statsInLayers, statsInOpposite);
+    DestroyCollectedNodes();
+  } else {
+    // Labels bound for the layers wait for the layer root.
+    if (option == Codes::kCLabelRowOpposite || option == Codes::kCLabelColOpposite) DestroyCollectedNodes();
+    layers = Node::CreateRoot();
+  }
+  d._nRows = ExtractNCubes(rowExpression);
+  d._nColumns = ExtractNCubes(columnExpression);
+  d._nLayers = threeDimensions ? ExtractNCubes(layerExpression) : 1;
+}
+
+void QuiltTable::AssignSlots() {
+  Data& d = *_tableData;
+  // A tree numbers one slot per cube of its dimension; the last may be its total alone.
   int rowIndex = 0;
-  AssignIndices(rows, rowIndex);
-  QUILT_ASSERT(rowIndex == d._nRows || rowIndex == d._nRows - 1, "firstIndex == _nRows || firstIndex == _nRows-1");
+  AssignIndices(d._prelimRowRoot, rowIndex);
+  QUILT_ASSERT(rowIndex == d._nRows || rowIndex == d._nRows - 1, "the row tree has one slot per row cube");
   int columnIndex = 0;
-  AssignIndices(columns, columnIndex);
+  AssignIndices(d._prelimColRoot, columnIndex);
   QUILT_ASSERT(columnIndex == d._nColumns || columnIndex == d._nColumns - 1,
-               "firstIndex == _nColumns || firstIndex == _nColumns-1");
+               "the column tree has one slot per column cube");
   int layerIndex = 0;
-  AssignIndices(layers, layerIndex);
-  QUILT_ASSERT(layerIndex == d._nLayers || layerIndex == d._nLayers - 1,
-               "firstIndex == _nLayers || firstIndex == _nLayers-1");
+  AssignIndices(d._prelimLayerRoot, layerIndex);
+  QUILT_ASSERT(layerIndex == d._nLayers || layerIndex == d._nLayers - 1, "the layer tree has one slot per layer cube");
 
   d._cubeIndices.clear();
   int running = 0;
@@ -328,13 +342,10 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
       for (int layerSlot = 0; layerSlot < d._nLayers; ++layerSlot) d._cubeIndices.push_back(running++);
     }
   }
+}
 
-  SetIncludeEmptyInScale(rows);
-  SetIncludeEmptyInScale(columns);
-  SetIncludeEmptyInScale(layers);
-
-  d._sigTestSettings = settings.GetSigTestSettings();
-  if (d._sigTestSettings.empty()) return;
+void QuiltTable::RequestTestedSetTotals(SyntaxTableSubcommand* table) {
+  Data& d = *_tableData;
   // A multiple-response set that a test treats specially needs its total accumulated even
   // where the table does not show it.
   bool rowSetTested = false;
@@ -358,27 +369,27 @@ void QuiltTable::PlaceTableStatistics(bool statsInOpposite) {
   Node* target = d._sLabelPosition == PresentationCodes::kSLabelRow
                      ? d._prelimRowRoot
                      : (d._sLabelPosition == PresentationCodes::kSLabelLayer ? d._prelimLayerRoot : d._prelimColRoot);
-  std::vector<StatTreeNode*> statNodes = d._statNodes;
-  std::vector<StatTreeNode*> totalStatNodes = d._totalStatNodes;
+  std::vector<Node*> statNodes(d._statNodes.begin(), d._statNodes.end());
+  std::vector<Node*> totalStatNodes(d._totalStatNodes.begin(), d._totalStatNodes.end());
   // From here on the nodes belong to the trees.
   d._unplacedStatNodes.clear();
   if (d._statsVisible && statsInOpposite && !totalStatNodes.empty()) {
     if (target->GetMaxHeight() == 0) {
       // Nothing to stand under: the statistics of the categories go straight on the root.
-      for (StatTreeNode* node : totalStatNodes) delete node;
-      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+      for (Node* node : totalStatNodes) delete node;
+      for (Node* node : statNodes) node->SetIncludeEmpty(true);
       target->NestStack(statNodes);
     } else {
       target->NestStats(statNodes, totalStatNodes);
     }
   } else if (d._statsVisible) {
-    for (StatTreeNode* node : totalStatNodes) delete node;
+    for (Node* node : totalStatNodes) delete node;
     if (target->IsLeaf()) {
-      for (StatTreeNode* node : statNodes) node->SetIncludeEmpty(true);
+      for (Node* node : statNodes) node->SetIncludeEmpty(true);
     }
     target->NestStack(statNodes);
   } else {
-    for (StatTreeNode* node : totalStatNodes) delete node;
+    for (Node* node : totalStatNodes) delete node;
     d._statTree = Node::CreateRoot();
     d._statTree->NestStack(statNodes);
   }
@@ -398,7 +409,8 @@ HeaderTreeNode* QuiltTable::BuildTempSubtree(SyntaxConverter* node, bool keepCat
   if (node == nullptr || node->GetType() == kConverterDummy) {
     Node* root = Node::CreateRoot();
     if (receive) {
-      QUILT_ASSERT(d._comperimeterCategCollector.size() > 0, "_comperimeterCategCollector.size() > 0");
+      QUILT_ASSERT(!d._comperimeterCategCollector.empty(),
+                   "the dimension receiving moved labels is built after the one giving them");
       root->NestStack(d._comperimeterCategCollector);
       d._comperimeterCategCollector.clear();
     }
@@ -463,8 +475,10 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
     // The labels of this variable stand in the dimension that holds the statistics.
     const int option = d._cLabelOption;
     const int position = d._sLabelPosition;
-    statsInOpposite = (option == 1 && position == 0) || (option == 2 && position == 1) ||
-                      (option == 3 && position == 2) || (option == 4 && position == 2);
+    statsInOpposite = (option == Codes::kCLabelRowOpposite && position == PresentationCodes::kSLabelColumn) ||
+                      (option == Codes::kCLabelColOpposite && position == PresentationCodes::kSLabelRow) ||
+                      ((option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer) &&
+                       position == PresentationCodes::kSLabelLayer);
   }
   auto add = [&](std::vector<StatTreeNode*>& list, const Statistics* statistics, bool forRegular) {
     if (ContainsKind(list, *statistics)) return;
@@ -481,15 +495,17 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
 
 void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable) {
   const bool hidden = !_tableData->_statsVisible;
-  std::vector<StatTreeNode*> regular;
-  std::vector<StatTreeNode*> total;
+  std::vector<Node*> regular;
+  std::vector<Node*> total;
   for (const Statistics* statistics : variable->GetStatistics()) {
-    regular.push_back(Node::Create(*statistics, true));
-    regular.back()->SetHidden(hidden);
+    StatTreeNode* node = Node::Create(*statistics, true);
+    node->SetHidden(hidden);
+    regular.push_back(node);
   }
   for (const Statistics* statistics : variable->GetTotalStats()) {
-    total.push_back(Node::Create(*statistics, false));
-    total.back()->SetHidden(hidden);
+    StatTreeNode* node = Node::Create(*statistics, false);
+    node->SetHidden(hidden);
+    total.push_back(node);
   }
   if (total.empty()) {
     variableNode->NestStack(regular);
@@ -499,13 +515,13 @@ void QuiltTable::PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariabl
   variableNode->AddStats(regular, total);
   // A bare scale variable takes no total statistics; they are ours to free.
   if (bareScale) {
-    for (StatTreeNode* node : total) delete node;
+    for (Node* node : total) delete node;
   }
 }
 
 int QuiltTable::GetCubeIndex(int i) const {
   const std::vector<int>& indices = _tableData->_cubeIndices;
-  QUILT_ASSERT(i >= 0 && i < static_cast<int>(indices.size()), "ind >= 0");
+  QUILT_ASSERT(i >= 0 && i < static_cast<int>(indices.size()), "a cube slot lies within the table");
   return indices[static_cast<size_t>(i)];
 }
 
@@ -664,13 +680,13 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
     }
     return copy;
   }
-  QUILT_ASSERT(children.size() == 2, "nKids == 2");
+  QUILT_ASSERT(children.size() == 2, "a variable has one placeholder for its categories and one for its totals");
   if (children[0]->IsLeaf()) return copy;
-  QUILT_ASSERT(!children[1]->IsLeaf(), "grandkids2.size() > 0");
+  QUILT_ASSERT(!children[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
   std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
   bool handedOut[2] = {false, false};
   for (Node* category : copy->GetChildren()) {
-    const int group = IsTotalType(category->GetCategory()->GetCatType()) ? 1 : 0;
+    const int group = category->GetCategory()->IsTotalKind() ? 1 : 0;
     if (!handedOut[group]) {
       handedOut[group] = true;
       category->NestStack(finals[group]);

@@ -1,4 +1,5 @@
-// QuiltTable.h - the table record: preliminary and final header trees, sub-table slots, axis cubes, test trees
+// QuiltTable.h - the table record: preliminary and final header trees, sub-table slots, axis cubes, test
+// trees
 #pragma once
 
 #include <iosfwd>
@@ -138,6 +139,9 @@ class QuiltTable {
   /// `out` is not owning.
   static int ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                    bool useSubtotals, bool positionAfter);
+  /// The engine dimension of a categorical variable of the table; it has one once the
+  /// dispatcher declared the table.
+  static TableDimension* DimensionOf(const SyntaxVariableName* variable);
   /// The categories of `dimension` that a table shows, in display order: all of them but
   /// those a hidden subtotal (HSUBTOTAL) sums, which the subtotal replaces. The engine keeps
   /// counting them, so they stay in every total and percentage base.
@@ -157,6 +161,14 @@ class QuiltTable {
   void CollectStatistics(SyntaxVariableName* variable, bool keepCats, bool& statsInOpposite);
   void PlaceStatisticsHere(HeaderTreeNode* variableNode, SyntaxVariableName* variable);
   void PlaceTableStatistics(bool statsInOpposite);
+  /// The preliminary row, column and layer trees of the table expression, and their slot
+  /// counts; labels moved by CLABELS are collected on the way.
+  void BuildDimensionTrees(SyntaxConverter* expression, bool& statsInOpposite, HeaderTreeNode*& rows,
+                           HeaderTreeNode*& columns, HeaderTreeNode*& layers);
+  /// Numbers the slots of the preliminary trees and lays out one cube per combination.
+  void AssignSlots();
+  /// Multiple-response sets that a test treats specially get their totals accumulated.
+  void RequestTestedSetTotals(SyntaxTableSubcommand* table);
   static int ExtractNCubes(SyntaxConverter* node);
   void DestroyCollectedNodes();
   void CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes, int position);

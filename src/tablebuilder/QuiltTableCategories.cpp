@@ -17,19 +17,6 @@ namespace {
 
 using Node = HeaderTreeNode;
 
-bool IsTotalType(int catType) {
-  return catType == AggregationCategory::kSubtotal || catType == AggregationCategory::kHSubtotal ||
-         catType == AggregationCategory::kTotal;
-}
-
-TableDimension* DimensionOf(SyntaxVariableName* variable) {
-  AggregationVariable* engineVariable = variable->GetAggregationVariable();
-  QUILT_ASSERT(engineVariable != nullptr, "a variable of the table has no engine variable");
-  TableDimension* dimension = engineVariable->GetTableDimension();
-  QUILT_ASSERT(dimension != nullptr, "a categorical variable has no dimension");
-  return dimension;
-}
-
 // The categories of the first placeholder's variable, merged with those of every further
 // variable of the list when there are several: stacked variables whose labels moved share one
 // list. With `onlyCategories` every node after the first counts as a further variable;
@@ -37,7 +24,7 @@ TableDimension* DimensionOf(SyntaxVariableName* variable) {
 std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tempCats, bool onlyCategories) {
   SyntaxVariableName* variable = tempCats[0]->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
-  TableDimension* dimension = DimensionOf(variable);
+  TableDimension* dimension = QuiltTable::DimensionOf(variable);
   std::vector<AggregationCategory*> categories = QuiltTable::ShownCategories(*dimension);
   std::vector<SyntaxVariableName*> others;
   for (size_t j = 1; j < tempCats.size(); ++j) {
@@ -48,7 +35,7 @@ std::vector<AggregationCategory*> MergedCategories(const std::vector<Node*>& tem
   if (others.empty()) return categories;
   CategoryManager manager(categories, variable->GetAggregationVariable(), dimension);
   for (SyntaxVariableName* other : others)
-    manager.AddCategories(QuiltTable::ShownCategories(*DimensionOf(other)));
+    manager.AddCategories(QuiltTable::ShownCategories(*QuiltTable::DimensionOf(other)));
   return manager.GetCategories();
 }
 
@@ -205,7 +192,7 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
   const std::vector<Node*>& kids = varChildren[0]->GetChildren();
   const bool hasTotalBranch = varChildren.size() == 2;
   const int indexInDim = varNode->GetCubeIndexInDim();
-  QUILT_ASSERT(indexInDim >= 0, "indexInDim >= 0");
+  QUILT_ASSERT(indexInDim >= 0, "a variable node was given its slot before its categories are built");
   const int cubeIndex = static_cast<int>(path.size()) - 1;
 
   CategoryKey key = path;
@@ -217,9 +204,9 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
     bool present = key.size() == 1;
     bool forced = false;
     if (cubeIndex >= 0) {
-      QUILT_ASSERT(indexInDim < (int)cubes.size(), "indexInDim < (int)cubes.size()");
+      QUILT_ASSERT(indexInDim < (int)cubes.size(), "every slot of the dimension has its cubes");
       const std::vector<CubeAggregator*>& levels = cubes[static_cast<size_t>(indexInDim)];
-      QUILT_ASSERT(cubeIndex < (int)levels.size(), "cubeIndex < (int)cubes[ indexInDim ].size()");
+      QUILT_ASSERT(cubeIndex < (int)levels.size(), "every enclosing variable of the slot has its cube");
       const CubeAggregator* cube = levels[static_cast<size_t>(cubeIndex)];
       if (cube != nullptr && cube->GetStatValues(key, -1) != nullptr) present = true;
       // A computed category is kept whatever the cube says, as long as something stands below it.
@@ -229,7 +216,7 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
       out.push_back(NewCategoryNode(category, false, k, indexInDim));
       ++count;
     } else if ((present && !kids.empty()) || forced) {
-      const bool fromTotals = hasTotalBranch && IsTotalType(category->GetCatType());
+      const bool fromTotals = hasTotalBranch && category->IsTotalKind();
       const std::vector<Node*>& source = fromTotals ? varChildren[1]->GetChildren() : kids;
       std::vector<Node*> finals;
       if (!source.empty() && source[0]->GetType() == Node::kHNodeTypeTempCategories) {
@@ -255,8 +242,8 @@ int QuiltTable::BuildCategorySubtreesUseCubes(const HeaderTreeNode* varNode, Syn
 
 int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats,
                                           std::vector<HeaderTreeNode*>& out) {
-  QUILT_ASSERT(tempCats.size() > 0, "tempCats.size() > 0");
-  QUILT_ASSERT(tempCats[0]->GetVariable() != nullptr, "var");
+  QUILT_ASSERT(!tempCats.empty(), "labels moved by CLABELS arrive with at least one placeholder");
+  QUILT_ASSERT(tempCats[0]->GetVariable() != nullptr, "a moved-label placeholder names its variable");
   bool hasTotal = false;
   size_t totalPos = 0;
   for (size_t j = 1; j < tempCats.size(); ++j) {
@@ -276,7 +263,7 @@ int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& te
   if (!kids.empty()) {
     const std::vector<Node*>& totalKids = hasTotal ? tempCats[totalPos]->GetChildren() : kids;
     for (size_t i = first; i < out.size(); ++i) {
-      const bool totalLike = IsTotalType(out[i]->GetCategory()->GetCatType());
+      const bool totalLike = out[i]->GetCategory()->IsTotalKind();
       const std::vector<Node*>& source = totalLike ? totalKids : kids;
       for (size_t j = 0; j < source.size(); ++j) {
         Node* clone = source[j]->Clone();
@@ -296,8 +283,8 @@ void QuiltTable::ProcessComperimeterCategs(HeaderTreeNode* parent, const std::ve
 
 void QuiltTable::ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent,
                                                    const std::vector<HeaderTreeNode*>& tempCats) {
-  QUILT_ASSERT(parent != nullptr, "parent");
-  QUILT_ASSERT(tempCats.size() > 0, "tempCats.size() > 0");
+  QUILT_ASSERT(parent != nullptr, "moved labels are placed under a node");
+  QUILT_ASSERT(!tempCats.empty(), "labels moved by CLABELS arrive with at least one placeholder");
   const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/true);
   const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
   const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();

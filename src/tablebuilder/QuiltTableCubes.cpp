@@ -136,7 +136,8 @@ int QuiltTable::CreateAxisCubesForDimension(HeaderTreeNode* root, int position) 
 
 int QuiltTable::AddAxisCubes(const std::vector<AggregationVariable*>& catVars, int cubeIndexInDim, int position,
                              const std::vector<int>& includeEmptyCounts) {
-  QUILT_ASSERT(catVars.size() == includeEmptyCounts.size(), "catVars.size() == includeEmptyCounts.size()");
+  QUILT_ASSERT(catVars.size() == includeEmptyCounts.size(),
+               "each categorical variable of an axis cube says how far it keeps empty categories");
   // From a variable whose empty categories are shown inward, the final tree takes every
   // category anyway, so no cube is needed there.
   int limit = static_cast<int>(includeEmptyCounts.size());
@@ -210,11 +211,11 @@ int QuiltTable::Combine2CellKeys(const CategoryKey& first, const CategoryKey& se
   const AggregationCategory* carried = nullptr;
   if (from == 0) {
     --catsInFirst;
-    QUILT_ASSERT(catsInFirst >= 0, "catsInFirst >= 0");
+    QUILT_ASSERT(catsInFirst >= 0, "a key carrying a moved label has that label");
     carried = first.back();
   } else if (from == 1) {
     --catsInSecond;
-    QUILT_ASSERT(catsInSecond >= 0, "catsInSecond >= 0");
+    QUILT_ASSERT(catsInSecond >= 0, "a key carrying a moved label has that label");
     carried = second.back();
   }
   int result = -1;
@@ -233,8 +234,8 @@ int QuiltTable::Combine2CellKeys(const CategoryKey& first, const CategoryKey& se
 
 int QuiltTable::Combine3CellKeys(const CategoryKey& first, const CategoryKey& second, const CategoryKey& third,
                                  CategoryKey& combined, int from, int to) {
-  QUILT_ASSERT((from + 0.5) * (to + 0.5) > 0, "( comperimeterFrom + 0.5 ) * ( comperimeterTo + 0.5 ) > 0");
-  QUILT_ASSERT(from != to || from == -1, "comperimeterFrom != comperimeterTo || comperimeterFrom==-1");
+  QUILT_ASSERT((from + 0.5) * (to + 0.5) > 0, "a label moves from one dimension to another, or not at all");
+  QUILT_ASSERT(from != to || from == -1, "a label does not move into its own dimension");
   combined.clear();
   int result = -1;
   const CategoryKey* lists[3] = {&first, &second, &third};

@@ -340,7 +340,8 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
       return dropIfEmptied(copy);
     }
     case Node::kHNodeTypeCategory: {
-      QUILT_ASSERT(!kids.empty() || scaleAbove, "kidSize > 0 || scaleAbove");
+      QUILT_ASSERT(!kids.empty() || scaleAbove,
+                   "a category of a test tree holds statistics unless a scale variable stands above it");
       const int type = CategoryType(tree);
       QUILT_ASSERT(type != AggregationCategory::kTotal && type != AggregationCategory::kNone &&
                        type != AggregationCategory::kPcompute && (type != AggregationCategory::kSubtotal || useSubtotals),
@@ -439,8 +440,8 @@ int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCat
 }
 
 void QuiltTable::AddLettersToColumns(HeaderTreeNode* colTree) {
-  QUILT_ASSERT(colTree != nullptr, "colTree");
-  QUILT_ASSERT(colTree->GetMaxHeight() >= 1, "colTree->GetMaxHeight() >= 1");
+  QUILT_ASSERT(colTree != nullptr, "letters are added to a column tree");
+  QUILT_ASSERT(colTree->GetMaxHeight() >= 1, "a column tree with letters has columns");
   const std::vector<Node*> children = colTree->GetChildren();
   if (colTree->GetMaxHeight() == 1) {
     const int n = static_cast<int>(children.size());

@@ -41,6 +41,17 @@ StatTreeNode::StatTreeNode(const Statistics& statistics) : StatTreeNode() {
 
 StatTreeNode::~StatTreeNode() = default;
 
+bool StatTreeNode::IsSameStatistic(const HeaderTreeNode& other) const {
+  if (other.GetType() != kHNodeTypeStatistic) return false;
+  const auto& statistic = static_cast<const StatTreeNode&>(other);
+  if (GetStatType() != statistic.GetStatType()) return false;
+  const int primary = GetPrimaryStatistic();
+  if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
+    return GetPtileValue() == statistic.GetPtileValue();
+  }
+  return true;
+}
+
 HeaderTreeNode* StatTreeNode::Clone() const {
   auto* clone = new StatTreeNode();
   *clone->_statData = *_statData;

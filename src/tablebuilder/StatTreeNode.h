@@ -36,6 +36,7 @@ class StatTreeNode : public HeaderTreeNode {
   /// A lone copy with every statistic field, the empty state, the include-empty flag, the
   /// child location and the slot; no tree links.
   HeaderTreeNode* Clone() const override;
+  bool IsSameStatistic(const HeaderTreeNode& other) const override;
 
   /// The format family of a statistic: counts, percentages (everything unlisted), means and
   /// percentiles, values of the variable, spreads (and any standard error), sums, ranges.

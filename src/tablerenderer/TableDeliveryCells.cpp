@@ -4,6 +4,7 @@
 // cells are empty. Pass two decides which rows, columns and layers survive and fills the
 // empty cells of those alone, so that a row in which nothing at all was counted disappears
 // unless the user asked to keep empty categories.
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 
@@ -28,7 +29,7 @@ namespace {
 using CategoryKey = QuiltTable::CategoryKey;
 
 enum CellState : uint8_t {
-  kCellUnknown = 0,       // no cube, or a computed category
+  kCellUnknown = 0,  // no cube, or a computed category
   kCellWritten = 1,
   kCellEmptyTotal = 2,    // empty total or subtotal, filled in pass two
   kCellEmptyRegular = 3,  // empty regular category, filled in pass two
@@ -104,12 +105,6 @@ bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool le
   return true;
 }
 
-bool IsTotalKind(const AggregationCategory* category) {
-  const int type = category->GetCatType();
-  return type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-         type == AggregationCategory::kHSubtotal;
-}
-
 /// The statistic a cell shows, read from the walk's node when statistics are categories.
 struct CellStatistic {
   int type = TableEncryptionCodes::kStatCount;
@@ -146,7 +141,7 @@ struct CubeLookup {
 
   bool IsTotalCell(const CategoryKey& combined) const {
     return totalDimIndex >= 0 && totalDimIndex < static_cast<int>(combined.size()) &&
-           IsTotalKind(combined[static_cast<size_t>(totalDimIndex)]);
+           combined[static_cast<size_t>(totalDimIndex)]->IsTotalKind();
   }
 };
 
@@ -177,8 +172,8 @@ uint8_t WriteOrDefer(TableDelivery::Data& data, const CellVisit& cell, bool allK
   }
   const bool isTotal = lookup.IsTotalCell(cell.combined);
   if (allKeepEmpty) {
-    data.ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type,
-                          statistic.ptile, statistic.format, cell.leaf);
+    data.ProcessEmptyCell(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar, statistic.type, statistic.ptile,
+                          statistic.format, cell.leaf);
     return kCellWritten;
   }
   if (data._statsVisible && data.GetStatisticIndex(isTotal, lookup.cellStats, lookup.totalStats, cell.statVar,
@@ -242,6 +237,180 @@ SyntaxVariableName* FirstSet(SyntaxVariableName* a, SyntaxVariableName* b, Synta
   return a != nullptr ? a : (b != nullptr ? b : c);
 }
 
+/// Which of the two slots of a combined key holds category labels moved by CLABELS from
+/// the other dimension; -1 when none are moved. `pos1` and `pos2` are the places of the
+/// first and second axis.
+int MovedLabelsSlot(int option, BpDimension::Place pos1, BpDimension::Place pos2) {
+  if (pos2 == BpDimension::kPlaceLayer) {
+    const bool toFirst = (option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
+                         (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn);
+    return toFirst ? 1 : -1;
+  }
+  if (option == TableEncryptionCodes::kCLabelRowOpposite) return 1;
+  if (option == TableEncryptionCodes::kCLabelColOpposite) return 0;
+  return -1;
+}
+
+/// Pass two of a table of rows and columns: a leaf survives with a written cell in its row
+/// or column, or when empty categories are kept; the deferred empty cells of surviving
+/// leaves are written. `cubeIndex` maps outer and inner slots to the cube.
+template <typename CubeIndex>
+void FillDeferredCells2D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes,
+                         const CubeIndex& cubeIndex, AxisWalk& outer, AxisWalk& inner,
+                         const std::vector<uint8_t>& cells) {
+  const int n1 = outer.Size();
+  const int n2 = inner.Size();
+  auto cellAt = [n2](int i, int j) {
+    return static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
+  };
+  for (int i = 0; i < n1; ++i) {
+    for (int j = 0; j < n2; ++j) {
+      if (cells[cellAt(i, j)] != kCellWritten) continue;
+      outer.MarkHasCell(i);
+      inner.MarkHasCell(j);
+    }
+  }
+  auto kept = [&data](const AxisWalk& walk, int index) {
+    const uint8_t state = walk.states[static_cast<size_t>(index)];
+    return state == kLeafIncludeEmpty || state == kLeafHasCell ||
+           data.IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
+  };
+  for (int i = 0; i < n1; ++i) {
+    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
+    if (!kept(outer, i)) {
+      leaf1->GetHeaderTreeNode()->SetEmpty(true);
+      continue;
+    }
+    SelectCategory(leaf1, data._dataSource);
+    for (int j = 0; j < n2; ++j) {
+      if (!kept(inner, j)) continue;
+      const uint8_t state = cells[cellAt(i, j)];
+      if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
+      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
+      FillDeferredCell(data, cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex()), state,
+                       FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar()), leaf2);
+    }
+  }
+  for (int j = 0; j < n2; ++j) {
+    if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) {
+      inner.leaves[static_cast<size_t>(j)]->GetHeaderTreeNode()->SetEmpty(true);
+    }
+  }
+}
+
+/// The loops of a table with layers: the axis carrying the statistics is innermost. Maps
+/// the loop positions back to rows, columns and layers, and carries category labels moved
+/// by CLABELS from one dimension (`from`) to another (`to`) when keys are combined.
+struct LayeredLoop {
+  QuiltTable* table;
+  std::array<TableAxis*, 3> axes;  // in loop order
+  int order = 2;                   // the dimension looped innermost: 0 rows, 1 columns, 2 layers
+  int from = -1;
+  int to = -1;
+
+  LayeredLoop(QuiltTable* quiltTable, const std::vector<TableAxis*>& dimensionAxes)
+      : table(quiltTable), axes{dimensionAxes[0], dimensionAxes[1], dimensionAxes[2]} {
+    const int statPos = table->GetStatPosition();
+    if (statPos == PresentationCodes::kSLabelColumn) {
+      order = 1;
+      axes = {dimensionAxes[0], dimensionAxes[2], dimensionAxes[1]};
+    } else if (statPos == PresentationCodes::kSLabelRow) {
+      order = 0;
+      axes = {dimensionAxes[1], dimensionAxes[2], dimensionAxes[0]};
+    }
+    switch (table->GetClabelOption()) {
+      case TableEncryptionCodes::kCLabelRowOpposite:
+        from = 1;
+        to = 0;
+        break;
+      case TableEncryptionCodes::kCLabelColOpposite:
+        from = 0;
+        to = 1;
+        break;
+      case TableEncryptionCodes::kCLabelRowLayer:
+        from = 2;
+        to = 0;
+        break;
+      case TableEncryptionCodes::kCLabelColLayer:
+        from = 2;
+        to = 1;
+        break;
+      default:
+        break;
+    }
+  }
+
+  /// Three values in loop order, put back in dimension order (rows, columns, layers).
+  template <typename T>
+  std::array<T, 3> InDimensionOrder(T a, T b, T c) const {
+    if (order == 0) return {c, a, b};
+    if (order == 1) return {a, c, b};
+    return {a, b, c};
+  }
+
+  int CubeIndex(int a, int b, int c) const {
+    const std::array<int, 3> slots = InDimensionOrder(a, b, c);
+    return table->GetCubeIndex(slots[0], slots[1], slots[2]);
+  }
+
+  int Combine(const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3, CategoryKey& combined) const {
+    const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
+    return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], combined, from, to);
+  }
+
+  void ComputePostValues(TableDelivery::Data& data, const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3,
+                         CubeAggregator* cube) const {
+    const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
+    data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], from, to, table, cube);
+  }
+};
+
+size_t CellOf3D(int i, int j, int k, int n2, int n3) {
+  return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) * static_cast<size_t>(n3) +
+         static_cast<size_t>(k);
+}
+
+/// Pass two of a table with layers: a leaf survives with a written cell anywhere in its
+/// slice, and the deferred empty cells of surviving leaves are written.
+void FillDeferredCells3D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes, const LayeredLoop& loop,
+                         std::array<AxisWalk*, 3> walks, const std::vector<uint8_t>& cells) {
+  AxisWalk& walk1 = *walks[0];
+  AxisWalk& walk2 = *walks[1];
+  AxisWalk& walk3 = *walks[2];
+  const int n1 = walk1.Size();
+  const int n2 = walk2.Size();
+  const int n3 = walk3.Size();
+  for (int i = 0; i < n1; ++i) {
+    for (int j = 0; j < n2; ++j) {
+      for (int k = 0; k < n3; ++k) {
+        if (cells[CellOf3D(i, j, k, n2, n3)] != kCellWritten) continue;
+        walk1.MarkHasCell(i);
+        walk2.MarkHasCell(j);
+        walk3.MarkHasCell(k);
+      }
+    }
+  }
+  for (int i = 0; i < n1; ++i) {
+    if (!walk1.Survives(i)) continue;
+    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
+    SelectCategory(leaf1, data._dataSource);
+    for (int j = 0; j < n2; ++j) {
+      if (!walk2.Survives(j)) continue;
+      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
+      SelectCategory(leaf2, data._dataSource);
+      for (int k = 0; k < n3; ++k) {
+        if (!walk3.Survives(k)) continue;
+        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
+        const uint8_t state = cells[CellOf3D(i, j, k, n2, n3)];
+        if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
+        FillDeferredCell(data, cubes, loop.CubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
+                         FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()),
+                         leaf3);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
@@ -269,8 +438,8 @@ int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<Cube
     if (const AggregationCategory* post = GetPostCategory1D(walk.key)) {
       StartComputedCell(*this, NeedPostCategory1D(walk.key));
       ComputePostCategoryValues1D(walk.key, lookup.cube);
-      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                        statistic.format, leaf, post);
+      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile, statistic.format,
+                        leaf, post);
       walk.node->SetEmpty(false);
     } else if (values != nullptr) {
       ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
@@ -299,18 +468,7 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
                        (statPos == PresentationCodes::kSLabelColumn && pos1 == BpDimension::kPlaceColumn);
   if (swapped) std::swap(axis1, axis2);
 
-  const int option = table->GetClabelOption();
-  int comperimeter = -1;
-  if (pos2 == BpDimension::kPlaceLayer) {
-    if ((option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
-        (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn)) {
-      comperimeter = 1;
-    }
-  } else if (option == TableEncryptionCodes::kCLabelRowOpposite) {
-    comperimeter = 1;
-  } else if (option == TableEncryptionCodes::kCLabelColOpposite) {
-    comperimeter = 0;
-  }
+  const int comperimeter = MovedLabelsSlot(table->GetClabelOption(), pos1, pos2);
 
   AxisWalk outer(axis1);
   AxisWalk inner(axis2);
@@ -353,8 +511,8 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
       if (outerIndex != lastOuter || innerIndex != lastInner) {
         lastOuter = outerIndex;
         lastInner = innerIndex;
-        lookup.Find(cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex)
-                                   : table->GetCubeIndex(outerIndex, innerIndex));
+        lookup.Find(
+            cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex));
       }
       if (lookup.cube == nullptr) continue;
 
@@ -376,123 +534,25 @@ int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<Cube
   }
   FinishComputedCategories(*this);
   if (!anyPending) return 0;
-
-  // Pass two.
-  for (int i = 0; i < n1; ++i) {
-    for (int j = 0; j < n2; ++j) {
-      if (cells[static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)] != kCellWritten) continue;
-      outer.MarkHasCell(i);
-      inner.MarkHasCell(j);
-    }
-  }
-  auto kept = [this](const AxisWalk& walk, int index) {
-    const uint8_t state = walk.states[static_cast<size_t>(index)];
-    return state == kLeafIncludeEmpty || state == kLeafHasCell ||
-           IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
+  auto cubeIndex = [&](int outerIndex, int innerIndex) {
+    return swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex);
   };
-  for (int i = 0; i < n1; ++i) {
-    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
-    if (!kept(outer, i)) {
-      leaf1->GetHeaderTreeNode()->SetEmpty(true);
-      continue;
-    }
-    SelectCategory(leaf1, _dataSource);
-    const int outerIndex = leaf1->GetIndex();
-    for (int j = 0; j < n2; ++j) {
-      if (!kept(inner, j)) continue;
-      const uint8_t state = cells[static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)];
-      if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
-      const int innerIndex = leaf2->GetIndex();
-      FillDeferredCell(*this, cubes,
-                       swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex),
-                       state, FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar()), leaf2);
-    }
-  }
-  for (int j = 0; j < n2; ++j) {
-    if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) {
-      inner.leaves[static_cast<size_t>(j)]->GetHeaderTreeNode()->SetEmpty(true);
-    }
-  }
+  FillDeferredCells2D(*this, cubes, cubeIndex, outer, inner, cells);
   return 0;
 }
 
 int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
   const int statPos = table->GetStatPosition();
-  // Loop order: the axis carrying the statistics innermost. `order` says how the loop
-  // indices map back to rows, columns and layers.
-  int order = 2;
-  TableAxis* loopAxes[3] = {_axes[0], _axes[1], _axes[2]};
-  if (statPos == PresentationCodes::kSLabelColumn) {
-    order = 1;
-    loopAxes[0] = _axes[0];
-    loopAxes[1] = _axes[2];
-    loopAxes[2] = _axes[1];
-  } else if (statPos == PresentationCodes::kSLabelRow) {
-    order = 0;
-    loopAxes[0] = _axes[1];
-    loopAxes[1] = _axes[2];
-    loopAxes[2] = _axes[0];
-  }
-  int from = -1;
-  int to = -1;
-  switch (table->GetClabelOption()) {
-    case TableEncryptionCodes::kCLabelRowOpposite:
-      from = 1;
-      to = 0;
-      break;
-    case TableEncryptionCodes::kCLabelColOpposite:
-      from = 0;
-      to = 1;
-      break;
-    case TableEncryptionCodes::kCLabelRowLayer:
-      from = 2;
-      to = 0;
-      break;
-    case TableEncryptionCodes::kCLabelColLayer:
-      from = 2;
-      to = 1;
-      break;
-    default:
-      break;
-  }
-
-  AxisWalk walk1(loopAxes[0]);
-  AxisWalk walk2(loopAxes[1]);
-  AxisWalk walk3(loopAxes[2]);
+  const LayeredLoop loop(table, _axes);
+  AxisWalk walk1(loop.axes[0]);
+  AxisWalk walk2(loop.axes[1]);
+  AxisWalk walk3(loop.axes[2]);
   PrepareComputedCategories(*this, table, {&walk1, &walk2, &walk3});
-
-  // Loop indices and keys back in dimension order (rows, columns, layers).
-  auto cubeIndex = [&](int a, int b, int c) {
-    switch (order) {
-      case 0:
-        return table->GetCubeIndex(c, a, b);
-      case 1:
-        return table->GetCubeIndex(a, c, b);
-      default:
-        return table->GetCubeIndex(a, b, c);
-    }
-  };
-  auto combine = [&](const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3, CategoryKey& combined) {
-    switch (order) {
-      case 0:
-        return QuiltTable::Combine3CellKeys(k3, k1, k2, combined, from, to);
-      case 1:
-        return QuiltTable::Combine3CellKeys(k1, k3, k2, combined, from, to);
-      default:
-        return QuiltTable::Combine3CellKeys(k1, k2, k3, combined, from, to);
-    }
-  };
 
   const int n1 = walk1.Size();
   const int n2 = walk2.Size();
   const int n3 = walk3.Size();
-  auto cellAt = [&](int i, int j, int k) {
-    return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) * static_cast<size_t>(n3) +
-           static_cast<size_t>(k);
-  };
-  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3),
-                             kCellUnknown);
+  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3), kCellUnknown);
   const bool lettersMerged = _mergedTests && !_apaMerged;
   bool anyPending = false;
   CellStatistic statistic;
@@ -530,69 +590,26 @@ int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<Cube
         if (_statsVisible) statistic.ReadFrom(walk3.node);
         if (index3 != lastIndex3) {
           lastIndex3 = index3;
-          lookup.Find(cubes, cubeIndex(index1, index2, index3));
+          lookup.Find(cubes, loop.CubeIndex(index1, index2, index3));
         }
         if (lookup.cube == nullptr) continue;
-        const int carried = combine(walk1.key, walk2.key, walk3.key, combined);
-        const StatValues* values =
-            lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
-        const size_t cell = cellAt(i, j, k);
+        const int carried = loop.Combine(walk1.key, walk2.key, walk3.key, combined);
+        const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
 
         if (const AggregationCategory* post = GetPostCategory3D(walk1.key, walk2.key, walk3.key)) {
           StartComputedCell(*this, NeedPostCategory3D(walk1.key, walk2.key, walk3.key));
-          switch (order) {
-            case 0:
-              ComputePostCategoryValues3D(walk3.key, walk1.key, walk2.key, from, to, table, lookup.cube);
-              break;
-            case 1:
-              ComputePostCategoryValues3D(walk1.key, walk3.key, walk2.key, from, to, table, lookup.cube);
-              break;
-            default:
-              ComputePostCategoryValues3D(walk1.key, walk2.key, walk3.key, from, to, table, lookup.cube);
-              break;
-          }
+          loop.ComputePostValues(*this, walk1.key, walk2.key, walk3.key, lookup.cube);
           ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
                             statistic.format, leaf3, post);
           continue;
         }
         const CellVisit visit{lookup, combined, values, statVar, statistic, leaf3};
-        cells[cell] = WriteOrDefer(*this, visit,
-                                   walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
+        cells[CellOf3D(i, j, k, n2, n3)] = WriteOrDefer(
+            *this, visit, walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
       }
     }
   }
   FinishComputedCategories(*this);
-  if (!anyPending) return 0;
-
-  // Pass two: a leaf survives with a written cell anywhere in its slice.
-  for (int i = 0; i < n1; ++i) {
-    for (int j = 0; j < n2; ++j) {
-      for (int k = 0; k < n3; ++k) {
-        if (cells[cellAt(i, j, k)] != kCellWritten) continue;
-        walk1.MarkHasCell(i);
-        walk2.MarkHasCell(j);
-        walk3.MarkHasCell(k);
-      }
-    }
-  }
-  for (int i = 0; i < n1; ++i) {
-    if (!walk1.Survives(i)) continue;
-    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    SelectCategory(leaf1, _dataSource);
-    for (int j = 0; j < n2; ++j) {
-      if (!walk2.Survives(j)) continue;
-      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      SelectCategory(leaf2, _dataSource);
-      for (int k = 0; k < n3; ++k) {
-        if (!walk3.Survives(k)) continue;
-        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
-        const uint8_t state = cells[cellAt(i, j, k)];
-        if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-        FillDeferredCell(*this, cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
-                         FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()),
-                         leaf3);
-      }
-    }
-  }
+  if (anyPending) FillDeferredCells3D(*this, cubes, loop, {&walk1, &walk2, &walk3}, cells);
   return 0;
 }

@@ -128,8 +128,8 @@ TEST(HeaderTreeNode, NestBelowStatisticsPutsTheSubtreeBetween) {
   Fixture f;
   GivenAway unused;
   std::unique_ptr<Node> scale(Node::Create(f.Variable("income", true), true, unused));
-  std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatMean, "Mean"), f.Stat(Codes::kStatSum, "Sum")};
-  std::vector<StatTreeNode*> none;
+  std::vector<Node*> regular{f.Stat(Codes::kStatMean, "Mean"), f.Stat(Codes::kStatSum, "Sum")};
+  std::vector<Node*> none;
   scale->AddStats(regular, none);
   ASSERT_EQ(scale->GetNChildren(), 2);
 
@@ -144,9 +144,9 @@ TEST(HeaderTreeNode, NestBelowStatisticsPutsTheSubtreeBetween) {
 TEST(HeaderTreeNode, NestStackOfStatisticsOnStatisticsChangesNothing) {
   Fixture f;
   std::unique_ptr<Node> root(f.VariableWithCategories("a", {"a1"}));
-  root->NestStack(std::vector<StatTreeNode*>{f.Stat(Codes::kStatCount, "Count")});
+  root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatCount, "Count")});
   const std::string before = Dump(*root);
-  root->NestStack(std::vector<StatTreeNode*>{f.Stat(Codes::kStatColPctCount, "Column N %")});
+  root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatColPctCount, "Column N %")});
   root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatRowPctCount, "Row N %")});
   EXPECT_EQ(Dump(*root), before);
 }
@@ -154,7 +154,7 @@ TEST(HeaderTreeNode, NestStackOfStatisticsOnStatisticsChangesNothing) {
 TEST(HeaderTreeNode, NestStackOnAStatisticParentMovesTheStatisticsDown) {
   Fixture f;
   std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2"}));
-  outer->NestStack(std::vector<StatTreeNode*>{f.Stat(Codes::kStatCount, "Count")});
+  outer->NestStack(std::vector<Node*>{f.Stat(Codes::kStatCount, "Count")});
   outer->NestStack(std::vector<Node*>{f.VariableWithCategories("b", {"b1", "b2"})});
   EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"Count", "Count", "Count", "Count"}));
   EXPECT_EQ(outer->GetMaxHeight(), 4);  // a -> a1 -> b -> b1 -> Count
@@ -174,8 +174,8 @@ TEST_P(AddStatsMerge, TotalStatisticEqualToARegularOneMerges) {
   Fixture f;
   GivenAway unused;
   std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
-  std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
-  std::vector<StatTreeNode*> total{f.Stat(GetParam().totalCode, "Total", GetParam().totalCut)};
+  std::vector<Node*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
+  std::vector<Node*> total{f.Stat(GetParam().totalCode, "Total", GetParam().totalCut)};
   variable->AddStats(regular, total);
   EXPECT_EQ(variable->GetNChildren(), GetParam().expectedChildren);
   EXPECT_TRUE(regular.empty());
@@ -198,8 +198,8 @@ TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
     variable->AddChild(Node::Create(f.Category(AggregationCategory::kValue, 1, "a1")), false);
     variable->AddChild(Node::Create(f.Category(AggregationCategory::kSubtotal, 2, "Sub")), false);
     variable->AddChild(Node::Create(f.Category(AggregationCategory::kTotal, 3, "Total")), false);
-    std::vector<StatTreeNode*> regular{f.Stat(Codes::kStatCount, "Count")};
-    std::vector<StatTreeNode*> total;
+    std::vector<Node*> regular{f.Stat(Codes::kStatCount, "Count")};
+    std::vector<Node*> total;
     if (withTotalStats) total.push_back(f.Stat(Codes::kStatSum, "Sum"));
     variable->AddStats(regular, total);
     const std::string totalLabel = withTotalStats ? "Sum" : "Count";

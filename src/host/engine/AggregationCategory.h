@@ -44,6 +44,8 @@ class AggregationCategory {
   std::vector<const TARN_Format*> GetPCDecimal() const;
   /// A user-missing value shown as a category (MISSING=INCLUDE or named in a list).
   bool IsMissingCategory() const { return _isMissing; }
+  /// A total, subtotal or hidden subtotal: a category that sums others.
+  bool IsTotalKind() const { return _catType == kTotal || _catType == kSubtotal || _catType == kHSubtotal; }
   /// True when `other`, a category of this or of another variable, shows the same category:
   /// same kind and label, and the same value (a value category), computation (a computed
   /// category) or encoding (any other).

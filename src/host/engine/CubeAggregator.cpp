@@ -15,9 +15,11 @@
 #include "host/engine/AggregationCube.h"
 #include "host/engine/AggregationStatistic.h"
 #include "host/engine/CaseBlock.h"
+#include "host/engine/CellMoments.h"
 #include "host/engine/CellStatistics.h"
 #include "host/engine/StatDistributions.h"
 #include "host/engine/StatValues.h"
+#include "host/engine/StatisticCodeTable.h"
 #include "host/engine/TableDimension.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "host/engine/TableMetadata.h"
@@ -99,41 +101,11 @@ struct Population {
   }
 };
 
-// Weighted incremental moments (West): count, mean, sum of squared deviations, and the
-// total of squared weights, laid out as the four doubles GetCountMeanVariance hands out.
-struct Moments {
-  double _values[4] = {0.0, 0.0, 0.0, 0.0};
-  void Consume(double x, double weight) {
-    const double total = _values[0] + weight;
-    const double delta = x - _values[1];
-    _values[1] += delta * weight / total;
-    _values[2] += weight * delta * (x - _values[1]);
-    _values[0] = total;
-    _values[3] += weight * weight;
-  }
-  // Chan's pairwise update: exact for any split of the cases.
-  void Merge(const Moments& other) {
-    const double n1 = _values[0];
-    const double n2 = other._values[0];
-    if (n2 == 0.0) return;
-    if (n1 == 0.0) {
-      *this = other;
-      return;
-    }
-    const double total = n1 + n2;
-    const double delta = other._values[1] - _values[1];
-    _values[1] += delta * n2 / total;
-    _values[2] += other._values[2] + delta * delta * n1 * n2 / total;
-    _values[0] = total;
-    _values[3] += other._values[3];
-  }
-};
-
 // One scale variable in one cell.
 struct ScaleCell {
   Population _valid;
-  Moments _weighted;
-  Moments _unweighted;
+  CellMoments _weighted;
+  CellMoments _unweighted;
   double _min = std::numeric_limits<double>::infinity();
   double _max = -std::numeric_limits<double>::infinity();
   ValueStore _store;  // filled only when an order statistic or mode is asked
@@ -166,8 +138,15 @@ struct Cell {
 // A distinct value and its total weight, in ascending order.
 using WeightedValue = ValueStore::Entry;
 
-// What a percentage family divides.
-enum Quantity { kQCount, kQValid, kQTotal, kQSum, kQSquares, kQResponses };
+// What a cell or a base sums; the first five are the quantities a percentage is made of.
+enum Quantity {
+  kQCount = Codes::kPctOfCount,
+  kQValid = Codes::kPctOfValid,
+  kQTotal = Codes::kPctOfTotal,
+  kQSum = Codes::kPctOfSum,
+  kQResponses = Codes::kPctOfResponses,
+  kQSquares,
+};
 
 }  // namespace
 
@@ -383,14 +362,12 @@ struct CubeAggregator::Data {
         break;
       case kQSum: {
         if (scale == nullptr) return 0.0;
-        const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
-        return m._values[0] * m._values[1];
+        return (unweighted ? scale->_unweighted : scale->_weighted).GetSum();
       }
       case kQSquares: {
-        // Σ w x² from the moments: SS + W m², never Σwx² accumulated directly.
+        // Σ w x² from the moments, never Σwx² accumulated directly.
         if (scale == nullptr) return 0.0;
-        const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
-        return m._values[2] + m._values[0] * m._values[1] * m._values[1];
+        return (unweighted ? scale->_unweighted : scale->_weighted).GetSumOfSquaredValues();
       }
       case kQResponses:
         return unweighted ? cell->_uResponses : cell->_responses;
@@ -523,9 +500,8 @@ struct CubeAggregator::Data {
   }
 
   AggregationResult Compute(const int* codes, const Cell& cell, const AggregationStatistic& statistic) const;
-  AggregationResult ComputePercentage(const int* codes, const Cell& cell, int prime, int conf,
-                                      int varIndex) const;
-  AggregationResult ComputeScale(const int* codes, const Cell& cell, int prime, int conf,
+  AggregationResult ComputePercentage(const int* codes, const StatisticCodeInfo& info, int varIndex) const;
+  AggregationResult ComputeScale(const int* codes, const StatisticCodeInfo& info,
                                  const AggregationStatistic& statistic) const;
 };
 
@@ -591,17 +567,18 @@ int CubeAggregator::GetMeanVarIndex(int statVarIndex, bool weighted) const {
   return local < 0 ? -1 : local * 2 + (weighted ? 0 : 1);
 }
 
-const double* CubeAggregator::GetCountMeanVariance(int record, const CellKey& key) const {
+const CellMoments* CubeAggregator::GetCountMeanVariance(int record, const CellKey& key) const {
   QUILT_ASSERT(record >= 0 && record < static_cast<int>(_data->ScaleCount()) * 2,
                "no such moment record in this cube");
   const std::vector<int> codes = _data->CodesOf(key);
   const ScaleCell* scale = _data->FindScale(codes.data(), record / 2);
   if (scale == nullptr || scale->_valid._u == 0.0) return nullptr;
-  return (record % 2 == 0 ? scale->_weighted : scale->_unweighted)._values;
+  return &(record % 2 == 0 ? scale->_weighted : scale->_unweighted);
 }
 
 const double* CubeAggregator::GetValuePtr(int record, const CellKey& key) const {
-  return GetCountMeanVariance(record, key);
+  const CellMoments* moments = GetCountMeanVariance(record, key);
+  return moments == nullptr ? nullptr : &moments->_weight;
 }
 
 namespace {
@@ -1044,10 +1021,9 @@ void CubeAggregator::Complete() {
     for (std::size_t s = 0; s < scales; ++s) {
       const ScaleCell& scale = d._scaleCells[cellIndex * scales + s];
       bool finite = true;
-      for (const Moments* moments : {&scale._weighted, &scale._unweighted}) {
-        const double* values = moments->_values;
-        finite = finite && std::isfinite(values[1]) && std::isfinite(values[2]) &&
-                 std::isfinite(values[0] * values[1]);
+      for (const CellMoments* moments : {&scale._weighted, &scale._unweighted}) {
+        finite = finite && std::isfinite(moments->_mean) && std::isfinite(moments->_sumSquares) &&
+                 std::isfinite(moments->GetSum());
       }
       const int varIndex = d._scaleVarIndices[s];
       if (!finite && std::find(d._overflowVarIndices.begin(), d._overflowVarIndices.end(), varIndex) ==
@@ -1122,50 +1098,36 @@ std::string CubeAggregator::DebugText() const {
 
 AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& cell,
                                                 const AggregationStatistic& statistic) const {
-  int prime = 0;
-  int conf = 0;
-  AggregationStatistic::GetStatPrimeAndConf(statistic.GetCode(), prime, conf);
-  if (conf == Codes::kConfUnset) conf = Codes::kConfNone;
+  const StatisticCodeInfo* info = StatisticCodeTable::Decode(statistic.GetCode());
+  if (info == nullptr) return AggregationResult(kSysmis);
+  const int prime = info->_primary;
+  const int conf = info->_conf;
   const int varIndex = statistic.GetVarIndex();
   const int local = varIndex >= 0 ? LocalScaleSlot(varIndex) : -1;
   const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
-
-  // Percentage families occupy 10..177, 233..288 and 297..464.
-  if ((prime >= 10 && prime < 178) || (prime >= 233 && prime < 289) || (prime >= 297 && prime < 465)) {
-    return ComputePercentage(codes, cell, prime, conf, varIndex);
-  }
+  if (info->_family >= 0) return ComputePercentage(codes, *info, varIndex);
 
   // Count-type statistics: the population, its unweighted size as value 2, and binomial
   // limits on the cube's grand total.
   const Population* population = nullptr;
-  bool unweighted = false;
-  bool effective = false;
+  const bool unweighted = info->_weighting == Codes::kStatUnweighted;
+  const bool effective = info->_weighting == Codes::kStatEffective;
   switch (prime) {
     case Codes::kStatCount:
-      population = &cell._count;
-      break;
     case Codes::kStatUCount:
-      population = &cell._count;
-      unweighted = true;
-      break;
     case Codes::kStatECount:
       population = &cell._count;
-      effective = true;
       break;
     case Codes::kStatTotalN:
     case Codes::kStatUTotalN:
     case Codes::kStatETotalN:
       population = scale != nullptr || local >= 0 ? &cell._count : &cell._total;
-      unweighted = prime == Codes::kStatUTotalN;
-      effective = prime == Codes::kStatETotalN;
       break;
     case Codes::kStatValidN:
     case Codes::kStatUValidN:
     case Codes::kStatEValidN: {
       static const Population kEmpty;
       population = local >= 0 ? (scale != nullptr ? &scale->_valid : &kEmpty) : &cell._valid;
-      unweighted = prime == Codes::kStatUValidN;
-      effective = prime == Codes::kStatEValidN;
       break;
     }
     default:
@@ -1207,7 +1169,7 @@ AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& ce
   switch (prime) {
     case Codes::kStatMissing:
     case Codes::kStatUMissing: {
-      const bool u = prime == Codes::kStatUMissing;
+      const bool u = unweighted;
       const Population& totalPop = local >= 0 ? cell._count : cell._total;
       const double valid = local >= 0 ? (scale != nullptr ? Of(scale->_valid, u) : 0.0) : Of(cell._valid, u);
       const double uValid = local >= 0 ? (scale != nullptr ? scale->_valid._u : 0.0) : cell._valid._u;
@@ -1220,39 +1182,16 @@ AggregationResult CubeAggregator::Data::Compute(const int* codes, const Cell& ce
     default:
       break;
   }
-  return ComputeScale(codes, cell, prime, conf, AggregationStatistic(statistic));
+  return ComputeScale(codes, *info, statistic);
 }
 
-AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, const Cell& cell, int prime,
-                                                          int conf, int varIndex) const {
-  int first = 10;
-  Quantity numerator = kQCount;
-  Quantity denominator = kQCount;
-  if (prime >= 409) {
-    first = 409;
-    numerator = kQCount;
-    denominator = kQResponses;
-  } else if (prime >= 353) {
-    first = 353;
-    numerator = kQResponses;
-    denominator = kQCount;
-  } else if (prime >= 297) {
-    first = 297;
-    numerator = denominator = kQResponses;
-  } else if (prime >= 233) {
-    first = 233;
-    numerator = denominator = kQSum;
-  } else if (prime >= 122) {
-    first = 122;
-    numerator = denominator = kQTotal;
-  } else if (prime >= 66) {
-    first = 66;
-    numerator = denominator = kQValid;
-  }
-  const int offset = prime - first;
-  const int base = offset / 8;
-  const bool unweighted = offset % 8 == 4;
-  (void)cell;
+AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, const StatisticCodeInfo& info,
+                                                          int varIndex) const {
+  const int conf = info._conf;
+  const Quantity numerator = static_cast<Quantity>(StatisticCodeTable::GetNumerator(info._family));
+  const Quantity denominator = static_cast<Quantity>(StatisticCodeTable::GetDenominator(info._family));
+  const int base = info._base;
+  const bool unweighted = info._weighting == Codes::kStatUnweighted;
   const double top = QuantityOf(codes, numerator, varIndex, unweighted);
   Population basePopulation;
   const double bottom = BaseOf(codes, base, denominator, varIndex, unweighted, &basePopulation);
@@ -1266,8 +1205,7 @@ AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, cons
     const ScaleCell* cellScale = FindScale(codes, local);
     double qCell = 0.0;
     if (cellScale != nullptr) {
-      const Moments& m = unweighted ? cellScale->_unweighted : cellScale->_weighted;
-      qCell = m._values[2] + m._values[0] * m._values[1] * m._values[1];
+      qCell = (unweighted ? cellScale->_unweighted : cellScale->_weighted).GetSumOfSquaredValues();
     }
     // The base's Q, W, W2 and U come from the same cells as its sum.
     double qBase = 0.0;
@@ -1309,21 +1247,19 @@ AggregationResult CubeAggregator::Data::ComputePercentage(const int* codes, cons
   return AggregationResult(100.0 * (conf == Codes::kConfLcl ? low : high));
 }
 
-AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const Cell& cell, int prime, int conf,
+AggregationResult CubeAggregator::Data::ComputeScale(const int* codes, const StatisticCodeInfo& info,
                                                      const AggregationStatistic& statistic) const {
-  (void)cell;
+  const int prime = info._primary;
+  const int conf = info._conf;
   const int local = LocalScaleSlot(statistic.GetVarIndex());
   const ScaleCell* scale = local >= 0 ? FindScale(codes, local) : nullptr;
   if (scale == nullptr || scale->_valid._u == 0.0) return AggregationResult(kSysmis);
-  const bool unweighted = prime == Codes::kStatUMean || prime == Codes::kStatUMedian ||
-                          prime == Codes::kStatUMode || prime == Codes::kStatUStdDev ||
-                          prime == Codes::kStatUSum || prime == Codes::kStatUVariance ||
-                          prime == Codes::kStatUPtile;
-  const Moments& m = unweighted ? scale->_unweighted : scale->_weighted;
-  const double w = m._values[0];
-  const double mean = m._values[1];
-  const double ss = m._values[2];
-  const double d = Denominator(w, m._values[3], scale->_valid._u, unweighted);
+  const bool unweighted = info._weighting == Codes::kStatUnweighted;
+  const CellMoments& m = unweighted ? scale->_unweighted : scale->_weighted;
+  const double w = m._weight;
+  const double mean = m._mean;
+  const double ss = m._sumSquares;
+  const double d = Denominator(w, m._squaredWeights, scale->_valid._u, unweighted);
   const double variance = d > 0.0 ? ss / d : kSysmis;
   switch (prime) {
     case Codes::kStatMaximum:

@@ -12,6 +12,7 @@ struct CaseBlock;
 class AggregationCategory;
 class AggregationStatistic;
 class CellKey;
+struct CellMoments;
 class CellStatistics;
 class StatValues;
 class TableDimension;
@@ -42,9 +43,9 @@ class CubeAggregator {
   /// The moment record of a scale variable: weighted or unweighted; -1 when the cube does
   /// not read that variable.
   int GetMeanVarIndex(int statVarIndex, bool weighted) const;
-  /// Four doubles: count, mean, sum of squared deviations, total of squared weights of the
-  /// valid cases of the record's variable; null for a cell without valid cases.
-  const double* GetCountMeanVariance(int record, const CellKey& key) const;
+  /// The moments of the valid cases of the record's variable in the cell; null for a cell
+  /// without valid cases. Owned by the aggregator.
+  const CellMoments* GetCountMeanVariance(int record, const CellKey& key) const;
   /// The record's count in the cell, or null.
   const double* GetValuePtr(int record, const CellKey& key) const;
   /// Cells by a vector of categories, one per position. `carriedIndex` is -1, or the

@@ -4,142 +4,60 @@
 // Holds enumerations only, so every subsystem can include it without pulling in logic.
 class TableEncryptionCodes {
  public:
-  // Statistic codes. A primary statistic with four codes of room before the next primary
-  // owns its confidence variants at code + kConfLcl, + kConfUcl and + kConfSe.
-  // Percentage families: first + 8 * base (weighted), first + 8 * base + 4 (unweighted),
-  // bases in the order row, column, table, subtable, layer, layer-row, layer-column.
+  // Statistic codes, laid out in StatisticCodes.def: kStat<Name> for each primary, and
+  // kStat[U]<Base>Pct<Family> for each percentage (kStatURowPctCount, kStatColPctSum).
+  // StatisticCodeTable decodes them.
   enum StatisticCodes {
     kStatNone = 0,
-    kStatCount = 1,
-    kStatUCount = 5,
-    kStatECount = 9,
-    kStatRowPctCount = 10,
-    kStatURowPctCount = 14,
-    kStatColPctCount = 18,
-    kStatUColPctCount = 22,
-    kStatTablePctCount = 26,
-    kStatUTablePctCount = 30,
-    kStatSubtablePctCount = 34,
-    kStatUSubtablePctCount = 38,
-    kStatLayerPctCount = 42,
-    kStatULayerPctCount = 46,
-    kStatLayerRowPctCount = 50,
-    kStatULayerRowPctCount = 54,
-    kStatLayerColPctCount = 58,
-    kStatULayerColPctCount = 62,
-    kStatRowPctValidN = 66,
-    kStatURowPctValidN = 70,
-    kStatColPctValidN = 74,
-    kStatUColPctValidN = 78,
-    kStatTablePctValidN = 82,
-    kStatUTablePctValidN = 86,
-    kStatSubtablePctValidN = 90,
-    kStatUSubtablePctValidN = 94,
-    kStatLayerPctValidN = 98,
-    kStatULayerPctValidN = 102,
-    kStatLayerRowPctValidN = 106,
-    kStatULayerRowPctValidN = 110,
-    kStatLayerColPctValidN = 114,
-    kStatULayerColPctValidN = 118,
-    kStatRowPctTotalN = 122,
-    kStatURowPctTotalN = 126,
-    kStatColPctTotalN = 130,
-    kStatUColPctTotalN = 134,
-    kStatTablePctTotalN = 138,
-    kStatUTablePctTotalN = 142,
-    kStatSubtablePctTotalN = 146,
-    kStatUSubtablePctTotalN = 150,
-    kStatLayerPctTotalN = 154,
-    kStatULayerPctTotalN = 158,
-    kStatLayerRowPctTotalN = 162,
-    kStatULayerRowPctTotalN = 166,
-    kStatLayerColPctTotalN = 170,
-    kStatULayerColPctTotalN = 174,
-    kStatMaximum = 178,
-    kStatMean = 179,
-    kStatUMean = 183,
-    kStatMedian = 187,
-    kStatUMedian = 191,
-    kStatMinimum = 197,
-    kStatMissing = 198,
-    kStatUMissing = 199,
-    kStatMode = 200,
-    kStatUMode = 201,
-    kStatRange = 202,
-    kStatStdDev = 203,
-    kStatUStdDev = 204,
-    kStatSum = 205,
-    kStatUSum = 209,
-    kStatTotalN = 213,
-    kStatUTotalN = 217,
-    kStatETotalN = 221,
-    kStatValidN = 222,
-    kStatUValidN = 226,
-    kStatEValidN = 230,
-    kStatVariance = 231,
-    kStatUVariance = 232,
-    kStatRowPctSum = 233,
-    kStatURowPctSum = 237,
-    kStatColPctSum = 241,
-    kStatUColPctSum = 245,
-    kStatTablePctSum = 249,
-    kStatUTablePctSum = 253,
-    kStatSubtablePctSum = 257,
-    kStatUSubtablePctSum = 261,
-    kStatLayerPctSum = 265,
-    kStatULayerPctSum = 269,
-    kStatLayerRowPctSum = 273,
-    kStatULayerRowPctSum = 277,
-    kStatLayerColPctSum = 281,
-    kStatULayerColPctSum = 285,
-    kStatResponses = 289,
-    kStatUResponses = 293,
-    kStatRowPctResponses = 297,
-    kStatURowPctResponses = 301,
-    kStatColPctResponses = 305,
-    kStatUColPctResponses = 309,
-    kStatTablePctResponses = 313,
-    kStatUTablePctResponses = 317,
-    kStatSubtablePctResponses = 321,
-    kStatUSubtablePctResponses = 325,
-    kStatLayerPctResponses = 329,
-    kStatULayerPctResponses = 333,
-    kStatLayerRowPctResponses = 337,
-    kStatULayerRowPctResponses = 341,
-    kStatLayerColPctResponses = 345,
-    kStatULayerColPctResponses = 349,
-    kStatRowPctResponsesCount = 353,
-    kStatURowPctResponsesCount = 357,
-    kStatColPctResponsesCount = 361,
-    kStatUColPctResponsesCount = 365,
-    kStatTablePctResponsesCount = 369,
-    kStatUTablePctResponsesCount = 373,
-    kStatSubtablePctResponsesCount = 377,
-    kStatUSubtablePctResponsesCount = 381,
-    kStatLayerPctResponsesCount = 385,
-    kStatULayerPctResponsesCount = 389,
-    kStatLayerRowPctResponsesCount = 393,
-    kStatULayerRowPctResponsesCount = 397,
-    kStatLayerColPctResponsesCount = 401,
-    kStatULayerColPctResponsesCount = 405,
-    kStatRowPctCountResponses = 409,
-    kStatURowPctCountResponses = 413,
-    kStatColPctCountResponses = 417,
-    kStatUColPctCountResponses = 421,
-    kStatTablePctCountResponses = 425,
-    kStatUTablePctCountResponses = 429,
-    kStatSubtablePctCountResponses = 433,
-    kStatUSubtablePctCountResponses = 437,
-    kStatLayerPctCountResponses = 441,
-    kStatULayerPctCountResponses = 445,
-    kStatLayerRowPctCountResponses = 449,
-    kStatULayerRowPctCountResponses = 453,
-    kStatLayerColPctCountResponses = 457,
-    kStatULayerColPctCountResponses = 461,
-    kStatMeanSumSquares = 465,
-    kStatPtile = 468,
-    kStatUPtile = 472,
-    kStatLast = 513,
+#define STATISTIC(name, code, keyword, label, group, weighting, variants) kStat##name = code,
+#define QUILT_PERCENTAGE_MEMBER(base, index, stem, word, family, first) \
+  kStat##base##Pct##family = (first) + 8 * (index), kStatU##base##Pct##family = (first) + 8 * (index) + 4,
+#define PERCENTAGE_FAMILY(name, first, keywordSuffix, labelSuffix, group, numerator, denominator, variants) \
+  QUILT_PERCENTAGE_BASES(QUILT_PERCENTAGE_MEMBER, name, first)
+#include "host/engine/StatisticCodes.def"
+#undef QUILT_PERCENTAGE_MEMBER
+    kStatLast = 513,  // the highest code a statistic could have
+  };
+
+  // The bases of a percentage, in the order of their codes within a family.
+  enum PercentageBase {
+#define QUILT_PERCENTAGE_BASE(name, index, stem, word, ...) kPctBase##name = index,
+    QUILT_PERCENTAGE_BASES(QUILT_PERCENTAGE_BASE)
+#undef QUILT_PERCENTAGE_BASE
+        kPercentageBaseCount
+  };
+
+  // The percentage families, in code order.
+  enum PercentageFamily {
+#define PERCENTAGE_FAMILY(name, ...) kPctFamily##name,
+#include "host/engine/StatisticCodes.def"
+    kPercentageFamilyCount
+  };
+
+  // What a percentage sums over the cell (numerator) and over its base (denominator).
+  enum PercentageQuantity {
+    kPctOfCount = 0,      // cases
+    kPctOfValid = 1,      // cases with a valid value
+    kPctOfTotal = 2,      // all cases, missing ones included
+    kPctOfSum = 3,        // the sum of a scale variable
+    kPctOfResponses = 4,  // responses of a multiple-response set
+  };
+
+  // How a statistic weighs the cases: by the weight, by one each (the U- forms), or by the
+  // effective base of the weights (the E- forms).
+  enum StatisticWeighting {
+    kStatWeighted = 0,
+    kStatUnweighted = 1,
+    kStatEffective = 2,
+  };
+
+  // Which confidence variants a primary owns at the three codes after it (see
+  // StatisticCodes.def).
+  enum StatisticVariants {
+    kVariantsNone = 0,
+    kVariantsAll = 1,
+    kVariantsLimits = 2,
+    kVariantsReserved = 3,
   };
 
   // Which confidence variant of a primary a code is; kConfUnset is the initial value of a

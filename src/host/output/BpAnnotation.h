@@ -1,11 +1,11 @@
 // BpAnnotation.h - a note, with its own marker or one the output layer assigns
 #pragma once
 
-#include "host/output/BpHandle.h"
+#include "host/output/BpOwnedText.h"
 
 class BpCellText;
 
-/// A footnote. The texts are replicated, so the originals may go at once.
+/// A footnote. It keeps copies of its texts, so the originals may go at once.
 class BpAnnotation {
  public:
   /// A note whose marker the layer assigns (a, b, c... in order of first use).
@@ -13,13 +13,12 @@ class BpAnnotation {
   /// A note that carries `marker`.
   BpAnnotation(const BpCellText& text, const BpCellText& marker);
 
-  const BpCellText* GetText() const { return _text.GetText(); }
+  const BpCellText* GetText() const { return _text.Get(); }
   /// Null when the layer assigns the marker.
-  const BpCellText* GetMarker() const { return _hasMarker ? _marker.GetText() : nullptr; }
-  bool HasMarker() const { return _hasMarker; }
+  const BpCellText* GetMarker() const { return _marker.Get(); }
+  bool HasMarker() const { return _marker.Get() != nullptr; }
 
  private:
-  BpHandle _text;
-  BpHandle _marker;
-  bool _hasMarker;
+  BpOwnedText _text;
+  BpOwnedText _marker;  // empty when the layer assigns the marker
 };

@@ -12,10 +12,6 @@ class BpCellText {
  public:
   virtual ~BpCellText() = default;
 
-  /// Registers an independent copy with the output layer and returns its handle; the copy
-  /// lives until the BpHandle that adopts the number goes.
-  long Replicate() const;
-
   /// A deep copy.
   virtual std::unique_ptr<BpCellText> Clone() const = 0;
   /// The text as a reader sees it: catalogue wording expanded, numbers formatted.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "EngineTestSupport.h"
+#include "host/engine/CellMoments.h"
 
 namespace {
 
@@ -159,12 +160,12 @@ TEST(ScaleStatistics, MissingValuesPairwiseAndListwise) {
     // The means-test record: count, mean, SS, W2 of x's valid cases (1 and 3).
     const int record = agg->GetMeanVarIndex(x, true);
     ASSERT_GE(record, 0);
-    const double* moments = agg->GetCountMeanVariance(record, all);
+    const CellMoments* moments = agg->GetCountMeanVariance(record, all);
     ASSERT_NE(moments, nullptr);
-    EXPECT_DOUBLE_EQ(moments[0], 2);
-    EXPECT_DOUBLE_EQ(moments[1], 2);
-    EXPECT_DOUBLE_EQ(moments[2], 2);  // (1-2)² + (3-2)²
-    EXPECT_DOUBLE_EQ(moments[3], 2);
+    EXPECT_DOUBLE_EQ(moments->_weight, 2);
+    EXPECT_DOUBLE_EQ(moments->_mean, 2);
+    EXPECT_DOUBLE_EQ(moments->_sumSquares, 2);  // (1-2)² + (3-2)²
+    EXPECT_DOUBLE_EQ(moments->_squaredWeights, 2);
   }
 }
 
