@@ -6,11 +6,21 @@
 
 class SyntaxConverter;
 
-/// What a keyword takes after its "=".
+/// What a keyword takes after its "=": one kind or several joined with |.
 enum class KeywordValueKind {
-  kWord,    // one of the rule's choices
-  kNumber,  // a number, checked by the subcommand
+  kWord = 1,    // one of the rule's choices
+  kNumber = 2,  // a number, checked by the subcommand
+  kText = 4,    // a quoted text
+  kName = 8,    // any word (a variable's name), checked by the subcommand
 };
+
+constexpr KeywordValueKind operator|(KeywordValueKind left, KeywordValueKind right) {
+  return static_cast<KeywordValueKind>(static_cast<int>(left) | static_cast<int>(right));
+}
+
+constexpr bool Takes(KeywordValueKind kinds, KeywordValueKind kind) {
+  return (static_cast<int>(kinds) & static_cast<int>(kind)) != 0;
+}
 
 /// One word a keyword accepts, and the code the subcommand stores for it.
 struct KeywordChoice {
@@ -20,12 +30,18 @@ struct KeywordChoice {
 
 /// One keyword of a subcommand: its name, the kind of value it takes and, for words, the
 /// choices. A keyword given twice warns ("Duplicate warning") unless `warnsWhenRepeated` is
-/// false, and the later value stands.
+/// false, and the later value stands. A rule without keyword (nullptr) reads a word that
+/// stands alone (SMISSING LISTWISE, CLABELS AUTO); its choices may be abbreviated as keywords.
 struct KeywordRule {
   const char* keyword;
   KeywordValueKind kind;
   std::vector<KeywordChoice> choices;  // kWord only, in any order
   bool warnsWhenRepeated = true;
+  /// Rules that set one and the same thing (CLABELS' three ways to move labels) name the
+  /// first of them here: a repeat of any of them warns. -1: the rule stands alone.
+  int sameAs = -1;
+  /// The warning names the word as the user typed it rather than the rule's keyword.
+  bool warnsWithTypedWord = false;
 };
 
 /// Runs the `keyword '=' value` state machine for a subcommand described by a table of
@@ -44,6 +60,12 @@ class KeywordReader {
   /// A word after the "=": returns the code of the choice and sets `rule` to the rule it
   /// answered. The rule counts as given.
   int ReadWord(const std::string& text, int& rule);
+  /// A value of `kind` that is not a word of choices (a number, a quoted text, a name):
+  /// returns the pending rule, which must take that kind, and counts it as given once the
+  /// subcommand calls Finish. UnknownKeyword when no rule awaits such a value.
+  int Take(KeywordValueKind kind, const std::string& text) const;
+  /// A rule awaits its value and takes `kind`.
+  bool PendingTakes(KeywordValueKind kind) const;
   /// The rule awaiting its value; -1 when none does.
   int Pending() const;
   /// Marks the pending rule as given, for values the subcommand reads itself (numbers).
@@ -57,6 +79,9 @@ class KeywordReader {
  private:
   const SyntaxConverter* _owner;
   const std::vector<KeywordRule>& _rules;
-  std::vector<bool> _given;  // per rule: a value has been read
+  std::size_t Slot(std::size_t rule) const;
+  int ReadLoneWord(const std::string& text, int& rule);
+
+  std::vector<bool> _given;  // per rule (or its sameAs rule): a value has been read
   int _pending = -1;         // the rule whose value comes next
 };

@@ -3,8 +3,8 @@
 
 #include <ostream>
 
-#include "parser/KeywordReader.h"
 #include "parser/SigTestSettings.h"
+#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/TableSettings.h"
 
@@ -28,9 +28,8 @@ const std::vector<KeywordRule>& Rules() {
 }  // namespace
 
 struct SyntaxSigTestSubcommand::Data {
-  Data(const SyntaxConverter* owner, TableSettings& settings) : _keywords(owner, Rules()), _settings(settings) {}
+  explicit Data(TableSettings& settings) : _settings(settings) {}
 
-  KeywordReader _keywords;
   TableSettings& _settings;  // the table's, where the test is registered
   double _alpha = 0.05;
   int _type = 0;  // 0 until TYPE=CHISQUARE
@@ -40,38 +39,21 @@ struct SyntaxSigTestSubcommand::Data {
 };
 
 SyntaxSigTestSubcommand::SyntaxSigTestSubcommand(TableSettings& settings)
-    : _data(std::make_unique<Data>(this, settings)) {}
+    : SyntaxKeywordSubcommand("SIGTEST", kConverterPlain, Rules()), _data(std::make_unique<Data>(settings)) {}
 
 SyntaxSigTestSubcommand::~SyntaxSigTestSubcommand() = default;
 
-std::string SyntaxSigTestSubcommand::GetSubcommandName() const {
-  return "SIGTEST";
-}
-
-SyntaxConverter* SyntaxSigTestSubcommand::AttributeString(const std::string& text,
-                                                          TARN_TokenSequence* /*tokens*/) {
-  _data->_keywords.Start(text);
-  return this;
-}
-
 // ALPHA '=' number, strictly between 0 and 1
-SyntaxConverter* SyntaxSigTestSubcommand::Number(double value, const std::string& text) {
-  if (_data->_keywords.Pending() != kAlpha) {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
+void SyntaxSigTestSubcommand::OnNumber(int /*rule*/, double value, const std::string& text) {
   if (!(value > 0.0 && value < 1.0)) {
     SyntaxParserUtility::InvalidAlpha(this, text);
   }
   _data->_alpha = value;
   _data->_alphaText = text;
-  _data->_keywords.Finish();
-  return this;
 }
 
-SyntaxConverter* SyntaxSigTestSubcommand::String(const std::string& text) {
+void SyntaxSigTestSubcommand::OnWord(int rule, int code) {
   Data& data = *_data;
-  int rule = -1;
-  const int code = data._keywords.ReadWord(text, rule);
   if (rule == kType) {
     data._type = code;
   } else if (rule == kCategories) {
@@ -79,12 +61,10 @@ SyntaxConverter* SyntaxSigTestSubcommand::String(const std::string& text) {
   } else if (rule == kIncludeMRSets) {
     data._includeMRSets = code == 1;
   }
-  return this;
 }
 
-void SyntaxSigTestSubcommand::ValidateAndCommit(const std::string& text) {
+void SyntaxSigTestSubcommand::Commit(const std::string& text) {
   Data& data = *_data;
-  data._keywords.CheckComplete(text);
   if (data._type != 0) {
     SigTestSettings settings(TableEncryptionCodes::kSigTestChiSquare, data._alpha, data._alphaText);
     settings._includeMRSets = data._includeMRSets;
@@ -92,13 +72,13 @@ void SyntaxSigTestSubcommand::ValidateAndCommit(const std::string& text) {
     data._settings.AddSignificanceTest(settings);
     return;
   }
-  if (data._keywords.WasGiven(kAlpha) || data._keywords.WasGiven(kCategories) ||
-      data._keywords.WasGiven(kIncludeMRSets)) {
+  if (Keywords().WasGiven(kAlpha) || Keywords().WasGiven(kCategories) ||
+      Keywords().WasGiven(kIncludeMRSets)) {
     SyntaxParserUtility::IncompleteSubcommand(this, text);
   }
 }
 
 void SyntaxSigTestSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_keywords.GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
+  out << "state=" << Keywords().GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
       << " includeSubtotals=" << _data->_includeSubtotals << " includeMRSets=" << _data->_includeMRSets;
 }

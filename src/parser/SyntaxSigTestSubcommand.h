@@ -4,26 +4,23 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxKeywordSubcommand.h"
 
 class TableSettings;
 
 /// SIGTEST TYPE=CHISQUARE ALPHA= CATEGORIES= INCLUDEMRSETS=. Created by a table subcommand,
 /// added as its child; at its end it registers one SigTestSettings with the table's settings.
-class SyntaxSigTestSubcommand : public SyntaxConverter {
+class SyntaxSigTestSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxSigTestSubcommand(TableSettings& settings);
   ~SyntaxSigTestSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  SyntaxConverter* Number(double value, const std::string& text) override;
-  SyntaxConverter* String(const std::string& text) override;
-  /// Registers the test when TYPE was given; options without TYPE are incomplete.
-  void ValidateAndCommit(const std::string& text) override;
-
  protected:
+  void OnWord(int rule, int code) override;
+  void OnNumber(int rule, double value, const std::string& text) override;
+  /// Registers the test when TYPE was given; options without TYPE are incomplete.
+  void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
