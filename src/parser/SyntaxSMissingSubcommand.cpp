@@ -3,38 +3,37 @@
 
 #include <ostream>
 
-#include "host/data/HostStrings.h"
-#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxConverterType.h"
+
+namespace {
+
+enum SMissingKeyword { kWord };
+
+// SMISSING VARIABLE | LISTWISE; the repeat warning names the word as typed.
+const std::vector<KeywordRule>& Rules() {
+  static const std::vector<KeywordRule> rules = {
+      {nullptr, KeywordValueKind::kWord, {{"VARIABLE", 1}, {"LISTWISE", 0}}, true, -1, true},
+  };
+  return rules;
+}
+
+}  // namespace
 
 struct SyntaxSMissingSubcommand::Data {
   bool _isPairwise = true;  // each statistic uses the cases valid for it
-  bool _set = false;        // a word has been read
 };
 
-SyntaxSMissingSubcommand::SyntaxSMissingSubcommand() : _data(std::make_unique<Data>()) {}
+SyntaxSMissingSubcommand::SyntaxSMissingSubcommand()
+    : SyntaxKeywordSubcommand("SMISSING", kConverterPlain, Rules()), _data(std::make_unique<Data>()) {}
 
 SyntaxSMissingSubcommand::~SyntaxSMissingSubcommand() = default;
 
-std::string SyntaxSMissingSubcommand::GetSubcommandName() const {
-  return "SMISSING";
+SyntaxConverter* SyntaxSMissingSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
+  return SyntaxConverter::AttributeString(text, tokens);
 }
 
-// SMISSING VARIABLE | LISTWISE
-SyntaxConverter* SyntaxSMissingSubcommand::String(const std::string& text) {
-  bool pairwise = true;
-  if (KeywordMatch(text.c_str(), "VARIABLE")) {
-    pairwise = true;
-  } else if (KeywordMatch(text.c_str(), "LISTWISE")) {
-    pairwise = false;
-  } else {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  if (_data->_set) {
-    SyntaxParserUtility::DuplicateWarning(this, text);
-  }
-  _data->_isPairwise = pairwise;
-  _data->_set = true;
-  return this;
+void SyntaxSMissingSubcommand::OnWord(int /*rule*/, int code) {
+  _data->_isPairwise = code == 1;
 }
 
 bool SyntaxSMissingSubcommand::GetIsPairwise() const {
@@ -42,5 +41,5 @@ bool SyntaxSMissingSubcommand::GetIsPairwise() const {
 }
 
 void SyntaxSMissingSubcommand::DumpDetails(std::ostream& out) const {
-  out << "pairwise=" << _data->_isPairwise << " set=" << _data->_set;
+  out << "pairwise=" << _data->_isPairwise << " set=" << Keywords().WasGiven(kWord);
 }
