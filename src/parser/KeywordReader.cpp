@@ -5,7 +5,7 @@
 #include "parser/SyntaxParserUtility.h"
 
 KeywordReader::KeywordReader(const SyntaxConverter* owner, const std::vector<KeywordRule>& rules)
-    : _owner(owner), _rules(rules), _given(rules.size(), false) {}
+    : _owner(owner), _rules(rules), _given(rules.size(), false), _codes(rules.size(), 0) {}
 
 int KeywordReader::Start(const std::string& text) {
   if (_pending >= 0) {
@@ -38,6 +38,7 @@ int KeywordReader::ReadWord(const std::string& text, int& rule) {
   for (const KeywordChoice& choice : _rules[static_cast<std::size_t>(rule)].choices) {
     if (SyntaxParserUtility::ExactWordMatch(text, choice.word)) {
       _given[Slot(static_cast<std::size_t>(rule))] = true;
+      _codes[Slot(static_cast<std::size_t>(rule))] = choice.code;
       return choice.code;
     }
   }
@@ -58,6 +59,7 @@ int KeywordReader::ReadLoneWord(const std::string& text, int& rule) {
         SyntaxParserUtility::DuplicateWarning(_owner, lone.warnsWithTypedWord ? text : std::string(choice.word));
       }
       _given[Slot(index)] = true;
+      _codes[Slot(index)] = choice.code;
       rule = static_cast<int>(index);
       return choice.code;
     }
@@ -89,6 +91,10 @@ void KeywordReader::Finish() {
 
 bool KeywordReader::WasGiven(int rule) const {
   return _given.at(Slot(static_cast<std::size_t>(rule)));
+}
+
+int KeywordReader::Code(int rule, int fallback) const {
+  return WasGiven(rule) ? _codes.at(Slot(static_cast<std::size_t>(rule))) : fallback;
 }
 
 std::size_t KeywordReader::Slot(std::size_t rule) const {

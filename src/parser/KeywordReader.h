@@ -71,6 +71,9 @@ class KeywordReader {
   /// Marks the pending rule as given, for values the subcommand reads itself (numbers).
   void Finish();
   bool WasGiven(int rule) const;
+  /// The code of the choice last read for `rule` (or the rule it is sameAs); `fallback` when
+  /// none was read.
+  int Code(int rule, int fallback) const;
   /// IncompleteSubcommand when a keyword still awaits its value.
   void CheckComplete(const std::string& text) const;
   /// 0, or the pending rule's index + 1: the state number dumps show.
@@ -83,5 +86,6 @@ class KeywordReader {
   int ReadLoneWord(const std::string& text, int& rule);
 
   std::vector<bool> _given;  // per rule (or its sameAs rule): a value has been read
+  std::vector<int> _codes;   // per rule (or its sameAs rule): the code of the last choice read
   int _pending = -1;         // the rule whose value comes next
 };

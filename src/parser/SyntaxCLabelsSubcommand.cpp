@@ -28,29 +28,16 @@ const std::vector<KeywordRule>& Rules() {
 
 }  // namespace
 
-struct SyntaxCLabelsSubcommand::Data {
-  explicit Data(TableSettings& settings) : _settings(settings) {}
-
-  TableSettings& _settings;  // the table's
-  TableEncryptionCodes::CLabelOption _option = TableEncryptionCodes::kCLabelAuto;
-};
-
 SyntaxCLabelsSubcommand::SyntaxCLabelsSubcommand(TableSettings& settings)
-    : SyntaxKeywordSubcommand("CLABELS", kConverterCLabels, Rules()), _data(std::make_unique<Data>(settings)) {}
-
-SyntaxCLabelsSubcommand::~SyntaxCLabelsSubcommand() = default;
-
-void SyntaxCLabelsSubcommand::OnWord(int /*rule*/, int code) {
-  _data->_option = static_cast<TableEncryptionCodes::CLabelOption>(code);
-}
+    : SyntaxKeywordSubcommand("CLABELS", kConverterCLabels, Rules()), _settings(settings) {}
 
 void SyntaxCLabelsSubcommand::Commit(const std::string& /*text*/) {
   if (Keywords().WasGiven(kRowLabels)) {
-    _data->_settings.SetCLabelOption(_data->_option);
+    _settings.SetCLabelOption(static_cast<TableEncryptionCodes::CLabelOption>(Keywords().Code(kRowLabels, 0)));
   }
 }
 
 void SyntaxCLabelsSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << Keywords().GetState() << " option=" << _data->_option
+  out << "state=" << Keywords().GetState() << " option=" << Keywords().Code(kRowLabels, TableEncryptionCodes::kCLabelAuto)
       << " set=" << Keywords().WasGiven(kRowLabels);
 }

@@ -1,8 +1,6 @@
 // SyntaxCLabelsSubcommand.h - CLABELS: moves one table's category labels to the opposite axis or the layers
 #pragma once
 
-#include <memory>
-
 #include "parser/SyntaxKeywordSubcommand.h"
 
 class TableSettings;
@@ -13,14 +11,11 @@ class SyntaxCLabelsSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxCLabelsSubcommand(TableSettings& settings);
-  ~SyntaxCLabelsSubcommand() override;
 
  protected:
-  void OnWord(int rule, int code) override;
   void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  struct Data;
-  std::unique_ptr<Data> _data;
+  TableSettings& _settings;  // the table's
 };

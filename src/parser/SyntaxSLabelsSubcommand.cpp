@@ -25,36 +25,20 @@ const std::vector<KeywordRule>& Rules() {
 
 }  // namespace
 
-struct SyntaxSLabelsSubcommand::Data {
-  explicit Data(TableSettings& settings) : _settings(settings) {}
-
-  TableSettings& _settings;  // the table's
-  PresentationCodes::SLabelPosition _position = PresentationCodes::kSLabelColumn;
-  bool _visible = true;
-};
-
 SyntaxSLabelsSubcommand::SyntaxSLabelsSubcommand(TableSettings& settings)
-    : SyntaxKeywordSubcommand("SLABELS", kConverterSLabels, Rules()), _data(std::make_unique<Data>(settings)) {}
-
-SyntaxSLabelsSubcommand::~SyntaxSLabelsSubcommand() = default;
-
-void SyntaxSLabelsSubcommand::OnWord(int rule, int code) {
-  if (rule == kPosition) {
-    _data->_position = static_cast<PresentationCodes::SLabelPosition>(code);
-  } else {
-    _data->_visible = code == 1;
-  }
-}
+    : SyntaxKeywordSubcommand("SLABELS", kConverterSLabels, Rules()), _settings(settings) {}
 
 void SyntaxSLabelsSubcommand::Commit(const std::string& /*text*/) {
   if (Keywords().WasGiven(kPosition)) {
-    _data->_settings.SetSLabelPosition(_data->_position);
+    _settings.SetSLabelPosition(static_cast<PresentationCodes::SLabelPosition>(Keywords().Code(kPosition, 0)));
   }
   if (Keywords().WasGiven(kVisible)) {
-    _data->_settings.SetSLabelVisibility(_data->_visible);
+    _settings.SetSLabelVisibility(Keywords().Code(kVisible, 1) == 1);
   }
 }
 
 void SyntaxSLabelsSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << Keywords().GetState() << " position=" << _data->_position << " visible=" << _data->_visible;
+  out << "state=" << Keywords().GetState()
+      << " position=" << Keywords().Code(kPosition, PresentationCodes::kSLabelColumn)
+      << " visible=" << (Keywords().Code(kVisible, 1) == 1);
 }

@@ -1,8 +1,6 @@
 // SyntaxSLabelsSubcommand.h - SLABELS: where one table's statistic labels go and whether they show
 #pragma once
 
-#include <memory>
-
 #include "parser/SyntaxKeywordSubcommand.h"
 
 class TableSettings;
@@ -13,14 +11,11 @@ class SyntaxSLabelsSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxSLabelsSubcommand(TableSettings& settings);
-  ~SyntaxSLabelsSubcommand() override;
 
  protected:
-  void OnWord(int rule, int code) override;
   void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  struct Data;
-  std::unique_ptr<Data> _data;
+  TableSettings& _settings;  // the table's
 };

@@ -19,27 +19,17 @@ const std::vector<KeywordRule>& Rules() {
 
 }  // namespace
 
-struct SyntaxSMissingSubcommand::Data {
-  bool _isPairwise = true;  // each statistic uses the cases valid for it
-};
-
-SyntaxSMissingSubcommand::SyntaxSMissingSubcommand()
-    : SyntaxKeywordSubcommand("SMISSING", kConverterPlain, Rules()), _data(std::make_unique<Data>()) {}
-
-SyntaxSMissingSubcommand::~SyntaxSMissingSubcommand() = default;
+SyntaxSMissingSubcommand::SyntaxSMissingSubcommand() : SyntaxKeywordSubcommand("SMISSING", kConverterPlain, Rules()) {}
 
 SyntaxConverter* SyntaxSMissingSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
   return SyntaxConverter::AttributeString(text, tokens);
 }
 
-void SyntaxSMissingSubcommand::OnWord(int /*rule*/, int code) {
-  _data->_isPairwise = code == 1;
-}
-
+// Pairwise, the default: each statistic uses the cases valid for it.
 bool SyntaxSMissingSubcommand::GetIsPairwise() const {
-  return _data->_isPairwise;
+  return Keywords().Code(kWord, 1) == 1;
 }
 
 void SyntaxSMissingSubcommand::DumpDetails(std::ostream& out) const {
-  out << "pairwise=" << _data->_isPairwise << " set=" << Keywords().WasGiven(kWord);
+  out << "pairwise=" << GetIsPairwise() << " set=" << Keywords().WasGiven(kWord);
 }

@@ -1,7 +1,6 @@
 // SyntaxSMissingSubcommand.h - SMISSING: pairwise or listwise deletion of missing scale values
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "parser/SyntaxKeywordSubcommand.h"
@@ -11,7 +10,6 @@
 class SyntaxSMissingSubcommand : public SyntaxKeywordSubcommand {
  public:
   SyntaxSMissingSubcommand();
-  ~SyntaxSMissingSubcommand() override;
 
   /// SMISSING has no keyword: a `word '='` goes to the command, as for any converter.
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
@@ -20,10 +18,5 @@ class SyntaxSMissingSubcommand : public SyntaxKeywordSubcommand {
   bool GetIsPairwise() const;
 
  protected:
-  void OnWord(int rule, int code) override;
   void DumpDetails(std::ostream& out) const override;
-
- private:
-  struct Data;
-  std::unique_ptr<Data> _data;
 };
