@@ -5,7 +5,10 @@
 #include "parser/SyntaxParserUtility.h"
 
 KeywordReader::KeywordReader(const SyntaxConverter* owner, const std::vector<KeywordRule>& rules)
-    : _owner(owner), _rules(rules), _given(rules.size(), false), _codes(rules.size(), 0) {}
+    : _owner(owner), _rules(rules), _given(rules.size(), false),
+      _codes(rules.size(), 0),
+      _numbers(rules.size(), 0.0),
+      _texts(rules.size()) {}
 
 int KeywordReader::Start(const std::string& text) {
   if (_pending >= 0) {
@@ -82,9 +85,19 @@ int KeywordReader::Pending() const {
   return _pending;
 }
 
-void KeywordReader::Finish() {
+void KeywordReader::CheckRange(int rule, double value, const std::string& text) const {
+  const KeywordRule& entry = _rules.at(static_cast<std::size_t>(rule));
+  if (entry.outOfRange != nullptr && !(value > entry.above && value < entry.below)) {
+    entry.outOfRange(_owner, text);
+  }
+}
+
+void KeywordReader::Finish(double value, const std::string& text) {
   if (_pending >= 0) {
-    _given[Slot(static_cast<std::size_t>(_pending))] = true;
+    const std::size_t slot = Slot(static_cast<std::size_t>(_pending));
+    _given[slot] = true;
+    _numbers[slot] = value;
+    _texts[slot] = text;
   }
   _pending = -1;
 }
@@ -95,6 +108,14 @@ bool KeywordReader::WasGiven(int rule) const {
 
 int KeywordReader::Code(int rule, int fallback) const {
   return WasGiven(rule) ? _codes.at(Slot(static_cast<std::size_t>(rule))) : fallback;
+}
+
+double KeywordReader::Number(int rule, double fallback) const {
+  return WasGiven(rule) ? _numbers.at(Slot(static_cast<std::size_t>(rule))) : fallback;
+}
+
+std::string KeywordReader::Text(int rule, const std::string& fallback) const {
+  return WasGiven(rule) ? _texts.at(Slot(static_cast<std::size_t>(rule))) : fallback;
 }
 
 std::size_t KeywordReader::Slot(std::size_t rule) const {

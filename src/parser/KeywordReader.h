@@ -42,6 +42,11 @@ struct KeywordRule {
   int sameAs = -1;
   /// The warning names the word as the user typed it rather than the rule's keyword.
   bool warnsWithTypedWord = false;
+  /// For a number with `outOfRange` set: it must lie strictly between `above` and `below`,
+  /// else `outOfRange` raises the subcommand's own error with the number as written.
+  double above = 0.0;
+  double below = 0.0;
+  void (*outOfRange)(const SyntaxConverter*, const std::string&) = nullptr;
 };
 
 /// Runs the `keyword '=' value` state machine for a subcommand described by a table of
@@ -68,12 +73,18 @@ class KeywordReader {
   bool PendingTakes(KeywordValueKind kind) const;
   /// The rule awaiting its value; -1 when none does.
   int Pending() const;
-  /// Marks the pending rule as given, for values the subcommand reads itself (numbers).
-  void Finish();
+  /// Raises the rule's range error when `value` is outside its open range (if it has one).
+  void CheckRange(int rule, double value, const std::string& text) const;
+  /// Marks the pending rule as given, for values that are not words of choices, and keeps
+  /// the number and its text as written.
+  void Finish(double value = 0.0, const std::string& text = std::string());
   bool WasGiven(int rule) const;
   /// The code of the choice last read for `rule` (or the rule it is sameAs); `fallback` when
   /// none was read.
   int Code(int rule, int fallback) const;
+  /// The number, and its text as written, last read for `rule`; `fallback` when none was.
+  double Number(int rule, double fallback) const;
+  std::string Text(int rule, const std::string& fallback) const;
   /// IncompleteSubcommand when a keyword still awaits its value.
   void CheckComplete(const std::string& text) const;
   /// 0, or the pending rule's index + 1: the state number dumps show.
@@ -86,6 +97,8 @@ class KeywordReader {
   int ReadLoneWord(const std::string& text, int& rule);
 
   std::vector<bool> _given;  // per rule (or its sameAs rule): a value has been read
-  std::vector<int> _codes;   // per rule (or its sameAs rule): the code of the last choice read
+  std::vector<int> _codes;           // per rule (or its sameAs rule): the code of the last choice read
+  std::vector<double> _numbers;      // per rule: the last number read
+  std::vector<std::string> _texts;   // per rule: the last number or text read, as written
   int _pending = -1;         // the rule whose value comes next
 };

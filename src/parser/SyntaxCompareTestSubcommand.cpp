@@ -36,7 +36,7 @@ const std::vector<KeywordRule>& Rules() {
   static const std::vector<KeywordRule> rules = {
       {"TYPE", Kind::kWord,
        {{"PROP", TableEncryptionCodes::kSigTestProportions}, {"MEAN", TableEncryptionCodes::kSigTestMeans}}},
-      {"ALPHA", Kind::kNumber, {}},
+      {"ALPHA", Kind::kNumber, {}, true, -1, false, 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha},
       {"ADJUST", Kind::kWord,
        {{"NONE", PresentationCodes::kAdjustNone},
         {"BONFERRONI", PresentationCodes::kAdjustBonferroni},
@@ -117,13 +117,10 @@ SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::st
   return this;
 }
 
-// ALPHA '=' number | SIGDIGS '=' number
+// ALPHA '=' number (its range is the rule's) | SIGDIGS '=' number
 void SyntaxCompareTestSubcommand::OnNumber(int rule, double value, const std::string& text) {
   Data& data = *_data;
   if (rule == kAlpha) {
-    if (!(value > 0.0 && value < 1.0)) {
-      SyntaxParserUtility::InvalidAlpha(this, text);
-    }
     data._alpha = value;
     data._alphaText = text;
     return;

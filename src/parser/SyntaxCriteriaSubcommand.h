@@ -1,7 +1,6 @@
 // SyntaxCriteriaSubcommand.h - CRITERIA: the confidence level of one table's confidence limits
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "parser/SyntaxKeywordSubcommand.h"
@@ -14,14 +13,11 @@ class SyntaxCriteriaSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxCriteriaSubcommand(TableSettings& settings);
-  ~SyntaxCriteriaSubcommand() override;
 
  protected:
-  void OnNumber(int rule, double value, const std::string& text) override;
   void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  struct Data;
-  std::unique_ptr<Data> _data;
+  TableSettings& _settings;  // the table's
 };

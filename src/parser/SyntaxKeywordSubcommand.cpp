@@ -22,7 +22,7 @@ SyntaxConverter* SyntaxKeywordSubcommand::String(const std::string& text) {
   const int pending = _keywords.Pending();
   if (pending >= 0 && !_keywords.PendingTakes(KeywordValueKind::kWord)) {
     OnName(_keywords.Take(KeywordValueKind::kName, text), text);
-    _keywords.Finish();
+    _keywords.Finish(0.0, text);
     return this;
   }
   int rule = -1;
@@ -32,14 +32,16 @@ SyntaxConverter* SyntaxKeywordSubcommand::String(const std::string& text) {
 }
 
 SyntaxConverter* SyntaxKeywordSubcommand::Number(double value, const std::string& text) {
-  OnNumber(_keywords.Take(KeywordValueKind::kNumber, text), value, text);
-  _keywords.Finish();
+  const int rule = _keywords.Take(KeywordValueKind::kNumber, text);
+  _keywords.CheckRange(rule, value, text);
+  OnNumber(rule, value, text);
+  _keywords.Finish(value, text);
   return this;
 }
 
 SyntaxConverter* SyntaxKeywordSubcommand::Literal(const std::string& text) {
   OnText(_keywords.Take(KeywordValueKind::kText, text), text);
-  _keywords.Finish();
+  _keywords.Finish(0.0, text);
   return this;
 }
 

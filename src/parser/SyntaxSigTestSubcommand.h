@@ -1,7 +1,6 @@
 // SyntaxSigTestSubcommand.h - SIGTEST: the Pearson chi-square test of one table
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "parser/SyntaxKeywordSubcommand.h"
@@ -14,16 +13,12 @@ class SyntaxSigTestSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxSigTestSubcommand(TableSettings& settings);
-  ~SyntaxSigTestSubcommand() override;
 
  protected:
-  void OnWord(int rule, int code) override;
-  void OnNumber(int rule, double value, const std::string& text) override;
   /// Registers the test when TYPE was given; options without TYPE are incomplete.
   void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  struct Data;
-  std::unique_ptr<Data> _data;
+  TableSettings& _settings;  // the table's
 };
