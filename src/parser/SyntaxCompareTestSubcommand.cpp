@@ -4,8 +4,8 @@
 #include <ostream>
 
 #include "host/output/MessageKeys.h"
-#include "parser/KeywordReader.h"
 #include "parser/SigTestSettings.h"
+#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 #include "parser/TableSettings.h"
 
@@ -36,7 +36,7 @@ const std::vector<KeywordRule>& Rules() {
   static const std::vector<KeywordRule> rules = {
       {"TYPE", Kind::kWord,
        {{"PROP", TableEncryptionCodes::kSigTestProportions}, {"MEAN", TableEncryptionCodes::kSigTestMeans}}},
-      {"ALPHA", Kind::kNumber, {}},
+      {"ALPHA", Kind::kNumber, {}, true, -1, false, 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha},
       {"ADJUST", Kind::kWord,
        {{"NONE", PresentationCodes::kAdjustNone},
         {"BONFERRONI", PresentationCodes::kAdjustBonferroni},
@@ -59,9 +59,8 @@ constexpr int kMaximumSigDigits = 16;
 }  // namespace
 
 struct SyntaxCompareTestSubcommand::Data {
-  Data(const SyntaxConverter* owner, TableSettings& settings) : _keywords(owner, Rules()), _settings(settings) {}
+  explicit Data(TableSettings& settings) : _settings(settings) {}
 
-  KeywordReader _keywords;
   TableSettings& _settings;  // the table's, where the test is registered
   int _type = 0;  // 0 until TYPE; then kSigTestProportions or kSigTestMeans
   double _alpha = 0.05;
@@ -80,17 +79,12 @@ struct SyntaxCompareTestSubcommand::Data {
 };
 
 SyntaxCompareTestSubcommand::SyntaxCompareTestSubcommand(TableSettings& settings)
-    : _data(std::make_unique<Data>(this, settings)) {}
+    : SyntaxKeywordSubcommand("COMPARETEST", kConverterPlain, Rules()), _data(std::make_unique<Data>(settings)) {}
 
 SyntaxCompareTestSubcommand::~SyntaxCompareTestSubcommand() = default;
 
-std::string SyntaxCompareTestSubcommand::GetSubcommandName() const {
-  return "COMPARETEST";
-}
-
-SyntaxConverter* SyntaxCompareTestSubcommand::AttributeString(const std::string& text,
-                                                              TARN_TokenSequence* /*tokens*/) {
-  if (_data->_keywords.Start(text) == kAlpha) {
+SyntaxConverter* SyntaxCompareTestSubcommand::OnKeyword(int rule) {
+  if (rule == kAlpha) {
     // A new ALPHA replaces both levels of an earlier one.
     _data->_alpha2 = 0.0;
     _data->_alpha2Text.clear();
@@ -98,53 +92,47 @@ SyntaxConverter* SyntaxCompareTestSubcommand::AttributeString(const std::string&
   return this;
 }
 
-// ALPHA '=' number [number] | SIGDIGS '=' number
+// ALPHA '=' number [number]: a number that no keyword awaits is ALPHA's second level.
 SyntaxConverter* SyntaxCompareTestSubcommand::Number(double value, const std::string& text) {
   Data& data = *_data;
-  const int pending = data._keywords.Pending();
-  if (pending == kAlpha) {
-    if (!(value > 0.0 && value < 1.0)) {
-      SyntaxParserUtility::InvalidAlpha(this, text);
-    }
+  if (Keywords().Pending() >= 0 || !Keywords().WasGiven(kAlpha)) {
+    return SyntaxKeywordSubcommand::Number(value, text);
+  }
+  if (!(value > 0.0 && value < 1.0)) {
+    SyntaxParserUtility::InvalidAlpha(this, text);
+  }
+  if (value == data._alpha) {
+    SyntaxParserUtility::GenericMessage(msg::kAlphaValuesEqual, /*warning=*/true, nullptr, nullptr);
+    return this;
+  }
+  if (value < data._alpha) {
+    data._alpha2 = data._alpha;
+    data._alpha2Text = data._alphaText;
     data._alpha = value;
     data._alphaText = text;
-    data._keywords.Finish();
-    return this;
+  } else {
+    data._alpha2 = value;
+    data._alpha2Text = text;
   }
-  if (pending < 0 && data._keywords.WasGiven(kAlpha)) {
-    if (!(value > 0.0 && value < 1.0)) {
-      SyntaxParserUtility::InvalidAlpha(this, text);
-    }
-    if (value == data._alpha) {
-      SyntaxParserUtility::GenericMessage(msg::kAlphaValuesEqual, /*warning=*/true, nullptr, nullptr);
-      return this;
-    }
-    if (value < data._alpha) {
-      data._alpha2 = data._alpha;
-      data._alpha2Text = data._alphaText;
-      data._alpha = value;
-      data._alphaText = text;
-    } else {
-      data._alpha2 = value;
-      data._alpha2Text = text;
-    }
-    return this;
-  }
-  if (pending == kSigDigits) {
-    const double clamped = value < kMinimumSigDigits   ? kMinimumSigDigits
-                           : value > kMaximumSigDigits ? kMaximumSigDigits
-                                                       : value;
-    data._sigDigits = static_cast<int>(clamped);
-    data._keywords.Finish();
-    return this;
-  }
-  SyntaxParserUtility::UnknownKeyword(this, text);
+  return this;
 }
 
-SyntaxConverter* SyntaxCompareTestSubcommand::String(const std::string& text) {
+// ALPHA '=' number (its range is the rule's) | SIGDIGS '=' number
+void SyntaxCompareTestSubcommand::OnNumber(int rule, double value, const std::string& text) {
   Data& data = *_data;
-  int rule = -1;
-  const int code = data._keywords.ReadWord(text, rule);
+  if (rule == kAlpha) {
+    data._alpha = value;
+    data._alphaText = text;
+    return;
+  }
+  const double clamped = value < kMinimumSigDigits   ? kMinimumSigDigits
+                         : value > kMaximumSigDigits ? kMaximumSigDigits
+                                                     : value;
+  data._sigDigits = static_cast<int>(clamped);
+}
+
+void SyntaxCompareTestSubcommand::OnWord(int rule, int code) {
+  Data& data = *_data;
   switch (rule) {
     case kType:
       data._type = code;
@@ -176,15 +164,13 @@ SyntaxConverter* SyntaxCompareTestSubcommand::String(const std::string& text) {
     default:
       break;
   }
-  return this;
 }
 
-void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
+void SyntaxCompareTestSubcommand::Commit(const std::string& text) {
   Data& data = *_data;
-  data._keywords.CheckComplete(text);
   bool anyTestOption = false;
   for (const int rule : {kAlpha, kAdjust, kOrigin, kCategories, kIncludeMRSets, kMeansVariance}) {
-    anyTestOption = anyTestOption || data._keywords.WasGiven(rule);
+    anyTestOption = anyTestOption || Keywords().WasGiven(rule);
   }
   if (data._type == 0 && !anyTestOption) {
     return;
@@ -213,7 +199,7 @@ void SyntaxCompareTestSubcommand::ValidateAndCommit(const std::string& text) {
 }
 
 void SyntaxCompareTestSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_keywords.GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
+  out << "state=" << Keywords().GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
       << " alpha2=" << _data->_alpha2Text << " adjust=" << _data->_adjustType << " merge=" << _data->_merge
       << " showSig=" << _data->_showSig << " sigDigits=" << _data->_sigDigits
       << " styleApa=" << _data->_styleApa;

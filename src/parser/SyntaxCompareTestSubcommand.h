@@ -4,28 +4,29 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxKeywordSubcommand.h"
 
 class TableSettings;
 
 /// COMPARETEST TYPE= ALPHA= ADJUST= ORIGIN= CATEGORIES= INCLUDEMRSETS= MEANSVARIANCE= MERGE=
 /// SHOWSIG= STYLE= SIGDIGS=. Created by a table subcommand, added as its child; at its end
 /// it registers one SigTestSettings with the table's settings.
-class SyntaxCompareTestSubcommand : public SyntaxConverter {
+class SyntaxCompareTestSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxCompareTestSubcommand(TableSettings& settings);
   ~SyntaxCompareTestSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  /// An ALPHA level (one, or a second one right after it) or the SIGDIGS count.
+  /// A second ALPHA level right after the first; other numbers go to OnNumber.
   SyntaxConverter* Number(double value, const std::string& text) override;
-  SyntaxConverter* String(const std::string& text) override;
-  /// Registers the test; nothing at all when no test option was given.
-  void ValidateAndCommit(const std::string& text) override;
 
  protected:
+  SyntaxConverter* OnKeyword(int rule) override;
+  /// An ALPHA level or the SIGDIGS count.
+  void OnNumber(int rule, double value, const std::string& text) override;
+  void OnWord(int rule, int code) override;
+  /// Registers the test; nothing at all when no test option was given.
+  void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:

@@ -3,52 +3,40 @@
 
 #include <ostream>
 
-#include "host/data/HostStrings.h"
 #include "parser/PresentationCodes.h"
+#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
 
-enum FormatState {
-  kStateNone = 0,
-  kStateMinColWidth = 1,
-  kStateMaxColWidth = 2,
-  kStateUnits = 3,
-  kStateEmpty = 4,
-  kStateMissing = 5,
-};
+enum FormatKeyword { kMinColWidth, kMaxColWidth, kUnits, kEmpty, kMissing };
 
-struct KeywordState {
-  const char* keyword;
-  FormatState state;
-};
-
-constexpr KeywordState kKeywords[] = {
-    {"MINCOLWIDTH", kStateMinColWidth},
-    {"MAXCOLWIDTH", kStateMaxColWidth},
-    {"UNITS", kStateUnits},
-    {"EMPTY", kStateEmpty},
-    {"MISSING", kStateMissing},
-};
+// FORMAT MINCOLWIDTH '=' number|DEFAULT | MAXCOLWIDTH '=' number|DEFAULT |
+//        UNITS '=' POINTS|INCHES|CM | EMPTY '=' ZERO|BLANK|'text' | MISSING '=' 'text'
+const std::vector<KeywordRule>& Rules() {
+  using Kind = KeywordValueKind;
+  static const std::vector<KeywordRule> rules = {
+      {"MINCOLWIDTH", Kind::kWord | Kind::kNumber, {{"DEFAULT", 0}}},
+      {"MAXCOLWIDTH", Kind::kWord | Kind::kNumber, {{"DEFAULT", 0}}},
+      {"UNITS", Kind::kWord,
+       {{"POINTS", PresentationCodes::kUnitsPoints},
+        {"INCHES", PresentationCodes::kUnitsInches},
+        {"CM", PresentationCodes::kUnitsCm}}},
+      {"EMPTY", Kind::kWord | Kind::kText,
+       {{"ZERO", PresentationCodes::kEmptyFormatZero}, {"BLANK", PresentationCodes::kEmptyFormatBlank}}},
+      {"MISSING", Kind::kText, {}},
+  };
+  return rules;
+}
 
 constexpr double kPointsPerInch = 72.0;
 constexpr double kCentimetresPerInch = 2.54;
 constexpr double kMinimumWidthPoints = 15.0;
 constexpr double kMaximumWidthPoints = 2000.0;
 
-bool Is(const std::string& text, const char* word) {
-  return SyntaxParserUtility::ExactWordMatch(text, word);
-}
-
 }  // namespace
 
 struct SyntaxFormatSubcommand::Data {
-  FormatState _state = kStateNone;
-  bool _minSet = false;
-  bool _maxSet = false;
-  bool _unitsSet = false;
-  bool _emptySet = false;
-  bool _missingSet = false;
   bool _minIsDefault = true;  // no numeric minimum: the host's default stands
   bool _maxIsDefault = true;
   double _minWidth = 0.0;  // as written, then in points after ValidateAndCommit
@@ -72,125 +60,55 @@ struct SyntaxFormatSubcommand::Data {
   }
 };
 
-SyntaxFormatSubcommand::SyntaxFormatSubcommand() : _data(std::make_unique<Data>()) {}
+SyntaxFormatSubcommand::SyntaxFormatSubcommand()
+    : SyntaxKeywordSubcommand("FORMAT", kConverterPlain, Rules()), _data(std::make_unique<Data>()) {}
 
 SyntaxFormatSubcommand::~SyntaxFormatSubcommand() = default;
 
-std::string SyntaxFormatSubcommand::GetSubcommandName() const {
-  return "FORMAT";
-}
-
-// FORMAT keyword '='
-SyntaxConverter* SyntaxFormatSubcommand::AttributeString(const std::string& text,
-                                                         TARN_TokenSequence* /*tokens*/) {
-  if (_data->_state != kStateNone) {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  for (const KeywordState& entry : kKeywords) {
-    if (!KeywordMatch(text.c_str(), entry.keyword)) {
-      continue;
-    }
-    const bool repeated = (entry.state == kStateMinColWidth && _data->_minSet) ||
-                          (entry.state == kStateMaxColWidth && _data->_maxSet) ||
-                          (entry.state == kStateUnits && _data->_unitsSet) ||
-                          (entry.state == kStateEmpty && _data->_emptySet) ||
-                          (entry.state == kStateMissing && _data->_missingSet);
-    if (repeated) {
-      SyntaxParserUtility::DuplicateWarning(this, entry.keyword);
-    }
-    _data->_state = entry.state;
-    return this;
-  }
-  SyntaxParserUtility::UnknownKeyword(this, text);
-}
-
 // MINCOLWIDTH '=' number | MAXCOLWIDTH '=' number
-SyntaxConverter* SyntaxFormatSubcommand::Number(double value, const std::string& text) {
-  if (_data->_state == kStateMinColWidth) {
+void SyntaxFormatSubcommand::OnNumber(int rule, double value, const std::string& text) {
+  if (rule == kMinColWidth) {
     _data->_minWidth = value;
     _data->_minText = text;
     _data->_minIsDefault = false;
-    _data->_minSet = true;
-  } else if (_data->_state == kStateMaxColWidth) {
+  } else {
     _data->_maxWidth = value;
     _data->_maxText = text;
     _data->_maxIsDefault = false;
-    _data->_maxSet = true;
-  } else {
-    SyntaxParserUtility::UnknownKeyword(this, text);
   }
-  _data->_state = kStateNone;
-  return this;
 }
 
 // MINCOLWIDTH '=' DEFAULT | MAXCOLWIDTH '=' DEFAULT | UNITS '=' unit | EMPTY '=' ZERO|BLANK
-SyntaxConverter* SyntaxFormatSubcommand::String(const std::string& text) {
-  Data& data = *_data;
-  switch (data._state) {
-    case kStateMinColWidth:
-    case kStateMaxColWidth:
-      if (!Is(text, "DEFAULT")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      if (data._state == kStateMinColWidth) {
-        data._minIsDefault = true;
-        data._minSet = true;
-      } else {
-        data._maxIsDefault = true;
-        data._maxSet = true;
-      }
+void SyntaxFormatSubcommand::OnWord(int rule, int code) {
+  switch (rule) {
+    case kMinColWidth:
+      _data->_minIsDefault = true;
       break;
-    case kStateUnits:
-      if (Is(text, "POINTS")) {
-        data._units = PresentationCodes::kUnitsPoints;
-      } else if (Is(text, "INCHES")) {
-        data._units = PresentationCodes::kUnitsInches;
-      } else if (Is(text, "CM")) {
-        data._units = PresentationCodes::kUnitsCm;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._unitsSet = true;
+    case kMaxColWidth:
+      _data->_maxIsDefault = true;
       break;
-    case kStateEmpty:
-      if (Is(text, "ZERO")) {
-        data._emptyStringType = PresentationCodes::kEmptyFormatZero;
-      } else if (Is(text, "BLANK")) {
-        data._emptyStringType = PresentationCodes::kEmptyFormatBlank;
-      } else {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._emptySet = true;
+    case kUnits:
+      _data->_units = code;
       break;
     default:
-      SyntaxParserUtility::UnknownKeyword(this, text);
+      _data->_emptyStringType = code;
+      break;
   }
-  data._state = kStateNone;
-  return this;
 }
 
 // EMPTY '=' 'text' | MISSING '=' 'text'
-SyntaxConverter* SyntaxFormatSubcommand::Literal(const std::string& text) {
-  if (_data->_state == kStateEmpty) {
+void SyntaxFormatSubcommand::OnText(int rule, const std::string& text) {
+  if (rule == kEmpty) {
     _data->_emptyStringType = PresentationCodes::kString;
     _data->_emptyString = text;
-    _data->_emptySet = true;
-  } else if (_data->_state == kStateMissing) {
-    _data->_missingString = text;
-    _data->_missingSet = true;
   } else {
-    SyntaxParserUtility::UnknownKeyword(this, text);
+    _data->_missingString = text;
   }
-  _data->_state = kStateNone;
-  return this;
 }
 
-void SyntaxFormatSubcommand::ValidateAndCommit(const std::string& text) {
+void SyntaxFormatSubcommand::Commit(const std::string& /*text*/) {
   Data& data = *_data;
-  if (data._state != kStateNone) {
-    SyntaxParserUtility::IncompleteSubcommand(this, text);
-  }
-  if (data._unitsSet && !data._minSet && !data._maxSet) {
+  if (Keywords().WasGiven(kUnits) && !Keywords().WasGiven(kMinColWidth) && !Keywords().WasGiven(kMaxColWidth)) {
     // The warning names the unit given, as the reader wrote it.
     const char* unit = data._units == PresentationCodes::kUnitsInches ? "INCHES"
                        : data._units == PresentationCodes::kUnitsCm   ? "CM"
@@ -246,7 +164,7 @@ double SyntaxFormatSubcommand::GetMaxColumnWidthPoints() const {
 }
 
 void SyntaxFormatSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_state << " min=" << (_data->_minIsDefault ? "default" : _data->_minText)
+  out << "state=" << Keywords().GetState() << " min=" << (_data->_minIsDefault ? "default" : _data->_minText)
       << " minPoints=" << _data->_minWidth << " max=" << (_data->_maxIsDefault ? "default" : _data->_maxText)
       << " maxPoints=" << _data->_maxWidth << " units=" << _data->_units
       << " emptyType=" << _data->_emptyStringType << " empty=\"" << _data->_emptyString << "\" missing=\""

@@ -4,24 +4,16 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxConverter.h"
+#include "parser/SyntaxKeywordSubcommand.h"
 
 /// FORMAT MINCOLWIDTH= MAXCOLWIDTH= UNITS= EMPTY= MISSING=. A global subcommand: the root
 /// keeps the latest one and copies its results into every table when the command ends.
 /// Widths are checked and converted to points when the subcommand ends, so UNITS may come
 /// before or after the widths.
-class SyntaxFormatSubcommand : public SyntaxConverter {
+class SyntaxFormatSubcommand : public SyntaxKeywordSubcommand {
  public:
   SyntaxFormatSubcommand();
   ~SyntaxFormatSubcommand() override;
-
-  std::string GetSubcommandName() const override;
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  SyntaxConverter* Number(double value, const std::string& text) override;
-  SyntaxConverter* String(const std::string& text) override;
-  SyntaxConverter* Literal(const std::string& text) override;
-  /// Converts the widths to points and checks their bounds (15 to 2000) and their order.
-  void ValidateAndCommit(const std::string& text) override;
 
   /// The text of empty cells; meaningful when GetEmptyStringType() is kString.
   std::string GetEmptyString() const;
@@ -35,6 +27,11 @@ class SyntaxFormatSubcommand : public SyntaxConverter {
   double GetMaxColumnWidthPoints() const;
 
  protected:
+  void OnWord(int rule, int code) override;
+  void OnNumber(int rule, double value, const std::string& text) override;
+  void OnText(int rule, const std::string& text) override;
+  /// Converts the widths to points and checks their bounds (15 to 2000) and their order.
+  void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:

@@ -4,13 +4,10 @@
 #include <cstdio>
 #include <ostream>
 
-#include "parser/KeywordReader.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 
 namespace {
-
-enum HideSmallCountsKeyword { kCount };
 
 // HIDESMALLCOUNTS COUNT '=' integer
 const std::vector<KeywordRule>& Rules() {
@@ -24,36 +21,18 @@ constexpr int kMinimumHideValue = 2;
 }  // namespace
 
 struct SyntaxHideSmallCountsSubcommand::Data {
-  explicit Data(const SyntaxConverter* owner) : _keywords(owner, Rules()) {}
-
-  KeywordReader _keywords;
   bool _hideSet = true;  // the subcommand's presence turns hiding on
   int _value = 5;        // counts below this are hidden
 };
 
-SyntaxHideSmallCountsSubcommand::SyntaxHideSmallCountsSubcommand() : _data(std::make_unique<Data>(this)) {}
+SyntaxHideSmallCountsSubcommand::SyntaxHideSmallCountsSubcommand()
+    : SyntaxKeywordSubcommand("HIDESMALLCOUNTS", kConverterHideSmallCounts, Rules()),
+      _data(std::make_unique<Data>()) {}
 
 SyntaxHideSmallCountsSubcommand::~SyntaxHideSmallCountsSubcommand() = default;
 
-std::string SyntaxHideSmallCountsSubcommand::GetSubcommandName() const {
-  return "HIDESMALLCOUNTS";
-}
-
-int SyntaxHideSmallCountsSubcommand::GetType() const {
-  return kConverterHideSmallCounts;
-}
-
-SyntaxConverter* SyntaxHideSmallCountsSubcommand::AttributeString(const std::string& text,
-                                                                  TARN_TokenSequence* /*tokens*/) {
-  _data->_keywords.Start(text);
-  return this;
-}
-
 // COUNT '=' integer
-SyntaxConverter* SyntaxHideSmallCountsSubcommand::Number(double /*value*/, const std::string& text) {
-  if (_data->_keywords.Pending() != kCount) {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
+void SyntaxHideSmallCountsSubcommand::OnNumber(int /*rule*/, double /*value*/, const std::string& text) {
   int value = 0;
   if (std::sscanf(text.c_str(), "%d", &value) != 1) {
     SyntaxParserUtility::UnknownKeyword(this, text);
@@ -62,12 +41,6 @@ SyntaxConverter* SyntaxHideSmallCountsSubcommand::Number(double /*value*/, const
     SyntaxParserUtility::InvalidHideSmallCountValue(this, text);
   }
   _data->_value = value;
-  _data->_keywords.Finish();
-  return this;
-}
-
-void SyntaxHideSmallCountsSubcommand::ValidateAndCommit(const std::string& text) {
-  _data->_keywords.CheckComplete(text);
 }
 
 bool SyntaxHideSmallCountsSubcommand::GetHideSmallCountsSet() const {
@@ -79,5 +52,5 @@ int SyntaxHideSmallCountsSubcommand::GetHideSmallCountsValue() const {
 }
 
 void SyntaxHideSmallCountsSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_keywords.GetState() << " hide=" << _data->_hideSet << " value=" << _data->_value;
+  out << "state=" << Keywords().GetState() << " hide=" << _data->_hideSet << " value=" << _data->_value;
 }

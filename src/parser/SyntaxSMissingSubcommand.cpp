@@ -3,44 +3,33 @@
 
 #include <ostream>
 
-#include "host/data/HostStrings.h"
-#include "parser/SyntaxParserUtility.h"
+#include "parser/SyntaxConverterType.h"
 
-struct SyntaxSMissingSubcommand::Data {
-  bool _isPairwise = true;  // each statistic uses the cases valid for it
-  bool _set = false;        // a word has been read
-};
+namespace {
 
-SyntaxSMissingSubcommand::SyntaxSMissingSubcommand() : _data(std::make_unique<Data>()) {}
+enum SMissingKeyword { kWord };
 
-SyntaxSMissingSubcommand::~SyntaxSMissingSubcommand() = default;
-
-std::string SyntaxSMissingSubcommand::GetSubcommandName() const {
-  return "SMISSING";
+// SMISSING VARIABLE | LISTWISE; the repeat warning names the word as typed.
+const std::vector<KeywordRule>& Rules() {
+  static const std::vector<KeywordRule> rules = {
+      {nullptr, KeywordValueKind::kWord, {{"VARIABLE", 1}, {"LISTWISE", 0}}, true, -1, true},
+  };
+  return rules;
 }
 
-// SMISSING VARIABLE | LISTWISE
-SyntaxConverter* SyntaxSMissingSubcommand::String(const std::string& text) {
-  bool pairwise = true;
-  if (KeywordMatch(text.c_str(), "VARIABLE")) {
-    pairwise = true;
-  } else if (KeywordMatch(text.c_str(), "LISTWISE")) {
-    pairwise = false;
-  } else {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  if (_data->_set) {
-    SyntaxParserUtility::DuplicateWarning(this, text);
-  }
-  _data->_isPairwise = pairwise;
-  _data->_set = true;
-  return this;
+}  // namespace
+
+SyntaxSMissingSubcommand::SyntaxSMissingSubcommand() : SyntaxKeywordSubcommand("SMISSING", kConverterPlain, Rules()) {}
+
+SyntaxConverter* SyntaxSMissingSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
+  return SyntaxConverter::AttributeString(text, tokens);
 }
 
+// Pairwise, the default: each statistic uses the cases valid for it.
 bool SyntaxSMissingSubcommand::GetIsPairwise() const {
-  return _data->_isPairwise;
+  return Keywords().Code(kWord, 1) == 1;
 }
 
 void SyntaxSMissingSubcommand::DumpDetails(std::ostream& out) const {
-  out << "pairwise=" << _data->_isPairwise << " set=" << _data->_set;
+  out << "pairwise=" << GetIsPairwise() << " set=" << Keywords().WasGiven(kWord);
 }

@@ -3,105 +3,76 @@
 
 #include <ostream>
 
-#include "host/data/HostStrings.h"
+#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxMiscSubcommands.h"
-#include "parser/SyntaxParserUtility.h"
 #include "parser/TableSettings.h"
 
 namespace {
 
-enum TitlesState {
-  kStateNone = 0,
-  kStateTitle = 1,
-  kStateCaption = 2,
-  kStateCorner = 3,
-};
+enum TitlesKeyword { kTitle, kCaption, kCorner };
+
+// TITLES TITLE '=' | CAPTION '=' | CORNER '=', each followed by quoted lines that a holder
+// reads: the keyword counts as given when its holder is complete.
+const std::vector<KeywordRule>& Rules() {
+  static const std::vector<KeywordRule> rules = {
+      {"TITLE", KeywordValueKind::kText, {}},
+      {"CAPTION", KeywordValueKind::kText, {}},
+      {"CORNER", KeywordValueKind::kText, {}},
+  };
+  return rules;
+}
 
 }  // namespace
 
 struct SyntaxTitlesSubcommand::Data {
   explicit Data(TableSettings& settings) : _settings(settings) {}
 
-  TableSettings& _settings;                 // the table's
-  SyntaxMiscSubcommands* _title = nullptr;  // children of this converter, owned through them
-  SyntaxMiscSubcommands* _caption = nullptr;
-  SyntaxMiscSubcommands* _corner = nullptr;
-  TitlesState _state = kStateNone;  // the keyword whose text is being read
+  TableSettings& _settings;  // the table's
+  // Children of this converter, owned through them, in the order of the rules.
+  SyntaxMiscSubcommands* _holders[3] = {nullptr, nullptr, nullptr};
 };
 
 SyntaxTitlesSubcommand::SyntaxTitlesSubcommand(TableSettings& settings)
-    : _data(std::make_unique<Data>(settings)) {}
+    : SyntaxKeywordSubcommand("TITLES", kConverterComposite, Rules()), _data(std::make_unique<Data>(settings)) {}
 
 SyntaxTitlesSubcommand::~SyntaxTitlesSubcommand() = default;
 
-std::string SyntaxTitlesSubcommand::GetSubcommandName() const {
-  return "TITLES";
-}
-
-// TITLES TITLE '=' | CAPTION '=' | CORNER '='
-SyntaxConverter* SyntaxTitlesSubcommand::AttributeString(const std::string& text,
-                                                         TARN_TokenSequence* /*tokens*/) {
-  if (_data->_state != kStateNone) {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  SyntaxMiscSubcommands** slot = nullptr;
-  const char* keyword = nullptr;
-  if (KeywordMatch(text.c_str(), "CORNER")) {
-    slot = &_data->_corner;
-    keyword = "CORNER";
-    _data->_state = kStateCorner;
-  } else if (KeywordMatch(text.c_str(), "CAPTION")) {
-    slot = &_data->_caption;
-    keyword = "CAPTION";
-    _data->_state = kStateCaption;
-  } else if (KeywordMatch(text.c_str(), "TITLE")) {
-    slot = &_data->_title;
-    keyword = "TITLE";
-    _data->_state = kStateTitle;
-  } else {
-    SyntaxParserUtility::UnknownKeyword(this, text);
-  }
-  if (*slot != nullptr) {
-    SyntaxParserUtility::DuplicateWarning(this, keyword);
-  }
+SyntaxConverter* SyntaxTitlesSubcommand::OnKeyword(int rule) {
   auto* holder = new SyntaxMiscSubcommands(this);
-  *slot = holder;
+  _data->_holders[rule] = holder;
   Add(holder);
   return holder;
 }
 
-void SyntaxTitlesSubcommand::ValidateAndCommit(const std::string& text) {
-  if (_data->_state != kStateNone) {
-    SyntaxParserUtility::IncompleteSubcommand(this, text);
+void SyntaxTitlesSubcommand::Commit(const std::string& /*text*/) {
+  if (_data->_holders[kTitle] != nullptr) {
+    _data->_settings.SetTitle(_data->_holders[kTitle]);
   }
-  if (_data->_title != nullptr) {
-    _data->_settings.SetTitle(_data->_title);
+  if (_data->_holders[kCaption] != nullptr) {
+    _data->_settings.SetCaption(_data->_holders[kCaption]);
   }
-  if (_data->_caption != nullptr) {
-    _data->_settings.SetCaption(_data->_caption);
-  }
-  if (_data->_corner != nullptr) {
-    _data->_settings.SetCornerText(_data->_corner);
+  if (_data->_holders[kCorner] != nullptr) {
+    _data->_settings.SetCornerText(_data->_holders[kCorner]);
   }
 }
 
 void SyntaxTitlesSubcommand::ResetAttribute() {
-  _data->_state = kStateNone;
+  Keywords().Finish();
 }
 
 const SyntaxMiscSubcommands* SyntaxTitlesSubcommand::GetTitle() const {
-  return _data->_title;
+  return _data->_holders[kTitle];
 }
 
 const SyntaxMiscSubcommands* SyntaxTitlesSubcommand::GetCaption() const {
-  return _data->_caption;
+  return _data->_holders[kCaption];
 }
 
 const SyntaxMiscSubcommands* SyntaxTitlesSubcommand::GetCorner() const {
-  return _data->_corner;
+  return _data->_holders[kCorner];
 }
 
 void SyntaxTitlesSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << _data->_state << " title=" << (_data->_title != nullptr)
-      << " caption=" << (_data->_caption != nullptr) << " corner=" << (_data->_corner != nullptr);
+  out << "state=" << Keywords().GetState() << " title=" << (GetTitle() != nullptr)
+      << " caption=" << (GetCaption() != nullptr) << " corner=" << (GetCorner() != nullptr);
 }

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxComposite.h"
+#include "parser/SyntaxKeywordSubcommand.h"
 
 class SyntaxMiscSubcommands;
 class TableSettings;
@@ -12,16 +12,11 @@ class TableSettings;
 /// TITLES TITLE='line'... CAPTION='line'... CORNER='line'.... Each keyword opens a text
 /// holder (SyntaxMiscSubcommands, a child of this converter) that reads the literals; at the
 /// end the holders go to the table's settings.
-class SyntaxTitlesSubcommand : public SyntaxComposite {
+class SyntaxTitlesSubcommand : public SyntaxKeywordSubcommand {
  public:
   /// `settings` belongs to the table and outlives this converter.
   explicit SyntaxTitlesSubcommand(TableSettings& settings);
   ~SyntaxTitlesSubcommand() override;
-
-  std::string GetSubcommandName() const override;
-  /// Opens the holder of TITLE, CAPTION or CORNER and makes it current.
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  void ValidateAndCommit(const std::string& text) override;
 
   /// Called by a holder when its text is complete: no keyword awaits its value any more.
   void ResetAttribute();
@@ -31,6 +26,9 @@ class SyntaxTitlesSubcommand : public SyntaxComposite {
   const SyntaxMiscSubcommands* GetCorner() const;
 
  protected:
+  /// Opens the holder of TITLE, CAPTION or CORNER and makes it current.
+  SyntaxConverter* OnKeyword(int rule) override;
+  void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:

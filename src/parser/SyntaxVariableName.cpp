@@ -85,6 +85,18 @@ namespace {
 
 constexpr int kSetIndex = -100;
 
+// One CATEGORIES option of a variable (TOTAL, ORDER, MISSING, LABEL, POSITION, EMPTY): a
+// second answer that differs from the first warns with the keyword and the variable (the same
+// answer twice is quiet), and the later answer stands.
+template <typename T>
+void SetCategoriesOption(const char* keyword, const std::string& variable, T& value, bool& set, const T& wanted) {
+  if (set && value != wanted) {
+    SyntaxParserUtility::DuplicateWarningFromVariable(keyword, variable, /*categories=*/true);
+  }
+  value = wanted;
+  set = true;
+}
+
 }  // namespace
 
 SyntaxVariableName::SyntaxVariableName(int index, const std::string& name) : _varData(new VarData) {
@@ -386,12 +398,7 @@ void SyntaxVariableName::SetCILevel(double level, const std::string& text) {
 }
 
 void SyntaxVariableName::SetIsTotalNo(bool isTotalNo) {
-  VarData& data = *_varData;
-  if (data._totalSet && data._isTotalNo != isTotalNo) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("TOTAL", data._name, /*categories=*/true);
-  }
-  data._isTotalNo = isTotalNo;
-  data._totalSet = true;
+  SetCategoriesOption("TOTAL", _varData->_name, _varData->_isTotalNo, _varData->_totalSet, isTotalNo);
 }
 
 bool SyntaxVariableName::GetIsTotalNo() const {
@@ -420,15 +427,11 @@ const VLPair* SyntaxVariableName::GetValueLabelList() const {
 
 void SyntaxVariableName::SetIsOrderA(bool isOrderA) {
   VarData& data = *_varData;
-  if (data._orderSet && data._isOrderA != isOrderA) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("ORDER", data._name, /*categories=*/true);
-  }
+  SetCategoriesOption("ORDER", data._name, data._isOrderA, data._orderSet, isOrderA);
   // An explicit list is its own order.
   if (data._isExplicit) {
     SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
   }
-  data._isOrderA = isOrderA;
-  data._orderSet = true;
 }
 
 bool SyntaxVariableName::GetIsOrderA() const {
@@ -441,15 +444,11 @@ bool SyntaxVariableName::GetOrderSet() const {
 
 void SyntaxVariableName::SetIsMissingExclude(bool isMissingExclude) {
   VarData& data = *_varData;
-  if (data._missingSet && data._isMissingExclude != isMissingExclude) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("MISSING", data._name, /*categories=*/true);
-  }
+  SetCategoriesOption("MISSING", data._name, data._isMissingExclude, data._missingSet, isMissingExclude);
   // An explicit list says itself whether MISSING belongs to it.
   if (data._isExplicit) {
     SyntaxParserUtility::ExplicitListViolationFromVariable(data._name);
   }
-  data._isMissingExclude = isMissingExclude;
-  data._missingSet = true;
 }
 
 bool SyntaxVariableName::GetIsMissingExclude() const {
@@ -457,13 +456,8 @@ bool SyntaxVariableName::GetIsMissingExclude() const {
 }
 
 void SyntaxVariableName::SetTotalLabel(const std::string& label) {
-  VarData& data = *_varData;
   // Labels are texts: a change of case is a different label.
-  if (data._totalLabelSet && data._totalLabel != label) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("LABEL", data._name, /*categories=*/true);
-  }
-  data._totalLabel = label;
-  data._totalLabelSet = true;
+  SetCategoriesOption("LABEL", _varData->_name, _varData->_totalLabel, _varData->_totalLabelSet, label);
 }
 
 std::string SyntaxVariableName::GetTotalLabel() const {
@@ -475,12 +469,7 @@ bool SyntaxVariableName::GetIsTotalLabelDefault() const {
 }
 
 void SyntaxVariableName::SetTotalPositionAfter(bool isAfter) {
-  VarData& data = *_varData;
-  if (data._positionSet && data._isTotalPositionAfter != isAfter) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("POSITION", data._name, /*categories=*/true);
-  }
-  data._isTotalPositionAfter = isAfter;
-  data._positionSet = true;
+  SetCategoriesOption("POSITION", _varData->_name, _varData->_isTotalPositionAfter, _varData->_positionSet, isAfter);
 }
 
 bool SyntaxVariableName::GetIsTotalPositionAfter() const {
@@ -488,12 +477,7 @@ bool SyntaxVariableName::GetIsTotalPositionAfter() const {
 }
 
 void SyntaxVariableName::SetIsEmptyInclude(bool isEmptyInclude) {
-  VarData& data = *_varData;
-  if (data._emptySet && data._isEmptyInclude != isEmptyInclude) {
-    SyntaxParserUtility::DuplicateWarningFromVariable("EMPTY", data._name, /*categories=*/true);
-  }
-  data._isEmptyInclude = isEmptyInclude;
-  data._emptySet = true;
+  SetCategoriesOption("EMPTY", _varData->_name, _varData->_isEmptyInclude, _varData->_emptySet, isEmptyInclude);
 }
 
 bool SyntaxVariableName::GetIsEmptyInclude() const {

@@ -1,4 +1,4 @@
-// SyntaxTitlesSubcommandTest.cpp - TITLES texts: lines, parameters, repeats, and what reaches the table
+// SyntaxTitlesSubcommandTest.cpp - TITLES texts: lines, parameters, and what reaches the table
 #include <gtest/gtest.h>
 
 #include <ctime>
@@ -70,27 +70,6 @@ TEST(SyntaxTitlesSubcommandTest, ParametersAreReplacedAsWritten) {
   // The time is taken when the text completes; it can only have moved forward since.
   EXPECT_EQ(time.settings.GetCaption().size(), Today("%X").size());
   EXPECT_EQ(time.settings.GetCaption().find(")TIME"), std::string::npos);
-}
-
-TEST(SyntaxTitlesSubcommandTest, RepeatedKeywordsAndSubcommandsWarnAndTheLaterTextStands) {
-  Fixture fixture;
-  const EventOutcome outcome = fixture.Run({Key("TITLE"), Lit("first"), Key("TITLE"), Lit("second")});
-  ASSERT_FALSE(outcome.threw);
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TITLES", "TITLE"}));
-  EXPECT_EQ(fixture.settings.GetTitleText(), "second");
-
-  // A second TITLES on the same table replaces the first one's title.
-  auto* again = new SyntaxTitlesSubcommand(fixture.settings);
-  fixture.table.Add(again);
-  const EventOutcome second = RunEvents([&] {
-    SyntaxConverter* holder = Deliver(*again, {Key("TITLE"), Lit("third")});
-    holder->ValidateAndCommit("/");
-    again->ValidateAndCommit("/");
-  });
-  ASSERT_EQ(second.reported.size(), 1u);
-  EXPECT_EQ(second.reported[0].arguments, (std::vector<std::string>{"TITLES", "TITLE"}));
-  EXPECT_EQ(fixture.settings.GetTitleText(), "third");
 }
 
 // An empty TITLES asks for nothing (its refusals are lines of diagnostics.txt).
