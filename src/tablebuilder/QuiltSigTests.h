@@ -122,6 +122,35 @@ class QuiltSigTests {
   /// `layerPath`, and for a set in the columns its second position last.
   static CellKey ProportionsKey(const CategoryPath& rowPath, const CategoryPath& colPath,
                                 const CategoryPath& layerPath, bool colIsMR, int& rowSlot, int& columnSlot);
+  /// Total weight, total of squared weights and number of cases of one cell of a cube.
+  struct CellWeights {
+    double w = 0.0;
+    double w2 = 0.0;
+    double u = 0.0;
+  };
+  /// What both proportions tests read of a cube: each tested cell, each column's base (the
+  /// sum over the tested rows, or the set's total when the rows are a set), and for a set in
+  /// the columns the cases each pair of columns i < j shares, per tested row ([row][i][j]),
+  /// or once, as [0][i][j], at the set's total when the rows are a set too.
+  struct ProportionCells {
+    std::vector<std::vector<CellWeights>> cell;
+    std::vector<CellWeights> base;
+    std::vector<std::vector<std::vector<CellWeights>>> shared;
+  };
+  /// Reads the cells of a proportions test through `key`, a key of ProportionsKey.
+  static ProportionCells ReadProportionCells(const CubeAggregator& aggregator, CellKey key, int rowSlot,
+                                             int columnSlot, const CategoryPath& testRows,
+                                             const CategoryPath& testCols, bool weighted, bool rowIsMR,
+                                             bool colIsMR);
+  /// The z tests of one row of a proportions test between the columns that take part, with
+  /// sample sizes `n` (the rounded bases) and, for a set in the columns, the cases each pair
+  /// shares and whether the two hold the same cases.
+  static std::vector<PValueInfoElem> ProportionPairs(const std::vector<bool>& takesPart,
+                                                     const std::vector<double>& proportion,
+                                                     const std::vector<double>& n,
+                                                     const std::vector<std::vector<double>>& overlap,
+                                                     const std::vector<std::vector<bool>>& identical, bool colIsMR,
+                                                     bool& overlapProblem);
   /// `rows` rows of `columns` empty texts, with the subscripts of each row set up.
   static ColumnProportionsResult EmptyProportions(std::size_t rows, std::size_t columns);
   /// Neither system-missing nor infinite nor NaN.

@@ -279,6 +279,95 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   return result;
 }
 
+QuiltSigTests::ProportionCells QuiltSigTests::ReadProportionCells(const CubeAggregator& aggregator, CellKey key,
+                                                                   int rowSlot, int columnSlot,
+                                                                   const CategoryPath& testRows,
+                                                                   const CategoryPath& testCols, bool weighted,
+                                                                   bool rowIsMR, bool colIsMR) {
+  const std::size_t nRows = testRows.size();
+  const std::size_t nColumns = testCols.size();
+  const int extraSlot = key.GetLength() - 1;
+  auto read = [&]() {
+    CellWeights weights;
+    weights.w = aggregator.GetCount(key, weighted, false);
+    weights.w2 = aggregator.GetCount(key, weighted, true);
+    weights.u = weighted ? aggregator.GetCount(key, false, false) : weights.w;
+    return weights;
+  };
+  ProportionCells cells;
+  cells.cell.assign(nRows, std::vector<CellWeights>(nColumns));
+  cells.base.assign(nColumns, CellWeights());
+  for (std::size_t r = 0; r < nRows; ++r) {
+    key[rowSlot] = KeyCode(testRows[r]);
+    for (std::size_t c = 0; c < nColumns; ++c) {
+      key[columnSlot] = KeyCode(testCols[c]);
+      const CellWeights weights = read();
+      cells.cell[r][c] = weights;
+      cells.base[c].w += weights.w;
+      cells.base[c].w2 += weights.w2;
+      cells.base[c].u += weights.u;
+    }
+  }
+  // A case stands in several categories of a set in the rows: the base is the set's total.
+  if (rowIsMR) {
+    key[rowSlot] = kCellKeyTotal;
+    for (std::size_t c = 0; c < nColumns; ++c) {
+      key[columnSlot] = KeyCode(testCols[c]);
+      cells.base[c] = read();
+    }
+  }
+  if (!colIsMR) return cells;
+  const std::size_t sharedRows = rowIsMR ? 1 : nRows;
+  cells.shared.assign(sharedRows, std::vector<std::vector<CellWeights>>(nColumns, std::vector<CellWeights>(nColumns)));
+  for (std::size_t r = 0; r < sharedRows; ++r) {
+    key[rowSlot] = rowIsMR ? kCellKeyTotal : KeyCode(testRows[r]);
+    for (std::size_t i = 0; i < nColumns; ++i) {
+      key[columnSlot] = KeyCode(testCols[i]);
+      for (std::size_t j = i + 1; j < nColumns; ++j) {
+        key[extraSlot] = KeyCode(testCols[j]);
+        cells.shared[r][i][j] = read();
+      }
+    }
+    key[extraSlot] = kCellKeyTotal;
+  }
+  return cells;
+}
+
+std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTests::ProportionPairs(const std::vector<bool>& takesPart,
+                                                           const std::vector<double>& proportion,
+                                                           const std::vector<double>& n,
+                                                           const std::vector<std::vector<double>>& overlap,
+                                                           const std::vector<std::vector<bool>>& identical,
+                                                           bool colIsMR, bool& overlapProblem) {
+  std::vector<PValueInfoElem> pairs;
+  const std::size_t nColumns = takesPart.size();
+  for (std::size_t i = 0; i < nColumns; ++i) {
+    if (!takesPart[i]) continue;
+    for (std::size_t j = i + 1; j < nColumns; ++j) {
+      if (!takesPart[j]) continue;
+      PValueInfoElem pair;
+      pair._firstIndex = static_cast<int>(i);
+      pair._secondIndex = static_cast<int>(j);
+      const double q = (n[i] * proportion[i] + n[j] * proportion[j]) / (n[i] + n[j]);
+      double factor = 1.0 / n[i] + 1.0 / n[j];
+      if (colIsMR) {
+        factor = OverlapFactor(n[i], n[j], RoundCount(overlap[i][j]));
+        if (!(factor > 0.0)) overlapProblem = true;
+        pair._identical = identical[i][j];
+      }
+      if (factor > 0.0) {
+        const double z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * factor);
+        if (IsValidValue(z)) {
+          const double c = QuiltDistFun::CdfNorm(std::fabs(z), 0.0, 1.0);
+          if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
+        }
+      }
+      pairs.push_back(pair);
+    }
+  }
+  return pairs;
+}
+
 // The two-sided z test of two proportions with the pooled proportion in the standard
 // error. Sample sizes are the column bases rounded to whole cases, while the proportions
 // themselves are taken on the unrounded weights. A cell whose proportion is 0 or 1 has no
@@ -293,116 +382,54 @@ ColumnProportionsResult QuiltSigTests::GetColumnProportions(
   ColumnProportionsResult result = EmptyProportions(nRows, nColumns);
   int rowSlot = 0;
   int columnSlot = 0;
-  CellKey key = ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
-  const int extraSlot = key.GetLength() - 1;
-  auto countsAt = [&](double& x, double& u) {
-    x = aggregator.GetCount(key, weighted, false);
-    u = weighted ? aggregator.GetCount(key, false, false) : x;
-  };
-
-  std::vector<std::vector<double>> cell(nRows, std::vector<double>(nColumns, 0.0));
-  std::vector<double> base(nColumns, 0.0);
-  std::vector<double> unweightedBase(nColumns, 0.0);
-  for (std::size_t r = 0; r < nRows; ++r) {
-    key[rowSlot] = KeyCode(testRows[r]);
-    for (std::size_t c = 0; c < nColumns; ++c) {
-      key[columnSlot] = KeyCode(testCols[c]);
-      double u = 0.0;
-      countsAt(cell[r][c], u);
-      if (RoundCount(cell[r][c]) != cell[r][c]) result.nonIntegerCounts = true;
-      if (!rowIsMR) {
-        base[c] += cell[r][c];
-        unweightedBase[c] += u;
-      }
-    }
-  }
-  // A case stands in several categories of a set in the rows: the base is the set's total.
-  if (rowIsMR) {
-    key[rowSlot] = kCellKeyTotal;
-    for (std::size_t c = 0; c < nColumns; ++c) {
-      key[columnSlot] = KeyCode(testCols[c]);
-      countsAt(base[c], unweightedBase[c]);
+  const CellKey key = ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
+  const ProportionCells cells =
+      ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  for (const std::vector<CellWeights>& row : cells.cell) {
+    for (const CellWeights& weights : row) {
+      if (RoundCount(weights.w) != weights.w) result.nonIntegerCounts = true;
     }
   }
 
   // The cases that two columns of a set in the columns have in common, over the rows.
   std::vector<std::vector<double>> overlap(nColumns, std::vector<double>(nColumns, 0.0));
-  std::vector<std::vector<double>> unweightedOverlap(nColumns, std::vector<double>(nColumns, 0.0));
-  if (colIsMR) {
-    for (std::size_t i = 0; i < nColumns; ++i) {
-      key[columnSlot] = KeyCode(testCols[i]);
-      for (std::size_t j = i + 1; j < nColumns; ++j) {
-        key[extraSlot] = KeyCode(testCols[j]);
-        if (rowIsMR) {
-          key[rowSlot] = kCellKeyTotal;
-          countsAt(overlap[i][j], unweightedOverlap[i][j]);
-        } else {
-          for (std::size_t r = 0; r < nRows; ++r) {
-            key[rowSlot] = KeyCode(testRows[r]);
-            double x = 0.0;
-            double u = 0.0;
-            countsAt(x, u);
-            overlap[i][j] += x;
-            unweightedOverlap[i][j] += u;
-          }
-        }
-        key[extraSlot] = kCellKeyTotal;
+  std::vector<std::vector<bool>> identical(nColumns, std::vector<bool>(nColumns, false));
+  for (std::size_t i = 0; i < nColumns && colIsMR; ++i) {
+    for (std::size_t j = i + 1; j < nColumns; ++j) {
+      double unweightedOverlap = 0.0;
+      for (const auto& row : cells.shared) {
+        overlap[i][j] += row[i][j].w;
+        unweightedOverlap += row[i][j].u;
       }
+      identical[i][j] = cells.base[i].u == unweightedOverlap && cells.base[j].u == unweightedOverlap;
     }
   }
 
   std::vector<double> n(nColumns, 0.0);
   for (std::size_t c = 0; c < nColumns; ++c) {
-    n[c] = RoundCount(base[c]);
-    if (base[c] < 2.0) result.smallColumns.push_back(static_cast<int>(c));
+    n[c] = RoundCount(cells.base[c].w);
+    if (cells.base[c].w < 2.0) result.smallColumns.push_back(static_cast<int>(c));
   }
   const bool enoughCategories = nRows >= 2 && nColumns >= 2;
-
   for (std::size_t r = 0; r < nRows; ++r) {
     std::vector<bool> takesPart(nColumns, false);
     std::vector<double> proportion(nColumns, 0.0);
     int taking = 0;
     for (std::size_t c = 0; c < nColumns; ++c) {
-      if (!enoughCategories || base[c] < 2.0) continue;
-      if (cell[r][c] <= 0.0 || cell[r][c] >= base[c]) {
+      const double x = cells.cell[r][c].w;
+      const double base = cells.base[c].w;
+      if (!enoughCategories || base < 2.0) continue;
+      if (x <= 0.0 || x >= base) {
         result.badRows.push_back(static_cast<int>(r));
         result.badColumns.push_back(static_cast<int>(c));
         continue;
       }
       takesPart[c] = true;
-      proportion[c] = cell[r][c] / base[c];
+      proportion[c] = x / base;
       ++taking;
     }
-    std::vector<PValueInfoElem> pairs;
-    for (std::size_t i = 0; i < nColumns; ++i) {
-      if (!takesPart[i]) continue;
-      for (std::size_t j = i + 1; j < nColumns; ++j) {
-        if (!takesPart[j]) continue;
-        PValueInfoElem pair;
-        pair._firstIndex = static_cast<int>(i);
-        pair._secondIndex = static_cast<int>(j);
-        const double q = (n[i] * proportion[i] + n[j] * proportion[j]) / (n[i] + n[j]);
-        double z = kSysmis;
-        if (colIsMR) {
-          const double common = RoundCount(overlap[i][j]);
-          const double f = OverlapFactor(n[i], n[j], common);
-          if (f > 0.0) {
-            z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
-          } else {
-            result.overlapProblem = true;
-          }
-          pair._identical =
-              unweightedBase[i] == unweightedOverlap[i][j] && unweightedBase[j] == unweightedOverlap[i][j];
-        } else {
-          z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / n[i] + 1.0 / n[j]));
-        }
-        if (IsValidValue(z)) {
-          const double c = QuiltDistFun::CdfNorm(std::fabs(z), 0.0, 1.0);
-          if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
-        }
-        pairs.push_back(pair);
-      }
-    }
+    std::vector<PValueInfoElem> pairs =
+        ProportionPairs(takesPart, proportion, n, overlap, identical, colIsMR, result.overlapProblem);
     LetterRow(takesPart, pairs, proportion, taking, settings, noTestMarker, result.cellTexts[r],
               result.rowMarkers[r]);
   }

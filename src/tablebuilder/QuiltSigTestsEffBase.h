@@ -28,4 +28,20 @@ class QuiltSigTestsEffBase {
                                                       bool weighted, bool rowIsMR, bool colIsMR,
                                                       const SigTestSettings& settings,
                                                       const std::string& noTestMarker);
+
+ private:
+  /// What the proportions test needs besides the cells: each column's effective base, and
+  /// for a set in the columns the cases and the effective cases each pair i < j shares.
+  struct EffectiveBases {
+    std::vector<double> neff;
+    std::vector<std::vector<double>> sharedU;
+    std::vector<std::vector<double>> sharedEffective;
+  };
+  static EffectiveBases GetEffectiveBases(const QuiltSigTests::ProportionCells& cells, bool rowIsMR, bool colIsMR);
+  /// The t tests of row `r` between the columns that take part.
+  static std::vector<QuiltSigTests::PValueInfoElem> ProportionPairs(const QuiltSigTests::ProportionCells& cells,
+                                                                    std::size_t r, const std::vector<bool>& takesPart,
+                                                                    const std::vector<double>& proportion,
+                                                                    const EffectiveBases& bases, bool colIsMR,
+                                                                    bool& overlapProblem);
 };

@@ -162,134 +162,118 @@ ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
   ColumnProportionsResult result = Base::EmptyProportions(nRows, nColumns);
   int rowSlot = 0;
   int columnSlot = 0;
-  CellKey key = Base::ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
-  const int extraSlot = key.GetLength() - 1;
-  struct Weights {
-    double w = 0.0;   // total weight
-    double w2 = 0.0;  // total of squared weights
-    double u = 0.0;   // number of cases
-  };
-  auto read = [&]() {
-    Weights weights;
-    weights.w = aggregator.GetCount(key, weighted, false);
-    weights.w2 = aggregator.GetCount(key, weighted, true);
-    weights.u = weighted ? aggregator.GetCount(key, false, false) : weights.w;
-    return weights;
-  };
-
-  std::vector<std::vector<Weights>> cell(nRows, std::vector<Weights>(nColumns));
-  std::vector<Weights> base(nColumns);
-  std::vector<double> neff(nColumns, 0.0);
-  for (std::size_t r = 0; r < nRows; ++r) {
-    key[rowSlot] = Base::KeyCode(testRows[r]);
-    for (std::size_t c = 0; c < nColumns; ++c) {
-      key[columnSlot] = Base::KeyCode(testCols[c]);
-      cell[r][c] = read();
-      if (rowIsMR) continue;
-      base[c].w += cell[r][c].w;
-      base[c].w2 += cell[r][c].w2;
-      base[c].u += cell[r][c].u;
-      const double cellBase = EffectiveBase(cell[r][c].w, cell[r][c].w2);
-      if (cellBase != kSysmis) neff[c] += cellBase;
-    }
-  }
-  if (rowIsMR) {
-    key[rowSlot] = kCellKeyTotal;
-    for (std::size_t c = 0; c < nColumns; ++c) {
-      key[columnSlot] = Base::KeyCode(testCols[c]);
-      base[c] = read();
-      neff[c] = EffectiveBase(base[c].w, base[c].w2);
-    }
-  }
-
-  // The effective overlap of two set columns, from the weights of the shared cases, each
-  // column's own weights of the same row (or of the set's total in the rows).
-  auto effectiveShared = [](const Weights& both, const Weights& first, const Weights& second) {
-    if (!(both.w2 > 0.0 && first.w2 > 0.0 && second.w2 > 0.0)) return 0.0;
-    return 0.5 * both.w * (first.w / first.w2 + second.w / second.w2);
-  };
-  std::vector<std::vector<double>> sharedU(nColumns, std::vector<double>(nColumns, 0.0));
-  std::vector<std::vector<double>> sharedEffective(nColumns, std::vector<double>(nColumns, 0.0));
-  if (colIsMR) {
-    for (std::size_t i = 0; i < nColumns; ++i) {
-      key[columnSlot] = Base::KeyCode(testCols[i]);
-      for (std::size_t j = i + 1; j < nColumns; ++j) {
-        key[extraSlot] = Base::KeyCode(testCols[j]);
-        if (rowIsMR) {
-          key[rowSlot] = kCellKeyTotal;
-          const Weights both = read();
-          sharedU[i][j] = both.u;
-          sharedEffective[i][j] = effectiveShared(both, base[i], base[j]);
-        } else {
-          for (std::size_t r = 0; r < nRows; ++r) {
-            key[rowSlot] = Base::KeyCode(testRows[r]);
-            const Weights both = read();
-            sharedU[i][j] += both.u;
-            sharedEffective[i][j] += effectiveShared(both, cell[r][i], cell[r][j]);
-          }
-        }
-        key[extraSlot] = kCellKeyTotal;
-      }
-    }
-  }
+  const CellKey key = Base::ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
+  const Base::ProportionCells cells =
+      Base::ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  const EffectiveBases bases = GetEffectiveBases(cells, rowIsMR, colIsMR);
 
   // A column without any weight in the tested rows has no proportion to compare.
   const bool enoughCategories = nRows >= 2 && nColumns >= 2;
   std::vector<bool> takesPart(nColumns, false);
   int taking = 0;
   for (std::size_t c = 0; c < nColumns; ++c) {
-    takesPart[c] = enoughCategories && base[c].w > 0.0;
+    takesPart[c] = enoughCategories && cells.base[c].w > 0.0;
     if (takesPart[c]) ++taking;
   }
   for (std::size_t r = 0; r < nRows; ++r) {
     std::vector<double> proportion(nColumns, 0.0);
     for (std::size_t c = 0; c < nColumns; ++c) {
-      if (takesPart[c]) proportion[c] = cell[r][c].w / base[c].w;
+      if (takesPart[c]) proportion[c] = cells.cell[r][c].w / cells.base[c].w;
     }
-    std::vector<Base::PValueInfoElem> pairs;
-    for (std::size_t i = 0; i < nColumns; ++i) {
-      if (!takesPart[i]) continue;
-      for (std::size_t j = i + 1; j < nColumns; ++j) {
-        if (!takesPart[j] || !(base[i].u > 1.0 || base[j].u > 1.0)) continue;
-        Base::PValueInfoElem pair;
-        pair._firstIndex = static_cast<int>(i);
-        pair._secondIndex = static_cast<int>(j);
-        const double xi = cell[r][i].w;
-        const double xj = cell[r][j].w;
-        const bool identical = colIsMR && base[i].u == sharedU[i][j] && base[j].u == sharedU[i][j];
-        if ((xi <= 0.0 && xj <= 0.0) || (xi >= base[i].w && xj >= base[j].w)) {
-          // Both at the same bound: no difference to test. Identical set columns stay
-          // without a p-value, so that they count once in the adjustment.
-          pair._identical = identical;
-          if (!identical) pair._pValue = 1.0;
-          pairs.push_back(pair);
-          continue;
-        }
-        const double q = (xi + xj) / (base[i].w + base[j].w);
-        double df = neff[i] + neff[j] - 2.0;
-        double z = kSysmis;
-        if (colIsMR) {
-          const double shared = sharedEffective[i][j];
-          const double f = Base::OverlapFactor(neff[i], neff[j], shared);
-          if (f > 0.0) {
-            z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
-          } else {
-            result.overlapProblem = true;
-          }
-          df -= shared;
-          pair._identical = identical;
-        } else {
-          z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / neff[i] + 1.0 / neff[j]));
-        }
-        if (Base::IsValidValue(z)) {
-          const double c = QuiltDistFun::CdfT(std::fabs(z), df);
-          if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
-        }
-        pairs.push_back(pair);
-      }
-    }
+    std::vector<Base::PValueInfoElem> pairs =
+        ProportionPairs(cells, r, takesPart, proportion, bases, colIsMR, result.overlapProblem);
     Base::LetterRow(takesPart, pairs, proportion, taking, settings, noTestMarker, result.cellTexts[r],
                     result.rowMarkers[r]);
   }
   return result;
+}
+
+QuiltSigTestsEffBase::EffectiveBases QuiltSigTestsEffBase::GetEffectiveBases(
+    const QuiltSigTests::ProportionCells& cells, bool rowIsMR, bool colIsMR) {
+  const std::size_t nColumns = cells.base.size();
+  EffectiveBases bases;
+  bases.neff.assign(nColumns, 0.0);
+  for (std::size_t c = 0; c < nColumns; ++c) {
+    if (rowIsMR) {
+      bases.neff[c] = EffectiveBase(cells.base[c].w, cells.base[c].w2);
+      continue;
+    }
+    for (const auto& row : cells.cell) {
+      const double cellBase = EffectiveBase(row[c].w, row[c].w2);
+      if (cellBase != kSysmis) bases.neff[c] += cellBase;
+    }
+  }
+  // The effective overlap of two set columns, from the weights of the shared cases, each
+  // column's own weights of the same row (or of the set's total in the rows).
+  auto effectiveShared = [](const QuiltSigTests::CellWeights& both, const QuiltSigTests::CellWeights& first,
+                            const QuiltSigTests::CellWeights& second) {
+    if (!(both.w2 > 0.0 && first.w2 > 0.0 && second.w2 > 0.0)) return 0.0;
+    return 0.5 * both.w * (first.w / first.w2 + second.w / second.w2);
+  };
+  bases.sharedU.assign(nColumns, std::vector<double>(nColumns, 0.0));
+  bases.sharedEffective.assign(nColumns, std::vector<double>(nColumns, 0.0));
+  for (std::size_t r = 0; r < cells.shared.size() && colIsMR; ++r) {
+    const std::vector<QuiltSigTests::CellWeights>& own = rowIsMR ? cells.base : cells.cell[r];
+    for (std::size_t i = 0; i < nColumns; ++i) {
+      for (std::size_t j = i + 1; j < nColumns; ++j) {
+        const QuiltSigTests::CellWeights& both = cells.shared[r][i][j];
+        bases.sharedU[i][j] += both.u;
+        bases.sharedEffective[i][j] += effectiveShared(both, own[i], own[j]);
+      }
+    }
+  }
+  return bases;
+}
+
+std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTestsEffBase::ProportionPairs(
+    const QuiltSigTests::ProportionCells& cells, std::size_t r, const std::vector<bool>& takesPart,
+    const std::vector<double>& proportion, const EffectiveBases& bases, bool colIsMR, bool& overlapProblem) {
+  using Base = QuiltSigTests;
+  const std::vector<Base::CellWeights>& base = cells.base;
+  const std::vector<double>& neff = bases.neff;
+  std::vector<Base::PValueInfoElem> pairs;
+  const std::size_t nColumns = takesPart.size();
+  for (std::size_t i = 0; i < nColumns; ++i) {
+    if (!takesPart[i]) continue;
+    for (std::size_t j = i + 1; j < nColumns; ++j) {
+      if (!takesPart[j] || !(base[i].u > 1.0 || base[j].u > 1.0)) continue;
+      Base::PValueInfoElem pair;
+      pair._firstIndex = static_cast<int>(i);
+      pair._secondIndex = static_cast<int>(j);
+      const double xi = cells.cell[r][i].w;
+      const double xj = cells.cell[r][j].w;
+      const double sharedU = bases.sharedU[i][j];
+      const bool identical = colIsMR && base[i].u == sharedU && base[j].u == sharedU;
+      if ((xi <= 0.0 && xj <= 0.0) || (xi >= base[i].w && xj >= base[j].w)) {
+        // Both at the same bound: no difference to test. Identical set columns stay
+        // without a p-value, so that they count once in the adjustment.
+        pair._identical = identical;
+        if (!identical) pair._pValue = 1.0;
+        pairs.push_back(pair);
+        continue;
+      }
+      const double q = (xi + xj) / (base[i].w + base[j].w);
+      double df = neff[i] + neff[j] - 2.0;
+      double z = kSysmis;
+      if (colIsMR) {
+        const double shared = bases.sharedEffective[i][j];
+        const double f = Base::OverlapFactor(neff[i], neff[j], shared);
+        if (f > 0.0) {
+          z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
+        } else {
+          overlapProblem = true;
+        }
+        df -= shared;
+        pair._identical = identical;
+      } else {
+        z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / neff[i] + 1.0 / neff[j]));
+      }
+      if (Base::IsValidValue(z)) {
+        const double c = QuiltDistFun::CdfT(std::fabs(z), df);
+        if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
+      }
+      pairs.push_back(pair);
+    }
+  }
+  return pairs;
 }
