@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Shapes, ValueStoreShapes,
 // cases stays one entry, with its weight and its count.
 TEST(ValueStore, StoreOfDistinctValuesTakesInAMergedOne) {
   ValueStore distinct(/*weighted=*/true);
-  for (int i = 0; i < 20000; ++i) distinct.Add(1000.0 + i, 1.0);
+  for (int i = 0; i < 20000; ++i) distinct.Add(1000.0 + i / 7.0, 1.0);  // off any decimal grid
   ASSERT_FALSE(distinct.IsMerging());
   ValueStore repeated(/*weighted=*/true);
   repeated.Add(5.0, 0.5);
@@ -106,6 +106,66 @@ TEST(ValueStore, StoreOfDistinctValuesTakesInAMergedOne) {
   EXPECT_EQ(weights.front()._value, 5.0);
   EXPECT_DOUBLE_EQ(weights.front()._weight, 4.0);
   EXPECT_DOUBLE_EQ(counts.front()._weight, 3.0);
+}
+
+// Values written with two decimals (0.00 to 29.99, 3,000 of them, each twice, weights 1 and
+// 0.5) overflow the hash table and are counted on a grid of hundredths: each value's entry
+// holds 2 cases and weight 1.5, worked by hand. A value with three decimals refines the
+// grid; 1/3, which no decimal of six places writes, and a value far beyond the range turn
+// the grid into sorted entries, and the distribution stays exact throughout.
+TEST(ValueStore, GridOfDecimalsCountsCasesAndFallsBackToSortedEntries) {
+  for (bool weighted : {false, true}) {
+    SCOPED_TRACE(weighted ? "weighted" : "unweighted");
+    ValueStore store(weighted);
+    for (int round = 0; round < 2; ++round) {
+      for (int i = 0; i < 3000; ++i) store.Add((i * 7919 % 3000) / 100.0, round == 0 ? 1.0 : 0.5);
+    }
+    ASSERT_TRUE(store.IsOnGrid());
+    EXPECT_EQ(store.GetEntryCount(), 3000u);
+    auto weights = store.Distribution(/*unweighted=*/false);
+    ASSERT_EQ(weights.size(), 3000u);
+    EXPECT_EQ(weights[0]._value, 0.0);
+    EXPECT_EQ(weights[1234]._value, 12.34);
+    EXPECT_EQ(weights[2999]._value, 29.99);
+    EXPECT_EQ(weights[1234]._weight, weighted ? 1.5 : 2.0);
+    EXPECT_EQ(store.Distribution(/*unweighted=*/true)[1234]._weight, 2.0);
+
+    store.Add(12.345, 2.0);  // between 12.34 and 12.35
+    store.Add(-3.5, 1.0);    // below the grid's start, a little
+    ASSERT_TRUE(store.IsOnGrid());
+    weights = store.Distribution(/*unweighted=*/false);
+    ASSERT_EQ(weights.size(), 3002u);
+    EXPECT_EQ(weights[0]._value, -3.5);
+    EXPECT_EQ(weights[1236]._value, 12.345);
+    EXPECT_EQ(weights[1236]._weight, weighted ? 2.0 : 1.0);
+    EXPECT_EQ(weights[1237]._value, 12.35);
+
+    // A slot counts past 65,535 cases (its 16 bits carry), and an empty store that takes in
+    // the grid twice (entry by entry, then slot to slot) holds it doubled: 12.34 then has
+    // 2 * (2 + 70,000) cases and weight 2 * (1.5 + 70,000 * 0.25).
+    for (int i = 0; i < 70000; ++i) store.Add(12.34, 0.25);
+    ValueStore twice(weighted);
+    twice.Merge(store);
+    twice.Merge(store);
+    ASSERT_TRUE(twice.IsOnGrid());
+    EXPECT_EQ(twice.Distribution(/*unweighted=*/true)[1235]._weight, 140004.0);
+    EXPECT_EQ(twice.Distribution(/*unweighted=*/false)[1235]._weight, weighted ? 35003.0 : 140004.0);
+
+    store.Add(1.0 / 3.0, 4.0);
+    store.Add(1e9, 1.0);
+    EXPECT_FALSE(store.IsOnGrid());
+    weights = store.Distribution(/*unweighted=*/false);
+    ASSERT_EQ(weights.size(), 3004u);
+    // 0.33 is entry 34 (-3.5, then 0.00 to 0.33); 1/3 follows it, before 0.34.
+    EXPECT_EQ(weights[34]._value, 0.33);
+    EXPECT_EQ(weights[35]._value, 1.0 / 3.0);
+    EXPECT_EQ(weights[35]._weight, weighted ? 4.0 : 1.0);
+    EXPECT_EQ(weights[36]._value, 0.34);
+    EXPECT_EQ(weights[36]._weight, weighted ? 1.5 : 2.0);
+    EXPECT_EQ(weights[1236]._value, 12.34);  // one further on: 1/3 came in before it
+    EXPECT_EQ(weights[1236]._weight, weighted ? 1.5 + 17500.0 : 70002.0);
+    EXPECT_EQ(weights.back()._value, 1e9);
+  }
 }
 
 // -0 and 0 are one value; the entry keeps the first spelling seen.
