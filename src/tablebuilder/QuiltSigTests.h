@@ -4,11 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "aggregator/CellKey.h"
 #include "parser/PresentationCodes.h"
 #include "tablerenderer/markers/RowSignificanceMarkers.h"
 
 class AggregationCategory;
-class CellKey;
+struct CellMoments;
 class CubeAggregator;
 struct SigTestSettings;
 
@@ -118,6 +119,28 @@ class QuiltSigTests {
   /// set in the columns its second position last, all categories at first.
   static CellKey MeansKey(const CategoryPath& rowCats, const CategoryPath& colPath, const CategoryPath& layerCats,
                           bool columnsAreMR, int& columnSlot);
+  /// The cells of a means test in one row: a column's moments and, for a set in the
+  /// columns, those of the cases two columns share, each with its number of cases.
+  class MeansCells {
+   public:
+    MeansCells(const CubeAggregator& aggregator, int statVarIndex, const CategoryPath& rowCats,
+               const CategoryPath& colPath, const CategoryPath& layerCats, bool columnsAreMR, bool weighted);
+    /// The moments of column `column` (null: no case there); `cases` its unweighted count.
+    const CellMoments* Column(const AggregationCategory* column, double& cases);
+    /// The moments of the cases columns `first` and `second` share; `cases` their count.
+    const CellMoments* Shared(const AggregationCategory* first, const AggregationCategory* second, double& cases);
+
+   private:
+    const CellMoments* Read(double& cases) const;
+
+    const CubeAggregator& _aggregator;
+    bool _weighted;
+    int _meanRecord;
+    int _unweightedRecord;
+    int _columnSlot = 0;  // before _key: MeansKey sets it while _key is made
+    CellKey _key;
+    int _extraSlot = 0;
+  };
   /// The key of a proportions test: `rowPath`, the row slot, `colPath`, the column slot,
   /// `layerPath`, and for a set in the columns its second position last.
   static CellKey ProportionsKey(const CategoryPath& rowPath, const CategoryPath& colPath,

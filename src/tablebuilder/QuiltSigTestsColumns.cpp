@@ -67,6 +67,43 @@ CellKey QuiltSigTests::MeansKey(const CategoryPath& rowCats, const CategoryPath&
   return key;
 }
 
+QuiltSigTests::MeansCells::MeansCells(const CubeAggregator& aggregator, int statVarIndex,
+                                      const CategoryPath& rowCats, const CategoryPath& colPath,
+                                      const CategoryPath& layerCats, bool columnsAreMR, bool weighted)
+    : _aggregator(aggregator),
+      _weighted(weighted),
+      _meanRecord(aggregator.GetMeanVarIndex(statVarIndex, weighted)),
+      _unweightedRecord(weighted ? aggregator.GetMeanVarIndex(statVarIndex, false) : _meanRecord),
+      _key(MeansKey(rowCats, colPath, layerCats, columnsAreMR, _columnSlot)) {
+  QUILT_ASSERT(_meanRecord >= 0 && _unweightedRecord >= 0, "the means test reads a scale variable of its cube");
+  _extraSlot = _key.GetLength() - 1;
+}
+
+const CellMoments* QuiltSigTests::MeansCells::Read(double& cases) const {
+  const CellMoments* moments = _aggregator.GetCountMeanVariance(_meanRecord, _key);
+  if (!_weighted) {
+    cases = moments == nullptr ? 0.0 : moments->_weight;
+  } else {
+    const double* count = _aggregator.GetValuePtr(_unweightedRecord, _key);
+    cases = count == nullptr ? 0.0 : *count;
+  }
+  return moments;
+}
+
+const CellMoments* QuiltSigTests::MeansCells::Column(const AggregationCategory* column, double& cases) {
+  _key[_columnSlot] = KeyCode(column);
+  return Read(cases);
+}
+
+const CellMoments* QuiltSigTests::MeansCells::Shared(const AggregationCategory* first,
+                                                     const AggregationCategory* second, double& cases) {
+  _key[_columnSlot] = KeyCode(first);
+  _key[_extraSlot] = KeyCode(second);
+  const CellMoments* moments = Read(cases);
+  _key[_extraSlot] = kCellKeyTotal;
+  return moments;
+}
+
 CellKey QuiltSigTests::ProportionsKey(const CategoryPath& rowPath, const CategoryPath& colPath,
                                       const CategoryPath& layerPath, bool colIsMR, int& rowSlot,
                                       int& columnSlot) {
@@ -178,20 +215,9 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
 
-  const int meanRecord = aggregator.GetMeanVarIndex(statVarIndex, weighted);
-  const int unweightedRecord = weighted ? aggregator.GetMeanVarIndex(statVarIndex, false) : meanRecord;
-  QUILT_ASSERT(meanRecord >= 0 && unweightedRecord >= 0, "the means test reads a scale variable of its cube");
-
-  int columnSlot = 0;
-  CellKey key = MeansKey(rowCats, colPath, layerCats, columnsAreMR, columnSlot);
-  const int extraSlot = key.GetLength() - 1;
-
-  // The unweighted count of the cell `key` points at, rounded; the count itself without weights.
-  auto unweightedCount = [&](double weightedCount) {
-    if (!weighted) return weightedCount;
-    const double* count = aggregator.GetValuePtr(unweightedRecord, key);
-    return count == nullptr ? 0.0 : RoundCount(*count);
-  };
+  MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
+  // Unweighted counts are rounded as the weighted ones are; without weights they are whole.
+  const auto cases = [weighted](double count) { return weighted ? RoundCount(count) : count; };
 
   // Pass 1: each column's status, and the pooled sums.
   std::vector<int> status(nColumns, kNothingToTest);
@@ -204,13 +230,13 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   double pooledSS = 0.0;                         // the rescaled sums of squares of testable columns
   bool allSSZero = true;
   for (std::size_t i = 0; i < nColumns; ++i) {
-    key[columnSlot] = KeyCode(testCols[i]);
-    const CellMoments* moments = aggregator.GetCountMeanVariance(meanRecord, key);
+    double unweightedCases = 0.0;
+    const CellMoments* moments = cells.Column(testCols[i], unweightedCases);
     const double w = moments == nullptr ? 0.0 : moments->_weight;
     // A cell without weight has neither mean nor spread.
     const double m = moments == nullptr || w == 0.0 ? kSysmis : moments->_mean;
     const double ss = moments == nullptr || w == 0.0 ? kSysmis : moments->_sumSquares;
-    unweighted[i] = unweightedCount(w);
+    unweighted[i] = cases(unweightedCases);
     n[i] = RoundCount(w);
     if (n[i] != w) result.nonIntegerCounts = true;
     mean[i] = m;
@@ -247,7 +273,6 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   for (std::size_t i = 0; i < nColumns; ++i) tested[i] = testsRun && status[i] == kTestable;
   for (std::size_t i = 0; i < nColumns; ++i) {
     if (!tested[i]) continue;
-    key[columnSlot] = KeyCode(testCols[i]);
     for (std::size_t j = i + 1; j < nColumns; ++j) {
       if (!tested[j]) continue;
       PValueInfoElem pair;
@@ -261,11 +286,10 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
       }
       double overlap = 0.0;
       if (columnsAreMR && pooled > 0.0) {
-        key[extraSlot] = KeyCode(testCols[j]);
-        const CellMoments* both = aggregator.GetCountMeanVariance(meanRecord, key);
+        double unweightedOverlap = 0.0;
+        const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedOverlap);
         overlap = both == nullptr ? 0.0 : RoundCount(both->_weight);
-        const double unweightedOverlap = unweightedCount(both == nullptr ? 0.0 : both->_weight);
-        key[extraSlot] = kCellKeyTotal;
+        unweightedOverlap = cases(unweightedOverlap);
         pair._identical = unweighted[i] == unweightedOverlap && unweighted[j] == unweightedOverlap;
       }
       pair._pValue = MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, n[i], n[j], overlap, df,

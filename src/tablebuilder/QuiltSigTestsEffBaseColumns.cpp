@@ -42,18 +42,7 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
 
-  const int meanRecord = aggregator.GetMeanVarIndex(statVarIndex, weighted);
-  const int unweightedRecord = weighted ? aggregator.GetMeanVarIndex(statVarIndex, false) : meanRecord;
-  QUILT_ASSERT(meanRecord >= 0 && unweightedRecord >= 0, "the means test reads a scale variable of its cube");
-
-  int columnSlot = 0;
-  CellKey key = Base::MeansKey(rowCats, colPath, layerCats, columnsAreMR, columnSlot);
-  const int extraSlot = key.GetLength() - 1;
-  auto unweightedCount = [&](double weightedCount) {
-    if (!weighted) return weightedCount;
-    const double* count = aggregator.GetValuePtr(unweightedRecord, key);
-    return count == nullptr ? 0.0 : *count;
-  };
+  Base::MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
 
   enum { kNothingToTest = 1, kTestable = 3, kNoVariance = 4 };
   std::vector<int> status(nColumns, kNothingToTest);
@@ -70,8 +59,7 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
   double effectiveTotal = 0.0;
   bool allSSZero = true;
   for (std::size_t i = 0; i < nColumns; ++i) {
-    key[columnSlot] = Base::KeyCode(testCols[i]);
-    const CellMoments* moments = aggregator.GetCountMeanVariance(meanRecord, key);
+    const CellMoments* moments = cells.Column(testCols[i], unweighted[i]);
     if (moments != nullptr) {
       w[i] = moments->_weight;
       w2[i] = moments->_squaredWeights;
@@ -80,7 +68,6 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
         ss[i] = moments->_sumSquares;
       }
     }
-    unweighted[i] = unweightedCount(w[i]);
     neff[i] = EffectiveBase(w[i], w2[i]);
     if (!Base::IsValidValue(mean[i])) {
       status[i] = kNothingToTest;
@@ -112,7 +99,6 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
   for (std::size_t i = 0; i < nColumns; ++i) tested[i] = testsRun && status[i] == kTestable;
   for (std::size_t i = 0; i < nColumns; ++i) {
     if (!tested[i]) continue;
-    key[columnSlot] = Base::KeyCode(testCols[i]);
     for (std::size_t j = i + 1; j < nColumns; ++j) {
       if (!tested[j] || !(unweighted[i] > 1.0 || unweighted[j] > 1.0)) continue;
       Base::PValueInfoElem pair;
@@ -127,13 +113,11 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
       }
       double shared = 0.0;
       if (columnsAreMR && pooled > 0.0) {
-        key[extraSlot] = Base::KeyCode(testCols[j]);
-        const CellMoments* both = aggregator.GetCountMeanVariance(meanRecord, key);
+        double unweightedShared = 0.0;
+        const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedShared);
         // The effective number of shared cases: their weight scaled as each column scales
         // weight to effective cases, averaged over the two.
         shared = both == nullptr ? 0.0 : 0.5 * both->_weight * (w[i] / w2[i] + w[j] / w2[j]);
-        const double unweightedShared = unweightedCount(both == nullptr ? 0.0 : both->_weight);
-        key[extraSlot] = kCellKeyTotal;
         pair._identical = unweighted[i] == unweightedShared && unweighted[j] == unweightedShared;
       }
       pair._pValue = Base::MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, neff[i], neff[j], shared, df,
