@@ -7,6 +7,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <span>
 
 #include "host/Utf8Text.h"
 #include "host/data/DataError.h"
@@ -162,28 +163,46 @@ std::string LineAndColumn(const std::string& text, std::size_t offset) {
 
 }  // namespace
 
+namespace {
+
+// What went wrong where, for a dictionary that is not valid JSON or is nested too deep.
+[[noreturn]] void ThrowJsonError(const std::string& jsonText, const std::string& sourceName,
+                                 PathTrackingBuilder& builder) {
+  const std::string path = builder.Path();
+  const std::string where = sourceName + ": " + (path.empty() ? "" : path + ": ");
+  if (builder.TooDeep()) {
+    throw DataError(where + "nested more than " + std::to_string(kMaximumNesting) + " levels deep");
+  }
+  // Error 406 is a number out of range ("2e555"); the others are syntax errors, whose text
+  // carries line and column already.
+  if (builder.ErrorId() == 406) {
+    // The parser stands just past the number; the message points at its first digit.
+    const std::size_t length = builder.LastToken().size();
+    const std::size_t position = builder.ErrorPosition();
+    throw DataError(where + Utf8Text::Quoted(builder.LastToken()) + " is out of the range of numbers (" +
+                    LineAndColumn(jsonText, position >= length ? position - length : 0) + ")");
+  }
+  // The parser's text shows what it last read, which may be the very bytes at fault.
+  throw DataError(where + "not valid JSON: " + Utf8Text::Escaped(builder.ErrorText()));
+}
+
+// Every known key, no other.
+void CheckKeys(const DictionaryReader& reader, const json& entry, const std::string& path,
+               std::span<const char* const> keys) {
+  for (const auto& [key, value] : entry.items()) {
+    bool known = false;
+    for (const char* name : keys) known = known || key == name;
+    if (!known) throw DataError(reader.Where(path) + "unknown key '" + key + "'");
+  }
+}
+
+}  // namespace
+
 DictionaryReader::DictionaryReader(const std::string& jsonText, const std::string& sourceName)
     : _data(std::make_unique<Data>()) {
   _data->_sourceName = sourceName;
   PathTrackingBuilder builder(_data->_root);
-  if (!json::sax_parse(jsonText, &builder)) {
-    const std::string path = builder.Path();
-    const std::string where = sourceName + ": " + (path.empty() ? "" : path + ": ");
-    if (builder.TooDeep()) {
-      throw DataError(where + "nested more than " + std::to_string(kMaximumNesting) + " levels deep");
-    }
-    // Error 406 is a number out of range ("2e555"); the others are syntax errors, whose text
-    // carries line and column already.
-    if (builder.ErrorId() == 406) {
-      // The parser stands just past the number; the message points at its first digit.
-      const std::size_t length = builder.LastToken().size();
-      const std::size_t position = builder.ErrorPosition();
-      throw DataError(where + Utf8Text::Quoted(builder.LastToken()) + " is out of the range of numbers (" +
-                      LineAndColumn(jsonText, position >= length ? position - length : 0) + ")");
-    }
-    // The parser's text shows what it last read, which may be the very bytes at fault.
-    throw DataError(where + "not valid JSON: " + Utf8Text::Escaped(builder.ErrorText()));
-  }
+  if (!json::sax_parse(jsonText, &builder)) ThrowJsonError(jsonText, sourceName, builder);
   const json& root = _data->_root;
   if (!root.is_object()) throw DataError(sourceName + ": the dictionary is not a JSON object");
   for (const auto& [key, value] : root.items()) {
@@ -195,87 +214,85 @@ DictionaryReader::DictionaryReader(const std::string& jsonText, const std::strin
   const json& variables = root["variables"];
   if (!variables.is_array()) throw DataError(Where("variables") + "expected a list");
   for (std::size_t i = 0; i < variables.size(); ++i) {
-    const json& entry = variables[i];
-    VariableDeclaration declaration;
-    declaration.path = "variables[" + std::to_string(i) + "]";
-    const std::string& path = declaration.path;
-    if (!entry.is_object()) throw DataError(Where(path) + "expected an object");
-    for (const auto& [key, value] : entry.items()) {
-      bool known = false;
-      for (const char* name : kVariableKeys) known = known || key == name;
-      if (!known) throw DataError(Where(path) + "unknown key '" + key + "'");
-    }
-    if (!entry.contains("name")) throw DataError(Where(path) + "the variable has no name");
-    if (!entry["name"].is_string()) throw DataError(Where(path + ".name") + "expected a string");
-    declaration.name = entry["name"].get<std::string>();
-    if (ValidateTARNName(declaration.name.c_str()) != kNameValid) {
-      throw DataError(Where(path + ".name") + "'" + declaration.name + "' is not a valid variable name");
-    }
-    for (const VariableDeclaration& earlier : _data->_declarations) {
-      if (TARNMBstricmp_A(earlier.name.c_str(), declaration.name.c_str()) == 0) {
-        throw DataError(Where(path + ".name") + "'" + declaration.name + "' is listed twice");
-      }
-    }
-    if (entry.contains("label") && !entry["label"].is_string()) {
-      throw DataError(Where(path + ".label") + "expected a string");
-    }
-    if (entry.contains("type")) {
-      const json& type = entry["type"];
-      const std::string text = type.is_string() ? type.get<std::string>() : "";
-      if (text == "numeric") {
-        declaration.declaredType = 0;
-      } else if (text == "string") {
-        declaration.declaredType = 1;
-      } else {
-        throw DataError(Where(path + ".type") + "'" + Show(type) + "' is not numeric or string");
-      }
-    }
-    if (entry.contains("width")) {
-      const json& width = entry["width"];
-      if (!width.is_number_integer() || width.get<long long>() < 1 || width.get<long long>() > 32767) {
-        throw DataError(Where(path + ".width") + "'" + Show(width) + "' is not a width from 1 to 32767");
-      }
-      if (declaration.declaredType == 0) {
-        throw DataError(Where(path + ".width") + "a numeric variable has no width");
-      }
-      declaration.declaredType = 1;
-      declaration.width = width.get<int>();
-    }
-    if (entry.contains("format")) {
-      const json& format = entry["format"];
-      std::string reason;
-      if (!format.is_string() || !ParseFormatText(format.get<std::string>(), declaration.format, reason)) {
-        throw DataError(Where(path + ".format") + "'" + Show(format) + "' is not a format" +
-                        (reason.empty() ? "" : " (" + reason + ")"));
-      }
-      declaration.hasFormat = true;
-      const bool stringFormat = declaration.format.IsString();
-      if (declaration.declaredType == 0 && stringFormat) {
-        throw DataError(Where(path + ".format") + "'" + Show(format) +
-                        "' is a string format for a numeric variable");
-      }
-      if (declaration.declaredType == 1 && !stringFormat) {
-        throw DataError(Where(path + ".format") + "'" + Show(format) +
-                        "' is a numeric format for a string variable");
-      }
-      declaration.declaredType = stringFormat ? 1 : 0;
-    }
-    if (entry.contains("measure")) {
-      const json& measure = entry["measure"];
-      const std::string text = measure.is_string() ? measure.get<std::string>() : "";
-      if (text != "nominal" && text != "ordinal" && text != "scale") {
-        throw DataError(Where(path + ".measure") + "'" + Show(measure) +
-                        "' is not nominal, ordinal or scale");
-      }
-    }
-    if (entry.contains("values") && !entry["values"].is_object()) {
-      throw DataError(Where(path + ".values") + "expected an object of value: label pairs");
-    }
-    if (entry.contains("missing") && !entry["missing"].is_object()) {
-      throw DataError(Where(path + ".missing") + "expected an object with values or range");
-    }
-    _data->_declarations.push_back(std::move(declaration));
+    _data->_declarations.push_back(ReadDeclaration(variables[i], "variables[" + std::to_string(i) + "]"));
   }
+}
+
+VariableDeclaration DictionaryReader::ReadDeclaration(const json& entry, const std::string& path) const {
+  VariableDeclaration declaration;
+  declaration.path = path;
+  if (!entry.is_object()) throw DataError(Where(path) + "expected an object");
+  CheckKeys(*this, entry, path, kVariableKeys);
+  if (!entry.contains("name")) throw DataError(Where(path) + "the variable has no name");
+  if (!entry["name"].is_string()) throw DataError(Where(path + ".name") + "expected a string");
+  declaration.name = entry["name"].get<std::string>();
+  if (ValidateTARNName(declaration.name.c_str()) != kNameValid) {
+    throw DataError(Where(path + ".name") + "'" + declaration.name + "' is not a valid variable name");
+  }
+  for (const VariableDeclaration& earlier : _data->_declarations) {
+    if (TARNMBstricmp_A(earlier.name.c_str(), declaration.name.c_str()) == 0) {
+      throw DataError(Where(path + ".name") + "'" + declaration.name + "' is listed twice");
+    }
+  }
+  if (entry.contains("label") && !entry["label"].is_string()) {
+    throw DataError(Where(path + ".label") + "expected a string");
+  }
+  if (entry.contains("type")) {
+    const json& type = entry["type"];
+    const std::string text = type.is_string() ? type.get<std::string>() : "";
+    if (text == "numeric") {
+      declaration.declaredType = 0;
+    } else if (text == "string") {
+      declaration.declaredType = 1;
+    } else {
+      throw DataError(Where(path + ".type") + "'" + Show(type) + "' is not numeric or string");
+    }
+  }
+  if (entry.contains("width")) {
+    const json& width = entry["width"];
+    if (!width.is_number_integer() || width.get<long long>() < 1 || width.get<long long>() > 32767) {
+      throw DataError(Where(path + ".width") + "'" + Show(width) + "' is not a width from 1 to 32767");
+    }
+    if (declaration.declaredType == 0) {
+      throw DataError(Where(path + ".width") + "a numeric variable has no width");
+    }
+    declaration.declaredType = 1;
+    declaration.width = width.get<int>();
+  }
+  if (entry.contains("format")) {
+    const json& format = entry["format"];
+    std::string reason;
+    if (!format.is_string() || !ParseFormatText(format.get<std::string>(), declaration.format, reason)) {
+      throw DataError(Where(path + ".format") + "'" + Show(format) + "' is not a format" +
+                      (reason.empty() ? "" : " (" + reason + ")"));
+    }
+    declaration.hasFormat = true;
+    const bool stringFormat = declaration.format.IsString();
+    if (declaration.declaredType == 0 && stringFormat) {
+      throw DataError(Where(path + ".format") + "'" + Show(format) +
+                      "' is a string format for a numeric variable");
+    }
+    if (declaration.declaredType == 1 && !stringFormat) {
+      throw DataError(Where(path + ".format") + "'" + Show(format) +
+                      "' is a numeric format for a string variable");
+    }
+    declaration.declaredType = stringFormat ? 1 : 0;
+  }
+  if (entry.contains("measure")) {
+    const json& measure = entry["measure"];
+    const std::string text = measure.is_string() ? measure.get<std::string>() : "";
+    if (text != "nominal" && text != "ordinal" && text != "scale") {
+      throw DataError(Where(path + ".measure") + "'" + Show(measure) +
+                      "' is not nominal, ordinal or scale");
+    }
+  }
+  if (entry.contains("values") && !entry["values"].is_object()) {
+    throw DataError(Where(path + ".values") + "expected an object of value: label pairs");
+  }
+  if (entry.contains("missing") && !entry["missing"].is_object()) {
+    throw DataError(Where(path + ".missing") + "expected an object with values or range");
+  }
+  return declaration;
 }
 
 DictionaryReader::~DictionaryReader() = default;
@@ -375,6 +392,65 @@ void DictionaryReader::ApplyDetails(std::size_t index, TARN_Variable& variable) 
   variable.SetMissingRange(low, high, values.empty() ? nullptr : &extra);
 }
 
+namespace {
+
+// The member variables of the set at `path`, by their names in the data set, all numeric or
+// all strings; the index of the first.
+std::vector<std::string> ReadSetMembers(const DictionaryReader& reader, const Dataset& dataset, const json& members,
+                                        const std::string& path, int& firstIndex) {
+  std::vector<std::string> memberNames;
+  for (std::size_t m = 0; m < members.size(); ++m) {
+    const std::string memberPath = path + ".variables[" + std::to_string(m) + "]";
+    if (!members[m].is_string()) throw DataError(reader.Where(memberPath) + "expected a variable name");
+    const std::string member = members[m].get<std::string>();
+    const int index = dataset.FindVariable(member);
+    if (index < 0) throw DataError(reader.Where(memberPath) + "'" + member + "' is not a variable");
+    for (const std::string& earlier : memberNames) {
+      if (TARNMBstricmp_A(earlier.c_str(), member.c_str()) == 0) {
+        throw DataError(reader.Where(memberPath) + "'" + member + "' is listed twice");
+      }
+    }
+    if (firstIndex < 0) {
+      firstIndex = index;
+    } else if ((dataset.GetVariable(index).GetType() == 0) !=
+               (dataset.GetVariable(firstIndex).GetType() == 0)) {
+      throw DataError(reader.Where(memberPath) + "'" + member + "' is " +
+                      (dataset.GetVariable(index).GetType() == 0 ? "numeric" : "a string") + " but '" +
+                      dataset.GetVariable(firstIndex).GetName() + "' is " +
+                      (dataset.GetVariable(firstIndex).GetType() == 0 ? "numeric" : "a string"));
+    }
+    memberNames.push_back(dataset.GetVariable(index).GetName());
+  }
+  return memberNames;
+}
+
+// The counted value of a dichotomy set at `path`, as text; a number when the members are.
+std::string ReadCountedValue(const DictionaryReader& reader, const json& entry, const std::string& path,
+                             bool numericMembers) {
+  if (!entry.contains("counted"))
+    throw DataError(reader.Where(path + ".counted") + "a dichotomy set needs a counted value");
+  const json& counted = entry["counted"];
+  std::string text;
+  double number = 0;
+  if (counted.is_number()) {
+    text = counted.dump();
+  } else if (counted.is_string()) {
+    text = counted.get<std::string>();
+  } else {
+    throw DataError(reader.Where(path + ".counted") + "expected a number or a string");
+  }
+  if (numericMembers && !ParseNumber(text, number)) {
+    throw DataError(reader.Where(path + ".counted") + "'" + text +
+                    "' is not a number, but the variables are numeric");
+  }
+  if (text.find_first_not_of(' ') == std::string::npos) {
+    throw DataError(reader.Where(path + ".counted") + "the counted value is empty");
+  }
+  return text;
+}
+
+}  // namespace
+
 void DictionaryReader::AddSets(Dataset& dataset) const {
   const json& root = _data->_root;
   if (!root.contains("mrsets")) return;
@@ -385,11 +461,7 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
     const json& entry = sets[i];
     const std::string path = "mrsets[" + std::to_string(i) + "]";
     if (!entry.is_object()) throw DataError(Where(path) + "expected an object");
-    for (const auto& [key, value] : entry.items()) {
-      bool known = false;
-      for (const char* name : kSetKeys) known = known || key == name;
-      if (!known) throw DataError(Where(path) + "unknown key '" + key + "'");
-    }
+    CheckKeys(*this, entry, path, kSetKeys);
     VariableSet set;
     if (!entry.contains("name") || !entry["name"].is_string()) {
       throw DataError(Where(path + ".name") + "the set needs a name beginning with '$'");
@@ -426,52 +498,12 @@ void DictionaryReader::AddSets(Dataset& dataset) const {
     const json& members = entry["variables"];
     if (members.size() < 2)
       throw DataError(Where(path + ".variables") + "a set needs at least two variables");
-    std::vector<std::string> memberNames;
     int firstIndex = -1;
-    for (std::size_t m = 0; m < members.size(); ++m) {
-      const std::string memberPath = path + ".variables[" + std::to_string(m) + "]";
-      if (!members[m].is_string()) throw DataError(Where(memberPath) + "expected a variable name");
-      const std::string member = members[m].get<std::string>();
-      const int index = dataset.FindVariable(member);
-      if (index < 0) throw DataError(Where(memberPath) + "'" + member + "' is not a variable");
-      for (const std::string& earlier : memberNames) {
-        if (TARNMBstricmp_A(earlier.c_str(), member.c_str()) == 0) {
-          throw DataError(Where(memberPath) + "'" + member + "' is listed twice");
-        }
-      }
-      if (firstIndex < 0) {
-        firstIndex = index;
-      } else if ((dataset.GetVariable(index).GetType() == 0) !=
-                 (dataset.GetVariable(firstIndex).GetType() == 0)) {
-        throw DataError(Where(memberPath) + "'" + member + "' is " +
-                        (dataset.GetVariable(index).GetType() == 0 ? "numeric" : "a string") + " but '" +
-                        dataset.GetVariable(firstIndex).GetName() + "' is " +
-                        (dataset.GetVariable(firstIndex).GetType() == 0 ? "numeric" : "a string"));
-      }
-      memberNames.push_back(dataset.GetVariable(index).GetName());
-    }
+    const std::vector<std::string> memberNames = ReadSetMembers(*this, dataset, members, path, firstIndex);
     set.SetVariableNames(memberNames);
     const bool numericMembers = dataset.GetVariable(firstIndex).GetType() == 0;
     if (set.GetType() == VariableSet::kMR_Dichotomy) {
-      if (!entry.contains("counted"))
-        throw DataError(Where(path + ".counted") + "a dichotomy set needs a counted value");
-      const json& counted = entry["counted"];
-      std::string text;
-      double number = 0;
-      if (counted.is_number()) {
-        text = counted.dump();
-      } else if (counted.is_string()) {
-        text = counted.get<std::string>();
-      } else {
-        throw DataError(Where(path + ".counted") + "expected a number or a string");
-      }
-      if (numericMembers && !ParseNumber(text, number)) {
-        throw DataError(Where(path + ".counted") + "'" + text +
-                        "' is not a number, but the variables are numeric");
-      }
-      if (text.find_first_not_of(' ') == std::string::npos) {
-        throw DataError(Where(path + ".counted") + "the counted value is empty");
-      }
+      const std::string text = ReadCountedValue(*this, entry, path, numericMembers);
       set.SetValue(text);
       if (entry.contains("labels")) {
         const json& labels = entry["labels"];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,9 @@ class DictionaryReader {
   std::string Where(const std::string& path) const;
 
  private:
+  /// The declaration of entry `path` of "variables", checked against the earlier ones.
+  VariableDeclaration ReadDeclaration(const nlohmann::ordered_json& entry, const std::string& path) const;
+
   struct Data;
   std::unique_ptr<Data> _data;
 };
