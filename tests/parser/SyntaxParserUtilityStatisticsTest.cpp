@@ -110,14 +110,6 @@ TEST(SyntaxParserUtilityStatistics, EveryPercentageKeywordHasItsRuleCodeLabelAnd
   }
 }
 
-TEST(SyntaxParserUtilityStatistics, WorkedExamplesOfTheRule) {
-  // Given as examples of the rule: COLPCT.COUNT 18, UCOLPCT.COUNT 22,
-  // ULAYERCOLPCT.COUNT.RESPONSES 461 (409 + 8*6 + 4).
-  EXPECT_EQ(Find("COLPCT.COUNT").code, 18);
-  EXPECT_EQ(Find("UCOLPCT.COUNT").code, 22);
-  EXPECT_EQ(Find("ULAYERCOLPCT.COUNT.RESPONSES").code, 461);
-}
-
 TEST(SyntaxParserUtilityStatistics, KeywordsMatchInAnyCaseAndAliasesShareTheirRow) {
   struct Row {
     const char* word;
