@@ -171,5 +171,4 @@ TEST(SyntaxTotalsTest, CompletedStatisticsFillTheTotalCategory) {
   EXPECT_EQ(totalStats, (std::vector<std::string>{"", "ROWPCT.COUNT", "COLPCT.COUNT", "COUNT", ""}));
 }
 
-
 }  // namespace

@@ -133,6 +133,10 @@ INSTANTIATE_TEST_SUITE_P(
                  "none"},
         TestCase{"QUILT /TABLE x BY a /COMPARETEST TYPE=MEAN /CLABELS COLLABELS=OPPOSITE.",
                  {{msg::kPairwiseComparisonsMovedLabels, {}}},
+                 "none"},
+        // Two tests dropped: in the order they were requested.
+        TestCase{"QUILT /TABLE a BY b /COMPARETEST TYPE=PROP /SIGTEST TYPE=CHISQUARE /CLABELS COLLABELS=LAYER.",
+                 {{msg::kColumnProportionsMovedLabels, {}}, {msg::kChiSquareMovedLabels, {}}},
                  "none"}));
 
 // Sources that may share their labels; the refusals are lines of diagnostics.txt.
