@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
+#include "DissectionTestSupport.h"
 #include "ParserTestSupport.h"
 #include "host/output/MessageCatalogue.h"
 #include "host/output/MessageKeys.h"
@@ -71,8 +72,13 @@ struct Result {
 };
 
 // A command starting "@survey " runs on the sample survey, "@sets " on the sets dictionary
-// (CategoriesTestSupport.h); any other on the parser tests' dictionary.
+// (CategoriesTestSupport.h), "@tables " on the dissection data set (DissectionTestSupport.h);
+// any other on the parser tests' dictionary.
 Result Parse(const std::string& command) {
+  if (command.rfind("@tables ", 0) == 0) {
+    const TablesOutcome outcome = ParseTables(command.substr(8));
+    return {outcome.succeeded, outcome.error, outcome.reported};
+  }
   for (const auto& [marker, dataset] : {std::pair{std::string("@survey "), SurveyDataset()},
                                         std::pair{std::string("@sets "), SetsDataset()}}) {
     if (command.rfind(marker, 0) == 0) {

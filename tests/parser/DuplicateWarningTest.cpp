@@ -203,11 +203,6 @@ const DuplicateCase kDuplicateCases[] = {
     {"TwoTitlesSubcommands", "QUILT /TABLE a /TITLES TITLE='first' /TITLES TITLE='second'.", msg::kDuplicateWarning,
      {"TITLES", "TITLE"},
      [](SyntaxTablesCommand& root) { EXPECT_EQ(FirstTable(root).GetTitle(), "second"); }},
-    {"TwoSLabelsSubcommands", "QUILT /TABLE a /SLABELS POSITION=ROW /SLABELS POSITION=COLUMN.", msg::kDuplicateWarning,
-     {"SLABELS", "POSITION"},
-     [](SyntaxTablesCommand& root) {
-       EXPECT_EQ(FirstTable(root).GetTableSettings().GetSLabelPosition(), PC::kSLabelColumn);
-     }},
     {"TwoSLabelsVisibilities", "QUILT /TABLE a /SLABELS VISIBLE=NO /SLABELS VISIBLE=YES.", msg::kDuplicateWarning,
      {"SLABELS", "VISIBLE"},
      [](SyntaxTablesCommand& root) { EXPECT_TRUE(FirstTable(root).GetTableSettings().GetSLabelVisibility()); }},
@@ -242,15 +237,6 @@ const DuplicateCase kDuplicateCases[] = {
        EXPECT_EQ(tests[0]._alphaText, "0.1");
        EXPECT_DOUBLE_EQ(tests[0]._alpha2, 0.0);
        EXPECT_TRUE(tests[0]._alpha2Text.empty());
-     }},
-    {"TwoCompareTestsOfOneType", "QUILT /TABLE a [C] BY b [C] /COMPARETEST TYPE=PROP ALPHA=0.1"
-     " /COMPARETEST TYPE=PROP ALPHA=0.01.",
-     msg::kDuplicateWarning,
-     {"COMPARETEST", "Column proportions"},
-     [](SyntaxTablesCommand& root) {
-       const auto& tests = FirstTable(root).GetTableSettings().GetSigTestSettings();
-       ASSERT_EQ(tests.size(), 1u);
-       EXPECT_DOUBLE_EQ(tests[0]._alpha, 0.01);
      }},
 
     // CATEGORIES: a keyword twice in one subcommand, and the variable told twice.

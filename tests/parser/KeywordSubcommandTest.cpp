@@ -1,6 +1,7 @@
-// KeywordSubcommandTest.cpp - what the keyword subcommands of a table (SLABELS, CLABELS, CRITERIA,
-// SIGTEST) and the small global ones (HIDESMALLCOUNTS, SMISSING) hand on when they are valid.
-// Their refusals are lines of diagnostics.txt and their repeats rows of DuplicateWarningTest.
+// KeywordSubcommandTest.cpp - what the keyword subcommands of a table (SLABELS, CLABELS, SIGTEST) and
+// the small global ones (HIDESMALLCOUNTS, SMISSING) hand on when they are valid. CRITERIA: the
+// summaries golden and DuplicateWarnings CriteriaCILevelTwice. Their refusals are lines of
+// diagnostics.txt and their repeats rows of DuplicateWarningTest.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,7 +11,6 @@
 #include "SubcommandTestSupport.h"
 #include "parser/SyntaxCLabelsSubcommand.h"
 #include "parser/SyntaxConverterType.h"
-#include "parser/SyntaxCriteriaSubcommand.h"
 #include "parser/SyntaxHideSmallCountsSubcommand.h"
 #include "parser/SyntaxSLabelsSubcommand.h"
 #include "parser/SyntaxSMissingSubcommand.h"
@@ -68,18 +68,6 @@ TEST(KeywordSubcommandTest, EachCLabelsFormGivesItsOption) {
   }
 }
 
-TEST(KeywordSubcommandTest, CriteriaLevelIsKeptWithItsText) {
-  TableSettings settings;
-  EXPECT_EQ(settings.GetCILevelString(), "95");
-  ASSERT_FALSE(Request<SyntaxCriteriaSubcommand>(settings, {Key("CILEVEL"), Num(99.5, "99.50")}).threw);
-  EXPECT_EQ(settings.GetCILevelValue(), 99.5);
-  EXPECT_EQ(settings.GetCILevelString(), "99.50");
-
-  TableSettings untouched;
-  ASSERT_FALSE(Request<SyntaxCriteriaSubcommand>(untouched, {}).threw);
-  EXPECT_EQ(untouched.GetCILevelValue(), 95.0);
-}
-
 TEST(KeywordSubcommandTest, AChiSquareRequestReachesTheTable) {
   TableSettings settings;
   const EventOutcome outcome = Request<SyntaxSigTestSubcommand>(
@@ -129,10 +117,6 @@ TEST(KeywordSubcommandTest, SMissingWordsAndTheirEffect) {
     EXPECT_FALSE(RunSubcommand(smissing, {Word(word)}, ".").threw) << word;
     EXPECT_EQ(smissing.GetIsPairwise(), pairwise) << word;
   }
-  SyntaxSMissingSubcommand unknown;
-  const EventOutcome outcome = RunSubcommand(unknown, {Word("PAIRWISE")}, ".");
-  ASSERT_TRUE(outcome.threw);
-  EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"SMISSING", "PAIRWISE"}));
 }
 
 }  // namespace

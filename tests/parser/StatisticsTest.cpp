@@ -136,7 +136,7 @@ TEST(StatisticsTest, AWordThatOnlyStartsLikeAFormatGoesToTheParent) {
 
 TEST(StatisticsTest, RepeatedOptionsWarnAndTheLaterValueStands) {
   Fixture fixture("COUNT");
-  EventOutcome outcome = RunEvents([&] {
+  const EventOutcome outcome = RunEvents([&] {
     fixture.statistic->String("PAREN5.2");
     fixture.statistic->String("F6.1");
     fixture.statistic->Literal("a");
@@ -152,16 +152,6 @@ TEST(StatisticsTest, RepeatedOptionsWarnAndTheLaterValueStands) {
   // The later plain format replaces the decoration as well.
   EXPECT_EQ(fixture.statistic->GetStatDisplayFormat(), PresentationCodes::kDisplayPlain);
   EXPECT_EQ(fixture.statistic->GetLabel(), "b");
-
-  Fixture percentile("PTILE");
-  const std::string defaultLabel = percentile.statistic->GetDefaultLabel();
-  outcome = RunEvents([&] {
-    percentile.statistic->Number(25, "25");
-    percentile.statistic->Number(50, "50");
-  });
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(percentile.statistic->GetCutPoint(), 50.0);
-  EXPECT_EQ(percentile.statistic->GetLabel(), defaultLabel + " 50");
 }
 
 TEST(StatisticsTest, EqualityComparesPercentilesByCutPoint) {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
-#include "host/output/MessageKeys.h"
 
 namespace {
 
@@ -15,7 +14,6 @@ struct DumpLine {
   std::string kind;
   std::string name;      // variables: their name
   std::string referred;  // brackets: what they apply to
-  std::string axis;      // variables: their axis
 };
 
 std::string Field(const std::string& line, const std::string& field) {
@@ -39,7 +37,6 @@ std::vector<DumpLine> ReadDump(const std::string& dump) {
     line.kind = text.substr(first, text.find(' ', first) - first);
     line.name = Field(text, "name");
     line.referred = Field(text, "referred");
-    line.axis = Field(text, "axis");
     lines.push_back(line);
   }
   return lines;
@@ -111,51 +108,8 @@ TEST(SyntaxConverter, OperatorsTakeTheirPlaceByPrecedence) {
   }
 }
 
-TEST(SyntaxConverter, AnEmptyAxisGetsAPlaceholder) {
-  EXPECT_EQ(ExpressionShape("QUILT /TABLE BY b."), "By(_,b)");
-  EXPECT_EQ(ExpressionShape("QUILT /TABLE a BY BY c."), "By(By(a,_),c)");
-  EXPECT_EQ(ExpressionShape("QUILT /TABLE BY BY c."), "By(By(_,_),c)");
-}
-
-TEST(SyntaxConverter, VariablesKnowTheirAxis) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a > b BY c BY d + e.");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  std::vector<std::string> axes;
-  for (const DumpLine& line : ReadDump(outcome.dump)) {
-    if (!line.name.empty()) {
-      axes.push_back(line.name + ":" + line.axis);
-    }
-  }
-  EXPECT_EQ(axes, (std::vector<std::string>{"a:0", "b:0", "c:1", "d:2", "e:2"}));
-}
-
-TEST(SyntaxConverter, TheLeftOperandOfNestingIsNoLongerALeaf) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a > b + c.");
-  ASSERT_TRUE(outcome.succeeded);
-  EXPECT_NE(outcome.dump.find("name=a index=0 axis=0 leaf=0"), std::string::npos) << outcome.dump;
-  EXPECT_NE(outcome.dump.find("name=b index=1 axis=0 leaf=1"), std::string::npos) << outcome.dump;
-}
-
 TEST(SyntaxConverter, SetsBecomeSetNodes) {
   EXPECT_EQ(ExpressionShape("QUILT /TABLE $dich BY $CATS."), "By($dich,$cats)");
-}
-
-TEST(SyntaxConverter, ABracketAppliesToItsOperandOrToTheLastClosedParen) {
-  const ParseOutcome variable = ParseCommand("QUILT /TABLE a [ ] BY b.");
-  ASSERT_TRUE(variable.succeeded) << variable.error.key;
-  EXPECT_NE(variable.dump.find("closed=1 referred=a"), std::string::npos) << variable.dump;
-
-  const ParseOutcome paren = ParseCommand("QUILT /TABLE (a + b > c) [ ].");
-  ASSERT_TRUE(paren.succeeded) << paren.error.key;
-  EXPECT_NE(paren.dump.find("referred=a,b,c"), std::string::npos) << paren.dump;
-}
-
-TEST(SyntaxConverter, ASecondClosingBracketHasNoPartner) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a [ ] ].");
-  ASSERT_FALSE(outcome.succeeded);
-  // The "]" reaches the variable, whose table has the same name, then the table, whose
-  // parent (the root) does not.
-  EXPECT_EQ(outcome.error.key, msg::kUnbalancedParenthesis);
 }
 
 }  // namespace

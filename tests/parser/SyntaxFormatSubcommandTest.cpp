@@ -59,21 +59,12 @@ TEST(SyntaxFormatSubcommandTest, DefaultCancelsANumericWidth) {
   EXPECT_FALSE(fixture.format->HasMaxColumnWidth());
 }
 
-TEST(SyntaxFormatSubcommandTest, EmptyAndMissingTexts) {
-  Fixture defaults;
-  ASSERT_FALSE(defaults.Run({}).threw);
-  EXPECT_EQ(defaults.format->GetEmptyStringType(), PresentationCodes::kEmptyFormatZero);
-  EXPECT_EQ(defaults.format->GetMissingString(), ".");
-
+// The defaults: SyntaxTablesCommandCommitTest; a literal EMPTY: DuplicateWarnings FormatEmptyTwice.
+TEST(SyntaxFormatSubcommandTest, EmptyBlankAndMissingText) {
   Fixture blank;
   ASSERT_FALSE(blank.Run({Key("EMPTY"), Word("BLANK"), Key("MISSING"), Lit("n/a")}).threw);
   EXPECT_EQ(blank.format->GetEmptyStringType(), PresentationCodes::kEmptyFormatBlank);
   EXPECT_EQ(blank.format->GetMissingString(), "n/a");
-
-  Fixture literal;
-  ASSERT_FALSE(literal.Run({Key("EMPTY"), Lit("-")}).threw);
-  EXPECT_EQ(literal.format->GetEmptyStringType(), PresentationCodes::kString);
-  EXPECT_EQ(literal.format->GetEmptyString(), "-");
 }
 
 }  // namespace

@@ -6,14 +6,11 @@
 #include <vector>
 
 #include "CategoriesTestSupport.h"
-#include "host/output/MessageKeys.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/TokenInfo.h"
 
 namespace {
-
-constexpr int kThrown = 0;
 
 // An operand as "kind/role text", with "#n" for a subtotal's number.
 std::vector<std::string> Operands(const SyntaxPComputeSubcommand& pCompute) {
@@ -108,13 +105,4 @@ TEST(SyntaxPComputeSubcommandTest, TotalAndTokenIndex) {
 }
 
 // The errors of PCOMPUTE expressions are cases of diagnostics.txt (DiagnosticCorpusTest).
-
-TEST(SyntaxPComputeSubcommandTest, MissingKeywordIsAlsoReportedAsWarning) {
-  KeptParse parse("QUILT /PCOMPUTE &a=([1]) /TABLE q1.");
-  ASSERT_FALSE(parse.Succeeded());
-  ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, msg::kMissingRequiredKeyword);
-  EXPECT_EQ(parse.Reported()[0].level, 2);
-}
-
 }  // namespace

@@ -18,7 +18,6 @@ namespace {
 
 using Codes = TableEncryptionCodes;
 
-constexpr int kThrown = 0;
 constexpr int kWarning = 2;
 
 const ParsedCategory* ComputedOf(const KeptParse& parse, const std::string& variable) {
@@ -97,61 +96,6 @@ TEST(SyntaxPPropertiesSubcommandTest, LaterFormatOfTheSameStatisticWins) {
   EXPECT_EQ(parse.Reported()[0].level, kWarning);
 }
 
-struct MessageCase {
-  const char* name;
-  const char* command;
-  const char* key;
-  std::vector<std::string> arguments;
-};
-
-class PPropertiesMessages : public ::testing::TestWithParam<MessageCase> {};
-
-TEST_P(PPropertiesMessages, EndTheCommand) {
-  const MessageCase& test = GetParam();
-  KeptParse parse(test.command);
-  ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, test.key);
-  EXPECT_EQ(parse.Error().arguments, test.arguments);
-  EXPECT_EQ(parse.Error().level, kThrown);
-}
-
-const std::string kLabel121 =
-    "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + std::string(121, 'y') + "  ' /TABLE q1.";
-
-const MessageCase kPPropertiesMessages[] = {
-    {"LabelTooLong",
-     kLabel121.c_str(),
-     msg::kLabelTextTooLong,
-     {std::string(121, 'y') + "  ", "PPROPERTIES"}},
-    {"NameAfterLabel",
-     "QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &c=EXPR([2]) /PPROPERTIES &a LABEL='x' &c /TABLE q1.",
-     msg::kUnknownKeyword,
-     {"PPROPERTIES", "c"}},
-    // The percentile statistic itself refuses the next word, naming all written for it.
-    {"PercentileWithoutNumber",
-     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=PTILE COUNT /TABLE q1.",
-     msg::kInvalidPtile,
-     {"PPROPERTIES", "PTILE COUNT"}},
-    {"NoStatistic",
-     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=FAST /TABLE q1.",
-     msg::kUnknownKeyword,
-     {"PPROPERTIES", "FAST"}},
-    {"StatisticAndMeasurement",
-     "QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT S /TABLE q1.",
-     msg::kStatisticsAndMeasurementLevel,
-     {"PPROPERTIES", "S"}},
-    {"BeforeAnyPCompute",
-     "QUILT /PPROPERTIES &a LABEL='x' /TABLE q1.",
-     msg::kMissingRequiredKeyword,
-     {"QUILT", "PCOMPUTE"}},
-    {"TotalStatisticsDiffer",
-     "QUILT /PCOMPUTE &s=EXPR(SUBTOTAL) /PPROPERTIES &s FORMAT=COLPCT.COUNT "
-     "/TABLE q1 [COUNT COLPCT.COUNT TOTALS[COUNT]] /CATEGORIES VARIABLES=q1 [1 2 SUBTOTAL &s].",
-     msg::kComputedCategoryTotalStatisticsDiffer,
-     {"s", "q1"}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, PPropertiesMessages, ::testing::ValuesIn(kPPropertiesMessages),
-                         [](const ::testing::TestParamInfo<MessageCase>& info) { return info.param.name; });
+// The refusals of PPROPERTIES are lines of diagnostics.txt.
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SyntaxParserUtilityMessagesTest.cpp - catalogue functions that no command in the other tests reaches: their key, placeholders and level
 //
-// The command-driven tests of each subcommand check the messages users meet; this table holds
-// the functions only a broken dictionary or an internal path can raise.
+// The command-driven tests of each subcommand and diagnostics.txt check the messages users meet;
+// this table holds the functions only a broken dictionary or an internal path can raise.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -44,12 +44,6 @@ std::vector<MessageCase> Cases() {
        msg::kVariableAsScale,
        {"TABLE", "v"},
        kThrown},
-      // Categories and sorting.
-      {"SortStatOnNonCompVar",
-       [] { U::SortStatOnNonCompVar(Table(), "v", "s"); },
-       msg::kVariableCannotHaveStatistics,
-       {"TABLE", "s", "v"},
-       kThrown},
       // Multiple-response sets.
       {"MRNonExistentElemVar",
        [] { U::MRNonExistentElemVar(Table(), "$s", "v"); },
@@ -60,27 +54,6 @@ std::vector<MessageCase> Cases() {
        [] { U::MRInconsistentVarType(Table(), "$s", "v"); },
        msg::kSetVariableTypesDiffer,
        {"TABLE", "$s", "v"},
-       kThrown},
-      // Computed categories.
-      {"HideSourceCatsInSigTest",
-       [] { U::HideSourceCatsInSigTest(Table(), "c"); },
-       msg::kSourceCategoriesHiddenWithSigTest,
-       {"c"},
-       kThrown},
-      {"UnMatchTypeVariable",
-       [] { U::UnMatchTypeVariable(Table(), "c", "v"); },
-       msg::kComputedCategoryTypeMismatch,
-       {"c", "v"},
-       kThrown},
-      {"UnexistInExplicitListForSubtotal",
-       [] { U::UnexistInExplicitListForSubtotal(Table(), "c", "2", "v"); },
-       msg::kComputedCategoryUsesUnlistedSubtotal,
-       {"c", "2", "v"},
-       kThrown},
-      {"DiffStatTypeTotalAndSubtotalPcomput",
-       [] { U::DiffStatTypeTotalAndSubtotalPcomput(Table(), "c", "v"); },
-       msg::kComputedCategoryTotalStatisticsDiffer,
-       {"c", "v"},
        kThrown},
       // Other levels.
       {"GenericMessage warning",

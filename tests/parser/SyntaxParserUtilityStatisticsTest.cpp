@@ -110,14 +110,6 @@ TEST(SyntaxParserUtilityStatistics, EveryPercentageKeywordHasItsRuleCodeLabelAnd
   }
 }
 
-TEST(SyntaxParserUtilityStatistics, WorkedExamplesOfTheRule) {
-  // Given as examples of the rule: COLPCT.COUNT 18, UCOLPCT.COUNT 22,
-  // ULAYERCOLPCT.COUNT.RESPONSES 461 (409 + 8*6 + 4).
-  EXPECT_EQ(Find("COLPCT.COUNT").code, 18);
-  EXPECT_EQ(Find("UCOLPCT.COUNT").code, 22);
-  EXPECT_EQ(Find("ULAYERCOLPCT.COUNT.RESPONSES").code, 461);
-}
-
 TEST(SyntaxParserUtilityStatistics, KeywordsMatchInAnyCaseAndAliasesShareTheirRow) {
   struct Row {
     const char* word;
@@ -218,64 +210,4 @@ TEST(SyntaxParserUtilityStatistics, StatTokenAddsThePercentileOnlyToPercentiles)
   EXPECT_EQ(SyntaxParserUtility::GetStatToken(469, 25.0), "PTILE.LCL");
   EXPECT_EQ(SyntaxParserUtility::GetStatToken(1, 25.0), "COUNT");
   EXPECT_EQ(SyntaxParserUtility::GetStatToken(600, 25.0), "");
-}
-
-TEST(SyntaxParserUtilityStatistics, LabelAndGroupLookUps) {
-  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(1), "Count");
-  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(204), "Unweighted Standard Deviation");
-  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(465), "");
-  EXPECT_EQ(SyntaxParserUtility::GetStatGroup(289), TableEncryptionCodes::kStatGroupResponses);
-  EXPECT_EQ(SyntaxParserUtility::GetStatGroup(231), TableEncryptionCodes::kStatGroupSummary);
-  EXPECT_EQ(SyntaxParserUtility::GetStatGroup(5), TableEncryptionCodes::kStatGroupCounts);
-}
-
-TEST(SyntaxParserUtilityStatistics, IsStatComputedDecidesWhichVariantsExist) {
-  struct Row {
-    int prime;
-    int conf;
-    Group group;
-    bool expected;
-  };
-  const Row rows[] = {
-      {179, TableEncryptionCodes::kConfNone, TableEncryptionCodes::kStatGroupSummary, true},
-      {179, TableEncryptionCodes::kConfUnset, TableEncryptionCodes::kStatGroupSummary, true},
-      {179, TableEncryptionCodes::kConfSe, TableEncryptionCodes::kStatGroupSummary, true},
-      {187, TableEncryptionCodes::kConfSe, TableEncryptionCodes::kStatGroupSummary, false},
-      {187, TableEncryptionCodes::kConfLcl, TableEncryptionCodes::kStatGroupSummary, true},
-      {472, TableEncryptionCodes::kConfSe, TableEncryptionCodes::kStatGroupSummary, false},
-      {289, TableEncryptionCodes::kConfLcl, TableEncryptionCodes::kStatGroupResponses, false},
-      {289, TableEncryptionCodes::kConfNone, TableEncryptionCodes::kStatGroupResponses, true},
-      {514, TableEncryptionCodes::kConfNone, TableEncryptionCodes::kStatGroupCounts, false},
-      {-1, TableEncryptionCodes::kConfNone, TableEncryptionCodes::kStatGroupCounts, false},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(testing::Message() << row.prime << "/" << row.conf);
-    EXPECT_EQ(SyntaxParserUtility::IsStatComputed(row.prime, row.conf, row.group), row.expected);
-  }
-}
-
-TEST(SyntaxParserUtilityStatistics, ExtDetailBuildsVariantTextFromThePrimary) {
-  Group group;
-  std::string label;
-  std::string keyword;
-  int prime = 0;
-  int conf = 0;
-  ASSERT_TRUE(SyntaxParserUtility::GetStatExtDetail(186, group, label, keyword, prime, conf));
-  EXPECT_EQ(keyword, "UMEAN.SE");
-  EXPECT_EQ(label, "Unweighted Mean SE");
-  EXPECT_EQ(prime, 183);
-  EXPECT_EQ(conf, TableEncryptionCodes::kConfSe);
-
-  label = "stale";
-  keyword = "stale";
-  EXPECT_FALSE(SyntaxParserUtility::GetStatExtDetail(465, group, label, keyword, prime, conf));
-  EXPECT_TRUE(label.empty());
-  EXPECT_TRUE(keyword.empty());
-}
-
-TEST(SyntaxParserUtilityStatistics, InitStatisticsTwiceKeepsTheTables) {
-  SyntaxParserUtility::InitStatistics();
-  SyntaxParserUtility::InitStatistics();
-  EXPECT_EQ(Find("COUNT").code, 1);
-  EXPECT_EQ(SyntaxParserUtility::GetStatDefaultLabel(62), msg::kUnweightedLayerColumnPercent);
 }

@@ -1,45 +1,18 @@
 // SyntaxReaderTest.cpp - which event each token becomes, and the errors the reader raises on its own
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "ParserTestSupport.h"
-#include "host/output/MessageKeys.h"
 
 namespace {
 
 // The errors of the reader and the root are cases of diagnostics.txt (DiagnosticCorpusTest).
 
-TEST(SyntaxReader, ValidCommandsEndWithTheRootCurrentAndTheirTablesNumbered) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE a /TABLE b BY c /TABLE (d).");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  EXPECT_EQ(outcome.tableNumbers, (std::vector<int>{1, 2, 3}));
-  EXPECT_TRUE(outcome.reported.empty());
-}
-
 TEST(SyntaxReader, KeywordsAndSubcommandsMatchInAnyCaseAndAbbreviated) {
   EXPECT_TRUE(ParseCommand("QUILT /table a by b.").succeeded);
   EXPECT_TRUE(ParseCommand("QUILT /TAB a gt b.").succeeded);
-}
-
-TEST(SyntaxReader, MissingKeywordIsShownAsAWarningAndThenThrown) {
-  const ParseOutcome outcome = ParseCommand("QUILT /PPROPERTIES.");
-  ASSERT_FALSE(outcome.succeeded);
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, msg::kMissingRequiredKeyword);
-  EXPECT_EQ(outcome.reported[0].arguments, outcome.error.arguments);
-  EXPECT_EQ(outcome.reported[0].level, 2);  // kBpLevelWarning
-}
-
-TEST(SyntaxReader, AnInvalidSetIsReportedAndDroppedAndParsingGoesOn) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE $broken BY a.");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, msg::kSetIsInvalid);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"TABLE", "$broken"}));
-  EXPECT_EQ(outcome.reported[0].level, 3);  // kBpLevelError
 }
 
 TEST(SyntaxReader, ExpressionTextReadsInUpperCaseWithLabelsAndWithoutBrackets) {
@@ -50,7 +23,6 @@ TEST(SyntaxReader, ExpressionTextReadsInUpperCaseWithLabelsAndWithoutBrackets) {
   const Row rows[] = {
       // a carries the label "Age group"; GT writes as ">".
       {"QUILT /TABLE b GT c.", "B > C"},
-      {"QUILT /TABLE b > c.", "B > C"},
       {"QUILT /TABLE (b + c) BY a.", "(B + C) BY Age group"},
       {"QUILT /TABLE b [ ] + c.", "B + C"},
       // A set is shown by its label when it has one.
@@ -65,22 +37,11 @@ TEST(SyntaxReader, ExpressionTextReadsInUpperCaseWithLabelsAndWithoutBrackets) {
   }
 }
 
-TEST(SyntaxReader, EachTableWritesOnlyItsOwnExpression) {
-  const ParseOutcome outcome = ParseCommand("QUILT /TABLE b /TABLE c > d.");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  EXPECT_EQ(outcome.expressions, (std::vector<std::string>{"B", "C > D"}));
-}
-
 TEST(SyntaxReader, LookingAheadForEqualsStepsBackSoNoTokenIsLost) {
   // After each word the reader peeks for "="; the peeked token must come again as an event.
   const ParseOutcome stacked = ParseCommand("QUILT /TABLE a + b.");
   ASSERT_TRUE(stacked.succeeded) << stacked.error.key;
   EXPECT_EQ(stacked.expressions, (std::vector<std::string>{"Age group + B"}));
-
-  const ParseOutcome literal = ParseCommand("QUILT /TABLE a 'x'.");
-  ASSERT_FALSE(literal.succeeded);
-  EXPECT_EQ(literal.error.key, msg::kUnknownKeyword);
-  EXPECT_EQ(literal.error.arguments, (std::vector<std::string>{"TABLE", "x"}));
 }
 
 TEST(SyntaxReader, ATokenLongerThanTheBufferIsCutAtACharacterBoundary) {
@@ -97,13 +58,6 @@ TEST(SyntaxReader, ATokenLongerThanTheBufferIsCutAtACharacterBoundary) {
   ASSERT_FALSE(boundary.succeeded);
   ASSERT_EQ(boundary.error.arguments.size(), 2u);
   EXPECT_EQ(boundary.error.arguments[1], std::string(1022, 'x'));
-}
-
-TEST(SyntaxReader, GreaterThanWordAndOperatorGiveTheSameTree) {
-  const ParseOutcome word = ParseCommand("QUILT /TABLE a GT b + c.");
-  const ParseOutcome symbol = ParseCommand("QUILT /TABLE a > b + c.");
-  ASSERT_TRUE(word.succeeded);
-  EXPECT_EQ(word.dump, symbol.dump);
 }
 
 }  // namespace

@@ -79,13 +79,6 @@ TEST(SyntaxVLabelsSubcommandTest, SetsAreKeptByName) {
   EXPECT_EQ(fixture.settings.GetByIndex().size(), 1u);
 }
 
-TEST(SyntaxVLabelsSubcommandTest, AllStandsAlone) {
-  Fixture fixture;
-  ASSERT_FALSE(fixture.Run({Key("VARIABLES"), All(), Key("DISPLAY"), Word("NONE")}).threw);
-  EXPECT_TRUE(fixture.settings.IsForAll());
-  EXPECT_EQ(fixture.settings.GetAllOption(), PresentationCodes::kVLabelNone);
-}
-
 // A range left open at the period (the other refusals are lines of diagnostics.txt).
 TEST(SyntaxVLabelsSubcommandTest, AnOpenRangeEndsTheCommand) {
   Fixture openRange;

@@ -117,12 +117,4 @@ TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
   }
 }
 
-TEST(SyntaxVariableNameTest, ProtectsItsListFromImplicitOptions) {
-  // MISSING in a later CATEGORIES would contradict the explicit list given before.
-  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 2] /CATEGORIES VARIABLES=q1 MISSING=INCLUDE.");
-  ASSERT_FALSE(parse.Succeeded());
-  EXPECT_EQ(parse.Error().key, msg::kExplicitListViolationInVariable);
-  EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"CATEGORIES", "q1"}));
-}
-
 }  // namespace

@@ -1,11 +1,10 @@
-// VariableCompositeTest.cpp - table expressions cut into sub-table cubes: nesting, crossing, stacking and refused crossings
+// VariableCompositeTest.cpp - table expressions cut into sub-table cubes: nesting, crossing and stacking (refused crossings are lines of diagnostics.txt)
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "DissectionTestSupport.h"
-#include "host/output/MessageKeys.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -74,35 +73,6 @@ INSTANTIATE_TEST_SUITE_P(
         // A bracket after a paren reaches the leaves; the outer variable of a nesting is no leaf.
         CubeCase{"(a > b) [COUNT] BY c", {"a>b* BY c"}}));
 
-class RefusedCrossing : public testing::TestWithParam<const char*> {};
-
-TEST_P(RefusedCrossing, EndsTheCommandWithIncorrectCrossing) {
-  const TablesOutcome outcome = ParseTables(std::string("QUILT /TABLE ") + GetParam() + ".");
-  ASSERT_FALSE(outcome.succeeded);
-  EXPECT_EQ(outcome.error.key, msg::kIncorrectTableExpression);
-  EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE"}));
-}
-
-// Each would put two sources of statistics into one cell, or split a statistic's categories
-// other than across axes.
-INSTANTIATE_TEST_SUITE_P(Expressions, RefusedCrossing,
-                         testing::Values("x > y",                      // scale nested in scale
-                                         "x BY y",                     // scale crossed with scale
-                                         "a [COUNT] > b",              // nested under a statistics carrier
-                                         "a [COUNT] > x",              // scale joins a categorical cube
-                                         "a [COUNT] BY b [COUNT]",     // two carriers
-                                         "x BY a [COUNT]",             // carrier joins a scale cube
-                                         "$cats [COUNT] > $dich",      // set nested under a set carrier
-                                         "(a [COUNT] + b) > (c + d)",  // cube under a carrier by nesting
-                                         "(x + y) > (x + a)"));        // scale cubes joined by nesting
-
-TEST(Dissection, AThirdByIsAnIncorrectSequence) {
-  const TablesOutcome outcome = ParseTables("QUILT /TABLE a BY b BY c BY d.");
-  ASSERT_FALSE(outcome.succeeded);
-  EXPECT_EQ(outcome.error.key, msg::kIncorrectSequence);
-  EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"TABLE", "BY"}));
-}
-
 // The statistics of each variable of the table, after the parse, as "name:TOKENS" with a
 // trailing "~" when the list is a removable default.
 std::vector<std::string> StatisticsOfVariables(const std::string& command) {
@@ -170,26 +140,6 @@ TEST(Dissection, CompositeLookUpsAnswerOverAllCubes) {
   EXPECT_TRUE(catExists);
   EXPECT_TRUE(scaleExists);
   EXPECT_FALSE(wrongKind);
-}
-
-}  // namespace
-
-namespace {
-
-// Expressions cut short or malformed end in a catalogue error before any cube is made; none
-// may reach an assertion of the dissection. (A parenthesis left open at the period is no
-// error: "(a." is the table of a.)
-TEST(Dissection, IncompleteExpressionsFailWithACatalogueError) {
-  const char* const commands[] = {
-      "QUILT /TABLE a BY.",   "QUILT /TABLE a +.",      "QUILT /TABLE a >.",
-      "QUILT /TABLE BY.",     "QUILT /TABLE ().",       "QUILT /TABLE (a + b) >.",   "QUILT /TABLE a BY /TITLES.",
-      "QUILT /TABLE BY BY.",  "QUILT /TABLE a [COUNT.", "QUILT /TABLE /TABLE a.",
-  };
-  for (const char* command : commands) {
-    const TablesOutcome outcome = ParseTables(command);
-    EXPECT_FALSE(outcome.succeeded) << command;
-    EXPECT_FALSE(outcome.error.key.empty()) << command;
-  }
 }
 
 }  // namespace
