@@ -180,6 +180,28 @@ struct CubeAggregator::Data {
   std::vector<PackedKey> _cellKeys;  // the key of each cell, parallel to _cells
   std::vector<int> _overflowVarIndices;  // scale variables whose statistics overflowed (Complete)
 
+  // Values near the largest double (1e308) add up past it, in a cell or in a total: the
+  // statistics then show as missing, and the table says why.
+  void NoteOverflows() {
+    const std::size_t scales = ScaleCount();
+    _overflowVarIndices.clear();
+    for (std::size_t cellIndex = 0; cellIndex < _cells.size(); ++cellIndex) {
+      for (std::size_t s = 0; s < scales; ++s) {
+        const ScaleCell& scale = _scaleCells[cellIndex * scales + s];
+        bool finite = true;
+        for (const CellMoments* moments : {&scale._weighted, &scale._unweighted}) {
+          finite = finite && std::isfinite(moments->_mean) && std::isfinite(moments->_sumSquares) &&
+                   std::isfinite(moments->GetSum());
+        }
+        const int varIndex = _scaleVarIndices[s];
+        if (!finite && std::find(_overflowVarIndices.begin(), _overflowVarIndices.end(), varIndex) ==
+                           _overflowVarIndices.end()) {
+          _overflowVarIndices.push_back(varIndex);
+        }
+      }
+    }
+  }
+
   // While reading, cells of small encodings are found by direct index instead of by hash:
   // position i holds encodings -1 (total) .. _denseCapacity - 2 at stride _denseStride[i].
   // The slot holds the cell index + 1, 0 for none. It is only a cache of the hash index, so
@@ -1014,24 +1036,7 @@ void CubeAggregator::Complete() {
       if (i == n) break;
     }
   }
-  // Values near the largest double (1e308) add up past it, in a cell or in a total: the
-  // statistics then show as missing, and the table says why.
-  d._overflowVarIndices.clear();
-  for (std::size_t cellIndex = 0; cellIndex < d._cells.size(); ++cellIndex) {
-    for (std::size_t s = 0; s < scales; ++s) {
-      const ScaleCell& scale = d._scaleCells[cellIndex * scales + s];
-      bool finite = true;
-      for (const CellMoments* moments : {&scale._weighted, &scale._unweighted}) {
-        finite = finite && std::isfinite(moments->_mean) && std::isfinite(moments->_sumSquares) &&
-                 std::isfinite(moments->GetSum());
-      }
-      const int varIndex = d._scaleVarIndices[s];
-      if (!finite && std::find(d._overflowVarIndices.begin(), d._overflowVarIndices.end(), varIndex) ==
-                         d._overflowVarIndices.end()) {
-        d._overflowVarIndices.push_back(varIndex);
-      }
-    }
-  }
+  d.NoteOverflows();
 }
 
 const std::vector<int>& CubeAggregator::GetOverflowVarIndices() const {

@@ -502,6 +502,31 @@ struct TableDimension::Data {
 
   // One member of a dichotomy set as a category, unless the list leaves it out or it is
   // empty and empty categories are not wanted.
+  // The categories of a dichotomy set. An explicit list shows the members in its own order,
+  // with its computed categories among them; without one the members follow the set's order.
+  void AddSetCategories(const AggregationVariable& variable) {
+    const auto* parsed = variable.GetParsedCategories();
+    if (parsed == nullptr) {
+      for (std::size_t i = 0; i < _members.size(); ++i) AddMemberCategory(variable, i);
+    } else {
+      for (const ParsedCategory* item : *parsed) {
+        if (item->GetPCType() == ParsedCategory::kParsedComputed) {
+          AddComputedCategory(*item, variable.GetVarIndex());
+          continue;
+        }
+        if (item->GetPCType() == ParsedCategory::kParsedSubtotal ||
+            item->GetPCType() == ParsedCategory::kParsedHSubtotal) {
+          AddSubtotalCategory(*item, variable.GetVarIndex());
+          continue;
+        }
+        if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
+        for (std::size_t i = 0; i < _members.size(); ++i) {
+          if (variable.GetVarIndices()[i] == item->GetVarIndex()) AddMemberCategory(variable, i);
+        }
+      }
+    }
+  }
+
   void AddMemberCategory(const AggregationVariable& variable, std::size_t i) {
     if (!_memberListed[i]) return;
     if (!_memberHit[i] && !variable.GetIsEmptyInclude()) return;
@@ -825,27 +850,7 @@ void TableDimension::CompleteCategories() {
   const auto* parsed = variable.GetParsedCategories();
 
   if (d._kind == AggregationVariable::kDichotomySet) {
-    // An explicit list shows the members in its own order, with its computed categories
-    // among them; without one the members follow the set's order.
-    if (parsed == nullptr) {
-      for (std::size_t i = 0; i < d._members.size(); ++i) d.AddMemberCategory(variable, i);
-    } else {
-      for (const ParsedCategory* item : *parsed) {
-        if (item->GetPCType() == ParsedCategory::kParsedComputed) {
-          d.AddComputedCategory(*item, variable.GetVarIndex());
-          continue;
-        }
-        if (item->GetPCType() == ParsedCategory::kParsedSubtotal ||
-            item->GetPCType() == ParsedCategory::kParsedHSubtotal) {
-          d.AddSubtotalCategory(*item, variable.GetVarIndex());
-          continue;
-        }
-        if (item->GetPCType() != ParsedCategory::kParsedVariable) continue;
-        for (std::size_t i = 0; i < d._members.size(); ++i) {
-          if (variable.GetVarIndices()[i] == item->GetVarIndex()) d.AddMemberCategory(variable, i);
-        }
-      }
-    }
+    d.AddSetCategories(variable);
   } else if (parsed == nullptr) {
     if (variable.GetIsEmptyInclude()) d.RegisterLabelledValues();
     std::vector<int> ids;
