@@ -27,12 +27,9 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   auto* set = h.Own(std::make_unique<AggregationMDSet>(
       std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(set, Codes::kDimensionColumn);
-  cube->AddCategoricalVariable(set, Codes::kDimensionExtra);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
+  CubeAggregator* agg =
+      h.Cube({{g, Codes::kDimensionRow}, {set, Codes::kDimensionColumn}, {set, Codes::kDimensionExtra}},
+             {AggregationStatistic(1), AggregationStatistic(289)}, set);
   h.RunGroup();
   const auto& cats = set->GetTableDimension()->GetCategories();
   ASSERT_EQ(cats.size(), 3u);
@@ -50,10 +47,7 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   Harness h2(csv, dict);
   auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h2.Index("d1"), h2.Index("d3")},
                                                              "$e", &counted, 1, true));
-  AggregationCube* cube2 = h2._table->CreateCube();
-  cube2->AddCategoricalVariable(labelled, Codes::kDimensionRow);
-  cube2->CreateCubeAggregator();
-  cube2->AddCategoryStatistics({AggregationStatistic(1)}, labelled);
+  h2.Cube({{labelled, Codes::kDimensionRow}}, {AggregationStatistic(1)}, labelled);
   h2.RunGroup();
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[1]->GetCatLabel(), "Third yes");
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[0]->GetCatLabel(), "First");
@@ -64,11 +58,7 @@ TEST(MultipleResponse, AxisCubesCountByNestingLevel) {
   Harness h("a,b\n1,1\n1,2\n2,2\n", "");
   AggregationVariable* a = h.Variable("a");
   AggregationVariable* b = h.Variable("b");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(b, Codes::kDimensionRow);
-  cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1)}, b);
+  h.Cube({{a, Codes::kDimensionRow}, {b, Codes::kDimensionRow}}, {AggregationStatistic(1)}, b);
   std::vector<AggregationCube*> axis = h._table->CreateAxisCubes(2, 0, Codes::kDimensionRow);
   axis[0]->AddCategoricalVariable(a, Codes::kDimensionRow);
   axis[0]->CreateCubeAggregator();
@@ -211,10 +201,7 @@ TEST(MultipleResponse, StringDichotomySetCountsItsTextValue) {
   auto* set =
       h.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h.Index("s1"), h.Index("s2")}, "$s", &counted,
                                                /*countedValueSize=*/1, false));
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(set, Codes::kDimensionRow);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, set);
+  CubeAggregator* agg = h.Cube({{set, Codes::kDimensionRow}}, {AggregationStatistic(Codes::kStatCount)}, set);
   h.RunGroup();
   EXPECT_DOUBLE_EQ(Value(*agg, Key({0}), AggregationStatistic(Codes::kStatCount)), 2);
   EXPECT_DOUBLE_EQ(Value(*agg, Key({1}), AggregationStatistic(Codes::kStatCount)), 1);
@@ -248,15 +235,10 @@ TEST(MultipleResponse, DichotomySetListOrderSubtotalAndComputedCategory) {
       new ParsedCategory("sum", {"Sum"}, false, {}, {}, {}, ParsedCategory::kParsedComputed, 0)};
   set->AddParsedCategories(&items);
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* alone = h._table->CreateCube();
-  alone->AddCategoricalVariable(set, Codes::kDimensionRow);
-  CubeAggregator* aloneAgg = alone->CreateCubeAggregator();
-  alone->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
-  AggregationCube* crossed = h._table->CreateCube();
-  crossed->AddCategoricalVariable(set, Codes::kDimensionRow);
-  crossed->AddCategoricalVariable(g, Codes::kDimensionColumn);
-  CubeAggregator* crossedAgg = crossed->CreateCubeAggregator();
-  crossed->AddCategoryStatistics({AggregationStatistic(1)}, g);
+  CubeAggregator* aloneAgg =
+      h.Cube({{set, Codes::kDimensionRow}}, {AggregationStatistic(1), AggregationStatistic(289)}, set);
+  CubeAggregator* crossedAgg =
+      h.Cube({{set, Codes::kDimensionRow}, {g, Codes::kDimensionColumn}}, {AggregationStatistic(1)}, g);
   h.RunGroup();
 
   const auto& cats = set->GetTableDimension()->GetCategories();
