@@ -1,4 +1,4 @@
-// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension, axis cubes
+// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -51,31 +51,6 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   h2.RunGroup();
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[1]->GetCatLabel(), "Third yes");
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[0]->GetCatLabel(), "First");
-}
-
-// Axis cubes count the categories of one axis by nesting level, read like any cube.
-TEST(MultipleResponse, AxisCubesCountByNestingLevel) {
-  Harness h("a,b\n1,1\n1,2\n2,2\n", "");
-  AggregationVariable* a = h.Variable("a");
-  AggregationVariable* b = h.Variable("b");
-  h.Cube({{a, Codes::kDimensionRow}, {b, Codes::kDimensionRow}}, {AggregationStatistic(1)}, b);
-  std::vector<AggregationCube*> axis = h._table->CreateAxisCubes(2, 0, Codes::kDimensionRow);
-  axis[0]->AddCategoricalVariable(a, Codes::kDimensionRow);
-  axis[0]->CreateCubeAggregator();
-  axis[0]->AddCategoryStatistics({AggregationStatistic(1)}, a);
-  axis[1]->AddCategoricalVariable(a, Codes::kDimensionRow);
-  axis[1]->AddCategoricalVariable(b, Codes::kDimensionRow);
-  axis[1]->CreateCubeAggregator();
-  axis[1]->AddCategoryStatistics({AggregationStatistic(1)}, b);
-  h.RunGroup();
-  auto levels = h._table->GetAxisCubeAggregators(Codes::kDimensionRow);
-  ASSERT_EQ(levels.size(), 1u);
-  ASSERT_EQ(levels[0].size(), 2u);
-  const AggregationCategory* a1 = a->GetTableDimension()->GetCategories()[0];
-  const AggregationCategory* b2 = b->GetTableDimension()->GetCategories()[1];
-  EXPECT_DOUBLE_EQ(levels[0][0]->GetStatValues({a1}, -1)->GetStatValue(0), 2);
-  EXPECT_DOUBLE_EQ(levels[0][1]->GetStatValues({a1, b2}, -1)->GetStatValue(0), 1);
-  EXPECT_TRUE(h._table->GetAxisCubeAggregators(Codes::kDimensionColumn).empty());
 }
 
 // Example E with frequency weights 2, 0.5, 1, 3 on the cases (1,1,2), (2,.,3), (.,.,.),
