@@ -264,21 +264,6 @@ TEST(HeaderTreeNode, PriorVarsReachLaterSiblingsOnly) {
   EXPECT_EQ(root->GetChildren()[0]->getProperties(), "merged,A");
 }
 
-TEST(HeaderTreeNode, PropagateEmptyInfoMarksInnerNodesFromTheirLeaves) {
-  Fixture f;
-  std::unique_ptr<Node> root(Node::CreateRoot());
-  root->AddChild(f.VariableWithCategories("a", {"a1", "a2"}), false);
-  root->AddChild(f.VariableWithCategories("b", {"b1"}), false);
-  Node* a = root->GetChildren()[0];
-  a->GetChildren()[0]->SetEmpty(true);
-  a->GetChildren()[1]->SetEmpty(true);
-  root->GetChildren()[1]->GetChildren()[0]->SetEmpty(false);
-  EXPECT_FALSE(root->PropagateEmptyInfo());
-  EXPECT_TRUE(a->IsEmpty());
-  EXPECT_EQ(root->GetChildren()[1]->GetEmptyState(), Node::kEmptyNo);
-  EXPECT_EQ(root->GetEmptyState(), Node::kEmptyNo);
-}
-
 TEST(StatTreeNode, FormatFamilyFollowsThePrimaryStatistic) {
   struct Row {
     int primary;

@@ -2,9 +2,7 @@
 //
 // The commands, the hand counts and the key cells are in cases/computed.txt.
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -12,9 +10,6 @@
 
 namespace {
 
-using delivered::DimensionLabels;
-using delivered::RunOnSurvey;
-using delivered::TablesOf;
 using delivered::GoldenCase;
 
 const delivered::CaseFile& Cases() {
@@ -31,14 +26,5 @@ TEST_P(ComputedCategories, TextAndJsonMatchTheirGoldens) {
 INSTANTIATE_TEST_SUITE_P(SmallSurvey, ComputedCategories, ::testing::ValuesIn(Cases().cases), delivered::GoldenTestName);
 
 TEST(ComputedCategories, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
-
-TEST(ComputedCategories, HiddenSourcesLeaveTheHeadersToo) {
-  const nlohmann::json table =
-      TablesOf(nlohmann::json::parse(RunOnSurvey(delivered::FindGoldenCase(Cases().cases, "range-with-hidden-sources").settings, "json")))[0];
-  const std::vector<std::string> rows = DimensionLabels(table, "Row");
-  EXPECT_EQ(std::count(rows.begin(), rows.end(), "Low"), 0) << ::testing::PrintToString(rows);
-  EXPECT_EQ(std::count(rows.begin(), rows.end(), "High"), 0) << ::testing::PrintToString(rows);
-  EXPECT_EQ(std::count(rows.begin(), rows.end(), "Any rating"), 1) << ::testing::PrintToString(rows);
-}
 
 }  // namespace

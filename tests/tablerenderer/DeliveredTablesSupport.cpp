@@ -73,18 +73,6 @@ std::vector<std::string> PathOf(const nlohmann::json& cell, const char* place) {
   return labels;
 }
 
-void CollectLabels(const nlohmann::json& nodes, std::vector<std::string>& labels) {
-  for (const nlohmann::json& node : nodes) {
-    const std::string label = node.value("label", "");
-    if (node.value("type", "") == "group") {
-      labels.push_back((node.value("shown", true) ? "+" : "-") + label);
-      CollectLabels(node["children"], labels);
-    } else {
-      labels.push_back(label);
-    }
-  }
-}
-
 }  // namespace
 
 std::vector<nlohmann::json> TablesOf(const nlohmann::json& document) {
@@ -102,14 +90,6 @@ std::vector<std::string> CellTexts(const nlohmann::json& table, const CellPath& 
     }
   }
   return texts;
-}
-
-std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std::string& name) {
-  std::vector<std::string> labels;
-  for (const nlohmann::json& dimension : table["dimensions"]) {
-    if (dimension.value("name", "") == name) CollectLabels(dimension["tree"], labels);
-  }
-  return labels;
 }
 
 std::string GoldenTestName(const ::testing::TestParamInfo<GoldenCase>& info) {

@@ -110,10 +110,6 @@ std::vector<nlohmann::json> TablesOf(const nlohmann::json& document);
 /// one; several when equal labels stand apart only through hidden grouping.
 std::vector<std::string> CellTexts(const nlohmann::json& table, const CellPath& path);
 
-/// Every label of every node (group or category) of the dimension named `name`, depth first,
-/// with a group's label prefixed by "+" when it is shown and "-" when it is hidden.
-std::vector<std::string> DimensionLabels(const nlohmann::json& table, const std::string& name);
-
 /// One command of a golden test: its name, also the golden files' name, and how it runs.
 struct GoldenCase {
   std::string name;

@@ -198,10 +198,7 @@ TEST(Categories, ResetStartsTheNextSplitGroupClean) {
   Harness h("s,g\n1,1\n1,2\n1,2\n2,3\n",
             R"({"variables":[{"name":"s"},{"name":"g"}],"split":{"variables":["s"]}})");
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1)}, g);
+  CubeAggregator* agg = h.Cube({{g, Codes::kDimensionRow}}, {AggregationStatistic(1)}, g);
   ASSERT_TRUE(h.RunGroup());
   EXPECT_EQ(g->GetTableDimension()->GetNumberOfCategories(), 2);
   EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal}), true, false), 3);
@@ -220,11 +217,8 @@ TEST(Categories, StringValuesAndMergedLists) {
             R"({"name":"d","type":"string","width":3}]})");
   AggregationVariable* c = h.Variable("c");
   AggregationVariable* d = h.Variable("d");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(c, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(d, Codes::kDimensionColumn);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1)}, d);
+  CubeAggregator* agg =
+      h.Cube({{c, Codes::kDimensionRow}, {d, Codes::kDimensionColumn}}, {AggregationStatistic(1)}, d);
   h.RunGroup();
   const auto& cats = c->GetTableDimension()->GetCategories();
   ASSERT_EQ(cats.size(), 2u);
@@ -256,10 +250,7 @@ TEST(Categories, SortedByAStatistic) {
     g->SetSortInfo(Codes::kStatCount, -1);
     g->SetIsOrderA(false);
     g->SetIsTotalNo(false);
-    AggregationCube* cube = h._table->CreateCube();
-    cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-    cube->CreateCubeAggregator();
-    cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, g);
+    h.Cube({{g, Codes::kDimensionRow}}, {AggregationStatistic(Codes::kStatCount)}, g);
     h.RunGroup();
     const auto& cats = g->GetTableDimension()->GetCategories();
     ASSERT_EQ(cats.size(), 4u);
@@ -378,11 +369,7 @@ TEST(Categories, SortedByAnotherVariablesStatistic) {
     g->SetIsOrderA(false);
     const std::vector<AggregationStatistic> list = {AggregationStatistic(Codes::kStatCount),
                                                     AggregationStatistic(Codes::kStatValidN)};
-    AggregationCube* first = h._table->CreateCube();
-    first->AddCategoricalVariable(g, Codes::kDimensionRow);
-    first->AddCategoricalVariable(hv, Codes::kDimensionColumn);
-    first->CreateCubeAggregator();
-    first->AddCategoryStatistics(list, hv);
+    h.Cube({{g, Codes::kDimensionRow}, {hv, Codes::kDimensionColumn}}, list, hv);
     AggregationCube* second = h._table->CreateCube();
     second->AddCategoricalVariable(g, Codes::kDimensionRow);
     second->AddCategoricalVariable(m, Codes::kDimensionColumn);

@@ -90,20 +90,14 @@ struct Tables {
         std::vector<int>{_h.Index("d1"), _h.Index("d2"), _h.Index("d3")}, "$d", &counted, 1, false));
     _categories =
         _h.Own(std::make_unique<AggregationMCSet>(std::vector<int>{_h.Index("c1"), _h.Index("c2")}, "$c"));
-    AggregationCube* nested = _h._table->CreateCube();
-    nested->AddCategoricalVariable(_a, Codes::kDimensionRow);
-    nested->AddCategoricalVariable(_b, Codes::kDimensionRow);
-    nested->AddCategoricalVariable(_dichotomies, Codes::kDimensionColumn);
-    _nested = nested->CreateCubeAggregator();
-    nested->AddCategoryStatistics(Statistics({Codes::kStatCount, Codes::kStatValidN, Codes::kStatTotalN,
-                                              Codes::kStatRowPctCount, Codes::kStatUCount}),
-                                  _a);
-    AggregationCube* sets = _h._table->CreateCube();
-    sets->AddCategoricalVariable(_categories, Codes::kDimensionRow);
-    sets->AddCategoricalVariable(_b, Codes::kDimensionColumn);
-    _sets = sets->CreateCubeAggregator();
-    sets->AddCategoryStatistics(
-        Statistics({Codes::kStatCount, Codes::kStatResponses, Codes::kStatColPctCount}), _categories);
+    _nested = _h.Cube(
+        {{_a, Codes::kDimensionRow}, {_b, Codes::kDimensionRow}, {_dichotomies, Codes::kDimensionColumn}},
+        Statistics({Codes::kStatCount, Codes::kStatValidN, Codes::kStatTotalN, Codes::kStatRowPctCount,
+                    Codes::kStatUCount}),
+        _a);
+    _sets =
+        _h.Cube({{_categories, Codes::kDimensionRow}, {_b, Codes::kDimensionColumn}},
+                Statistics({Codes::kStatCount, Codes::kStatResponses, Codes::kStatColPctCount}), _categories);
     AggregationCube* scale = _h._table->CreateCube();
     scale->AddCategoricalVariable(_a, Codes::kDimensionRow);
     scale->AddCategoricalVariable(_b, Codes::kDimensionColumn);
@@ -278,11 +272,8 @@ TEST(DataPass, DebugDumpListsCellsInKeyOrder) {
   Harness h("g,h\n1,1\n1,2\n2,1\n", "");
   AggregationVariable* g = h.Variable("g");
   AggregationVariable* hv = h.Variable("h");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(hv, Codes::kDimensionColumn);
-  cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, hv);
+  h.Cube({{g, Codes::kDimensionRow}, {hv, Codes::kDimensionColumn}},
+         {AggregationStatistic(Codes::kStatCount)}, hv);
   auto* iterator = static_cast<ProcDSIterator*>(h._iterator.get());
   while (iterator->NextCase() != 0) {
     if (!iterator->SplitGroupEnd()) h._table->AddNewCase();
@@ -328,13 +319,11 @@ TEST(DataPass, ValuesAndCellsBeyondTheDirectIndex) {
   }
   Harness h(csv, "");
   AggregationVariable* v = h.Variable("v");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(h.Variable("p"), Codes::kDimensionRow);
-  cube->AddCategoricalVariable(h.Variable("q"), Codes::kDimensionRow);
-  cube->AddCategoricalVariable(v, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(h.Variable("r"), Codes::kDimensionColumn);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, v);
+  CubeAggregator* agg = h.Cube({{h.Variable("p"), Codes::kDimensionRow},
+                                {h.Variable("q"), Codes::kDimensionRow},
+                                {v, Codes::kDimensionRow},
+                                {h.Variable("r"), Codes::kDimensionColumn}},
+                               {AggregationStatistic(Codes::kStatCount)}, v);
   h.RunGroup();
   TableDimension* dimension = v->GetTableDimension();
   ASSERT_EQ(dimension->GetNumberOfCategories(), static_cast<int>(expected.size()));
@@ -353,10 +342,7 @@ TEST(DataPass, ResetWithoutCompletionDropsWaitingCases) {
   Harness h("s,g\n1,1\n1,1\n2,2\n2,2\n2,2\n",
             R"({"variables":[{"name":"s"},{"name":"g"}],"split":{"variables":["s"]}})");
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, g);
+  CubeAggregator* agg = h.Cube({{g, Codes::kDimensionRow}}, {AggregationStatistic(Codes::kStatCount)}, g);
   auto* iterator = static_cast<ProcDSIterator*>(h._iterator.get());
   // The first group's two cases are read and abandoned.
   while (iterator->NextCase() != 0 && !(iterator->SplitGroupEnd() && iterator->GetCaseIndex() > 0)) {
@@ -464,12 +450,9 @@ TEST(DataPass, LargeDichotomySetCountsEachMember) {
   counted.number = 1;
   AggregationVariable* set = h.Own(std::make_unique<AggregationMDSet>(members, "$m", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(set, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(g, Codes::kDimensionColumn);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics(
-      {AggregationStatistic(Codes::kStatCount), AggregationStatistic(Codes::kStatResponses)}, set);
+  CubeAggregator* agg =
+      h.Cube({{set, Codes::kDimensionRow}, {g, Codes::kDimensionColumn}},
+             {AggregationStatistic(Codes::kStatCount), AggregationStatistic(Codes::kStatResponses)}, set);
   h.RunGroup();
   ASSERT_EQ(set->GetTableDimension()->GetNumberOfCategories(), kMembers);
   for (int j = 0; j < kMembers; ++j) {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "aggregator/CellKey.h"
@@ -49,6 +50,17 @@ struct Harness {
   AggregationVariable* Own(std::unique_ptr<AggregationVariable> variable) {
     _variables.push_back(std::move(variable));
     return _variables.back().get();
+  }
+
+  /// A cube over the variables, each at its position, with the category statistics that
+  /// `carrier` carries.
+  CubeAggregator* Cube(std::initializer_list<std::pair<AggregationVariable*, int>> variables,
+                       const std::vector<AggregationStatistic>& statistics, AggregationVariable* carrier) {
+    AggregationCube* cube = _table->CreateCube();
+    for (const auto& [variable, position] : variables) cube->AddCategoricalVariable(variable, position);
+    CubeAggregator* aggregator = cube->CreateCubeAggregator();
+    cube->AddCategoryStatistics(statistics, carrier);
+    return aggregator;
   }
 
   /// Reads one split group (the whole file without splits) and completes it. False at

@@ -1,4 +1,4 @@
-// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension, axis cubes
+// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -27,12 +27,9 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   auto* set = h.Own(std::make_unique<AggregationMDSet>(
       std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(g, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(set, Codes::kDimensionColumn);
-  cube->AddCategoricalVariable(set, Codes::kDimensionExtra);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
+  CubeAggregator* agg =
+      h.Cube({{g, Codes::kDimensionRow}, {set, Codes::kDimensionColumn}, {set, Codes::kDimensionExtra}},
+             {AggregationStatistic(1), AggregationStatistic(289)}, set);
   h.RunGroup();
   const auto& cats = set->GetTableDimension()->GetCategories();
   ASSERT_EQ(cats.size(), 3u);
@@ -50,42 +47,10 @@ TEST(MultipleResponse, DichotomySetAndExtraDimension) {
   Harness h2(csv, dict);
   auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h2.Index("d1"), h2.Index("d3")},
                                                              "$e", &counted, 1, true));
-  AggregationCube* cube2 = h2._table->CreateCube();
-  cube2->AddCategoricalVariable(labelled, Codes::kDimensionRow);
-  cube2->CreateCubeAggregator();
-  cube2->AddCategoryStatistics({AggregationStatistic(1)}, labelled);
+  h2.Cube({{labelled, Codes::kDimensionRow}}, {AggregationStatistic(1)}, labelled);
   h2.RunGroup();
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[1]->GetCatLabel(), "Third yes");
   EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[0]->GetCatLabel(), "First");
-}
-
-// Axis cubes count the categories of one axis by nesting level, read like any cube.
-TEST(MultipleResponse, AxisCubesCountByNestingLevel) {
-  Harness h("a,b\n1,1\n1,2\n2,2\n", "");
-  AggregationVariable* a = h.Variable("a");
-  AggregationVariable* b = h.Variable("b");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(b, Codes::kDimensionRow);
-  cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(1)}, b);
-  std::vector<AggregationCube*> axis = h._table->CreateAxisCubes(2, 0, Codes::kDimensionRow);
-  axis[0]->AddCategoricalVariable(a, Codes::kDimensionRow);
-  axis[0]->CreateCubeAggregator();
-  axis[0]->AddCategoryStatistics({AggregationStatistic(1)}, a);
-  axis[1]->AddCategoricalVariable(a, Codes::kDimensionRow);
-  axis[1]->AddCategoricalVariable(b, Codes::kDimensionRow);
-  axis[1]->CreateCubeAggregator();
-  axis[1]->AddCategoryStatistics({AggregationStatistic(1)}, b);
-  h.RunGroup();
-  auto levels = h._table->GetAxisCubeAggregators(Codes::kDimensionRow);
-  ASSERT_EQ(levels.size(), 1u);
-  ASSERT_EQ(levels[0].size(), 2u);
-  const AggregationCategory* a1 = a->GetTableDimension()->GetCategories()[0];
-  const AggregationCategory* b2 = b->GetTableDimension()->GetCategories()[1];
-  EXPECT_DOUBLE_EQ(levels[0][0]->GetStatValues({a1}, -1)->GetStatValue(0), 2);
-  EXPECT_DOUBLE_EQ(levels[0][1]->GetStatValues({a1, b2}, -1)->GetStatValue(0), 1);
-  EXPECT_TRUE(h._table->GetAxisCubeAggregators(Codes::kDimensionColumn).empty());
 }
 
 // Example E with frequency weights 2, 0.5, 1, 3 on the cases (1,1,2), (2,.,3), (.,.,.),
@@ -211,10 +176,7 @@ TEST(MultipleResponse, StringDichotomySetCountsItsTextValue) {
   auto* set =
       h.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h.Index("s1"), h.Index("s2")}, "$s", &counted,
                                                /*countedValueSize=*/1, false));
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(set, Codes::kDimensionRow);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics({AggregationStatistic(Codes::kStatCount)}, set);
+  CubeAggregator* agg = h.Cube({{set, Codes::kDimensionRow}}, {AggregationStatistic(Codes::kStatCount)}, set);
   h.RunGroup();
   EXPECT_DOUBLE_EQ(Value(*agg, Key({0}), AggregationStatistic(Codes::kStatCount)), 2);
   EXPECT_DOUBLE_EQ(Value(*agg, Key({1}), AggregationStatistic(Codes::kStatCount)), 1);
@@ -248,15 +210,10 @@ TEST(MultipleResponse, DichotomySetListOrderSubtotalAndComputedCategory) {
       new ParsedCategory("sum", {"Sum"}, false, {}, {}, {}, ParsedCategory::kParsedComputed, 0)};
   set->AddParsedCategories(&items);
   AggregationVariable* g = h.Variable("g");
-  AggregationCube* alone = h._table->CreateCube();
-  alone->AddCategoricalVariable(set, Codes::kDimensionRow);
-  CubeAggregator* aloneAgg = alone->CreateCubeAggregator();
-  alone->AddCategoryStatistics({AggregationStatistic(1), AggregationStatistic(289)}, set);
-  AggregationCube* crossed = h._table->CreateCube();
-  crossed->AddCategoricalVariable(set, Codes::kDimensionRow);
-  crossed->AddCategoricalVariable(g, Codes::kDimensionColumn);
-  CubeAggregator* crossedAgg = crossed->CreateCubeAggregator();
-  crossed->AddCategoryStatistics({AggregationStatistic(1)}, g);
+  CubeAggregator* aloneAgg =
+      h.Cube({{set, Codes::kDimensionRow}}, {AggregationStatistic(1), AggregationStatistic(289)}, set);
+  CubeAggregator* crossedAgg =
+      h.Cube({{set, Codes::kDimensionRow}, {g, Codes::kDimensionColumn}}, {AggregationStatistic(1)}, g);
   h.RunGroup();
 
   const auto& cats = set->GetTableDimension()->GetCategories();

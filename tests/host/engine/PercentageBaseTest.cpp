@@ -70,16 +70,9 @@ TEST(PercentageBase, StackedColumnsShareTableAndLayerRowBases) {
   AggregationVariable* a = h.Variable("a");
   AggregationVariable* c = h.Variable("c");
   AggregationVariable* e = h.Variable("e");
-  AggregationCube* first = h._table->CreateCube();
-  first->AddCategoricalVariable(a, Codes::kDimensionRow);
-  first->AddCategoricalVariable(c, Codes::kDimensionColumn);
-  CubeAggregator* agg = first->CreateCubeAggregator();
-  first->AddCategoryStatistics(Codes({1, 10, 26, 50, 58}), c);
-  AggregationCube* second = h._table->CreateCube();
-  second->AddCategoricalVariable(a, Codes::kDimensionRow);
-  second->AddCategoricalVariable(e, Codes::kDimensionColumn);
-  second->CreateCubeAggregator();
-  second->AddCategoryStatistics(Codes({1}), e);
+  CubeAggregator* agg =
+      h.Cube({{a, Codes::kDimensionRow}, {c, Codes::kDimensionColumn}}, Codes({1, 10, 26, 50, 58}), c);
+  h.Cube({{a, Codes::kDimensionRow}, {e, Codes::kDimensionColumn}}, Codes({1}), e);
   h.RunGroup();
   const CellKey key = Key({Encoding(a->GetTableDimension(), 1), Encoding(c->GetTableDimension(), 1)});
   EXPECT_DOUBLE_EQ(Value(*agg, key, AggregationStatistic(1)), 2);
@@ -98,12 +91,9 @@ TEST(PercentageBase, LayersBoundTheLayerBases) {
   AggregationVariable* a = h.Variable("a");
   AggregationVariable* c = h.Variable("c");
   AggregationVariable* l = h.Variable("l");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(c, Codes::kDimensionColumn);
-  cube->AddCategoricalVariable(l, Codes::kDimensionLayer);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics(Codes({10, 18, 26, 34, 42, 50, 58}), c);
+  CubeAggregator* agg =
+      h.Cube({{a, Codes::kDimensionRow}, {c, Codes::kDimensionColumn}, {l, Codes::kDimensionLayer}},
+             Codes({10, 18, 26, 34, 42, 50, 58}), c);
   h.RunGroup();
   const CellKey key = Key({Encoding(a->GetTableDimension(), 1), Encoding(c->GetTableDimension(), 1),
                            Encoding(l->GetTableDimension(), 1)});
@@ -188,11 +178,8 @@ TEST(PercentageBase, AgreesWithANaiveReference) {
   Harness h(csv, dict, true);
   AggregationVariable* a = h.Variable("a");
   AggregationVariable* b = h.Variable("b");
-  AggregationCube* cube = h._table->CreateCube();
-  cube->AddCategoricalVariable(a, Codes::kDimensionRow);
-  cube->AddCategoricalVariable(b, Codes::kDimensionColumn);
-  CubeAggregator* agg = cube->CreateCubeAggregator();
-  cube->AddCategoryStatistics(Codes({1, 10, 18, 26}), b);
+  CubeAggregator* agg =
+      h.Cube({{a, Codes::kDimensionRow}, {b, Codes::kDimensionColumn}}, Codes({1, 10, 18, 26}), b);
   h.RunGroup();
   // The means go in a table of their own: a second cube here would be a stacked
   // sub-table and double the TABLE base.

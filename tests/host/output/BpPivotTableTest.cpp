@@ -97,27 +97,6 @@ TEST_F(BpPivotTableTest, CellGoesToTheCurrentCategoryOfEveryDimension) {
   EXPECT_EQ(table.FindCell({0, 0}), nullptr);
 }
 
-TEST_F(BpPivotTableTest, CategoriesWithoutCellsAndEmptyGroupsAreLeftOut) {
-  {
-    BpProcedure procedure("Quilt", 4);
-    BpPivotTable pivot = procedure.PivotTable(Text("T"), Text("Quilt Table"), true);
-    BpDimension rows = pivot.Dimension(Text("Row"), BpPivotTable::kSortAsCreated);
-    rows.Position(BpDimension::kPlaceRow, 1, true, false);
-    BpGroup kept = rows.Group(Text("Kept"), true, BpPivotTable::kSortAsCreated);
-    BpGroup empty = rows.Group(Text("Empty"), true, BpPivotTable::kSortAsCreated);
-    kept.Category(Text("unused"));
-    empty.Category(Text("unused too"));
-    kept.Category(Text("used")).Cell(Text("1"));
-  }
-  const DeliveredTable& table = OnlyTable();
-  const DeliveredNode& root = table.dimensions[0].root;
-  ASSERT_EQ(root.children.size(), 1u);
-  EXPECT_EQ(root.children[0].label, "Kept");
-  ASSERT_EQ(root.children[0].children.size(), 1u);
-  EXPECT_EQ(root.children[0].children[0].label, "used");
-  EXPECT_EQ(root.children[0].children[0].leafIndex, 0);
-}
-
 TEST_F(BpPivotTableTest, HiddenGroupAddsNoHeaderLevelWhileItsCategoriesShow) {
   {
     BpProcedure procedure("Quilt", 4);
@@ -137,21 +116,6 @@ TEST_F(BpPivotTableTest, HiddenGroupAddsNoHeaderLevelWhileItsCategoriesShow) {
   EXPECT_EQ(table.dimensions[0].leafPaths[0], (std::vector<std::string>{"Sex", "Male"}));
   EXPECT_EQ(table.dimensions[0].leafPaths[1], (std::vector<std::string>{"Male"}));
   EXPECT_TRUE(table.dimensions[1].leafPaths[0].empty());  // labels hidden
-}
-
-TEST_F(BpPivotTableTest, DestroyedTableIsNotDeliveredAndKeepsNoPlace) {
-  {
-    BpProcedure procedure("Quilt", 4);
-    BpPivotTable first = procedure.PivotTable(Text("first"), Text("Quilt Table"), true);
-    BpPivotTable second = procedure.PivotTable(Text("second"), Text("Quilt Table"), true);
-    BpPivotTable third = procedure.PivotTable(Text("third"), Text("Quilt Table"), true);
-    second.Destroy();
-    // Destructors run third, second, first; the order of creation still stands.
-  }
-  const auto tables = _document.Tables();
-  ASSERT_EQ(tables.size(), 2u);
-  EXPECT_EQ(tables[0]->title, "first");
-  EXPECT_EQ(tables[1]->title, "third");
 }
 
 TEST_F(BpPivotTableTest, NotesGetMarksInOrderOfFirstUseUnlessTheyBringTheirOwn) {

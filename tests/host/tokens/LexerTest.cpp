@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -113,25 +112,8 @@ INSTANTIATE_TEST_SUITE_P(
     LexCase{"QUILT //",
             "w:QUILT|o:/|o:/"}));
 
-// The expectations of every punctuator and reserved word come from the one table.
-TEST(Lexer, EveryPunctuatorOfTheTableLexesToItsCode) {
-  struct Entry {
-    const char* spelling;
-    Code code;
-  };
-  const Entry entries[] = {
-#define PUNCTUATOR(code, spelling) {spelling, TokenSequenceBase::kOp##code},
-#include "host/tokens/TokenKinds.def"
-  };
-  for (const Entry& entry : entries) {
-    const LexedCommand command = Lexer::Lex(std::string("x ") + entry.spelling + " y");
-    ASSERT_EQ(command.tokens.size(), 3u) << entry.spelling;
-    EXPECT_EQ(command.tokens[1].type, kOperator) << entry.spelling;
-    EXPECT_EQ(command.tokens[1].operatorCode, entry.code) << entry.spelling;
-    EXPECT_EQ(command.tokens[1].text, entry.spelling);
-  }
-}
-
+// Reserved words in any case; punctuators, numbers and positions are checked by
+// LexerPropertyTest over every entry of the same table.
 TEST(Lexer, EveryReservedWordOfTheTableCarriesItsCodeInAnyCase) {
   struct Entry {
     const char* spelling;
@@ -152,29 +134,6 @@ TEST(Lexer, EveryReservedWordOfTheTableCarriesItsCodeInAnyCase) {
       // A longer word that merely starts with the reserved one has no code.
       EXPECT_EQ(command.tokens[0].operatorCode, spelling == lower + "x" ? kNone : entry.code) << spelling;
     }
-  }
-}
-
-TEST(Lexer, NumbersCarryTheirValues) {
-  const LexedCommand command = Lexer::Lex("25 -1 +2 .5 1e3 0.05 5. -2.5E-2 [0 -0]");
-  // Values written out by hand from the texts.
-  const double expected[] = {25.0, -1.0, 2.0, 0.5, 1000.0, 0.05, 5.0, -0.025, 0.0, 0.0};
-  std::vector<double> numbers;
-  for (const Token& token : command.tokens) {
-    if (token.type == kNumber) numbers.push_back(token.number);
-  }
-  ASSERT_EQ(numbers.size(), std::size(expected));
-  for (std::size_t index = 0; index < numbers.size(); ++index)
-    EXPECT_DOUBLE_EQ(numbers[index], expected[index]);
-}
-
-TEST(Lexer, PositionsAreLinesAndColumnsOfTheOrigin) {
-  const LexedCommand command = Lexer::Lex("QUILT # c\n  /TABLE x\n\n'q' 5", /*firstLine=*/10);
-  ASSERT_EQ(command.tokens.size(), 6u);
-  const int expected[][2] = {{10, 1}, {11, 3}, {11, 4}, {11, 10}, {13, 1}, {13, 5}};
-  for (std::size_t index = 0; index < command.tokens.size(); ++index) {
-    EXPECT_EQ(command.tokens[index].line, expected[index][0]) << "token " << index;
-    EXPECT_EQ(command.tokens[index].column, expected[index][1]) << "token " << index;
   }
 }
 
