@@ -14,26 +14,11 @@
 
 namespace {
 
-using delivered::GoldenCase;
 using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
 
-const delivered::CaseFile& Cases() {
-  static const delivered::CaseFile file = delivered::ReadCaseFile("chisquare.txt");
-  return file;
-}
-
-class ChiSquareTables : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(ChiSquareTables, TextAndJsonMatchTheirGoldens) {
-  delivered::ExpectGoldens(GetParam(), "tablerenderer/chisquare");
-}
-
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, ChiSquareTables, ::testing::ValuesIn(Cases().cases),
-                         delivered::GoldenTestName);
-
-TEST(ChiSquareTables, CellsShowTheReferenceNumbers) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
+QUILT_CASE_FILE_TESTS(ChiSquareTables, SmallSurvey, "chisquare.txt", "tablerenderer/chisquare")
 
 struct SignificanceCase {
   const char* command;

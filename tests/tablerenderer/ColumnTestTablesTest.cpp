@@ -20,27 +20,12 @@
 namespace {
 
 using delivered::CellCase;
-using delivered::GoldenCase;
 using delivered::OnBundledSurvey;
 using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
 
-const delivered::CaseFile& Cases() {
-  static const delivered::CaseFile file = delivered::ReadCaseFile("comparisons.txt");
-  return file;
-}
-
-class ComparisonTables : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(ComparisonTables, TextAndJsonMatchTheirGoldens) {
-  delivered::ExpectGoldens(GetParam(), "tablerenderer/comparisons");
-}
-
-INSTANTIATE_TEST_SUITE_P(BundledSurvey, ComparisonTables, ::testing::ValuesIn(Cases().cases),
-                         delivered::GoldenTestName);
-
-TEST(ComparisonTables, CellsShowTheReferenceLetters) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
+QUILT_CASE_FILE_TESTS(ComparisonTables, BundledSurvey, "comparisons.txt", "tablerenderer/comparisons")
 
 std::vector<std::string> ControlPackageSentences(const RunSettings& settings) {
   const std::vector<nlohmann::json> tables = TablesOf(nlohmann::json::parse(RunOnSurvey(settings, "json")));

@@ -10,21 +10,7 @@
 
 namespace {
 
-using delivered::GoldenCase;
 
-const delivered::CaseFile& Cases() {
-  static const delivered::CaseFile file = delivered::ReadCaseFile("computed.txt");
-  return file;
-}
-
-class ComputedCategories : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(ComputedCategories, TextAndJsonMatchTheirGoldens) {
-  delivered::ExpectGoldens(GetParam(), "tablerenderer/computed");
-}
-
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, ComputedCategories, ::testing::ValuesIn(Cases().cases), delivered::GoldenTestName);
-
-TEST(ComputedCategories, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
+QUILT_CASE_FILE_TESTS(ComputedCategories, SmallSurvey, "computed.txt", "tablerenderer/computed")
 
 }  // namespace

@@ -153,3 +153,17 @@ struct CaseFile {
 CaseFile ReadCaseFile(const std::string& fileName);
 
 }  // namespace delivered
+
+/// The tests every case file gets, in a test file's anonymous namespace: `Cases()` reads
+/// `fileName` once; `Suite`.TextAndJsonMatchTheirGoldens runs each case (instantiated as
+/// `Prefix`) against its goldens in `folder`; `Suite`.KeyCellsShowTheirTexts checks the file's
+/// cell lines.
+#define QUILT_CASE_FILE_TESTS(Suite, Prefix, fileName, folder)                                        \
+  const delivered::CaseFile& Cases() {                                                               \
+    static const delivered::CaseFile file = delivered::ReadCaseFile(fileName);                      \
+    return file;                                                                                     \
+  }                                                                                                  \
+  class Suite : public ::testing::TestWithParam<delivered::GoldenCase> {};                          \
+  TEST_P(Suite, TextAndJsonMatchTheirGoldens) { delivered::ExpectGoldens(GetParam(), folder); }     \
+  INSTANTIATE_TEST_SUITE_P(Prefix, Suite, ::testing::ValuesIn(Cases().cases), delivered::GoldenTestName); \
+  TEST(Suite, KeyCellsShowTheirTexts) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }

@@ -18,22 +18,9 @@ using delivered::RunOnSurvey;
 using delivered::RunSettings;
 using delivered::TablesOf;
 
-const delivered::CaseFile& Cases() {
-  static const delivered::CaseFile file = delivered::ReadCaseFile("delivered.txt");
-  return file;
-}
-
-class DeliveredTables : public ::testing::TestWithParam<GoldenCase> {};
-
-TEST_P(DeliveredTables, TextAndJsonMatchTheirGoldens) {
-  delivered::ExpectGoldens(GetParam(), "tablerenderer/delivered");
-}
-
-INSTANTIATE_TEST_SUITE_P(SmallSurvey, DeliveredTables, ::testing::ValuesIn(Cases().cases), delivered::GoldenTestName);
+QUILT_CASE_FILE_TESTS(DeliveredTables, SmallSurvey, "delivered.txt", "tablerenderer/delivered")
 
 const GoldenCase& FindGoldenCase(const std::string& name) { return delivered::FindGoldenCase(Cases().cases, name); }
-
-TEST(DeliveredTables, KeyCellsShowTheHandComputedTexts) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
 
 // Titles, captions, corners, split titles and widths of the JSON are pinned by the goldens of
 // their cases (titles, title-split-without-groups, split-separate, column-widths); the
