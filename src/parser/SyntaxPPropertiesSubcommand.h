@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/engine/TableEncryptionCodes.h"
+#include "parser/StatisticList.h"
 #include "parser/SyntaxComposite.h"
 
 class Statistics;
@@ -48,18 +48,11 @@ class SyntaxPPropertiesSubcommand : public SyntaxComposite {
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  /// A percentile statistic still waiting for its number is an error once anything follows.
-  void AssertIntegrity(const std::string& text);
-  /// Drops the earlier of two equal FORMAT statistics, with a warning.
-  void CheckStatsUniqueness();
   /// FORMAT = statistic ... | S | C
   SyntaxConverter* FormatString(const std::string& text);
 
   struct PPROPERTIESData;
   std::unique_ptr<PPROPERTIESData> _ppData;
-  bool _statisticsSeen = false;              // FORMAT named a statistic
-  bool _measurementSet = false;              // FORMAT named S or C
-  Statistics* _pendingPercentile = nullptr;  // a PTILE or UPTILE that needs its number; a child
-  TableEncryptionCodes::VariableCodes _measurement = TableEncryptionCodes::kVariableCategorical;
+  StatisticList _formats;  // the FORMAT statistics or S/C mark; a repeated FORMAT starts again
   std::vector<SyntaxPComputeSubcommand*> _pComputePtrs;  // the PCOMPUTE of each name; not owned
 };

@@ -948,7 +948,7 @@ void SyntaxVariableName::SetCategoriesList(const std::vector<int>& indices) {
 namespace {
 
 // Name tokens of `statistics` joined by commas, or "none".
-std::string StatisticList(const std::vector<Statistics*>& statistics) {
+std::string StatisticNames(const std::vector<Statistics*>& statistics) {
   if (statistics.empty()) {
     return "none";
   }
@@ -1031,9 +1031,9 @@ void SyntaxVariableName::DumpDetails(std::ostream& out) const {
   out << " name=" << data._name << " index=" << data._index << " axis=" << data._axis
       << " leaf=" << data._isLeafNode
       << " type=" << (data._variableType == TableEncryptionCodes::kVariableScale ? "S" : "C")
-      << " measurementSet=" << data._measurementSet << " stats=" << StatisticList(data._statistics)
+      << " measurementSet=" << data._measurementSet << " stats=" << StatisticNames(data._statistics)
       << " removable=" << data._isStatRemovable << " totals=" << (data._totals != nullptr)
-      << " totalstats=" << StatisticList(data._totalStats) << " vlpairs=" << data._vlPairCount
+      << " totalstats=" << StatisticNames(data._totalStats) << " vlpairs=" << data._vlPairCount
       << " total=" << (data._isTotalNo ? "NO" : "YES") << " totalLabel='" << data._totalLabel << "'"
       << " position=" << (data._isTotalPositionAfter ? "AFTER" : "BEFORE")
       << " empty=" << (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE")

@@ -9,22 +9,20 @@
 #include <vector>
 
 #include "SubcommandTestSupport.h"
-#include "parser/SyntaxCLabelsSubcommand.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxHideSmallCountsSubcommand.h"
-#include "parser/SyntaxSLabelsSubcommand.h"
 #include "parser/SyntaxSMissingSubcommand.h"
-#include "parser/SyntaxSigTestSubcommand.h"
+#include "parser/SyntaxTableKeywordSubcommand.h"
 #include "parser/TableSettings.h"
 
 namespace {
 
-// Runs a table-level subcommand of type `Sub` under a stand-in table and commits it.
-template <class Sub>
-EventOutcome Request(TableSettings& settings, const std::vector<Event>& events, RecordingParent* table = nullptr) {
+// Runs the table-level subcommand `kind` under a stand-in table and commits it.
+EventOutcome Request(const SyntaxTableKeywordSubcommand::Data& kind, TableSettings& settings,
+                     const std::vector<Event>& events, RecordingParent* table = nullptr) {
   RecordingParent own("TABLE");
   RecordingParent& parent = table != nullptr ? *table : own;
-  auto* subcommand = new Sub(settings);
+  auto* subcommand = new SyntaxTableKeywordSubcommand(kind, settings);
   parent.Add(subcommand);
   return RunSubcommand(*subcommand, events, ".");
 }
@@ -33,8 +31,8 @@ TEST(KeywordSubcommandTest, SLabelsPositionAndVisibilityReachTheTable) {
   TableSettings settings;
   RecordingParent table("TABLE");
   EXPECT_FALSE(settings.IsSLabelPositionSet());
-  ASSERT_FALSE(Request<SyntaxSLabelsSubcommand>(settings, {Key("POSITION"), Word("ROW"), Key("VISIBLE"), Word("NO")},
-                                                &table)
+  ASSERT_FALSE(Request(SyntaxTableKeywordSubcommand::SLabels(), settings,
+                       {Key("POSITION"), Word("ROW"), Key("VISIBLE"), Word("NO")}, &table)
                    .threw);
   EXPECT_EQ(settings.GetSLabelPosition(), PresentationCodes::kSLabelRow);
   EXPECT_TRUE(settings.IsSLabelPositionSet());
@@ -43,7 +41,8 @@ TEST(KeywordSubcommandTest, SLabelsPositionAndVisibilityReachTheTable) {
   EXPECT_EQ(table.GetChildren().at(0)->GetType(), kConverterSLabels);
 
   // Only what is given is committed: a second SLABELS with POSITION alone warns for it.
-  const EventOutcome second = Request<SyntaxSLabelsSubcommand>(settings, {Key("POSITION"), Word("LAYER")}, &table);
+  const EventOutcome second =
+      Request(SyntaxTableKeywordSubcommand::SLabels(), settings, {Key("POSITION"), Word("LAYER")}, &table);
   ASSERT_EQ(second.reported.size(), 1u);
   EXPECT_EQ(second.reported[0].arguments, (std::vector<std::string>{"SLABELS", "POSITION"}));
   EXPECT_EQ(settings.GetSLabelPosition(), PresentationCodes::kSLabelLayer);
@@ -61,7 +60,7 @@ TEST(KeywordSubcommandTest, EachCLabelsFormGivesItsOption) {
   };
   for (const auto& [events, option] : cases) {
     TableSettings settings;
-    const EventOutcome outcome = Request<SyntaxCLabelsSubcommand>(settings, events);
+    const EventOutcome outcome = Request(SyntaxTableKeywordSubcommand::CLabels(), settings, events);
     ASSERT_FALSE(outcome.threw) << option;
     EXPECT_TRUE(outcome.reported.empty());
     EXPECT_EQ(settings.GetCLabelOption(), option);
@@ -70,9 +69,10 @@ TEST(KeywordSubcommandTest, EachCLabelsFormGivesItsOption) {
 
 TEST(KeywordSubcommandTest, AChiSquareRequestReachesTheTable) {
   TableSettings settings;
-  const EventOutcome outcome = Request<SyntaxSigTestSubcommand>(
-      settings, {Key("TYPE"), Word("CHISQUARE"), Key("ALPHA"), Num(0.1, "0.10"), Key("CATEGORIES"), Word("SUBTOTALS"),
-                 Key("INCLUDEMRSETS"), Word("NO")});
+  const EventOutcome outcome =
+      Request(SyntaxTableKeywordSubcommand::SigTest(), settings,
+              {Key("TYPE"), Word("CHISQUARE"), Key("ALPHA"), Num(0.1, "0.10"), Key("CATEGORIES"),
+               Word("SUBTOTALS"), Key("INCLUDEMRSETS"), Word("NO")});
   ASSERT_FALSE(outcome.threw);
   ASSERT_EQ(settings.GetSigTestSettings().size(), 1u);
   const SigTestSettings first = settings.GetSigTestSettings()[0];
@@ -84,7 +84,7 @@ TEST(KeywordSubcommandTest, AChiSquareRequestReachesTheTable) {
 
   // An empty SIGTEST asks for nothing.
   TableSettings untouched;
-  EXPECT_FALSE(Request<SyntaxSigTestSubcommand>(untouched, {}).threw);
+  EXPECT_FALSE(Request(SyntaxTableKeywordSubcommand::SigTest(), untouched, {}).threw);
   EXPECT_TRUE(untouched.GetSigTestSettings().empty());
 }
 
