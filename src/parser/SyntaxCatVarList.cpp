@@ -15,19 +15,12 @@ struct SyntaxCatVarList::Data {
   bool _committed = false;                       // the names went to the owner
 };
 
-SyntaxCatVarList::SyntaxCatVarList(SyntaxCategoriesSubcommand* owner) : _data(std::make_unique<Data>()) {
+SyntaxCatVarList::SyntaxCatVarList(SyntaxCategoriesSubcommand* owner)
+    : NamedConverter("CATEGORIES", kConverterCategories), _data(std::make_unique<Data>()) {
   _data->_owner = owner;
 }
 
 SyntaxCatVarList::~SyntaxCatVarList() = default;
-
-std::string SyntaxCatVarList::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCatVarList::GetType() const {
-  return kConverterCategories;
-}
 
 // VARIABLES = ALL
 SyntaxConverter* SyntaxCatVarList::All(const std::string& /*text*/) {

@@ -4,20 +4,19 @@
 #include <memory>
 #include <string>
 
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxConverter.h"
 
 class SyntaxCategoriesSubcommand;
 
 /// `VARIABLES = name name ...` or `VARIABLES = ALL`. Current while the names arrive; the
 /// first keyword or "[" ends it, and it hands the names that the table knows to its owner.
-class SyntaxCatVarList : public SyntaxConverter {
+class SyntaxCatVarList : public NamedConverter<SyntaxConverter> {
  public:
   /// `owner` is the subcommand the list belongs to; not owned.
   explicit SyntaxCatVarList(SyntaxCategoriesSubcommand* owner);
   ~SyntaxCatVarList() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* All(const std::string& text) override;
   SyntaxConverter* String(const std::string& text) override;
   /// The list ends: it commits, and the owner takes the keyword.

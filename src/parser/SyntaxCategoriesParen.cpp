@@ -19,21 +19,13 @@ struct SyntaxCategoriesParen::Data {
 
 SyntaxCategoriesParen::SyntaxCategoriesParen(SyntaxCategoriesSubcommand* owner, const std::string& keyword,
                                              bool isPercentile)
-    : _data(std::make_unique<Data>()) {
+    : NamedConverter("CATEGORIES", kConverterCategories), _data(std::make_unique<Data>()) {
   _data->_owner = owner;
   _data->_keyword = keyword;
   _data->_isPercentile = isPercentile;
 }
 
 SyntaxCategoriesParen::~SyntaxCategoriesParen() = default;
-
-std::string SyntaxCategoriesParen::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCategoriesParen::GetType() const {
-  return kConverterCategories;
-}
 
 void SyntaxCategoriesParen::ParenthesisAreOptional(bool isOptional) {
   _data->_isOptional = isOptional;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxConverter.h"
 
 class SyntaxCategoriesSubcommand;
@@ -11,15 +12,13 @@ class SyntaxCategoriesSubcommand;
 /// The parenthesis after a sort statistic, `KEY=MEAN(score)` or `KEY=PTILE(score 25)`.
 /// Current from the statistic word until ")" (or, when the parenthesis may be left out,
 /// until the next keyword or "[").
-class SyntaxCategoriesParen : public SyntaxConverter {
+class SyntaxCategoriesParen : public NamedConverter<SyntaxConverter> {
  public:
   /// `keyword` is the statistic as written; `isPercentile` for PTILE and UPTILE, which need a
   /// percentile strictly between 0 and 100. `owner` is not owned.
   SyntaxCategoriesParen(SyntaxCategoriesSubcommand* owner, const std::string& keyword, bool isPercentile);
   ~SyntaxCategoriesParen() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* LeftParen(const std::string& text) override;
   SyntaxConverter* String(const std::string& text) override;
   /// The percentile, inside the parenthesis or ahead of it.

@@ -74,17 +74,10 @@ struct SyntaxCategoriesSubcommand::Data {
   std::string _pcCatName;  // the computed category that needs the total
 };
 
-SyntaxCategoriesSubcommand::SyntaxCategoriesSubcommand() : _data(std::make_unique<Data>()) {}
+SyntaxCategoriesSubcommand::SyntaxCategoriesSubcommand()
+    : NamedConverter("CATEGORIES", kConverterCategories), _data(std::make_unique<Data>()) {}
 
 SyntaxCategoriesSubcommand::~SyntaxCategoriesSubcommand() = default;
-
-std::string SyntaxCategoriesSubcommand::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCategoriesSubcommand::GetType() const {
-  return kConverterCategories;
-}
 
 void SyntaxCategoriesSubcommand::DropChild(SyntaxConverter* child) {
   std::vector<SyntaxConverter*>& children = Children();

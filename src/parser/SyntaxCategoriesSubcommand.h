@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxComposite.h"
 
 class SyntaxVariableName;
@@ -14,13 +15,11 @@ class SyntaxVariableName;
 /// POSITION= EMPTY=`. Nothing is applied while the subcommand is read: at its end
 /// ValidateAndCommit hands each option to every categorical occurrence of the named
 /// variables in the table ahead of it.
-class SyntaxCategoriesSubcommand : public SyntaxComposite {
+class SyntaxCategoriesSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   SyntaxCategoriesSubcommand();
   ~SyntaxCategoriesSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
   /// Opens the explicit list.
   SyntaxConverter* LeftSquareBracket(const std::string& text) override;

@@ -100,17 +100,10 @@ struct SyntaxPComputeSubcommand::PCData {
   ReadState _state;                                       // the reader's place while the expression is read
 };
 
-SyntaxPComputeSubcommand::SyntaxPComputeSubcommand() : _pcData(std::make_unique<PCData>()) {}
+SyntaxPComputeSubcommand::SyntaxPComputeSubcommand()
+    : NamedConverter("PCOMPUTE", kConverterPCompute), _pcData(std::make_unique<PCData>()) {}
 
 SyntaxPComputeSubcommand::~SyntaxPComputeSubcommand() = default;
-
-std::string SyntaxPComputeSubcommand::GetSubcommandName() const {
-  return "PCOMPUTE";
-}
-
-int SyntaxPComputeSubcommand::GetType() const {
-  return kConverterPCompute;
-}
 
 // PCOMPUTE & name
 SyntaxConverter* SyntaxPComputeSubcommand::Ampersand(const std::string& /*text*/) {

@@ -34,17 +34,11 @@ struct SyntaxPPropertiesSubcommand::PPROPERTIESData {
 };
 
 SyntaxPPropertiesSubcommand::SyntaxPPropertiesSubcommand()
-    : _ppData(std::make_unique<PPROPERTIESData>()), _formats(this) {}
+    : NamedConverter("PPROPERTIES", kConverterPProperties),
+      _ppData(std::make_unique<PPROPERTIESData>()),
+      _formats(this) {}
 
 SyntaxPPropertiesSubcommand::~SyntaxPPropertiesSubcommand() = default;
-
-std::string SyntaxPPropertiesSubcommand::GetSubcommandName() const {
-  return "PPROPERTIES";
-}
-
-int SyntaxPPropertiesSubcommand::GetType() const {
-  return kConverterPProperties;
-}
 
 // PPROPERTIES & name ...
 SyntaxConverter* SyntaxPPropertiesSubcommand::Ampersand(const std::string& /*text*/) {

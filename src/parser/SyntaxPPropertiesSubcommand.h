@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "parser/NamedConverter.h"
 #include "parser/StatisticList.h"
 #include "parser/SyntaxComposite.h"
 
@@ -14,13 +15,11 @@ class SyntaxPComputeSubcommand;
 /// `PPROPERTIES &a &b LABEL='..' FORMAT=COUNT F5.0 HIDESOURCECATS=YES`. The properties do
 /// nothing by themselves: a computed category reads them when an explicit category list
 /// refers to it, and the renderer follows the link from its PCOMPUTE.
-class SyntaxPPropertiesSubcommand : public SyntaxComposite {
+class SyntaxPPropertiesSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   SyntaxPPropertiesSubcommand();
   ~SyntaxPPropertiesSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   /// LABEL, FORMAT or HIDESOURCECATS; other words are passed over.
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
   /// A label text, in whatever state (a statistic that is current takes it as its own).
