@@ -46,9 +46,7 @@ SyntaxTableSubcommand::SyntaxTableSubcommand(int tableNumber) : _tableData(new T
   _tableData->_tableNumber = tableNumber;
   SetTableScope(this);
   // An expression starts with a variable, a set, a paren, or BY for an empty row axis.
-  SetByContext(true);
-  SetParenContext(true);
-  SetVariableContext(true);
+  SetContexts(kContextBeforeOperand | kContextBy);
 }
 
 SyntaxTableSubcommand::~SyntaxTableSubcommand() {
@@ -67,24 +65,14 @@ int SyntaxTableSubcommand::GetType() const {
 SyntaxConverter* SyntaxTableSubcommand::LeftParen(const std::string& text) {
   SyntaxConverter* paren = SyntaxConverter::LeftParen(text);
   // When the paren closes the table is current again, with a complete operand.
-  SetByContext(true);
-  SetGreaterThanContext(true);
-  SetParenContext(false);
-  SetPlusContext(true);
-  SetSquareBracketContext(true);
-  SetVariableContext(false);
+  SetContexts(kContextAfterOperand);
   return paren;
 }
 
 SyntaxConverter* SyntaxTableSubcommand::Slash(const std::string& /*text*/) {
   ValidateAndCommit("/");
   // The expression is over: only a subcommand word may follow.
-  SetByContext(false);
-  SetGreaterThanContext(false);
-  SetParenContext(false);
-  SetPlusContext(false);
-  SetSquareBracketContext(false);
-  SetVariableContext(false);
+  SetContexts(kContextNone);
   return this;
 }
 

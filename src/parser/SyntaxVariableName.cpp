@@ -103,11 +103,7 @@ void SetCategoriesOption(const char* keyword, const std::string& variable, T& va
 SyntaxVariableName::SyntaxVariableName(int index, const std::string& name) : _varData(new VarData) {
   _varData->_index = index;
   _varData->_name = name;
-  SetGreaterThanContext(true);
-  SetPlusContext(true);
-  SetParenContext(false);
-  SetByContext(true);
-  SetSquareBracketContext(true);
+  SetContexts(kContextAfterOperand);
   ReadMeasurement();
   ReadLabels();
 }
