@@ -2,6 +2,7 @@
 #include "parser/SubTableCube.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <ostream>
 
 #include "host/QuiltAssert.h"
@@ -72,17 +73,24 @@ struct CountKinds {
   bool both = false;        // an unweighted one after a weighted one
 };
 
-template <class Classify>
-CountKinds ReadCountKinds(const SyntaxVariableName* computational, Classify classify) {
+// The counts `computational` shows: `weightedCodes` are weighted counts or percentages,
+// `unweightedCodes` their unweighted forms. `primary`: a statistic is judged by its
+// primary code (a percentage of any base counts), else by its own.
+CountKinds ReadCountKinds(const SyntaxVariableName* computational, bool primary,
+                          std::initializer_list<int> weightedCodes,
+                          std::initializer_list<int> unweightedCodes) {
   CountKinds kinds;
   if (computational == nullptr) {
     return kinds;
   }
+  const auto holds = [](std::initializer_list<int> codes, int code) {
+    return std::find(codes.begin(), codes.end(), code) != codes.end();
+  };
   for (const Statistics* statistic : computational->GetStatistics()) {
-    const int kind = classify(statistic);
-    if (kind == 1) {
+    const int code = primary ? statistic->GetPrimaryStatistic() : statistic->GetStatType();
+    if (holds(weightedCodes, code)) {
       kinds.weighted = true;
-    } else if (kind == 2) {
+    } else if (holds(unweightedCodes, code)) {
       if (kinds.weighted) {
         kinds.both = true;
       }
@@ -90,6 +98,21 @@ CountKinds ReadCountKinds(const SyntaxVariableName* computational, Classify clas
     }
   }
   return kinds;
+}
+
+// What the counts shown allow a count-based test on `cube`; marks its inner sets when it may run.
+TestEligibility JudgeCounts(SubTableCube& cube, const CountKinds& kinds, bool weighted, bool includeMR,
+                            bool forPairs) {
+  if (weighted && !kinds.weighted) {
+    return TestEligibility::kNoWeightedCount;
+  }
+  if (!weighted && !kinds.weighted && !kinds.unweighted) {
+    return TestEligibility::kNoCount;
+  }
+  if (includeMR) {
+    cube.MarkInnermostMRSets(/*includeRows=*/true, forPairs);
+  }
+  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
 }
 
 }  // namespace
@@ -416,7 +439,8 @@ bool SubTableCube::MarkInnermostMRSets(bool includeRows, bool forPairs) {
   return marked;
 }
 
-TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
+TestEligibility SubTableCube::CheckCountTestLayout(bool includeMR, const SyntaxVariableName*& row,
+                                                   const SyntaxVariableName*& column) const {
   const Data& data = *_data;
   if (!data._scaleVars.empty()) {
     return TestEligibility::kScaleVariable;
@@ -424,79 +448,47 @@ TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR
   if (!includeMR && HasMRSetInner()) {
     return TestEligibility::kInnerSetExcluded;
   }
-  const SyntaxVariableName* row = LastLeafOnAxis(data._catVars, 0);
+  row = LastLeafOnAxis(data._catVars, 0);
   if (row == nullptr) {
     return TestEligibility::kNoRowVariable;
   }
-  const SyntaxVariableName* column = LastLeafOnAxis(data._catVars, 1);
+  column = LastLeafOnAxis(data._catVars, 1);
   if (column == nullptr) {
     return TestEligibility::kNoColumnVariable;
+  }
+  return TestEligibility::kEligible;
+}
+
+TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
+  const SyntaxVariableName* row = nullptr;
+  const SyntaxVariableName* column = nullptr;
+  const TestEligibility layout = CheckCountTestLayout(includeMR, row, column);
+  if (layout != TestEligibility::kEligible) {
+    return layout;
   }
   if (SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
     return TestEligibility::kSameRowAndColumn;
   }
-  const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
-    switch (statistic->GetPrimaryStatistic()) {
-      case TableEncryptionCodes::kStatCount:
-      case TableEncryptionCodes::kStatRowPctCount:
-      case TableEncryptionCodes::kStatColPctCount:
-        return 1;
-      case TableEncryptionCodes::kStatUCount:
-      case TableEncryptionCodes::kStatURowPctCount:
-      case TableEncryptionCodes::kStatUColPctCount:
-        return 2;
-      default:
-        return 0;
-    }
-  });
-  if (weighted && !kinds.weighted) {
-    return TestEligibility::kNoWeightedCount;
-  }
-  if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return TestEligibility::kNoCount;
-  }
-  if (includeMR) {
-    MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/false);
-  }
-  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
+  using Codes = TableEncryptionCodes;
+  const CountKinds kinds =
+      ReadCountKinds(_data->_computationalVariable, /*primary=*/true,
+                     {Codes::kStatCount, Codes::kStatRowPctCount, Codes::kStatColPctCount},
+                     {Codes::kStatUCount, Codes::kStatURowPctCount, Codes::kStatUColPctCount});
+  return JudgeCounts(*this, kinds, weighted, includeMR, /*forPairs=*/false);
 }
 
 TestEligibility SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
-  const Data& data = *_data;
-  if (!data._scaleVars.empty()) {
-    return TestEligibility::kScaleVariable;
+  const SyntaxVariableName* row = nullptr;
+  const SyntaxVariableName* column = nullptr;
+  const TestEligibility layout = CheckCountTestLayout(includeMR, row, column);
+  if (layout != TestEligibility::kEligible) {
+    return layout;
   }
-  if (!includeMR && HasMRSetInner()) {
-    return TestEligibility::kInnerSetExcluded;
-  }
-  if (LastLeafOnAxis(data._catVars, 0) == nullptr) {
-    return TestEligibility::kNoRowVariable;
-  }
-  if (LastLeafOnAxis(data._catVars, 1) == nullptr) {
-    return TestEligibility::kNoColumnVariable;
-  }
-  const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
-    switch (statistic->GetStatType()) {
-      case TableEncryptionCodes::kStatCount:
-      case TableEncryptionCodes::kStatColPctCount:
-        return 1;
-      case TableEncryptionCodes::kStatUCount:
-      case TableEncryptionCodes::kStatUColPctCount:
-        return 2;
-      default:
-        return 0;
-    }
-  });
-  if (weighted && !kinds.weighted) {
-    return TestEligibility::kNoWeightedCount;
-  }
-  if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return TestEligibility::kNoCount;
-  }
-  if (includeMR) {
-    MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/true);
-  }
-  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
+  using Codes = TableEncryptionCodes;
+  const CountKinds kinds = ReadCountKinds(_data->_computationalVariable, /*primary=*/false,
+                                          {Codes::kStatCount, Codes::kStatColPctCount},
+                                          {Codes::kStatUCount, Codes::kStatUColPctCount});
+  return JudgeCounts(*this, kinds, weighted, includeMR, /*forPairs=*/true);
 }
 
 TestEligibility SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted,

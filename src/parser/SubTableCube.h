@@ -139,6 +139,12 @@ class SubTableCube {
   void Print(std::ostream& out, int indent = 0) const;
 
  private:
+  /// What the chi-square and column proportions tests both need of the layout: no scale
+  /// variable, an inner set only when asked for, and a row and a column variable, which it
+  /// sets. kEligible when all hold.
+  TestEligibility CheckCountTestLayout(bool includeMR, const SyntaxVariableName*& row,
+                                       const SyntaxVariableName*& column) const;
+
   struct Data;
   Data* _data;
 };

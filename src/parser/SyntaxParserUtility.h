@@ -241,6 +241,8 @@ class SyntaxParserUtility {
   static std::vector<std::string> GetStatKeywords();
 
  private:
+  /// The row of `code`; null when no statistic has it.
+  static const QuiltAStatInfo* FindStatInfo(int code);
   /// Rows indexed by code; built by InitStatistics, kept for the process.
   static std::unique_ptr<std::array<QuiltAStatInfo, kStatCodeCount>> pStatInfoTable;
   /// Upper-case keyword to code, aliases included; its existence marks the vocabulary built.
