@@ -4,15 +4,12 @@
 #include <memory>
 #include <string>
 
-#include "parser/NamedConverter.h"
-#include "parser/SyntaxConverter.h"
-
-class SyntaxCategoriesSubcommand;
+#include "parser/SyntaxCategoriesPart.h"
 
 /// The parenthesis after a sort statistic, `KEY=MEAN(score)` or `KEY=PTILE(score 25)`.
 /// Current from the statistic word until ")" (or, when the parenthesis may be left out,
 /// until the next keyword or "[").
-class SyntaxCategoriesParen : public NamedConverter<SyntaxConverter> {
+class SyntaxCategoriesParen : public SyntaxCategoriesPart {
  public:
   /// `keyword` is the statistic as written; `isPercentile` for PTILE and UPTILE, which need a
   /// percentile strictly between 0 and 100. `owner` is not owned.
@@ -25,8 +22,6 @@ class SyntaxCategoriesParen : public NamedConverter<SyntaxConverter> {
   SyntaxConverter* Number(double value, const std::string& text) override;
   /// Hands the variable and percentile to the owner, which becomes current again.
   SyntaxConverter* RightParen(const std::string& text) override;
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  SyntaxConverter* LeftSquareBracket(const std::string& text) override;
   /// Without the parenthesis a statistic that needs a variable raises MissingVariableArgument.
   void ValidateAndCommit(const std::string& text) override;
 

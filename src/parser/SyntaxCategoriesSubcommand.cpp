@@ -151,45 +151,39 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
       SyntaxParserUtility::ExplicitListViolation();
     }
   };
+  // The options that take one of two words: the first sets the flag, the second clears it.
+  struct Choice {
+    int state;
+    const char* setWord;
+    const char* clearWord;
+    bool fixedByList;  // refused with an explicit list
+    bool Data::*value;
+    bool Data::*given;
+  };
+  static constexpr Choice kChoices[] = {
+      {kStateTotal, "NO", "YES", false, &Data::_isTotalNo, &Data::_totalSet},
+      {kStatePosition, "AFTER", "BEFORE", false, &Data::_isTotalPositionAfter, &Data::_positionSet},
+      {kStateEmpty, "INCLUDE", "EXCLUDE", false, &Data::_isEmptyInclude, &Data::_emptySet},
+      {kStateOrder, "A", "D", true, &Data::_isOrderA, &Data::_orderSet},
+      {kStateMissing, "EXCLUDE", "INCLUDE", true, &Data::_isMissingExclude, &Data::_missingSet},
+  };
+  for (const Choice& choice : kChoices) {
+    if (choice.state != data._state) {
+      continue;
+    }
+    if (!is(choice.setWord) && !is(choice.clearWord)) {
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    }
+    if (choice.fixedByList) {
+      refuseWithList();
+    }
+    data.*choice.value = is(choice.setWord);
+    data.*choice.given = true;
+    data._state = kStateNone;
+    return this;
+  }
   SyntaxConverter* next = this;
   switch (data._state) {
-    case kStateTotal:
-      if (!is("YES") && !is("NO")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isTotalNo = is("NO");
-      data._totalSet = true;
-      break;
-    case kStatePosition:
-      if (!is("AFTER") && !is("BEFORE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isTotalPositionAfter = is("AFTER");
-      data._positionSet = true;
-      break;
-    case kStateEmpty:
-      if (!is("INCLUDE") && !is("EXCLUDE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isEmptyInclude = is("INCLUDE");
-      data._emptySet = true;
-      break;
-    case kStateOrder:
-      if (!is("A") && !is("D")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      refuseWithList();
-      data._isOrderA = is("A");
-      data._orderSet = true;
-      break;
-    case kStateMissing:
-      if (!is("EXCLUDE") && !is("INCLUDE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      refuseWithList();
-      data._isMissingExclude = is("EXCLUDE");
-      data._missingSet = true;
-      break;
     case kStateKey:
       if (is("VALUE")) {
         data._sortKey = Codes::kSortKeyValue;
