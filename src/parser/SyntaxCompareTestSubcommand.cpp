@@ -36,7 +36,7 @@ const std::vector<KeywordRule>& Rules() {
   static const std::vector<KeywordRule> rules = {
       {"TYPE", Kind::kWord,
        {{"PROP", TableEncryptionCodes::kSigTestProportions}, {"MEAN", TableEncryptionCodes::kSigTestMeans}}},
-      {"ALPHA", Kind::kNumber, {}, true, -1, false, 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha},
+      NumberBetween("ALPHA", 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha),
       {"ADJUST", Kind::kWord,
        {{"NONE", PresentationCodes::kAdjustNone},
         {"BONFERRONI", PresentationCodes::kAdjustBonferroni},

@@ -85,81 +85,46 @@ void DumpCriteria(const KeywordReader& keywords, std::ostream& out) {
 
 // SLABELS POSITION '=' COLUMN|ROW|LAYER | VISIBLE '=' YES|NO
 const SyntaxTableKeywordSubcommand::Data& SyntaxTableKeywordSubcommand::SLabels() {
-  static const Data data{"SLABELS",
-                         kConverterSLabels,
-                         {{"POSITION",
-                           KeywordValueKind::kWord,
-                           {{"COLUMN", PresentationCodes::kSLabelColumn},
-                            {"ROW", PresentationCodes::kSLabelRow},
-                            {"LAYER", PresentationCodes::kSLabelLayer}}},
-                          {"VISIBLE", KeywordValueKind::kWord, {{"YES", 1}, {"NO", 0}}}},
-                         &CommitSLabels,
-                         &DumpSLabels};
+  static const Data data{"SLABELS", kConverterSLabels, {
+      {"POSITION", KeywordValueKind::kWord, {{"COLUMN", PresentationCodes::kSLabelColumn},
+                                              {"ROW", PresentationCodes::kSLabelRow},
+                                              {"LAYER", PresentationCodes::kSLabelLayer}}},
+      {"VISIBLE", KeywordValueKind::kWord, {{"YES", 1}, {"NO", 0}}}},
+      &CommitSLabels, &DumpSLabels};
   return data;
 }
 
 // CLABELS AUTO | ROWLABELS '=' OPPOSITE|LAYER | COLLABELS '=' OPPOSITE|LAYER
 // One table has one label option: any second request replaces the first and warns, naming
-// the word as typed.
+// the word as typed (each rule is sameAs ROWLABELS, warnsWithTypedWord).
 const SyntaxTableKeywordSubcommand::Data& SyntaxTableKeywordSubcommand::CLabels() {
-  static const Data data{
-      "CLABELS",
-      kConverterCLabels,
-      {{"ROWLABELS",
-        KeywordValueKind::kWord,
-        {{"OPPOSITE", Codes::kCLabelRowOpposite}, {"LAYER", Codes::kCLabelRowLayer}},
-        true,
-        kRowLabels,
-        true},
-       {"COLLABELS",
-        KeywordValueKind::kWord,
-        {{"OPPOSITE", Codes::kCLabelColOpposite}, {"LAYER", Codes::kCLabelColLayer}},
-        true,
-        kRowLabels,
-        true},
-       {nullptr, KeywordValueKind::kWord, {{"AUTO", Codes::kCLabelAuto}}, true, kRowLabels, true}},
-      &CommitCLabels,
-      &DumpCLabels};
+  static const Data data{"CLABELS", kConverterCLabels, {
+      {"ROWLABELS", KeywordValueKind::kWord,
+       {{"OPPOSITE", Codes::kCLabelRowOpposite}, {"LAYER", Codes::kCLabelRowLayer}}, true, kRowLabels, true},
+      {"COLLABELS", KeywordValueKind::kWord,
+       {{"OPPOSITE", Codes::kCLabelColOpposite}, {"LAYER", Codes::kCLabelColLayer}}, true, kRowLabels, true},
+      {nullptr, KeywordValueKind::kWord, {{"AUTO", Codes::kCLabelAuto}}, true, kRowLabels, true}},
+      &CommitCLabels, &DumpCLabels};
   return data;
 }
 
 // SIGTEST TYPE '=' CHISQUARE | ALPHA '=' number | CATEGORIES '=' ALLVISIBLE|SUBTOTALS |
 //         INCLUDEMRSETS '=' YES|NO
 const SyntaxTableKeywordSubcommand::Data& SyntaxTableKeywordSubcommand::SigTest() {
-  static const Data data{"SIGTEST",
-                         kConverterPlain,
-                         {{"TYPE", KeywordValueKind::kWord, {{"CHISQUARE", Codes::kSigTestChiSquare}}},
-                          {"ALPHA",
-                           KeywordValueKind::kNumber,
-                           {},
-                           true,
-                           -1,
-                           false,
-                           0.0,
-                           1.0,
-                           &SyntaxParserUtility::InvalidAlpha},
-                          {"CATEGORIES", KeywordValueKind::kWord, {{"ALLVISIBLE", 0}, {"SUBTOTALS", 1}}},
-                          {"INCLUDEMRSETS", KeywordValueKind::kWord, {{"YES", 1}, {"NO", 0}}}},
-                         &CommitSigTest,
-                         &DumpSigTest};
+  static const Data data{"SIGTEST", kConverterPlain, {
+      {"TYPE", KeywordValueKind::kWord, {{"CHISQUARE", Codes::kSigTestChiSquare}}},
+      NumberBetween("ALPHA", 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha),
+      {"CATEGORIES", KeywordValueKind::kWord, {{"ALLVISIBLE", 0}, {"SUBTOTALS", 1}}},
+      {"INCLUDEMRSETS", KeywordValueKind::kWord, {{"YES", 1}, {"NO", 0}}}},
+      &CommitSigTest, &DumpSigTest};
   return data;
 }
 
 // CRITERIA CILEVEL '=' number, strictly between 0 and 100
 const SyntaxTableKeywordSubcommand::Data& SyntaxTableKeywordSubcommand::Criteria() {
-  static const Data data{"CRITERIA",
-                         kConverterPlain,
-                         {{"CILEVEL",
-                           KeywordValueKind::kNumber,
-                           {},
-                           true,
-                           -1,
-                           false,
-                           0.0,
-                           100.0,
-                           &SyntaxParserUtility::InvalidCILevel}},
-                         &CommitCriteria,
-                         &DumpCriteria};
+  static const Data data{"CRITERIA", kConverterPlain,
+      {NumberBetween("CILEVEL", 0.0, 100.0, &SyntaxParserUtility::InvalidCILevel)},
+      &CommitCriteria, &DumpCriteria};
   return data;
 }
 
