@@ -307,13 +307,7 @@ int SubTableCube::GetCubeStatType() const {
 std::vector<std::string> SubTableCube::GetCatVarNameList() const {
   std::vector<std::string> names;
   for (const SyntaxVariableName* var : _data->_catVars) {
-    const std::string name = var->GetNameToken();
-    const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& seen) {
-      return SyntaxParserUtility::ExactWordMatch(seen, name);
-    });
-    if (!known) {
-      names.push_back(name);
-    }
+    SyntaxParserUtility::AppendDistinctName(names, var->GetNameToken());
   }
   return names;
 }

@@ -440,34 +440,25 @@ std::vector<std::string> SyntaxCategoriesSubcommand::GetCatVarNameList() {
     if (variable->GetVariableType() != Codes::kVariableCategorical) {
       continue;
     }
-    const std::string name = variable->GetNameToken();
-    const bool seen = std::any_of(names.begin(), names.end(), [&](const std::string& earlier) {
-      return SyntaxParserUtility::ExactWordMatch(earlier, name);
-    });
-    if (!seen) {
-      names.push_back(name);
-    }
+    SyntaxParserUtility::AppendDistinctName(names, variable->GetNameToken());
   }
   return names;
 }
 
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVariables(
     const std::string& name) {
-  std::vector<SyntaxVariableName*> found;
-  for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
-    if (variable->GetVariableType() == Codes::kVariableCategorical &&
-        SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
-      found.push_back(variable);
-    }
-  }
-  return found;
+  return GetTableVariables(name, Codes::kVariableCategorical);
 }
 
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetScaleVariables(const std::string& name) {
+  return GetTableVariables(name, Codes::kVariableScale);
+}
+
+std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetTableVariables(
+    const std::string& name, TableEncryptionCodes::VariableCodes type) {
   std::vector<SyntaxVariableName*> found;
   for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
-    if (variable->GetVariableType() == Codes::kVariableScale &&
-        SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
+    if (variable->GetVariableType() == type && SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
       found.push_back(variable);
     }
   }

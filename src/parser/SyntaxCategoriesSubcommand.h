@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/engine/TableEncryptionCodes.h"
 #include "parser/NamedConverter.h"
 #include "parser/SyntaxComposite.h"
 
@@ -55,6 +56,9 @@ class SyntaxCategoriesSubcommand : public NamedConverter<SyntaxComposite> {
   void ValidateSummarySortKey();
   /// Removes `child` from the children and deletes it.
   void DropChild(SyntaxConverter* child);
+  /// Every occurrence of `name` of measurement `type` in the table, in order.
+  std::vector<SyntaxVariableName*> GetTableVariables(const std::string& name,
+                                                     TableEncryptionCodes::VariableCodes type);
 
   struct Data;
   std::unique_ptr<Data> _data;

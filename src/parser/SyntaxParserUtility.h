@@ -38,6 +38,9 @@ class SyntaxParserUtility {
   // --- Words -------------------------------------------------------------------------
   /// Whole-word, case-insensitive equality (TARNMBstricmp_A).
   static bool ExactWordMatch(const std::string& left, const std::string& right);
+  /// Appends `name` unless `names` already holds it, in any case; variables are named
+  /// without regard to case.
+  static void AppendDistinctName(std::vector<std::string>& names, const std::string& name);
   /// Case-insensitive equality of the first `count` bytes (TARNMBstrnicmp_A).
   static bool ExactNWordMatch(const std::string& left, const std::string& right, int count);
   /// An upper-case copy (TARNMBstrupr_A); empty for a null or empty argument.
