@@ -100,9 +100,13 @@ CountKinds ReadCountKinds(const SyntaxVariableName* computational, bool primary,
   return kinds;
 }
 
-// What the counts shown allow a count-based test on `cube`; marks its inner sets when it may run.
-TestEligibility JudgeCounts(SubTableCube& cube, const CountKinds& kinds, bool weighted, bool includeMR,
-                            bool forPairs) {
+// A count-based test on `cube`: refused for its layout, or else judged by the counts shown.
+// Marks the cube's inner sets when the test may run.
+TestEligibility JudgeCounts(SubTableCube& cube, TestEligibility layout, const CountKinds& kinds, bool weighted,
+                            bool includeMR, bool forPairs) {
+  if (layout != TestEligibility::kEligible) {
+    return layout;
+  }
   if (weighted && !kinds.weighted) {
     return TestEligibility::kNoWeightedCount;
   }
@@ -433,8 +437,7 @@ bool SubTableCube::MarkInnermostMRSets(bool includeRows, bool forPairs) {
   return marked;
 }
 
-TestEligibility SubTableCube::CheckCountTestLayout(bool includeMR, const SyntaxVariableName*& row,
-                                                   const SyntaxVariableName*& column) const {
+TestEligibility SubTableCube::CheckCountTestLayout(bool includeMR, bool distinctRowAndColumn) const {
   const Data& data = *_data;
   if (!data._scaleVars.empty()) {
     return TestEligibility::kScaleVariable;
@@ -442,47 +445,39 @@ TestEligibility SubTableCube::CheckCountTestLayout(bool includeMR, const SyntaxV
   if (!includeMR && HasMRSetInner()) {
     return TestEligibility::kInnerSetExcluded;
   }
-  row = LastLeafOnAxis(data._catVars, 0);
+  const SyntaxVariableName* row = LastLeafOnAxis(data._catVars, 0);
   if (row == nullptr) {
     return TestEligibility::kNoRowVariable;
   }
-  column = LastLeafOnAxis(data._catVars, 1);
+  const SyntaxVariableName* column = LastLeafOnAxis(data._catVars, 1);
   if (column == nullptr) {
     return TestEligibility::kNoColumnVariable;
+  }
+  if (distinctRowAndColumn && SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
+    return TestEligibility::kSameRowAndColumn;
   }
   return TestEligibility::kEligible;
 }
 
+// A percentage of any base counts as its count: statistics are judged by their primary code.
 TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
-  const SyntaxVariableName* row = nullptr;
-  const SyntaxVariableName* column = nullptr;
-  const TestEligibility layout = CheckCountTestLayout(includeMR, row, column);
-  if (layout != TestEligibility::kEligible) {
-    return layout;
-  }
-  if (SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
-    return TestEligibility::kSameRowAndColumn;
-  }
   using Codes = TableEncryptionCodes;
   const CountKinds kinds =
       ReadCountKinds(_data->_computationalVariable, /*primary=*/true,
                      {Codes::kStatCount, Codes::kStatRowPctCount, Codes::kStatColPctCount},
                      {Codes::kStatUCount, Codes::kStatURowPctCount, Codes::kStatUColPctCount});
-  return JudgeCounts(*this, kinds, weighted, includeMR, /*forPairs=*/false);
+  const TestEligibility layout = CheckCountTestLayout(includeMR, /*distinctRowAndColumn=*/true);
+  return JudgeCounts(*this, layout, kinds, weighted, includeMR, /*forPairs=*/false);
 }
 
+// Only counts and column percentages show the proportions the test compares.
 TestEligibility SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
-  const SyntaxVariableName* row = nullptr;
-  const SyntaxVariableName* column = nullptr;
-  const TestEligibility layout = CheckCountTestLayout(includeMR, row, column);
-  if (layout != TestEligibility::kEligible) {
-    return layout;
-  }
   using Codes = TableEncryptionCodes;
-  const CountKinds kinds = ReadCountKinds(_data->_computationalVariable, /*primary=*/false,
-                                          {Codes::kStatCount, Codes::kStatColPctCount},
-                                          {Codes::kStatUCount, Codes::kStatUColPctCount});
-  return JudgeCounts(*this, kinds, weighted, includeMR, /*forPairs=*/true);
+  const CountKinds kinds =
+      ReadCountKinds(_data->_computationalVariable, /*primary=*/false, {Codes::kStatCount, Codes::kStatColPctCount},
+                     {Codes::kStatUCount, Codes::kStatUColPctCount});
+  const TestEligibility layout = CheckCountTestLayout(includeMR, /*distinctRowAndColumn=*/false);
+  return JudgeCounts(*this, layout, kinds, weighted, includeMR, /*forPairs=*/true);
 }
 
 TestEligibility SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted,

@@ -140,10 +140,9 @@ class SubTableCube {
 
  private:
   /// What the chi-square and column proportions tests both need of the layout: no scale
-  /// variable, an inner set only when asked for, and a row and a column variable, which it
-  /// sets. kEligible when all hold.
-  TestEligibility CheckCountTestLayout(bool includeMR, const SyntaxVariableName*& row,
-                                       const SyntaxVariableName*& column) const;
+  /// variable, an inner set only when asked for, a row and a column variable, and for
+  /// `distinctRowAndColumn` not the same one. kEligible when all hold.
+  TestEligibility CheckCountTestLayout(bool includeMR, bool distinctRowAndColumn) const;
 
   struct Data;
   Data* _data;
