@@ -220,6 +220,7 @@ struct GridWidths {
   std::vector<int> rowLevels;  // one per row header level
   std::vector<int> data;       // one per data column
   int rowBlock = 1;            // the row headers' share of a line, rules included
+  std::vector<bool> prose;     // per data column: its text cells wrap, so they read from the left
 };
 
 // Row headers take no column when every row label is hidden and the corner is empty (a list
@@ -269,9 +270,10 @@ std::vector<int> CellColumnWidths(const TableLayout& layout, int pageWidth) {
 
 // The data column widths: the cells' own, widened for the column labels (a spanning label
 // into its last column, narrow labels first; labels wrap at the table's maximum), then held
-// within the table's minimum and maximum, which never cut a cell's text.
+// within the table's minimum and maximum, which never cut a cell's text. A minimum wider than
+// the page is held to the page, so that a column of sentences still fits on it.
 std::vector<int> DataColumnWidths(const TableLayout& layout, int pageWidth) {
-  const int minCharacters = layout.GetMinDataColumnCharacters();
+  const int minCharacters = std::min(layout.GetMinDataColumnCharacters(), pageWidth - 4);
   const int maxCharacters = layout.GetMaxDataColumnCharacters();
   const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
   const std::vector<int> cellWidths = CellColumnWidths(layout, pageWidth);
@@ -318,10 +320,29 @@ void NarrowRowHeaders(GridWidths& widths, int pageWidth) {
   }
 }
 
+// A column in which some text without a number is wider than the column wraps it as prose;
+// all its text cells then align left, as sentences read, and its numbers stay right.
+std::vector<bool> ProseColumns(const TableLayout& layout, const std::vector<int>& dataWidths) {
+  const int rowCount = static_cast<int>(layout.GetRows().entries.size());
+  const int layerCount = static_cast<int>(layout.GetLayers().size());
+  std::vector<bool> prose(dataWidths.size(), false);
+  for (int layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
+    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+      for (std::size_t column = 0; column < dataWidths.size(); ++column) {
+        const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, static_cast<int>(column));
+        if (!cell.hasNumber && WidestLine(OutputWriter::CellDisplay(cell)) > dataWidths[column])
+          prose[column] = true;
+      }
+    }
+  }
+  return prose;
+}
+
 GridWidths DecideWidths(const TableLayout& layout, int pageWidth) {
   GridWidths widths;
   widths.rowLevels = RowLevelWidths(layout, RowHeaderLevels(layout));
   widths.data = DataColumnWidths(layout, pageWidth);
+  widths.prose = ProseColumns(layout, widths.data);
   for (int width : widths.rowLevels) widths.rowBlock += width + 3;
   NarrowRowHeaders(widths, pageWidth);
   return widths;
@@ -386,7 +407,7 @@ std::vector<TextWriter::GridRow> TextWriter::HeaderRows(const TableLayout& layou
 }
 
 std::vector<TextWriter::GridRow> TextWriter::BodyRows(const TableLayout& layout, int layerIndex, int panelStart,
-                                                       int panelEnd) {
+                                                       int panelEnd, const std::vector<bool>& prose) {
   const AxisLayout& rows = layout.GetRows();
   const int rowLevels = RowHeaderLevels(layout);
   std::vector<GridRow> body;
@@ -401,7 +422,8 @@ std::vector<TextWriter::GridRow> TextWriter::BodyRows(const TableLayout& layout,
     }
     for (int column = panelStart; column < panelEnd; ++column) {
       const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, column);
-      row.push_back({rowLevels + column - panelStart, 1, CellDisplay(cell), true});
+      const bool alignRight = cell.hasNumber || !prose[static_cast<std::size_t>(column)];
+      row.push_back({rowLevels + column - panelStart, 1, CellDisplay(cell), alignRight});
     }
     body.push_back(std::move(row));
   }
@@ -441,7 +463,7 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
         out << "(columns " << panelStart + 1 << "-" << panelEnd << " of " << columnCount << ")\n";
       std::vector<int> gridWidths = widths.rowLevels;
       gridWidths.insert(gridWidths.end(), widths.data.begin() + panelStart, widths.data.begin() + panelEnd);
-      WriteGrid(HeaderRows(layout, panelStart, panelEnd), BodyRows(layout, layerIndex, panelStart, panelEnd),
+      WriteGrid(HeaderRows(layout, panelStart, panelEnd), BodyRows(layout, layerIndex, panelStart, panelEnd, widths.prose),
                 gridWidths, out);
     }
   }

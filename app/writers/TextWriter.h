@@ -41,8 +41,10 @@ class TextWriter : public OutputWriter {
   /// The column header lines of the data columns [panelStart, panelEnd), the corner over
   /// the row headers.
   static std::vector<GridRow> HeaderRows(const TableLayout& layout, int panelStart, int panelEnd);
-  /// The rows of one layer: row header boxes, then the cells of columns [panelStart, panelEnd).
-  static std::vector<GridRow> BodyRows(const TableLayout& layout, int layerIndex, int panelStart, int panelEnd);
+  /// The rows of one layer: row header boxes, then the cells of columns [panelStart, panelEnd);
+  /// the text cells of a `prose` column align left.
+  static std::vector<GridRow> BodyRows(const TableLayout& layout, int layerIndex, int panelStart, int panelEnd,
+                                       const std::vector<bool>& prose);
   /// The caption and the notes under a table, then a blank line.
   void WriteTableNotes(const DeliveredTable& table, std::ostream& out) const;
 
