@@ -26,9 +26,7 @@ struct OneWay {
     AggregationCube* cube = _h._table->CreateCube();
     cube->AddCategoricalVariable(_q, Codes::kDimensionRow);
     _agg = cube->CreateCubeAggregator();
-    std::vector<AggregationStatistic> list;
-    for (int code : codes) list.emplace_back(code);
-    cube->AddCategoryStatistics(list, _q);
+    cube->AddCategoryStatistics(Statistics(codes), _q);
     _h.RunGroup();
     _dim = _q->GetTableDimension();
   }

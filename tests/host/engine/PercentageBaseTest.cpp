@@ -13,12 +13,6 @@ namespace {
 
 using namespace enginetest;
 
-std::vector<AggregationStatistic> Codes(std::initializer_list<int> codes) {
-  std::vector<AggregationStatistic> list;
-  for (int code : codes) list.emplace_back(code);
-  return list;
-}
-
 // Randomised check against a direct computation over the same cases: frequency-weighted
 // counts and row, column and table percentages of a 4 x 3 table, and the mean of x.
 TEST(PercentageBase, AgreesWithANaiveReference) {
@@ -46,7 +40,7 @@ TEST(PercentageBase, AgreesWithANaiveReference) {
   AggregationVariable* a = h.Variable("a");
   AggregationVariable* b = h.Variable("b");
   CubeAggregator* agg =
-      h.Cube({{a, Codes::kDimensionRow}, {b, Codes::kDimensionColumn}}, Codes({1, 10, 18, 26}), b);
+      h.Cube({{a, Codes::kDimensionRow}, {b, Codes::kDimensionColumn}}, Statistics({1, 10, 18, 26}), b);
   h.RunGroup();
   EXPECT_EQ(h._table->GetCubeAggregators().size(), 1u);
   EXPECT_FALSE(h._table->IsTableEmpty());
