@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -14,6 +15,7 @@
 #include "EngineTestSupport.h"
 #include "host/engine/AggregationMCSet.h"
 #include "host/engine/AggregationMDSet.h"
+#include "host/engine/ParsedCategory.h"
 
 namespace {
 
@@ -25,7 +27,7 @@ struct EngineCase {
   Words options;  // weighted, listwise, base=VARIABLE
   std::string csv;
   std::string dictionary;
-  std::vector<Words> sets, cubes, expects;  // the words of each such line
+  std::vector<Words> sets, categories, cubes, expects, orders;  // the words of each such line
 };
 
 void PrintTo(const EngineCase& engineCase, std::ostream* out) {
@@ -49,8 +51,14 @@ std::vector<EngineCase> ReadCases() {
     const std::string first = words[0];
     words.erase(words.begin());
     if (first == "==") {
-      cases.emplace_back().name = words.at(0);
-      cases.back().options.assign(words.begin() + 1, words.end());
+      EngineCase added;
+      for (const EngineCase& earlier : cases) {  // like=NAME: the data of an earlier case
+        if (std::find(words.begin(), words.end(), "like=" + earlier.name) != words.end()) added = earlier;
+      }
+      added.name = words.at(0);
+      added.options.assign(words.begin() + 1, words.end());
+      added.categories.clear(), added.cubes.clear(), added.expects.clear(), added.orders.clear();
+      cases.push_back(added);
       continue;
     }
     EngineCase& c = cases.back();
@@ -58,8 +66,13 @@ std::vector<EngineCase> ReadCases() {
       c.csv = words.at(0) + "\n";
     } else if (first == "dict") {
       c.dictionary = line.substr(5);
-    } else if (first == "mdset" || first == "mcset") {
+    } else if (first == "mdset" || first == "mcset") {  // replaces a set of that name from like=
+      std::erase_if(c.sets, [&](const Words& set) { return set[1] == words.at(0); });
       c.sets.push_back(Split(line));
+    } else if (first == "categories") {
+      c.categories.push_back(words);
+    } else if (first == "order") {
+      c.orders.push_back(words);
     } else if (first == "cube") {
       c.cubes.push_back(words);
     } else if (first == "expect") {
@@ -83,6 +96,65 @@ AggregationStatistic Statistic(const Harness& h, const std::string& word, int* v
   if (const auto at = code.find('@'); at != std::string::npos)
     statistic.SetPTileCutPoint(std::stod(code.substr(at + 1)));
   return statistic;
+}
+
+// A label of the file, where "_" stands for a blank.
+std::string Spaced(std::string text) {
+  std::replace(text.begin(), text.end(), '_', ' ');
+  return text;
+}
+
+// The items of an explicit category list: VALUE, LOW..HIGH, lo..VALUE, VALUE..hi, all,
+// missing, othernm, subtotal:ENCODING:LABEL or hsubtotal:ENCODING:LABEL (hidden), an item
+// followed by ">ENCODING" counting in the subtotal of that encoding. `values` keeps the
+// numbers the items point at.
+std::vector<ParsedCategory*> ParseList(const std::string& text, std::deque<OBS>& values) {
+  auto number = [&](const std::string& word) {
+    values.emplace_back().number = std::stod(word);
+    return &values.back();
+  };
+  std::vector<ParsedCategory*> items;
+  for (const std::string& item : Split(text, ',')) {
+    const std::string what = item.substr(0, item.find('>'));
+    const std::string low = what.substr(0, what.find("..")), high = what.substr(what.find("..") + 2);
+    const Words parts = Split(what, ':');
+    if (what == "all" || what == "missing" || what == "othernm") {
+      items.push_back(new ParsedCategory(what == "all"       ? ParsedCategory::kParsedAll
+                                         : what == "missing" ? ParsedCategory::kParsedMissing
+                                                             : ParsedCategory::kParsedOtherNM));
+    } else if (parts.size() == 3) {
+      items.push_back(
+          new ParsedCategory(Spaced(parts[2]), false, std::stoi(parts[1]), parts[0] == "subtotal"));
+    } else if (what.find("..") == std::string::npos) {
+      items.push_back(new ParsedCategory(number(what), 0));
+    } else if (low == "lo" || high == "hi") {
+      items.push_back(
+          new ParsedCategory(number(low == "lo" ? high : low), 0,
+                             low == "lo" ? ParsedCategory::kParsedLo : ParsedCategory::kParsedHi));
+    } else {
+      items.push_back(new ParsedCategory(number(low), number(high), 0));
+    }
+    if (item.find('>') != std::string::npos)
+      items.back()->SetSubtotalEncoding(std::stoi(item.substr(item.find('>') + 1)));
+  }
+  return items;
+}
+
+// The categories of a dimension in order: VALUE:LABEL, with "*" after a missing category;
+// T:LABEL a total, S:LABEL a subtotal, H:LABEL a hidden one.
+std::string Describe(TableDimension& dimension) {
+  std::string text;
+  for (const AggregationCategory* c : dimension.GetCategories()) {
+    const int type = c->GetCatType();
+    text += text.empty() ? "" : " ";
+    text += type == AggregationCategory::kValue   ? std::to_string(static_cast<int>(c->GetCatValue()->number))
+            : type == AggregationCategory::kTotal ? "T"
+            : type == AggregationCategory::kSubtotal  ? "S"
+            : type == AggregationCategory::kHSubtotal ? "H"
+                                                      : "?";
+    text += ":" + c->GetCatLabel() + (c->IsMissingCategory() ? "*" : "");
+  }
+  return text;
 }
 
 // A product and quotient of numbers, left to right: "100*2.5/5.5".
@@ -132,6 +204,30 @@ TEST_P(EngineCases, CellsHoldTheHandWorkedValues) {
     if (found == nullptr) found = h.Variable(name);
     return found;
   };
+  // categories VARIABLE [order=D] [empty=exclude] [missing=include] [total=yes] [totalpos=before]
+  //   [totallabel=LABEL] [sort=label|CODE] [list=ITEM,...]
+  std::deque<OBS> values;
+  std::deque<std::vector<ParsedCategory*>> lists;  // the dimension reads them until the end
+  std::vector<std::unique_ptr<ParsedCategory>> owned;
+  for (const Words& words : c.categories) {
+    AggregationVariable* v = variable(words[0]);
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      const std::string key = words[i].substr(0, words[i].find('=')), value = words[i].substr(key.size() + 1);
+      if (key == "order") v->SetIsOrderA(value != "D");
+      if (key == "empty") v->SetIsEmptyInclude(value != "exclude");
+      if (key == "missing") v->SetIsMissingExclude(value != "include");
+      if (key == "total") v->SetIsTotalNo(value != "yes");
+      if (key == "totalpos") v->SetIsTotalPositionAfter(value != "before");
+      if (key == "totallabel") v->SetTotalLabel(Spaced(value)), v->SetIsTotalLabelDefault(false);
+      if (key == "sort" && value == "label") v->SetSortKey(AggregationVariable::kSortKeyLabel);
+      if (key == "sort" && value != "label")
+        v->SetSortKey(AggregationVariable::kSortKeyStatistic), v->SetSortInfo(std::stoi(value), -1);
+      if (key == "list") {
+        v->AddParsedCategories(&lists.emplace_back(ParseList(value, values)));
+        for (ParsedCategory* item : lists.back()) owned.emplace_back(item);
+      }
+    }
+  }
   // cube VARIABLE:row|col|layer... [by=CARRIER stats=CODE,...] [scale=VARIABLE:CODE,...] [ci=LEVEL]
   std::vector<CubeAggregator*> cubes;
   std::vector<std::vector<AggregationVariable*>> positions;
@@ -169,7 +265,12 @@ TEST_P(EngineCases, CellsHoldTheHandWorkedValues) {
     if (!statistics.empty()) cube->AddScaleStatistics(statistics);
   }
   h.RunGroup();
-  EXPECT_FALSE(c.expects.empty()) << "a case that checks nothing";
+  EXPECT_FALSE(c.expects.empty() && c.orders.empty()) << "a case that checks nothing";
+  for (const Words& words : c.orders) {  // order VARIABLE CATEGORY...: as Describe gives them
+    std::string expected;
+    for (std::size_t i = 1; i < words.size(); ++i) expected += (i > 1 ? " " : "") + words[i];
+    EXPECT_EQ(Describe(*variable(words[0])->GetTableDimension()), expected);
+  }
   // expect [cubeN] KEY STATISTIC VALUE [~TOLERANCE]: KEY names each position's category by its
   // value, T for the total, or #K for the encoding K itself.
   // STATISTIC is one of the cube's, with a ' after it for its second value, or N, W, W2: the
