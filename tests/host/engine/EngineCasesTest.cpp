@@ -141,7 +141,7 @@ std::vector<ParsedCategory*> ParseList(const std::string& text, std::deque<OBS>&
 }
 
 // The categories of a dimension in order: VALUE:LABEL, with "*" after a missing category;
-// T:LABEL a total, S:LABEL a subtotal, H:LABEL a hidden one.
+// T:LABEL a total, S:LABEL a subtotal, H:LABEL a hidden one, V:LABEL a member of a set.
 std::string Describe(TableDimension& dimension) {
   std::string text;
   for (const AggregationCategory* c : dimension.GetCategories()) {
@@ -151,6 +151,7 @@ std::string Describe(TableDimension& dimension) {
             : type == AggregationCategory::kTotal ? "T"
             : type == AggregationCategory::kSubtotal  ? "S"
             : type == AggregationCategory::kHSubtotal ? "H"
+            : type == AggregationCategory::kVariable  ? "V"
                                                       : "?";
     text += ":" + c->GetCatLabel() + (c->IsMissingCategory() ? "*" : "");
   }
@@ -184,20 +185,21 @@ TEST_P(EngineCases, CellsHoldTheHandWorkedValues) {
   }
   Harness h(c.csv, c.dictionary, weighted, pairwise, base);
   std::map<std::string, AggregationVariable*> variables;
-  for (const Words& set : c.sets) {  // mdset|mcset NAME MEMBER... [counted=N] [duplicates]
+  for (const Words& set : c.sets) {  // mdset|mcset NAME MEMBER... [counted=N] [duplicates] [labels]
     std::vector<int> members;
     double counted = 1;
     for (std::size_t i = 2; i < set.size(); ++i) {
       if (set[i].rfind("counted=", 0) == 0)
         counted = std::stod(set[i].substr(8));
-      else if (set[i] != "duplicates")
+      else if (set[i] != "duplicates" && set[i] != "labels")
         members.push_back(h.Index(set[i]));
     }
     OBS value;
     value.number = counted;
-    variables[set[1]] = set[0] == "mdset"
-                            ? h.Own(std::make_unique<AggregationMDSet>(members, set[1], &value, 1, false))
-                            : h.Own(std::make_unique<AggregationMCSet>(members, set[1]));
+    variables[set[1]] =
+        set[0] == "mdset"
+            ? h.Own(std::make_unique<AggregationMDSet>(members, set[1], &value, 1, set.back() == "labels"))
+            : h.Own(std::make_unique<AggregationMCSet>(members, set[1]));
   }
   auto variable = [&](const std::string& name) {
     auto& found = variables[name];
@@ -243,9 +245,10 @@ TEST_P(EngineCases, CellsHoldTheHandWorkedValues) {
       }
       const std::string where = word.substr(word.find(':') + 1);
       positions.back().push_back(variable(word.substr(0, word.find(':'))));
-      cube->AddCategoricalVariable(positions.back().back(), where == "row"   ? Codes::kDimensionRow
-                                                            : where == "col" ? Codes::kDimensionColumn
-                                                                             : Codes::kDimensionLayer);
+      cube->AddCategoricalVariable(positions.back().back(), where == "row"     ? Codes::kDimensionRow
+                                                            : where == "col"   ? Codes::kDimensionColumn
+                                                            : where == "extra" ? Codes::kDimensionExtra
+                                                                               : Codes::kDimensionLayer);
     }
     for (const Words& set : c.sets) {
       TableDimension* dimension = variables[set[1]]->GetTableDimension();

@@ -1,4 +1,7 @@
-// MultipleResponseTest.cpp - category and dichotomy sets, responses, the extra dimension
+// MultipleResponseTest.cpp - a set of string dichotomies, a set's explicit list and subtotal
+//
+// Category and dichotomy sets, their responses and the extra dimension are cases of
+// EngineCases.txt.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -13,45 +16,6 @@
 namespace {
 
 using namespace enginetest;
-
-// Dichotomy set d1..d3 counted 1 over (1,0,1), (0,0,0), (1,1,0), crossed with g = 1, 2, 1.
-// COUNT d1 2, d2 1, d3 1; the total counts cases with any counted member: 2. With the
-// set a second time in the extra position, (d1, d2) reads the cases holding both: 1.
-TEST(MultipleResponse, DichotomySetAndExtraDimension) {
-  const std::string csv = "d1,d2,d3,g\n1,0,1,1\n0,0,0,2\n1,1,0,1\n";
-  const std::string dict = R"({"variables":[{"name":"d1","label":"First"},{"name":"d2","label":"Second"},)"
-                           R"({"name":"d3","label":"Third","values":{"1":"Third yes"}},{"name":"g"}]})";
-  Harness h(csv, dict);
-  OBS counted;
-  counted.number = 1;
-  auto* set = h.Own(std::make_unique<AggregationMDSet>(
-      std::vector<int>{h.Index("d1"), h.Index("d2"), h.Index("d3")}, "$d", &counted, 1, false));
-  AggregationVariable* g = h.Variable("g");
-  CubeAggregator* agg =
-      h.Cube({{g, Codes::kDimensionRow}, {set, Codes::kDimensionColumn}, {set, Codes::kDimensionExtra}},
-             {AggregationStatistic(1), AggregationStatistic(289)}, set);
-  h.RunGroup();
-  const auto& cats = set->GetTableDimension()->GetCategories();
-  ASSERT_EQ(cats.size(), 3u);
-  EXPECT_EQ(cats[0]->GetCatType(), AggregationCategory::kVariable);
-  EXPECT_EQ(cats[1]->GetCatLabel(), "Second");
-  ASSERT_EQ(agg->GetKeyLength(), 3);
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 0, kCellKeyTotal}), true, false), 2);
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 1, kCellKeyTotal}), true, false), 1);
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), true, false), 2);
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 0, 1}), true, false), 1);
-  EXPECT_DOUBLE_EQ(agg->GetCount(Key({kCellKeyTotal, 1, 2}), true, false), 0);
-  EXPECT_DOUBLE_EQ(Value(*agg, Key({kCellKeyTotal, kCellKeyTotal, kCellKeyTotal}), AggregationStatistic(289)),
-                   4);  // 2 + 1 + 1 responses
-  // Labels from the counted value's label where asked: only d3 has one.
-  Harness h2(csv, dict);
-  auto* labelled = h2.Own(std::make_unique<AggregationMDSet>(std::vector<int>{h2.Index("d1"), h2.Index("d3")},
-                                                             "$e", &counted, 1, true));
-  h2.Cube({{labelled, Codes::kDimensionRow}}, {AggregationStatistic(1)}, labelled);
-  h2.RunGroup();
-  EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[1]->GetCatLabel(), "Third yes");
-  EXPECT_EQ(labelled->GetTableDimension()->GetCategories()[0]->GetCatLabel(), "First");
-}
 
 // The counted value arrives as the parser hands it: its cells and their number. A string
 // set of width 3 counted "yes" compares blank-padded text: s1 counts in cases 1 and 3, s2
@@ -76,7 +40,7 @@ TEST(MultipleResponse, StringDichotomySetCountsItsTextValue) {
 
 }  // namespace
 
-// The dichotomy set of DichotomySetAndExtraDimension with an explicit list: d3 first, a
+// The dichotomy set of EngineCases.txt's DichotomySetAndExtraDimension with an explicit list: d3 first, a
 // subtotal over d1 and d2, and a computed category. The categories follow the list; the
 // subtotal counts each case once (cases 1 and 3) with the responses of its members (2 + 1),
 // by itself and crossed with g (g = 1 holds both cases).
