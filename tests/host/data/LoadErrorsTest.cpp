@@ -4,12 +4,11 @@
 // compiler keeps its diagnostic tests; this runner loads each and compares the message.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "host/CaseFileText.h"
 #include "host/data/DataError.h"
 #include "host/data/DatasetLoader.h"
 
@@ -27,38 +26,14 @@ void PrintTo(const LoadErrorCase& errorCase, std::ostream* out) {
   *out << "LoadErrors.txt:" << errorCase.line;
 }
 
-// \n, \r, \\ and \xHH stand for their bytes.
-std::string Unescape(const std::string& text) {
-  std::string bytes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\' || i + 1 == text.size()) {
-      bytes += text[i];
-    } else if (text[++i] == 'x') {
-      bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      bytes += text[i] == 'n' ? '\n' : text[i] == 'r' ? '\r' : text[i];
-    }
-  }
-  return bytes;
-}
-
 std::vector<LoadErrorCase> ReadCases() {
-  std::ifstream file(std::filesystem::path(QUILT_SOURCE_DIR) / "tests/host/data/LoadErrors.txt");
   std::vector<LoadErrorCase> cases;
   LoadErrorCase next;
-  int number = 0;
-  for (std::string line; std::getline(file, line);) {
-    ++number;
-    if (line.empty() || line[0] == '#') continue;
-    const std::size_t colon = line.find(':');
-    const std::string key = line.substr(0, colon);
-    const std::string value =
-        colon != std::string::npos && line.size() > colon + 2 ? line.substr(colon + 2) : "";
+  for (const auto& [number, key, value] : ReadCaseLines("host/data/LoadErrors.txt")) {
     if (key == "csv") {
-      next.csv = Unescape(value);
+      next.csv = UnescapeCaseText(value);
     } else if (key == "dict") {
-      next.dictionary = Unescape(value);
+      next.dictionary = UnescapeCaseText(value);
     } else if (key == "options") {
       std::istringstream words(value);
       for (std::string word; words >> word;) {
@@ -66,7 +41,6 @@ std::vector<LoadErrorCase> ReadCases() {
         if (word.rfind("weight=", 0) == 0) next.options.weightVariable = setting;
         if (word.rfind("split=", 0) == 0) next.options.splitVariables = {setting};
         if (word.rfind("layout=", 0) == 0) next.options.splitLayout = setting;
-        if (word.rfind("delimiter=", 0) == 0) next.options.delimiter = setting[0];
       }
     } else if (key == "error") {
       next.line = number;
@@ -75,7 +49,7 @@ std::vector<LoadErrorCase> ReadCases() {
       next.dictionary.clear();  // the data stays for the next case, the rest is the case's own
       next.options = {};
     } else {
-      ADD_FAILURE() << "LoadErrors.txt:" << number << ": not a case line: " << line;
+      ADD_FAILURE() << "LoadErrors.txt:" << number << ": not a case line";
     }
   }
   return cases;

@@ -4,11 +4,10 @@
 // its lexer tests; this runner lexes or splits each text and compares, line for line.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "host/CaseFileText.h"
 #include "host/tokens/CommandSplitter.h"
 #include "host/tokens/Lexer.h"
 #include "host/tokens/LexicalError.h"
@@ -26,38 +25,16 @@ void PrintTo(const TokenCase& tokenCase, std::ostream* out) {
   *out << "TokenCases.txt:" << tokenCase.line;
 }
 
-// \n, \r, \t, \\ and \xHH stand for their bytes.
-std::string Unescape(const std::string& text) {
-  std::string bytes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\' || i + 1 == text.size()) {
-      bytes += text[i];
-    } else if (text[++i] == 'x') {
-      bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      bytes += text[i] == 'n' ? '\n' : text[i] == 'r' ? '\r' : text[i] == 't' ? '\t' : text[i];
-    }
-  }
-  return bytes;
-}
-
 std::vector<TokenCase> ReadCases() {
-  std::ifstream file(std::filesystem::path(QUILT_SOURCE_DIR) / "tests/host/tokens/TokenCases.txt");
   std::vector<TokenCase> cases;
-  int number = 0;
-  for (std::string line; std::getline(file, line);) {
-    ++number;
-    if (line.empty() || line[0] == '#') continue;
-    const std::size_t colon = line.find(':');
-    const std::string key = line.substr(0, colon);
-    const std::string value = colon + 2 <= line.size() ? Unescape(line.substr(colon + 2)) : "";
+  for (const auto& [number, key, text] : ReadCaseLines("host/tokens/TokenCases.txt")) {
+    const std::string value = UnescapeCaseText(text);
     if (key == "lex" || key == "split" || key == "split-final") {
       cases.push_back({number, key, value, {}});
     } else if (!cases.empty() && (key == "tokens" || key == "command" || key == "error")) {
       cases.back().expected.push_back(key + ": " + value);
     } else {
-      ADD_FAILURE() << "TokenCases.txt:" << number << ": not a case line: " << line;
+      ADD_FAILURE() << "TokenCases.txt:" << number << ": not a case line";
     }
   }
   return cases;
@@ -85,7 +62,8 @@ TEST_P(TokenCases, GiveTheirTokensCommandsOrError) {
   try {
     if (c.kind == "lex") {
       std::string tokens;
-      for (const Token& token : Lexer::Lex(c.text).tokens) tokens += (tokens.empty() ? "" : "|") + Describe(token);
+      for (const Token& token : Lexer::Lex(c.text).tokens)
+        tokens += (tokens.empty() ? "" : "|") + Describe(token);
       outcome.push_back("tokens: " + tokens);
     } else {
       for (const CommandText& command : CommandSplitter::Split(c.text, c.kind == "split-final"))
