@@ -1,7 +1,6 @@
 // KeywordSubcommandTest.cpp - what the keyword subcommands of a table (SLABELS, CLABELS, SIGTEST) and
 // the small global ones (HIDESMALLCOUNTS, SMISSING) hand on when they are valid. CRITERIA: the
-// summaries golden and DuplicateWarnings CriteriaCILevelTwice. Their refusals are lines of
-// diagnostics.txt and their repeats rows of DuplicateWarningTest.
+// summaries golden and diagnostics.txt. Their refusals and repeats are cases of diagnostics.txt.
 #include <gtest/gtest.h>
 
 #include <string>

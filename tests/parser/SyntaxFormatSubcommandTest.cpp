@@ -59,7 +59,7 @@ TEST(SyntaxFormatSubcommandTest, DefaultCancelsANumericWidth) {
   EXPECT_FALSE(fixture.format->HasMaxColumnWidth());
 }
 
-// The defaults: SyntaxTablesCommandCommitTest; a literal EMPTY: DuplicateWarnings FormatEmptyTwice.
+// The defaults and a literal EMPTY are cases of diagnostics.txt.
 TEST(SyntaxFormatSubcommandTest, EmptyBlankAndMissingText) {
   Fixture blank;
   ASSERT_FALSE(blank.Run({Key("EMPTY"), Word("BLANK"), Key("MISSING"), Lit("n/a")}).threw);

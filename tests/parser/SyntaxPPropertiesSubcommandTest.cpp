@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "host/data/TARN_Format.h"
 #include "host/engine/ParsedCategory.h"
 #include "host/output/MessageKeys.h"
@@ -33,7 +33,7 @@ TEST(SyntaxPPropertiesSubcommandTest, ComputedCategoryTakesLabelFormatsAndHiding
   KeptParse parse(
       "QUILT /PCOMPUTE &top=EXPR([4]+[5]) /PPROPERTIES &top LABEL='Top two' FORMAT=COUNT F5.0 COLPCT.COUNT "
       "HIDESOURCECATS=YES /TABLE q1 BY gender [COUNT COLPCT.COUNT] /CATEGORIES VARIABLES=q1 [1 2 3 4 5 "
-      "&top].");
+      "&top].", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const ParsedCategory* top = ComputedOf(parse, "q1");
   ASSERT_NE(top, nullptr);
@@ -72,7 +72,7 @@ TEST(SyntaxPPropertiesSubcommandTest, NamesLabelsAndSwitches) {
   for (const Case& test : cases) {
     SCOPED_TRACE(test.properties);
     KeptParse parse(std::string("QUILT /PCOMPUTE &a=EXPR([1]) /PCOMPUTE &b=EXPR([2]) /PPROPERTIES ") +
-                    test.properties + " /TABLE q1.");
+                    test.properties + " /TABLE q1.", SurveyDataset());
     ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
     const SyntaxPPropertiesSubcommand& properties = *parse.Root()->GetPPropertiesSubcommands().at(0);
     EXPECT_EQ(properties.GetCatNameVector(), test.names);
@@ -80,13 +80,13 @@ TEST(SyntaxPPropertiesSubcommandTest, NamesLabelsAndSwitches) {
     EXPECT_EQ(properties.IsHideSourceSet(), test.hide);
   }
   // The count of 120 is taken after trailing blanks are trimmed.
-  KeptParse longest("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + label120 + "   ' /TABLE q1.");
+  KeptParse longest("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a LABEL='" + label120 + "   ' /TABLE q1.", SurveyDataset());
   ASSERT_TRUE(longest.Succeeded()) << longest.Error().key;
   EXPECT_EQ(longest.Root()->GetPPropertiesSubcommands()[0]->GetPLabel()[0].size(), 120u);
 }
 
 TEST(SyntaxPPropertiesSubcommandTest, LaterFormatOfTheSameStatisticWins) {
-  KeptParse parse("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT F4.0 COUNT F6.1 /TABLE q1.");
+  KeptParse parse("QUILT /PCOMPUTE &a=EXPR([1]) /PPROPERTIES &a FORMAT=COUNT F4.0 COUNT F6.1 /TABLE q1.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const std::vector<Statistics*>& formats = parse.Root()->GetPPropertiesSubcommands()[0]->GetPFormat();
   ASSERT_EQ(formats.size(), 1u);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Dictionary of the test data: s 0 (declared in the dictionary, so first), a 1, b 2, c 3, w 4, d1 5, d2 6.
+// Positions in the test dictionary: a 0, b 1, c 2, ..., w 7 (ParserTestSupport.h).
 struct Fixture {
   VLabelsSettings settings;
   RecordingParent root{"QUILT"};
@@ -32,11 +32,11 @@ TEST(SyntaxVLabelsSubcommandTest, RangesFollowTheDictionaryOrder) {
   const EventOutcome outcome =
       fixture.Run({Key("VARIABLES"), Word("a"), To(), Word("c"), Word("w"), Key("DISPLAY"), Word("NAME")});
   ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{1, 2, 3, 4}));
-  const std::map<int, PresentationCodes::VLabelOption> expected = {{1, PresentationCodes::kVLabelName},
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{0, 1, 2, 7}));
+  const std::map<int, PresentationCodes::VLabelOption> expected = {{0, PresentationCodes::kVLabelName},
+                                                                   {1, PresentationCodes::kVLabelName},
                                                                    {2, PresentationCodes::kVLabelName},
-                                                                   {3, PresentationCodes::kVLabelName},
-                                                                   {4, PresentationCodes::kVLabelName}};
+                                                                   {7, PresentationCodes::kVLabelName}};
   EXPECT_EQ(fixture.settings.GetByIndex(), expected);
   EXPECT_FALSE(fixture.settings.IsForAll());
 }
@@ -60,7 +60,7 @@ TEST(SyntaxVLabelsSubcommandTest, ARepeatedVariableMovesToTheEnd) {
   ASSERT_EQ(outcome.reported.size(), 1u);
   EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarning);
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"VLABELS", "A"}));
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{2, 1}));
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{1, 0}));
 }
 
 TEST(SyntaxVLabelsSubcommandTest, SetsAreKeptByName) {
@@ -70,7 +70,7 @@ TEST(SyntaxVLabelsSubcommandTest, SetsAreKeptByName) {
   ASSERT_FALSE(outcome.threw) << outcome.error.key;
   ASSERT_EQ(outcome.reported.size(), 1u);  // the unknown set
   EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"$nosuch", "VLABELS"}));
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{-100, 2, -500}));
+  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{-100, 1, -500}));
   // The set is stored in the dictionary's spelling.
   EXPECT_EQ(fixture.vlabels->GetSetNames(), (std::vector<std::string>{"$dich"}));
   ASSERT_EQ(fixture.settings.GetBySet().size(), 1u);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "host/engine/ParsedCategory.h"
 #include "host/output/MessageKeys.h"
 #include "parser/SyntaxVariableName.h"
@@ -13,7 +13,7 @@
 namespace {
 
 TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
-  KeptParse parse("QUILT /TABLE q1 BY gender.");
+  KeptParse parse("QUILT /TABLE q1 BY gender.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const SyntaxVariableName* q1 = parse.Variable("q1");
   EXPECT_EQ(q1->GetLabel(), "Satisfaction: Overall service");
@@ -34,7 +34,7 @@ TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
   EXPECT_EQ(q1->GetCutPoint(), -1.0);
   EXPECT_FALSE(q1->GetIsExplicit());
   // A scale variable without labels has none.
-  KeptParse scale("QUILT /TABLE score.");
+  KeptParse scale("QUILT /TABLE score.", SurveyDataset());
   EXPECT_EQ(scale.Variable("score")->GetVLPairCount(), 0);
   EXPECT_EQ(scale.Variable("score")->GetValueLabelList(), nullptr);
 }
@@ -72,7 +72,7 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
     const std::string command = std::string("QUILT /PCOMPUTE &c=EXPR(") + test.expression + ") /TABLE " +
                                 test.variable + " /CATEGORIES VARIABLES=" + test.variable + " " +
                                 std::string(test.list).insert(std::string(test.list).size() - 1, " &c") + ".";
-    KeptParse parse(command);
+    KeptParse parse(command, SurveyDataset());
     if (test.missing == nullptr) {
       ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
       EXPECT_EQ(
@@ -105,7 +105,7 @@ TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
   for (const Case& test : cases) {
     SCOPED_TRACE(std::string(test.first) + " / " + test.second);
     KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.first +
-                    " /CATEGORIES VARIABLES=q1 " + test.second + ".");
+                    " /CATEGORIES VARIABLES=q1 " + test.second + ".", SurveyDataset());
     ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
     if (test.keyword == nullptr) {
       EXPECT_TRUE(parse.Reported().empty());
