@@ -274,7 +274,9 @@ std::string KeptParse::Settings() const {
         << " maxwidth=" << width(settings.HasMaxColumnWidth(), settings.GetMaxColumnWidthPoints()) << " tests=[";
     for (const SigTestSettings& test : settings.GetSigTestSettings()) {
       out << (&test == settings.GetSigTestSettings().data() ? "" : ";") << test._type << ":" << test._alpha << "/"
-          << test._alphaText << "," << test._alpha2 << "/" << test._alpha2Text;
+          << test._alphaText << "," << test._alpha2 << "/" << test._alpha2Text << " adjust=" << test._adjustType
+          << " flags=" << test._originColumn << test._includeMRSets << test._includeSubtotals
+          << test._meansVarianceAllCats << test._merge << test._showSig << test._styleApa << " digits=" << test._sigDigits;
     }
     out << "]\ntable " << table->GetTableNumber() << " vlabels";
     for (const SyntaxVariableName* variable : table->GetTableVarList()) {

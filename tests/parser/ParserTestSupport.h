@@ -81,8 +81,10 @@ class KeptParse {
   std::string ParseDump() const;
   /// What the parse committed that neither dump shows, one line each: "command hidesmallcounts=5
   /// weight=w@7", then per table "table 1 title=.. caption=.. corner=.. missing=.. empty=0"
-  /// ..." slabels=2/1 clabels=0 cilevel=95/95 pairwise=1 minwidth=- maxwidth=- tests=[<type>:<alpha>
-  /// /<text>,<alpha2>/<text>;...]" and "table 1 vlabels a=0 ..." (each variable's VLABELS option).
+  /// ..." slabels=2/1 clabels=0 cilevel=95/95 pairwise=1 minwidth=- maxwidth=- tests=[<test>;...]"
+  /// and "table 1 vlabels a=0 ..." (each variable's VLABELS option). A test reads "<type>:<alpha>/
+  /// <text>,<alpha2>/<text> adjust=<code> flags=<origin column, sets, subtotals, variance over
+  /// all categories, merge, p-values shown, APA style, each 0 or 1> digits=<n>".
   std::string Settings() const;
   /// Per table, SummarizeCube of each cube.
   std::vector<std::vector<std::string>> Cubes() const;
