@@ -17,14 +17,6 @@ namespace {
 
 using Codes = TableEncryptionCodes;
 
-// The message a command ends with (thrown), or the first one it reports on the way.
-CatalogueMessage FirstMessage(const KeptParse& parse) {
-  if (!parse.Succeeded()) {
-    return parse.Error();
-  }
-  return parse.Reported().empty() ? CatalogueMessage() : parse.Reported().front();
-}
-
 TEST(SyntaxCategoriesSubcommandTest, ExplicitListWithComputedCategoryAndSubtotal) {
   KeptParse parse(
       "QUILT /PCOMPUTE &top2=EXPR([4]+[5]) /TABLE q1 BY gender "
@@ -150,20 +142,6 @@ TEST(SyntaxCategoriesSubcommandTest, SortKeysWithoutVariable) {
       "QUILT /TABLE region > score [PTILE 25] /CATEGORIES VARIABLES=region KEY=PTILE(score 25).", SurveyDataset());
   ASSERT_TRUE(byPercentile.Succeeded()) << byPercentile.Error().key;
   EXPECT_EQ(byPercentile.Variable("region")->GetCutPoint(), 25.0);
-}
-
-TEST(SyntaxCategoriesSubcommandTest, VariablesNotInTheTable) {
-  // An unknown name is dropped with a warning; with nothing left the subcommand does nothing.
-  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q9 ORDER=D.", SurveyDataset());
-  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-  ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, msg::kVariableUnknown);
-  EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", "q9"}));
-  EXPECT_TRUE(parse.Variable("q1")->GetIsOrderA());
-  // A scale variable has no categories to choose.
-  KeptParse scale("QUILT /TABLE score /CATEGORIES VARIABLES=score ORDER=D.", SurveyDataset());
-  ASSERT_TRUE(scale.Succeeded());
-  EXPECT_EQ(FirstMessage(scale).arguments, (std::vector<std::string>{"CATEGORIES", "score"}));
 }
 
 // A string variable of width 4 beside a numeric one, for the reading of list values.

@@ -85,36 +85,4 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
   }
 }
 
-TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
-  struct Case {
-    const char* first;
-    const char* second;
-    const char* keyword;  // null: no warning
-  };
-  const Case cases[] = {
-      {"TOTAL=YES", "TOTAL=NO", "TOTAL"},
-      {"TOTAL=YES", "TOTAL=YES", nullptr},
-      {"POSITION=AFTER", "POSITION=BEFORE", "POSITION"},
-      {"EMPTY=INCLUDE", "EMPTY=EXCLUDE", "EMPTY"},
-      {"MISSING=INCLUDE", "MISSING=EXCLUDE", "MISSING"},
-      // A label is a text: another one, even in another case, warns; the same one does not.
-      {"LABEL='All'", "LABEL='Every'", "LABEL"},
-      {"LABEL='All'", "LABEL='all'", "LABEL"},
-      {"LABEL='All'", "LABEL='All'", nullptr},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(std::string(test.first) + " / " + test.second);
-    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.first +
-                    " /CATEGORIES VARIABLES=q1 " + test.second + ".", SurveyDataset());
-    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-    if (test.keyword == nullptr) {
-      EXPECT_TRUE(parse.Reported().empty());
-      continue;
-    }
-    ASSERT_EQ(parse.Reported().size(), 1u);
-    EXPECT_EQ(parse.Reported()[0].key, msg::kDuplicateWarningFromVariable);
-    EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", test.keyword, "q1"}));
-  }
-}
-
 }  // namespace
