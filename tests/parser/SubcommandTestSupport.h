@@ -32,7 +32,7 @@ EventOutcome RunEvents(Events events) {
 
 /// One event of a subcommand: a keyword (followed by "="), a word, a literal or a number.
 struct Event {
-  enum Kind { kKeyword, kWord, kLiteral, kNumber, kTo, kAll } kind;
+  enum Kind { kKeyword, kWord, kLiteral, kNumber, kTo } kind;
   std::string text;
   double value = 0;
 };
@@ -51,9 +51,6 @@ inline Event Num(double value, const std::string& text) {
 }
 inline Event To() {
   return {Event::kTo, "TO"};
-}
-inline Event All() {
-  return {Event::kAll, "ALL"};
 }
 
 /// Delivers the events as the reader would, each to the converter the previous one returned.
@@ -76,9 +73,6 @@ inline SyntaxConverter* Deliver(SyntaxConverter& converter, const std::vector<Ev
         break;
       case Event::kTo:
         current = current->To(event.text);
-        break;
-      case Event::kAll:
-        current = current->All(event.text);
         break;
     }
   }
