@@ -216,16 +216,4 @@ TEST(SyntaxCategoriesSubcommandTest, UnquotedLabelIsAnInternalError) {
   EXPECT_NE(parse.Error().arguments[0].find("SyntaxCategoriesSubcommand.cpp"), std::string::npos);
 }
 
-TEST(SyntaxCategoriesSubcommandTest, WarningsKeepTheLaterSpecification) {
-  KeptParse twoLists("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2 3].", SurveyDataset());
-  ASSERT_TRUE(twoLists.Succeeded());
-  EXPECT_EQ(DescribeList(*twoLists.Variable("q1")), (std::vector<std::string>{"value 2", "value 3"}));
-  // Two labelled subtotals in a row: the second replaces the first without a word.
-  KeptParse subtotals("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL='a' SUBTOTAL='b'].", SurveyDataset());
-  ASSERT_TRUE(subtotals.Succeeded());
-  EXPECT_TRUE(subtotals.Reported().empty());
-  EXPECT_EQ(DescribeList(*subtotals.Variable("q1")),
-            (std::vector<std::string>{"value 1 @-101", "subtotal 'b' @-101"}));
-}
-
 }  // namespace
