@@ -8,7 +8,6 @@
 #include "ParserTestSupport.h"
 #include "host/data/TARN_Format.h"
 #include "host/engine/ParsedCategory.h"
-#include "host/output/MessageKeys.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"

@@ -1,7 +1,7 @@
-// SyntaxVLabelsSubcommandTest.cpp - VLABELS lists with ranges, sets and ALL, and how requests merge
+// SyntaxVLabelsSubcommandTest.cpp - VLABELS: an unknown name before TO, a range left open, and how requests
+// merge (ranges, repeats and sets through whole commands are cases of diagnostics.txt)
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
