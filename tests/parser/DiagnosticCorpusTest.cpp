@@ -112,6 +112,7 @@ void Check(const CorpusCase& row) {
   }
   const KeptParse parse(command, dataset);
   if (row.outcome == Outcome::kThrown) {
+    EXPECT_TRUE(row.messages.size() == 1 && row.fragments.empty()) << "an error case takes no \"+\" or \"=\" lines";
     ASSERT_FALSE(parse.Succeeded());
     EXPECT_EQ(parse.Error().key, row.messages[0].key);
     EXPECT_EQ(parse.Error().arguments, row.messages[0].arguments);
