@@ -3,13 +3,9 @@
 // The commands, the hand counts and the key cells are in cases/computed.txt.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "DeliveredTablesSupport.h"
 
 namespace {
-
 
 QUILT_CASE_FILE_TESTS(ComputedCategories, SmallSurvey, "computed.txt", "tablerenderer/computed")
 
