@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "TableBuilderTestSupport.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/Statistics.h"
@@ -71,27 +72,6 @@ std::string Dump(const Node& node) {
   return out.str();
 }
 
-// The labels of the leaves, left to right, to compare shapes without the whole dump.
-void CollectLeaves(const Node* node, std::vector<std::string>& out) {
-  if (node->IsLeaf()) {
-    if (node->GetType() == Node::kHNodeTypeStatistic) {
-      out.push_back(static_cast<const StatTreeNode*>(node)->GetLabel());
-    } else if (node->GetCategory() != nullptr) {
-      out.push_back(node->GetCategory()->GetCatLabel());
-    } else {
-      out.push_back(Node::TypeName(node->GetType()));
-    }
-    return;
-  }
-  for (const Node* child : node->GetChildren()) CollectLeaves(child, out);
-}
-
-std::vector<std::string> Leaves(const Node* node) {
-  std::vector<std::string> out;
-  CollectLeaves(node, out);
-  return out;
-}
-
 // Checks the bookkeeping of every node against a recount.
 void ExpectConsistent(const Node* node) {
   if (node->IsLeaf()) {
@@ -120,7 +100,7 @@ TEST(HeaderTreeNode, NestingARootStacksItsChildrenUnderEveryLeaf) {
   stack->AddChild(f.VariableWithCategories("b", {"b1"}), false);
   stack->AddChild(f.VariableWithCategories("c", {"c1", "c2"}), false);
   outer->Nest(stack);
-  EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"b1", "c1", "c2", "b1", "c1", "c2"}));
+  EXPECT_EQ(LeafLabels(outer.get()), (std::vector<std::string>{"b1", "c1", "c2", "b1", "c1", "c2"}));
   ExpectConsistent(outer.get());
 }
 
@@ -136,7 +116,7 @@ TEST(HeaderTreeNode, NestBelowStatisticsPutsTheSubtreeBetween) {
   scale->Nest(f.VariableWithCategories("b", {"b1", "b2"}));
   ASSERT_EQ(scale->GetNChildren(), 1);
   EXPECT_EQ(scale->GetChildren()[0]->GetType(), Node::kHNodeTypeCatVariable);
-  EXPECT_EQ(Leaves(scale.get()), (std::vector<std::string>{"Mean", "Sum", "Mean", "Sum"}));
+  EXPECT_EQ(LeafLabels(scale.get()), (std::vector<std::string>{"Mean", "Sum", "Mean", "Sum"}));
   EXPECT_EQ(scale->GetMaxHeight(), 3);
   ExpectConsistent(scale.get());
 }
@@ -156,7 +136,7 @@ TEST(HeaderTreeNode, NestStackOnAStatisticParentMovesTheStatisticsDown) {
   std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2"}));
   outer->NestStack(std::vector<Node*>{f.Stat(Codes::kStatCount, "Count")});
   outer->NestStack(std::vector<Node*>{f.VariableWithCategories("b", {"b1", "b2"})});
-  EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"Count", "Count", "Count", "Count"}));
+  EXPECT_EQ(LeafLabels(outer.get()), (std::vector<std::string>{"Count", "Count", "Count", "Count"}));
   EXPECT_EQ(outer->GetMaxHeight(), 4);  // a -> a1 -> b -> b1 -> Count
   ExpectConsistent(outer.get());
 }
@@ -203,7 +183,7 @@ TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
     if (withTotalStats) total.push_back(f.Stat(Codes::kStatSum, "Sum"));
     variable->AddStats(regular, total);
     const std::string totalLabel = withTotalStats ? "Sum" : "Count";
-    EXPECT_EQ(Leaves(variable.get()), (std::vector<std::string>{"Count", totalLabel, totalLabel}));
+    EXPECT_EQ(LeafLabels(variable.get()), (std::vector<std::string>{"Count", totalLabel, totalLabel}));
     EXPECT_TRUE(regular.empty());
     ExpectConsistent(variable.get());
   }
