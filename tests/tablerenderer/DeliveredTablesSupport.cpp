@@ -51,10 +51,10 @@ std::string RunOnSurvey(const RunSettings& settings, const std::string& format) 
   return output.str();
 }
 
-RunSettings OnBundledSurvey(std::string command, bool controlPackage) {
-  RunSettings settings(std::move(command));
+RunSettings OnBundledSurvey(const std::string& command) {
+  RunSettings settings;
+  settings.command = command;
   settings.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
-  settings.controlPackage = controlPackage;
   return settings;
 }
 
@@ -146,7 +146,7 @@ CaseFile ReadCaseFile(const std::string& fileName) {
       std::istringstream words(line.substr(3));
       std::string name;
       words >> name;
-      GoldenCase added{name, RunSettings("")};
+      GoldenCase added{name, RunSettings()};
       RunSettings& settings = added.settings;
       bool golden = true;
       for (std::string setting; words >> setting;) {
@@ -163,7 +163,7 @@ CaseFile ReadCaseFile(const std::string& fileName) {
         } else if (key == "layout") {
           settings.splitLayout = value;
         } else if (setting == "data=bundled") {
-          settings.dataPath = std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv";
+          settings.dataPath = OnBundledSurvey("").dataPath;
         } else if (setting == "control=yes") {
           settings.controlPackage = true;
         } else if (setting == "golden=no") {

@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace delivered {
@@ -53,14 +52,6 @@ inline const char* kSurveyDictionary = R"({
 
 /// How one command is run: the command and the program options that differ from the default.
 struct RunSettings {
-  RunSettings(std::string commandText, std::string weight = {}, std::vector<std::string> split = {},
-              std::string layout = {}, std::string dictionaryMembers = {})
-      : command(std::move(commandText)),
-        weightVariable(std::move(weight)),
-        splitVariables(std::move(split)),
-        splitLayout(std::move(layout)),
-        extraDictionaryMembers(std::move(dictionaryMembers)) {}
-
   std::string command;
   std::string weightVariable;               // empty: unweighted
   std::vector<std::string> splitVariables;  // empty: no split groups
@@ -71,9 +62,8 @@ struct RunSettings {
   bool controlPackage = false;              // run as the control package front end
 };
 
-/// The bundled two-thousand-case survey (examples/survey.csv), for tests whose differences
-/// need more cases than the small survey has.
-RunSettings OnBundledSurvey(std::string command, bool controlPackage = false);
+/// `command` on the bundled two-thousand-case survey (examples/survey.csv).
+RunSettings OnBundledSurvey(const std::string& command);
 
 /// Writes the survey to a fresh scratch folder, runs `settings` on it (or on the data file
 /// they name) in `format` ("text" or "json"), expects exit status 0 and returns what the
