@@ -6,6 +6,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "TableBuilderTestSupport.h"
@@ -141,33 +142,24 @@ TEST(HeaderTreeNode, NestStackOnAStatisticParentMovesTheStatisticsDown) {
   ExpectConsistent(outer.get());
 }
 
-struct MergeCase {
-  const char* name;
-  Codes::StatisticCodes totalCode;
-  double totalCut;
-  int expectedChildren;  // the regular PTILE 25 and COUNT, plus the total when it differs
-};
-
-class AddStatsMerge : public testing::TestWithParam<MergeCase> {};
-
-TEST_P(AddStatsMerge, TotalStatisticEqualToARegularOneMerges) {
-  Fixture f;
-  GivenAway unused;
-  std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
-  std::vector<Node*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
-  std::vector<Node*> total{f.Stat(GetParam().totalCode, "Total", GetParam().totalCut)};
-  variable->AddStats(regular, total);
-  EXPECT_EQ(variable->GetNChildren(), GetParam().expectedChildren);
-  EXPECT_TRUE(regular.empty());
-  EXPECT_TRUE(total.empty());
+// A total statistic equal to a regular one (PTILE 25, COUNT) merges with it; one that differs
+// stays beside them.
+TEST(HeaderTreeNode, TotalStatisticEqualToARegularOneMerges) {
+  const std::tuple<Codes::StatisticCodes, double, int> cases[] = {
+      {Codes::kStatPtile, 25, 2}, {Codes::kStatPtile, 75, 3}, {Codes::kStatCount, -1, 2}, {Codes::kStatColPctCount, -1, 3}};
+  for (const auto& [totalCode, totalCut, expectedChildren] : cases) {
+    SCOPED_TRACE(std::to_string(totalCode) + " " + std::to_string(totalCut));
+    Fixture f;
+    GivenAway unused;
+    std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
+    std::vector<Node*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
+    std::vector<Node*> total{f.Stat(totalCode, "Total", totalCut)};
+    variable->AddStats(regular, total);
+    EXPECT_EQ(variable->GetNChildren(), expectedChildren);
+    EXPECT_TRUE(regular.empty());
+    EXPECT_TRUE(total.empty());
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(HeaderTreeNode, AddStatsMerge,
-                         testing::Values(MergeCase{"SamePercentile", Codes::kStatPtile, 25, 2},
-                                         MergeCase{"OtherCutPoint", Codes::kStatPtile, 75, 3},
-                                         MergeCase{"SameCount", Codes::kStatCount, -1, 2},
-                                         MergeCase{"OtherStatistic", Codes::kStatColPctCount, -1, 3}),
-                         [](const testing::TestParamInfo<MergeCase>& info) { return info.param.name; });
 
 TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
   Fixture f;
