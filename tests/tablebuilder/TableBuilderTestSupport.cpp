@@ -32,10 +32,8 @@
 #include "tablebuilder/QuiltTable.h"
 #include "tablebuilder/StatTreeNode.h"
 
-// Nine cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
-// nested headers lose categories under some outer categories only; region 3 has its only case
-// without gender, so that under it no gender occurs at all. late is given only in that case.
-// tv and web, counted where 1, make the dichotomy set $media.
+// Nine cases, chosen as the header says so that nested headers lose categories under some
+// outer categories only.
 const char* const kBuilderCsv =
     "region,gender,agegrp,score,income,late,tv,web\n"
     "1,1,1,10,100,,1,\n"

@@ -31,11 +31,11 @@ std::string RunOnSurvey(const RunSettings& settings, const std::string& format) 
   ProgramOptions options;
   options.dataPath = (folder / "small.csv").string();
   options.dictionaryPath = (folder / "small.dict.json").string();
+  // Data of a case's own go beside the survey, without a dictionary of their own.
   if (!settings.csvText.empty()) std::ofstream(folder / "own.csv", std::ios::binary) << settings.csvText;
-  if (!settings.dataPath.empty() || !settings.csvText.empty()) {
-    options.dataPath = settings.csvText.empty() ? settings.dataPath : (folder / "own.csv").string();
-    options.dictionaryPath.clear();
-  }
+  if (!settings.csvText.empty()) options.dataPath = (folder / "own.csv").string();
+  if (!settings.dataPath.empty()) options.dataPath = settings.dataPath;
+  if (options.dataPath != (folder / "small.csv").string()) options.dictionaryPath.clear();
   options.controlPackage = settings.controlPackage;
   options.commandTexts = {settings.command};
   options.format = format;
@@ -68,11 +68,7 @@ void CollectTables(const nlohmann::json& items, std::vector<nlohmann::json>& tab
 }
 
 std::vector<std::string> PathOf(const nlohmann::json& cell, const char* place) {
-  std::vector<std::string> labels;
-  if (cell.contains(place)) {
-    for (const nlohmann::json& label : cell[place]) labels.push_back(label.get<std::string>());
-  }
-  return labels;
+  return cell.value(place, nlohmann::json::array()).get<std::vector<std::string>>();
 }
 
 // The texts of all cells of `table` whose labels are the rows, columns and layers of `path`.
