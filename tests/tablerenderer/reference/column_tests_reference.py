@@ -35,14 +35,8 @@ MISSING = {"q1": {9}}
 
 def load():
     with open(SURVEY, newline="") as handle:
-        rows = list(csv.DictReader(handle))
-    cases = []
-    for row in rows:
-        case = {}
-        for name, text in row.items():
-            case[name] = float(text) if text.strip() != "" else None
-        cases.append(case)
-    return cases
+        return [{name: float(text) if text.strip() != "" else None for name, text in row.items()}
+                for row in csv.DictReader(handle)]
 
 
 CASES = load()
