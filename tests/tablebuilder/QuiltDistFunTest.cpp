@@ -1,6 +1,7 @@
 // QuiltDistFunTest.cpp - distribution functions against an independent reference table and hand-worked edges
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <limits>
@@ -136,9 +137,7 @@ TEST_P(DistFunReference, AgreesWithTheReferenceWithinTheRegionsTolerance) {
 INSTANTIATE_TEST_SUITE_P(Regions, DistFunReference, testing::ValuesIn(kRegions),
                          [](const testing::TestParamInfo<Region>& info) {
                            std::string name = info.param.name;
-                           for (char& c : name) {
-                             if (c == '-') c = '_';
-                           }
+                           std::replace(name.begin(), name.end(), '-', '_');
                            return name;
                          });
 

@@ -16,9 +16,7 @@ namespace fs = std::filesystem;
 std::string RunOnSurvey(const RunSettings& settings, const std::string& format) {
   const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
   std::string name = std::string(info->test_suite_name()) + "-" + info->name();
-  for (char& c : name) {
-    if (c == '/') c = '_';
-  }
+  std::replace(name.begin(), name.end(), '/', '_');
   const fs::path folder = fs::temp_directory_path() / ("quilt-delivered-" + name + "-" + format);
   fs::create_directories(folder);
   std::ofstream(folder / "small.csv", std::ios::binary) << kSurveyCsv;
@@ -116,9 +114,7 @@ std::vector<nlohmann::json> TablesOf(const nlohmann::json& document) {
 
 std::string GoldenTestName(const ::testing::TestParamInfo<GoldenCase>& info) {
   std::string name = info.param.name;
-  for (char& c : name) {
-    if (c == '-') c = '_';
-  }
+  std::replace(name.begin(), name.end(), '-', '_');
   return name;
 }
 
