@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Prints the chi-square tests of the delivered-tables survey (DeliveredTablesSupport.h) that
-ChiSquareTablesTest and its goldens show, from scipy.stats: chi-square, degrees of freedom,
+DeliveredTablesTest and its goldens show, from scipy.stats: chi-square, degrees of freedom,
 significance and the facts behind the notes, per test.
 
 The test itself is ../../tablebuilder/reference/chisquare_core.py.
