@@ -155,63 +155,61 @@ void SubTableCube::Reset() {
   _data->_needExtraDim = false;
 }
 
-void SubTableCube::AddVariable(SyntaxVariableName* var, ALGEBRATYPE op) {
+// Each cell has one source of statistics: a scale variable, or the computational variable. A
+// newcomer is refused when it would bring a second one, or would split the statistics'
+// categories other than across axes.
+bool SubTableCube::RefusesVariable(SyntaxVariableName* var, ALGEBRATYPE op) const {
   const bool scale = IsScale(var);
   const bool categorical = IsCategorical(var);
-  bool refused = false;
-  // Each cell has one source of statistics: a scale variable, or the computational
-  // variable. A newcomer is refused when it would bring a second one, or would split the
-  // statistics' categories other than across axes.
   switch (GetCubeStatType()) {
     case kCubeStatScale:
-      refused = (scale && op != kAlgebraStack) || (categorical && var->HasStatistics());
-      break;
+      return (scale && op != kAlgebraStack) || (categorical && var->HasStatistics());
     case kCubeStatCategorical:
-      refused = scale || (categorical && (var->HasStatistics() || op != kAlgebraBy));
-      break;
+      return scale || (categorical && (var->HasStatistics() || op != kAlgebraBy));
     case kCubeStatRemovable:
-      refused = scale || (categorical && var->HasStatistics());
-      break;
+      return scale || (categorical && var->HasStatistics());
     case kCubeStatMRSet:
-      refused = scale || (categorical && (var->HasStatistics() || (IsSet(var) && op != kAlgebraBy)));
-      break;
+      return scale || (categorical && (var->HasStatistics() || (IsSet(var) && op != kAlgebraBy)));
     case kCubeStatNone:
-      break;
+      return false;
     default:
       SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
   }
-  if (refused) {
+}
+
+// The same rule for a whole cube joining this one: only a cube without statistics may join
+// one that has them, and a scale cube only by stacking on a scale cube.
+bool SubTableCube::RefusesCube(const SubTableCube& other, ALGEBRATYPE op) const {
+  const int otherType = other.GetCubeStatType();
+  switch (GetCubeStatType()) {
+    case kCubeStatScale:
+      return otherType != kCubeStatNone && (otherType != kCubeStatScale || op != kAlgebraStack);
+    case kCubeStatCategorical:
+      return otherType != kCubeStatNone || op != kAlgebraBy;
+    case kCubeStatRemovable:
+      return otherType != kCubeStatNone;
+    case kCubeStatMRSet:
+      return otherType != kCubeStatNone || (other.HasMRSet() && op != kAlgebraBy);
+    case kCubeStatNone:
+      return false;
+    default:
+      SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
+  }
+}
+
+void SubTableCube::AddVariable(SyntaxVariableName* var, ALGEBRATYPE op) {
+  if (RefusesVariable(var, op)) {
     SyntaxParserUtility::IncorrectCrossing();
   }
-  if (scale) {
+  if (IsScale(var)) {
     _data->_scaleVars.push_back(var);
-  } else if (categorical) {
+  } else if (IsCategorical(var)) {
     _data->AddCatVarToCube(var);
   }
 }
 
 void SubTableCube::AddCube(SubTableCube* other, ALGEBRATYPE op) {
-  const int otherType = other->GetCubeStatType();
-  bool refused = false;
-  switch (GetCubeStatType()) {
-    case kCubeStatScale:
-      refused = otherType != kCubeStatNone && (otherType != kCubeStatScale || op != kAlgebraStack);
-      break;
-    case kCubeStatCategorical:
-      refused = otherType != kCubeStatNone || op != kAlgebraBy;
-      break;
-    case kCubeStatRemovable:
-      refused = otherType != kCubeStatNone;
-      break;
-    case kCubeStatMRSet:
-      refused = otherType != kCubeStatNone || (other->HasMRSet() && op != kAlgebraBy);
-      break;
-    case kCubeStatNone:
-      break;
-    default:
-      SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
-  }
-  if (refused) {
+  if (RefusesCube(*other, op)) {
     SyntaxParserUtility::IncorrectCrossing();
   }
   const int count = other->GetVarCount();
