@@ -269,14 +269,13 @@ SyntaxConverter* SyntaxCategoriesSubcommand::LeftSquareBracket(const std::string
   }
   auto* bracket = new SyntaxCategorySquareBracket;
   if (!data._variableList.empty() && dichotomyCount == data._variableList.size()) {
-    bracket->SetExclusiveMDList(true);
-    bracket->SetTreatSubtotalAsVar(wordCount[0] >= 1);
-    bracket->SetTreatHSubtotalAsVar(wordCount[1] >= 1);
-    bracket->SetTreatLoAsVar(wordCount[2] >= 1);
-    bracket->SetTreatHiAsVar(wordCount[3] >= 1);
-    bracket->SetTreatThruAsVar(wordCount[4] >= 1);
-    bracket->SetTreatMissingAsVar(wordCount[5] >= 1);
-    bracket->SetTreatOtherNMAsVar(wordCount[6] >= 1);
+    std::vector<std::string> reservedMembers;
+    for (int word = 0; word < kReservedWordCount; ++word) {
+      if (wordCount[word] >= 1) {
+        reservedMembers.push_back(kReservedWords[word]);
+      }
+    }
+    bracket->SetMemberList(reservedMembers);
   }
   data._squareBracket = bracket;
   Add(bracket);
