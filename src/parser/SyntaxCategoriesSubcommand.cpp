@@ -145,12 +145,6 @@ SyntaxConverter* SyntaxCategoriesSubcommand::Literal(const std::string& text) {
 SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
   Data& data = *_data;
   auto is = [&](const char* word) { return SyntaxParserUtility::ExactWordMatch(text, word); };
-  // ORDER, KEY and MISSING choose among the data's categories, which an explicit list fixes.
-  auto refuseWithList = [&]() {
-    if (data._squareBracket != nullptr) {
-      SyntaxParserUtility::ExplicitListViolation();
-    }
-  };
   // The options that take one of two words: the first sets the flag, the second clears it.
   struct Choice {
     int state;
@@ -175,7 +169,7 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
       SyntaxParserUtility::UnknownKeyword(this, text);
     }
     if (choice.fixedByList) {
-      refuseWithList();
+      RefuseBesideList();
     }
     data.*choice.value = is(choice.setWord);
     data.*choice.given = true;
@@ -185,34 +179,7 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
   SyntaxConverter* next = this;
   switch (data._state) {
     case kStateKey:
-      if (is("VALUE")) {
-        data._sortKey = Codes::kSortKeyValue;
-      } else if (is("LABEL")) {
-        data._sortKey = Codes::kSortKeyLabel;
-      } else {
-        int code = 0;
-        int prime = 0;
-        int conf = 0;
-        if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup,
-                                                      prime, conf)) {
-          SyntaxParserUtility::UnknownKeyword(this, text);
-        }
-        data._sortStatistic = static_cast<Codes::StatisticCodes>(code);
-        data._primaryStatistic = static_cast<Codes::StatisticCodes>(prime);
-        data._statisticConf = static_cast<Codes::StatisticConf>(conf);
-        const bool isPercentile =
-            data._primaryStatistic == Codes::kStatPtile || data._primaryStatistic == Codes::kStatUPtile;
-        auto* paren = new SyntaxCategoriesParen(this, text, isPercentile);
-        Add(paren);
-        // A statistic of the categories themselves needs no variable to be computed on.
-        if (data._statisticGroup != Codes::kStatGroupSummary) {
-          paren->ParenthesisAreOptional(true);
-        }
-        data._sortKey = Codes::kSortKeyStatistic;
-        next = paren;
-      }
-      refuseWithList();
-      data._keySet = true;
+      next = ReadSortKey(text);
       break;
     case kStateLabel:
       // The reader gives a quoted label as a literal; a word here means the token stream
@@ -222,6 +189,49 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
       SyntaxParserUtility::UnknownKeyword(this, text);
   }
   data._state = kStateNone;
+  return next;
+}
+
+// ORDER, KEY and MISSING choose among the data's categories, which an explicit list fixes.
+void SyntaxCategoriesSubcommand::RefuseBesideList() const {
+  if (_data->_squareBracket != nullptr) {
+    SyntaxParserUtility::ExplicitListViolation();
+  }
+}
+
+// KEY = VALUE | LABEL | statistic [ '(' variable ')' ]
+SyntaxConverter* SyntaxCategoriesSubcommand::ReadSortKey(const std::string& text) {
+  Data& data = *_data;
+  auto is = [&](const char* word) { return SyntaxParserUtility::ExactWordMatch(text, word); };
+  SyntaxConverter* next = this;
+  if (is("VALUE")) {
+    data._sortKey = Codes::kSortKeyValue;
+  } else if (is("LABEL")) {
+    data._sortKey = Codes::kSortKeyLabel;
+  } else {
+    int code = 0;
+    int prime = 0;
+    int conf = 0;
+    if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup,
+                                                  prime, conf)) {
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    }
+    data._sortStatistic = static_cast<Codes::StatisticCodes>(code);
+    data._primaryStatistic = static_cast<Codes::StatisticCodes>(prime);
+    data._statisticConf = static_cast<Codes::StatisticConf>(conf);
+    const bool isPercentile =
+        data._primaryStatistic == Codes::kStatPtile || data._primaryStatistic == Codes::kStatUPtile;
+    auto* paren = new SyntaxCategoriesParen(this, text, isPercentile);
+    Add(paren);
+    // A statistic of the categories themselves needs no variable to be computed on.
+    if (data._statisticGroup != Codes::kStatGroupSummary) {
+      paren->ParenthesisAreOptional(true);
+    }
+    data._sortKey = Codes::kSortKeyStatistic;
+    next = paren;
+  }
+  RefuseBesideList();
+  data._keySet = true;
   return next;
 }
 

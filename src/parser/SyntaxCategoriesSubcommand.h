@@ -52,6 +52,10 @@ class SyntaxCategoriesSubcommand : public NamedConverter<SyntaxComposite> {
   void DumpDetails(std::ostream& out) const override;
 
  private:
+  /// ExplicitListViolation when an explicit list was given.
+  void RefuseBesideList() const;
+  /// The value of KEY; a statistic opens the parenthesis of its variable, which is returned.
+  SyntaxConverter* ReadSortKey(const std::string& text);
   /// A sort statistic must be available where the categories are sorted.
   void ValidateSummarySortKey();
   /// Removes `child` from the children and deletes it.
