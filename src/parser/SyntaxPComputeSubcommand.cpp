@@ -165,8 +165,13 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
     if (text.empty()) {
       SyntaxParserUtility::NoTableSubcommand(this);
     }
+    // Range words are written one way in the expression, and so in the category's label,
+    // however they were typed.
     if (SyntaxParserUtility::ExactWordMatch(text, "THRU")) {
       text = " THRU ";
+    } else if (state.inBracket && type == TokenSequenceBase::kTokenWord &&
+               (SyntaxParserUtility::ExactWordMatch(text, "LO") || SyntaxParserUtility::ExactWordMatch(text, "HI"))) {
+      text = SyntaxParserUtility::ExactWordMatch(text, "LO") ? "LO" : "HI";
     }
     data._expression += text;
     double number = tokens->GetNumber();
