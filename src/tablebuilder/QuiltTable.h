@@ -117,12 +117,15 @@ class QuiltTable {
   /// and different.
   static int Combine3CellKeys(const CategoryKey& first, const CategoryKey& second, const CategoryKey& third,
                               CategoryKey& combined, int from, int to);
-  /// The `from` argument of Combine2CellKeys under `option` for keys of dimensions
-  /// `firstPosition` and `secondPosition` (0 rows, 1 columns, 2 layers), given in that order.
-  static int GetCarryFrom2(CLabelOption option, int firstPosition, int secondPosition);
-  /// The `from` and `to` arguments of Combine3CellKeys under `option`, keys given as rows,
-  /// columns, layers.
-  static void GetCarryFromTo3(CLabelOption option, int& from, int& to);
+  /// Where CLABELS moves category labels, as dimensions (0 rows, 1 columns, 2 layers): the
+  /// labels of `to` stand at the end of the keys of `from`. Both -1 when labels stay.
+  struct LabelCarry {
+    int from = -1;
+    int to = -1;
+  };
+  /// The one reading of `option` that the trees, the keys and the renderer share; keys given
+  /// as rows, columns, layers take `from` and `to` as Combine3CellKeys does.
+  static LabelCarry GetLabelCarry(CLabelOption option);
 
   // Column letters of the test tables.
   /// Letters under each lowest group of columns of a separate test table.
