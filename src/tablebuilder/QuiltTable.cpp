@@ -235,9 +235,9 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   d._prelimLayerRoot = layers;
 
   if (!d._comperimeterCategCollector.empty()) {
-    Node* receiver = d._cLabelOption == Codes::kCLabelColOpposite
-                         ? rows
-                         : (d._cLabelOption == Codes::kCLabelRowOpposite ? columns : layers);
+    // Collected labels go to the dimension that carries them.
+    const int from = GetLabelCarry(d._cLabelOption).from;
+    Node* receiver = from == Codes::kDimensionRow ? rows : (from == Codes::kDimensionColumn ? columns : layers);
     receiver->NestStack(d._comperimeterCategCollector);
     d._comperimeterCategCollector.clear();
   }
@@ -258,12 +258,12 @@ void QuiltTable::BuildDimensionTrees(SyntaxConverter* expression, bool& statsInO
   // CLABELS ROWLABELS=OPPOSITE moves the row labels into the columns, COLLABELS=OPPOSITE the
   // column labels into the rows, ...=LAYER either into the layers; the dimension that gives
   // its labels away keeps no categories of its own.
-  const int option = d._cLabelOption;
-  const bool keepRows = option != Codes::kCLabelRowOpposite && option != Codes::kCLabelRowLayer;
-  const bool keepCols = option != Codes::kCLabelColOpposite && option != Codes::kCLabelColLayer;
-  const bool colsFirst = option == Codes::kCLabelColOpposite;
-  const bool receiveInCols = option == Codes::kCLabelRowOpposite;
-  const bool receiveInLayers = option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer;
+  const LabelCarry carry = GetLabelCarry(d._cLabelOption);
+  const bool keepRows = carry.to != Codes::kDimensionRow;
+  const bool keepCols = carry.to != Codes::kDimensionColumn;
+  const bool colsFirst = carry.from == Codes::kDimensionRow;
+  const bool receiveInCols = carry.from == Codes::kDimensionColumn;
+  const bool receiveInLayers = carry.from == Codes::kDimensionLayer;
   const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
   const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
   const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
@@ -313,7 +313,7 @@ void QuiltTable::BuildDimensionTrees(SyntaxConverter* expression, bool& statsInO
     DestroyCollectedNodes();
   } else {
     // Labels bound for the layers wait for the layer root.
-    if (option == Codes::kCLabelRowOpposite || option == Codes::kCLabelColOpposite) DestroyCollectedNodes();
+    if (carry.from == Codes::kDimensionRow || carry.from == Codes::kDimensionColumn) DestroyCollectedNodes();
     layers = Node::CreateRoot();
   }
   d._nRows = ExtractNCubes(rowExpression);
@@ -473,12 +473,11 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
   Data& d = *_tableData;
   if (!statsInOpposite && !keepCats && d._statsVisible) {
     // The labels of this variable stand in the dimension that holds the statistics.
-    const int option = d._cLabelOption;
     const int position = d._sLabelPosition;
-    statsInOpposite = (option == Codes::kCLabelRowOpposite && position == PresentationCodes::kSLabelColumn) ||
-                      (option == Codes::kCLabelColOpposite && position == PresentationCodes::kSLabelRow) ||
-                      ((option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer) &&
-                       position == PresentationCodes::kSLabelLayer);
+    const int statsDimension = position == PresentationCodes::kSLabelRow      ? Codes::kDimensionRow
+                               : position == PresentationCodes::kSLabelColumn ? Codes::kDimensionColumn
+                                                                               : Codes::kDimensionLayer;
+    statsInOpposite = GetLabelCarry(d._cLabelOption).from == statsDimension;
   }
   auto add = [&](std::vector<StatTreeNode*>& list, const Statistics* statistics, bool forRegular) {
     if (ContainsKind(list, *statistics)) return;
