@@ -1,6 +1,7 @@
 // QuiltTable.cpp - the table record: preliminary trees from the parsed table, slots, final trees
 #include "tablebuilder/QuiltTable.h"
 
+#include <array>
 #include <ostream>
 
 #include "host/QuiltAssert.h"
@@ -153,6 +154,27 @@ void SetIncludeEmptyInScale(Node* root) {
   }
 }
 
+/// The row, column and layer parts of a table expression, null where a dimension has none:
+/// `rows`, `BY columns`, `rows BY columns` or `rows BY columns BY layers`.
+std::array<SyntaxConverter*, 3> SplitByDimension(SyntaxConverter* expression) {
+  if (expression->GetType() != kConverterBy) {
+    const int type = expression->GetType();
+    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
+                     type == kConverterPlus || type == kConverterVariable,
+                 "a table expression starts with an operator, a paren or a variable");
+    return {expression, nullptr, nullptr};
+  }
+  const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
+  QUILT_ASSERT(kidsOfBy.size() == 2, "BY joins two dimensions");
+  SyntaxConverter* left = kidsOfBy[0];
+  SyntaxConverter* right = kidsOfBy[1];
+  if (left->GetType() == kConverterDummy) return {nullptr, right, nullptr};
+  if (left->GetType() != kConverterBy) return {left, right, nullptr};
+  const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
+  QUILT_ASSERT(inner.size() == 2, "the inner BY of a layered table joins rows and columns");
+  return {inner[0], inner[1], right};
+}
+
 std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
   return QuiltTable::ShownCategories(*QuiltTable::DimensionOf(variable));
 }
@@ -255,70 +277,34 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
 void QuiltTable::BuildDimensionTrees(SyntaxConverter* expression, bool& statsInOpposite, Node*& rows, Node*& columns,
                                      Node*& layers) {
   Data& d = *_tableData;
+  const std::array<SyntaxConverter*, 3> parts = SplitByDimension(expression);
   // CLABELS ROWLABELS=OPPOSITE moves the row labels into the columns, COLLABELS=OPPOSITE the
   // column labels into the rows, ...=LAYER either into the layers; the dimension that gives
-  // its labels away keeps no categories of its own.
+  // its labels away keeps no categories of its own, and the one that receives them is built
+  // after it.
   const LabelCarry carry = GetLabelCarry(d._cLabelOption);
-  const bool keepRows = carry.to != Codes::kDimensionRow;
-  const bool keepCols = carry.to != Codes::kDimensionColumn;
-  const bool colsFirst = carry.from == Codes::kDimensionRow;
-  const bool receiveInCols = carry.from == Codes::kDimensionColumn;
-  const bool receiveInLayers = carry.from == Codes::kDimensionLayer;
-  const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
-  const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
-  const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
-
-  if (expression->GetType() != kConverterBy) {
-    const int type = expression->GetType();
-    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
-                     type == kConverterPlus || type == kConverterVariable,
-                 "a table expression starts with an operator, a paren or a variable");
-    rows = BuildTempSubtree(expression, keepRows, false, statsInRows, statsInOpposite);
-    columns = Node::CreateRoot();
-    layers = Node::CreateRoot();
-    d._nRows = ExtractNCubes(expression);
-    d._nColumns = 1;
-    d._nLayers = 1;
-    return;
+  const int statsDimension = d._sLabelPosition == PresentationCodes::kSLabelRow      ? Codes::kDimensionRow
+                             : d._sLabelPosition == PresentationCodes::kSLabelColumn ? Codes::kDimensionColumn
+                                                                                      : Codes::kDimensionLayer;
+  const std::array<Node**, 3> trees = {&rows, &columns, &layers};
+  const std::array<int, 3> order = carry.from == Codes::kDimensionRow ? std::array<int, 3>{1, 0, 2}
+                                                                      : std::array<int, 3>{0, 1, 2};
+  for (const int dimension : order) {
+    SyntaxConverter* part = parts[static_cast<size_t>(dimension)];
+    Node*& tree = *trees[static_cast<size_t>(dimension)];
+    if (part == nullptr) {
+      tree = Node::CreateRoot();
+      continue;
+    }
+    const bool receive = carry.from == dimension && parts[static_cast<size_t>(carry.to)] != nullptr;
+    tree = BuildTempSubtree(part, /*keepCats=*/carry.to != dimension, receive, statsDimension == dimension,
+                            statsInOpposite);
   }
-  const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
-  QUILT_ASSERT(kidsOfBy.size() == 2, "BY joins two dimensions");
-  SyntaxConverter* left = kidsOfBy[0];
-  SyntaxConverter* right = kidsOfBy[1];
-  if (left->GetType() == kConverterDummy) {
-    columns = BuildTempSubtree(right, keepCols, false, statsInCols, statsInOpposite);
-    rows = Node::CreateRoot();
-    layers = Node::CreateRoot();
-    d._nColumns = ExtractNCubes(right);
-    d._nRows = 1;
-    d._nLayers = 1;
-    return;
-  }
-  const bool threeDimensions = left->GetType() == kConverterBy;
-  SyntaxConverter* rowExpression = left;
-  SyntaxConverter* columnExpression = right;
-  SyntaxConverter* layerExpression = nullptr;
-  if (threeDimensions) {
-    const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
-    QUILT_ASSERT(inner.size() == 2, "the inner BY of a layered table joins rows and columns");
-    rowExpression = inner[0];
-    columnExpression = inner[1];
-    layerExpression = right;
-  }
-  if (!colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, false, statsInRows, statsInOpposite);
-  columns = BuildTempSubtree(columnExpression, keepCols, receiveInCols, statsInCols, statsInOpposite);
-  if (colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, true, statsInRows, statsInOpposite);
-  if (threeDimensions) {
-    layers = BuildTempSubtree(layerExpression, true, receiveInLayers, statsInLayers, statsInOpposite);
-    DestroyCollectedNodes();
-  } else {
-    // Labels bound for the layers wait for the layer root.
-    if (carry.from == Codes::kDimensionRow || carry.from == Codes::kDimensionColumn) DestroyCollectedNodes();
-    layers = Node::CreateRoot();
-  }
-  d._nRows = ExtractNCubes(rowExpression);
-  d._nColumns = ExtractNCubes(columnExpression);
-  d._nLayers = threeDimensions ? ExtractNCubes(layerExpression) : 1;
+  // Labels bound for a dimension without an expression wait for its root.
+  if (carry.from < 0 || parts[static_cast<size_t>(carry.from)] != nullptr) DestroyCollectedNodes();
+  d._nRows = parts[0] != nullptr ? ExtractNCubes(parts[0]) : 1;
+  d._nColumns = parts[1] != nullptr ? ExtractNCubes(parts[1]) : 1;
+  d._nLayers = parts[2] != nullptr ? ExtractNCubes(parts[2]) : 1;
 }
 
 void QuiltTable::AssignSlots() {
