@@ -1,6 +1,5 @@
 // QuiltTableTestTrees.cpp - the reduced header trees of the significance tests, and column letters
 #include <algorithm>
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "tablebuilder/QuiltSigTests.h"
 #include "tablebuilder/QuiltTable.h"
 #include "tablebuilder/QuiltTableData.h"
+#include "tablebuilder/SelectTestedCategories.h"
 #include "tablebuilder/StatTreeNode.h"
 
 namespace {
@@ -359,68 +359,7 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
 
 int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                       bool useSubtotals, bool positionAfter) {
-  out.clear();
-  if (!useSubtotals) {
-    for (Node* node : allCats) {
-      const int type = CategoryType(node);
-      if (type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-          type == AggregationCategory::kNone || type == AggregationCategory::kPcompute) {
-        continue;
-      }
-      out.push_back(node);
-    }
-    return static_cast<int>(out.size());
-  }
-  // The walk runs from the categories towards their subtotal, so that a subtotal always meets
-  // the categories it sums before itself; backwards, everything goes in at the front.
-  std::deque<Node*> result;
-  std::deque<Node*> buffer;
-  auto flush = [&]() {
-    if (positionAfter) {
-      result.insert(result.end(), buffer.begin(), buffer.end());
-    } else {
-      result.insert(result.begin(), buffer.begin(), buffer.end());
-    }
-    buffer.clear();
-  };
-  auto keep = [&](Node* node) {
-    if (positionAfter) {
-      result.push_back(node);
-    } else {
-      result.push_front(node);
-    }
-  };
-  const int count = static_cast<int>(allCats.size());
-  for (int step = 0; step < count; ++step) {
-    Node* node = allCats[static_cast<size_t>(positionAfter ? step : count - 1 - step)];
-    switch (CategoryType(node)) {
-      case AggregationCategory::kNone:
-      case AggregationCategory::kPcompute:
-        break;
-      case AggregationCategory::kSubtotal:
-        buffer.clear();
-        keep(node);
-        break;
-      case AggregationCategory::kHSubtotal:
-        // The table shows it in place of the categories it sums, which are not in the list;
-        // whatever waits in the buffer is not summed by it and stays.
-        flush();
-        keep(node);
-        break;
-      case AggregationCategory::kTotal:
-        flush();
-        break;
-      default:
-        if (positionAfter) {
-          buffer.push_back(node);
-        } else {
-          buffer.push_front(node);
-        }
-        break;
-    }
-  }
-  flush();
-  out.assign(result.begin(), result.end());
+  out = SelectTestedCategories(allCats, useSubtotals, positionAfter, CategoryType);
   return static_cast<int>(out.size());
 }
 
