@@ -1,6 +1,7 @@
 // QuiltSigTests.h - the significance tests on finished cells: chi-square, column means, column proportions
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -174,6 +175,24 @@ class QuiltSigTests {
                                                      const std::vector<std::vector<double>>& overlap,
                                                      const std::vector<std::vector<bool>>& identical, bool colIsMR,
                                                      bool& overlapProblem);
+  /// The pairs i < j of the columns marked in `tested`, in order, each handed to
+  /// `test(i, j, pair)` with its two indices set; a pair for which `test` returns false is
+  /// left out. Every column test of both sample models pairs its columns here.
+  template <typename PairTest>
+  static std::vector<PValueInfoElem> TestPairs(const std::vector<bool>& tested, const PairTest& test) {
+    std::vector<PValueInfoElem> pairs;
+    for (std::size_t i = 0; i < tested.size(); ++i) {
+      if (!tested[i]) continue;
+      for (std::size_t j = i + 1; j < tested.size(); ++j) {
+        if (!tested[j]) continue;
+        PValueInfoElem pair;
+        pair._firstIndex = static_cast<int>(i);
+        pair._secondIndex = static_cast<int>(j);
+        if (test(i, j, pair)) pairs.push_back(pair);
+      }
+    }
+    return pairs;
+  }
   /// `rows` rows of `columns` empty texts, with the subscripts of each row set up.
   static ColumnProportionsResult EmptyProportions(std::size_t rows, std::size_t columns);
   /// Neither system-missing nor infinite nor NaN.
