@@ -302,6 +302,23 @@ struct CubeAggregator::Data {
     return inserted.first->second;
   }
 
+  /// The cell of a key whose code at position i is `codeAt(i)`: read from the dense table
+  /// when the key fits it (`dense`, at `denseIndex`), else found in the index or inserted,
+  /// and then noted in the dense table.
+  template <typename CodeAt>
+  std::uint32_t CellOf(bool dense, std::size_t denseIndex, const CodeAt& codeAt) {
+    if (dense && _dense[denseIndex] != 0) return _dense[denseIndex] - 1;
+    PackedKey key;
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      const int slot = SlotOf(codeAt(i));
+      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
+      PutSlot(key, static_cast<int>(i), slot);
+    }
+    const std::uint32_t where = Insert(key);
+    if (dense) _dense[denseIndex] = where + 1;
+    return where;
+  }
+
   bool AddCaseAsMask(const CaseBlock& block, std::size_t k, std::uint64_t mask);
   bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
@@ -807,19 +824,8 @@ bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k, 
     dense = dense && shifted < _denseCapacity;
     if (dense) denseIndex += static_cast<std::size_t>(shifted) * _denseStride[i];
   }
-  std::uint32_t where = 0;
-  if (dense && _dense[denseIndex] != 0) {
-    where = _dense[denseIndex] - 1;
-  } else {
-    PackedKey key;
-    for (std::size_t i = 0; i < n; ++i) {
-      const int slot = SlotOf(i == setPosition ? setCode : _codes[i][k]);
-      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
-      PutSlot(key, static_cast<int>(i), slot);
-    }
-    where = Insert(key);
-    if (dense) _dense[denseIndex] = where + 1;
-  }
+  const std::uint32_t where =
+      CellOf(dense, denseIndex, [&](std::size_t i) { return i == setPosition ? setCode : _codes[i][k]; });
   // A set carrying the statistics gets its responses when Complete knows the cells: a
   // dichotomy member is never a category flagged missing.
   if (statAtSet || _statPosition < 0) {
@@ -925,19 +931,8 @@ void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k)
       denseIndex += static_cast<std::size_t>(shifted) * (dense ? _denseStride[i] : 0);
       if (static_cast<int>(i) == _statPosition) statEntry = &entry;
     }
-    std::uint32_t where = 0;
-    if (dense && _dense[denseIndex] != 0) {
-      where = _dense[denseIndex] - 1;
-    } else {
-      PackedKey key;
-      for (std::size_t i = 0; i < n; ++i) {
-        const int slot = SlotOf(_lists[i][_odometer[i]]._code);
-        QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
-        PutSlot(key, static_cast<int>(i), slot);
-      }
-      where = Insert(key);
-      if (dense) _dense[denseIndex] = where + 1;
-    }
+    const std::uint32_t where =
+        CellOf(dense, denseIndex, [this](std::size_t i) { return _lists[i][_odometer[i]]._code; });
     const bool valid = statEntry == nullptr || !statEntry->_missingCategory;
     Update(where, block, k, bucket, valid, statEntry != nullptr ? statEntry->_responses : 0.0);
     // Next combination of entries.
