@@ -13,6 +13,7 @@
 #include "parser/SigTestSettings.h"
 #include "tablebuilder/QuiltDistFun.h"
 #include "tablebuilder/QuiltSigTests.h"
+#include "tablebuilder/QuiltSigTestsEffBase.h"
 
 namespace {
 
@@ -209,13 +210,15 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
                                                    const CategoryPath& layerCats,
                                                    const CategoryPath& testCols, bool weighted,
                                                    bool columnsAreMR, const SigTestSettings& settings,
-                                                   const std::string& noTestMarker) {
+                                                   const std::string& noTestMarker, SampleSizes sizes) {
+  MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
+  if (sizes == SampleSizes::kEffectiveBases) {
+    return QuiltSigTestsEffBase::ColumnMeans(cells, testCols, columnsAreMR, settings, noTestMarker);
+  }
   ColumnMeansResult result;
   const std::size_t nColumns = testCols.size();
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
-
-  MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
   // Unweighted counts are rounded as the weighted ones are; without weights they are whole.
   const auto cases = [weighted](double count) { return weighted ? RoundCount(count) : count; };
 
@@ -382,7 +385,8 @@ std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTests::ProportionPairs(const 
 ColumnProportionsResult QuiltSigTests::GetColumnProportions(
     const CubeAggregator& aggregator, const CategoryPath& rowPath, const CategoryPath& colPath,
     const CategoryPath& layerPath, const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker,
+    SampleSizes sizes) {
   const std::size_t nRows = testRows.size();
   const std::size_t nColumns = testCols.size();
   ColumnProportionsResult result = EmptyProportions(nRows, nColumns);
@@ -391,6 +395,10 @@ ColumnProportionsResult QuiltSigTests::GetColumnProportions(
   const CellKey key = ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
   const ProportionCells cells =
       ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  if (sizes == SampleSizes::kEffectiveBases) {
+    QuiltSigTestsEffBase::ColumnProportions(cells, rowIsMR, colIsMR, settings, noTestMarker, result);
+    return result;
+  }
   for (const std::vector<CellWeights>& row : cells.cell) {
     for (const CellWeights& weights : row) {
       if (RoundCount(weights.w) != weights.w) result.nonIntegerCounts = true;

@@ -32,17 +32,14 @@ double EffectiveBase(double w, double w2) {
 // estimate under sampling weights), and the degrees of freedom come from the effective
 // bases. No count is rounded, and a pair is tested when either column has more than one
 // case.
-ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
-    const CubeAggregator& aggregator, int statVarIndex, const CategoryPath& rowCats,
-    const CategoryPath& colPath, const CategoryPath& layerCats, const CategoryPath& testCols, bool weighted,
-    bool columnsAreMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+ColumnMeansResult QuiltSigTestsEffBase::ColumnMeans(QuiltSigTests::MeansCells& cells, const CategoryPath& testCols,
+                                                   bool columnsAreMR, const SigTestSettings& settings,
+                                                   const std::string& noTestMarker) {
   using Base = QuiltSigTests;
   ColumnMeansResult result;
   const std::size_t nColumns = testCols.size();
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
-
-  Base::MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
 
   enum { kNothingToTest = 1, kTestable = 3, kNoVariance = 4 };
   std::vector<int> status(nColumns, kNothingToTest);
@@ -130,19 +127,12 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
 // freedom, since under a sampling weight the normal law would overstate the evidence of
 // small bases. A cell at 0 or 1 stays in the test: two cells at the same bound do not
 // differ (p-value 1), and one at a bound against one inside is tested as any other.
-ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
-    const CubeAggregator& aggregator, const CategoryPath& rowPath, const CategoryPath& colPath,
-    const CategoryPath& layerPath, const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+void QuiltSigTestsEffBase::ColumnProportions(const QuiltSigTests::ProportionCells& cells, bool rowIsMR,
+                                             bool colIsMR, const SigTestSettings& settings,
+                                             const std::string& noTestMarker, ColumnProportionsResult& result) {
   using Base = QuiltSigTests;
-  const std::size_t nRows = testRows.size();
-  const std::size_t nColumns = testCols.size();
-  ColumnProportionsResult result = Base::EmptyProportions(nRows, nColumns);
-  int rowSlot = 0;
-  int columnSlot = 0;
-  const CellKey key = Base::ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
-  const Base::ProportionCells cells =
-      Base::ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  const std::size_t nRows = cells.cell.size();
+  const std::size_t nColumns = cells.base.size();
   const EffectiveBases bases = GetEffectiveBases(cells, rowIsMR, colIsMR);
 
   // A column without any weight in the tested rows has no proportion to compare.
@@ -163,7 +153,6 @@ ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
     Base::LetterRow(takesPart, pairs, proportion, taking, settings, noTestMarker, result.cellTexts[r],
                     result.rowMarkers[r]);
   }
-  return result;
 }
 
 QuiltSigTestsEffBase::EffectiveBases QuiltSigTestsEffBase::GetEffectiveBases(

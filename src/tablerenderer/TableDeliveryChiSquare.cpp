@@ -27,7 +27,6 @@
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 #include "tablebuilder/SelectTestedCategories.h"
 #include "tablebuilder/StatTreeNode.h"
 #include "tablerenderer/AlphaFormat.h"
@@ -122,7 +121,7 @@ void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::v
                                                  const CategoryKey& layerKey, int layerIndex,
                                                  const SigTestSettings& settings) {
   const bool useSubtotals = settings._includeSubtotals;
-  const bool baseWeighted = SyntaxConverter::GetBaseWeightVarIndex() >= 0;
+  const QuiltSigTests::SampleSizes sizes = QuiltSigTests::SizesFor(SyntaxConverter::GetBaseWeightVarIndex() >= 0);
   AxisLeafWalk columns(columnAxis);
   AxisLeafWalk rows(rowAxis);
 
@@ -162,11 +161,8 @@ void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::v
         CategoryKey rowCats;
         SelectInnerCategs(rowVariable, rowCats, useSubtotals);
         const bool rowIsMR = IsMRSet(rowVariable);
-        result = baseWeighted
-                     ? QuiltSigTestsEffBase::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
-                                                          columnCats, /*weighted=*/true, rowIsMR, columnIsMR)
-                     : QuiltSigTests::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
-                                                   columnCats, /*weighted=*/true, rowIsMR, columnIsMR);
+        result = QuiltSigTests::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats, columnCats,
+                                             /*weighted=*/true, rowIsMR, columnIsMR, sizes);
       }
 
       WriteTestCells(*this, rows.leaves, i, result, sameVariable, settings);

@@ -14,7 +14,6 @@
 #include "host/engine/AggregationMDSet.h"
 #include "host/engine/EngineTestSupport.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 
 namespace {
 
@@ -125,13 +124,8 @@ ChiSquareResult RunCase(const ReferenceCase& testCase) {
   if (testCase.layout == kLayered) layerPath.push_back(CategoryOf(outer, testCase.pathValue));
   const bool rowIsMR = testCase.layout == kRowSet;
   const bool colIsMR = testCase.layout == kColumnSet;
-  if (base) {
-    return QuiltSigTestsEffBase::GetChiSquare(*aggregator, rowPath, {}, layerPath, Tested(rows),
-                                              Tested(columns),
-                                              /*weighted=*/true, rowIsMR, colIsMR);
-  }
   return QuiltSigTests::GetChiSquare(*aggregator, rowPath, {}, layerPath, Tested(rows), Tested(columns),
-                                     /*weighted=*/true, rowIsMR, colIsMR);
+                                     /*weighted=*/true, rowIsMR, colIsMR, QuiltSigTests::SizesFor(base));
 }
 
 void ExpectClose(double actual, double expected, const char* what) {
