@@ -273,7 +273,8 @@ int LetterLoop(const std::vector<AxisWalk>& walks, int statPos) {
 /// The walk over every cell of a table of one, two or three axes: one loop per axis, each
 /// nested in the one before it, the innermost writing the cells. A dimension without an
 /// axis is a single position: its slot is 0 and its part of a cell's key is empty.
-struct CellWalk {
+class CellWalk {
+ public:
   CellWalk(TableDelivery::Data& deliveryData, QuiltTable* quiltTable,
            const std::vector<CubeAggregator*>& tableCubes);
 
@@ -293,13 +294,14 @@ struct CellWalk {
   template <typename T>
   std::array<T, 3> InDimensionOrder(const std::array<T, 3>& byLoop, T absent) const {
     std::array<T, 3> byDimension{absent, absent, absent};
-    for (size_t loop = 0; loop < walks.size(); ++loop)
-      byDimension[static_cast<size_t>(walks[loop].place)] = byLoop[loop];
+    for (size_t loop = 0; loop < _walks.size(); ++loop) {
+      byDimension[static_cast<size_t>(_walks[loop].place)] = byLoop[loop];
+    }
     return byDimension;
   }
-  int CubeIndex(const std::array<int, 3>& slots) const {
-    const std::array<int, 3> bySlot = InDimensionOrder(slots, 0);
-    return table->GetCubeIndex(bySlot[0], bySlot[1], bySlot[2]);
+  int CubeIndex(const std::array<int, 3>& loopSlots) const {
+    const std::array<int, 3> bySlot = InDimensionOrder(loopSlots, 0);
+    return _table->GetCubeIndex(bySlot[0], bySlot[1], bySlot[2]);
   }
   /// The full key of the current cell; returns the place of a category moved by CLABELS.
   int CombineKeys();
@@ -309,137 +311,137 @@ struct CellWalk {
   SyntaxVariableName* StatisticVariable(const std::array<BPTreeNode*, 3>& leaves) const;
   bool Kept(size_t loop, int index) const;
 
-  TableDelivery::Data& data;
-  QuiltTable* table;
-  const std::vector<CubeAggregator*>& cubes;
-  std::vector<AxisWalk> walks;  // in loop order
-  bool swapped = false;         // the loops run in another order than the axes stand
-  int letterLoop = -1;
-  bool lettersMerged = false;
-  QuiltTable::LabelCarry carry;  // labels moved by CLABELS between two dimensions with axes
+  TableDelivery::Data& _data;
+  QuiltTable* _table;
+  const std::vector<CubeAggregator*>& _cubes;
+  std::vector<AxisWalk> _walks;  // in loop order
+  bool _swapped = false;         // the loops run in another order than the axes stand
+  int _letterLoop = -1;
+  bool _lettersMerged = false;
+  QuiltTable::LabelCarry _carry;  // labels moved by CLABELS between two dimensions with axes
 
   // The state of pass one.
-  std::array<int, 3> slots{};  // the cube slot of each loop's current leaf
-  std::array<BPTreeNode*, 3> currentLeaves{};
-  std::vector<uint8_t> cells;  // per cell, in loop order: its CellState
-  bool anyPending = false;
-  CellStatistic statistic;
-  CubeLookup lookup;
-  int lookupIndex = -2;
-  CategoryKey combined;
+  std::array<int, 3> _slots{};  // the cube slot of each loop's current leaf
+  std::array<BPTreeNode*, 3> _currentLeaves{};
+  std::vector<uint8_t> _cells;  // per cell, in loop order: its CellState
+  bool _anyPending = false;
+  CellStatistic _statistic;
+  CubeLookup _lookup;
+  int _lookupIndex = -2;
+  CategoryKey _combined;
 };
 
 CellWalk::CellWalk(TableDelivery::Data& deliveryData, QuiltTable* quiltTable,
                    const std::vector<CubeAggregator*>& tableCubes)
-    : data(deliveryData), table(quiltTable), cubes(tableCubes) {
-  const std::vector<size_t> order = LoopOrder(data._axes, table->GetStatPosition());
-  walks.reserve(order.size());
+    : _data(deliveryData), _table(quiltTable), _cubes(tableCubes) {
+  const std::vector<size_t> order = LoopOrder(_data._axes, _table->GetStatPosition());
+  _walks.reserve(order.size());
   size_t cellCount = 1;
   for (size_t loop = 0; loop < order.size(); ++loop) {
-    walks.emplace_back(data._axes[order[loop]]);
-    swapped = swapped || order[loop] != loop;
-    cellCount *= static_cast<size_t>(walks.back().Size());
+    _walks.emplace_back(_data._axes[order[loop]]);
+    _swapped = _swapped || order[loop] != loop;
+    cellCount *= static_cast<size_t>(_walks.back().Size());
   }
-  letterLoop = LetterLoop(walks, table->GetStatPosition());
-  lettersMerged = data._mergedTests && !data._apaMerged;
-  const QuiltTable::LabelCarry moved = QuiltTable::GetLabelCarry(table->GetClabelOption());
+  _letterLoop = LetterLoop(_walks, _table->GetStatPosition());
+  _lettersMerged = _data._mergedTests && !_data._apaMerged;
+  const QuiltTable::LabelCarry moved = QuiltTable::GetLabelCarry(_table->GetClabelOption());
   bool fromHasAxis = false;
   bool toHasAxis = false;
-  for (const AxisWalk& walk : walks) {
+  for (const AxisWalk& walk : _walks) {
     fromHasAxis = fromHasAxis || walk.place == moved.from;
     toHasAxis = toHasAxis || walk.place == moved.to;
   }
-  if (fromHasAxis && toHasAxis) carry = moved;
-  if (walks.size() > 1) cells.assign(cellCount, kCellUnknown);
+  if (fromHasAxis && toHasAxis) _carry = moved;
+  if (_walks.size() > 1) _cells.assign(cellCount, kCellUnknown);
 }
 
 void CellWalk::Run() {
-  PrepareComputedCategories(data, table, walks);
+  PrepareComputedCategories(_data, _table, _walks);
   WalkOuter(0, 0);
-  FinishComputedCategories(data);
-  if (anyPending && walks.size() > 1) FillDeferred();
+  FinishComputedCategories(_data);
+  if (_anyPending && _walks.size() > 1) FillDeferred();
 }
 
 void CellWalk::WalkOuter(size_t loop, size_t cell) {
-  AxisWalk& walk = walks[loop];
+  AxisWalk& walk = _walks[loop];
   const size_t base = cell * static_cast<size_t>(walk.Size());
-  if (loop + 1 == walks.size()) {
+  if (loop + 1 == _walks.size()) {
     for (int index = 0; index < walk.Size(); ++index) VisitCell(index, base + static_cast<size_t>(index));
     return;
   }
-  const bool letterLevel = lettersMerged && static_cast<int>(loop) == letterLoop;
+  const bool letterLevel = _lettersMerged && static_cast<int>(loop) == _letterLoop;
   for (int index = 0; index < walk.Size(); ++index) {
     BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
-    if (!StepOuterLeaf(data, walk, index, letterLevel)) continue;
-    slots[loop] = walk.node->GetCubeIndexInDim();
-    currentLeaves[loop] = leaf;
-    SelectCategory(leaf, data._dataSource);
-    walks[loop + 1].Restart();
+    if (!StepOuterLeaf(_data, walk, index, letterLevel)) continue;
+    _slots[loop] = walk.node->GetCubeIndexInDim();
+    _currentLeaves[loop] = leaf;
+    SelectCategory(leaf, _data._dataSource);
+    _walks[loop + 1].Restart();
     WalkOuter(loop + 1, base + static_cast<size_t>(index));
   }
 }
 
 void CellWalk::VisitCell(int index, size_t cell) {
-  const size_t loop = walks.size() - 1;
-  AxisWalk& walk = walks[loop];
+  const size_t loop = _walks.size() - 1;
+  AxisWalk& walk = _walks[loop];
   BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
   walk.Step();
-  if (data.IsHiddenSource(walk.key, data._parsedCatLists, -1)) {
-    walk.SkipStatisticsOfHiddenSource(data._statsVisible);
+  if (_data.IsHiddenSource(walk.key, _data._parsedCatLists, -1)) {
+    walk.SkipStatisticsOfHiddenSource(_data._statsVisible);
     return;
   }
-  if (!data._statsVisible) MoveToCellNode(walk, lettersMerged && static_cast<int>(loop) == letterLoop);
+  if (!_data._statsVisible) MoveToCellNode(walk, _lettersMerged && static_cast<int>(loop) == _letterLoop);
   if (walk.emptyCount > 0) walk.states[static_cast<size_t>(index)] = kLeafIncludeEmpty;
-  if (data._statsVisible) statistic.ReadFrom(walk.node);
-  slots[loop] = walk.node->GetCubeIndexInDim();
-  currentLeaves[loop] = leaf;
-  const int cubeIndex = CubeIndex(slots);
-  if (cubeIndex != lookupIndex) {
-    lookupIndex = cubeIndex;
-    lookup.Find(cubes, cubeIndex);
+  if (_data._statsVisible) _statistic.ReadFrom(walk.node);
+  _slots[loop] = walk.node->GetCubeIndexInDim();
+  _currentLeaves[loop] = leaf;
+  const int cubeIndex = CubeIndex(_slots);
+  if (cubeIndex != _lookupIndex) {
+    _lookupIndex = cubeIndex;
+    _lookup.Find(_cubes, cubeIndex);
   }
-  if (lookup.cube == nullptr) return;
+  if (_lookup.cube == nullptr) return;
   const int carried = CombineKeys();
   const StatValues* values =
-      lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
-  SyntaxVariableName* statVar = StatisticVariable(currentLeaves);
+      _lookup.cube->IsCubeEmpty() ? nullptr : _lookup.cube->GetStatValues(_combined, carried);
+  SyntaxVariableName* statVar = StatisticVariable(_currentLeaves);
   // With one axis nothing else can keep a row alive: the cell's own fate is its node's.
-  const bool single = walks.size() == 1;
+  const bool single = _walks.size() == 1;
 
   if (const AggregationCategory* post = GetPostCategory()) {
-    StartComputedCell(data, NeedPostCategory());
-    ComputePostValues(lookup.cube);
-    data.ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                           statistic.format, leaf, post);
+    StartComputedCell(_data, NeedPostCategory());
+    ComputePostValues(_lookup.cube);
+    _data.ProcessPostValues(_lookup.cellStats, _lookup.totalStats, statVar, _statistic.type, _statistic.ptile,
+                            _statistic.format, leaf, post);
     if (single) walk.node->SetEmpty(false);
     return;  // a computed cell keeps nothing alive by itself
   }
   bool allKeepEmpty = true;
-  for (const AxisWalk& each : walks) allKeepEmpty = allKeepEmpty && each.emptyCount >= 1;
-  const CellVisit visit{lookup, combined, values, statVar, statistic, leaf};
-  const uint8_t state = WriteOrDefer(data, visit, allKeepEmpty, anyPending);
+  for (const AxisWalk& each : _walks) allKeepEmpty = allKeepEmpty && each.emptyCount >= 1;
+  const CellVisit visit{_lookup, _combined, values, statVar, _statistic, leaf};
+  const uint8_t state = WriteOrDefer(_data, visit, allKeepEmpty, _anyPending);
   if (single) {
     walk.node->SetEmpty(state != kCellWritten);
   } else {
-    cells[cell] = state;
+    _cells[cell] = state;
   }
 }
 
 int CellWalk::CombineKeys() {
-  if (walks.size() == 1) {
-    combined = walks[0].key;
+  if (_walks.size() == 1) {
+    _combined = _walks[0].key;
     return -1;
   }
   static const CategoryKey kNoKey;
   std::array<const CategoryKey*, 3> byLoop{};
-  for (size_t loop = 0; loop < walks.size(); ++loop) byLoop[loop] = &walks[loop].key;
+  for (size_t loop = 0; loop < _walks.size(); ++loop) byLoop[loop] = &_walks[loop].key;
   const std::array<const CategoryKey*, 3> keys = InDimensionOrder(byLoop, &kNoKey);
-  return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], combined, carry.from, carry.to);
+  return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], _combined, _carry.from, _carry.to);
 }
 
 const AggregationCategory* CellWalk::GetPostCategory() const {
-  for (const AxisWalk& walk : walks) {
-    if (const AggregationCategory* post = data.GetPostCategory1D(walk.key)) return post;
+  for (const AxisWalk& walk : _walks) {
+    if (const AggregationCategory* post = _data.GetPostCategory1D(walk.key)) return post;
   }
   return nullptr;
 }
@@ -447,81 +449,81 @@ const AggregationCategory* CellWalk::GetPostCategory() const {
 bool CellWalk::NeedPostCategory() const {
   // Two computed categories meet, or one key holds two.
   int withComputed = 0;
-  for (const AxisWalk& walk : walks) {
-    if (data.NeedPostCategory1D(walk.key)) return true;
-    if (data.GetPostCategory1D(walk.key) != nullptr) ++withComputed;
+  for (const AxisWalk& walk : _walks) {
+    if (_data.NeedPostCategory1D(walk.key)) return true;
+    if (_data.GetPostCategory1D(walk.key) != nullptr) ++withComputed;
   }
   return withComputed >= 2;
 }
 
 void CellWalk::ComputePostValues(CubeAggregator* cube) {
-  if (walks.size() == 1) {
-    data.ComputePostCategoryValues1D(walks[0].key, cube);
-  } else if (walks.size() == 2) {
+  if (_walks.size() == 1) {
+    _data.ComputePostCategoryValues1D(_walks[0].key, cube);
+  } else if (_walks.size() == 2) {
     // The slot of the key that carries a moved label, the keys taken in dimension order.
     int carriedSlot = -1;
-    if (carry.from >= 0) carriedSlot = (walks[0].place == carry.from) == swapped ? 1 : 0;
-    data.ComputePostCategoryValues2D(walks[0].key, walks[1].key, swapped, carriedSlot, table, cube);
+    if (_carry.from >= 0) carriedSlot = (_walks[0].place == _carry.from) == _swapped ? 1 : 0;
+    _data.ComputePostCategoryValues2D(_walks[0].key, _walks[1].key, _swapped, carriedSlot, _table, cube);
   } else {
     const std::array<const CategoryKey*, 3> keys =
-        InDimensionOrder<const CategoryKey*>({&walks[0].key, &walks[1].key, &walks[2].key}, nullptr);
-    data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], carry.from, carry.to, table, cube);
+        InDimensionOrder<const CategoryKey*>({&_walks[0].key, &_walks[1].key, &_walks[2].key}, nullptr);
+    _data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], _carry.from, _carry.to, _table, cube);
   }
 }
 
 /// The variable whose statistics a cell shows: the first set on the cell's leaves,
 /// outermost first.
 SyntaxVariableName* CellWalk::StatisticVariable(const std::array<BPTreeNode*, 3>& leaves) const {
-  for (size_t loop = 0; loop < walks.size(); ++loop) {
+  for (size_t loop = 0; loop < _walks.size(); ++loop) {
     if (SyntaxVariableName* variable = leaves[loop]->GetStatSourceVar()) return variable;
   }
   return nullptr;
 }
 
 bool CellWalk::Kept(size_t loop, int index) const {
-  const AxisWalk& walk = walks[loop];
+  const AxisWalk& walk = _walks[loop];
   const uint8_t state = walk.states[static_cast<size_t>(index)];
   return state == kLeafIncludeEmpty || state == kLeafHasCell ||
-         data.IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
+         _data.IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
 }
 
 void CellWalk::FillDeferred() {
-  for (size_t cell = 0; cell < cells.size(); ++cell) {
-    if (cells[cell] != kCellWritten) continue;
+  for (size_t cell = 0; cell < _cells.size(); ++cell) {
+    if (_cells[cell] != kCellWritten) continue;
     size_t rest = cell;
-    for (size_t loop = walks.size(); loop-- > 0;) {
-      const size_t size = static_cast<size_t>(walks[loop].Size());
-      walks[loop].MarkHasCell(static_cast<int>(rest % size));
+    for (size_t loop = _walks.size(); loop-- > 0;) {
+      const size_t size = static_cast<size_t>(_walks[loop].Size());
+      _walks[loop].MarkHasCell(static_cast<int>(rest % size));
       rest /= size;
     }
   }
   FillLoop(0, 0);
   // A leaf that keeps no cell is marked empty, for the test tables built after.
-  for (size_t loop = 0; loop < walks.size(); ++loop) {
-    for (int index = 0; index < walks[loop].Size(); ++index) {
+  for (size_t loop = 0; loop < _walks.size(); ++loop) {
+    for (int index = 0; index < _walks[loop].Size(); ++index) {
       if (!Kept(loop, index))
-        walks[loop].leaves[static_cast<size_t>(index)]->GetHeaderTreeNode()->SetEmpty(true);
+        _walks[loop].leaves[static_cast<size_t>(index)]->GetHeaderTreeNode()->SetEmpty(true);
     }
   }
 }
 
 void CellWalk::FillLoop(size_t loop, size_t cell) {
-  const AxisWalk& walk = walks[loop];
-  const bool innermost = loop + 1 == walks.size();
+  const AxisWalk& walk = _walks[loop];
+  const bool innermost = loop + 1 == _walks.size();
   for (int index = 0; index < walk.Size(); ++index) {
     if (!Kept(loop, index)) continue;
     BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
-    currentLeaves[loop] = leaf;
-    slots[loop] = leaf->GetIndex();
+    _currentLeaves[loop] = leaf;
+    _slots[loop] = leaf->GetIndex();
     const size_t here = cell * static_cast<size_t>(walk.Size()) + static_cast<size_t>(index);
     if (!innermost) {
-      SelectCategory(leaf, data._dataSource);
+      SelectCategory(leaf, _data._dataSource);
       FillLoop(loop + 1, here);
       continue;
     }
-    const uint8_t state = cells[here];
+    const uint8_t state = _cells[here];
     if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-    FillDeferredCell(data, cubes, CubeIndex(slots), state, StatisticVariable(currentLeaves), leaf);
+    FillDeferredCell(_data, _cubes, CubeIndex(_slots), state, StatisticVariable(_currentLeaves), leaf);
   }
 }
 
