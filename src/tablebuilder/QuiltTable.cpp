@@ -175,10 +175,6 @@ std::array<SyntaxConverter*, 3> SplitByDimension(SyntaxConverter* expression) {
   return {inner[0], inner[1], right};
 }
 
-std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
-  return QuiltTable::ShownCategories(*QuiltTable::DimensionOf(variable));
-}
-
 }  // namespace
 
 TableDimension* QuiltTable::DimensionOf(const SyntaxVariableName* variable) {
@@ -630,13 +626,8 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
   QUILT_ASSERT(firstType == Node::kHNodeTypeTempCategories, "a categorical variable holds its placeholders");
   SyntaxVariableName* variable = node->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
-  const std::vector<AggregationCategory*> categories = CategoriesOf(variable);
-  const bool includeEmpty = variable->GetIsEmptyInclude();
-  for (size_t i = 0; i < categories.size(); ++i) {
-    Node* category = Node::Create(categories[i]);
-    category->SetIncludeEmpty(includeEmpty);
-    category->SetChildLoc(i);
-    category->SetCubeIndexInDim(node->GetCubeIndexInDim());
+  for (Node* category :
+       NewCategoryNodes(ShownCategories(*DimensionOf(variable)), *variable, node->GetCubeIndexInDim())) {
     copy->AddChild(category, false);
   }
 

@@ -187,6 +187,11 @@ class QuiltTable {
   int ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats, std::vector<HeaderTreeNode*>& out);
   void ProcessComperimeterCategs(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
   void ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
+  /// One new category node per category of `categories`, in order, numbered by its place,
+  /// keeping empty categories as `variable` does and standing in the cube slot
+  /// `cubeIndexInDim`. The caller owns the nodes.
+  static std::vector<HeaderTreeNode*> NewCategoryNodes(const std::vector<AggregationCategory*>& categories,
+                                                       const SyntaxVariableName& variable, int cubeIndexInDim);
 
   // Test trees (QuiltTableTestTrees.cpp).
   void BuildChiSquareTrees(bool useSubtotals, bool includeMR, bool lettered);
