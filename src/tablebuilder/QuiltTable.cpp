@@ -631,35 +631,40 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
     copy->AddChild(category, false);
   }
 
-  // What stands under a placeholder becomes final once and is then given to every category.
-  auto finalsOf = [this](const Node* placeholder) {
-    std::vector<Node*> finals;
-    const std::vector<Node*>& grandkids = placeholder->GetChildren();
-    if (grandkids.empty()) return finals;
-    if (grandkids[0]->GetType() == Node::kHNodeTypeTempCategories) {
-      ProcessComperimeterCategs(grandkids, finals);
-    } else {
-      for (size_t i = 0; i < grandkids.size(); ++i) {
-        grandkids[i]->SetChildLoc(i);
-        finals.push_back(BuildFinalSubtreeNoCubes(grandkids[i]));
-      }
-    }
-    return finals;
-  };
+  NestPlaceholderSubtrees(copy, children);
+  return copy;
+}
 
-  if (children.size() == 1) {
-    std::vector<Node*> finals = finalsOf(children[0]);
+std::vector<HeaderTreeNode*> QuiltTable::FinalSubtreesUnder(const HeaderTreeNode* placeholder) {
+  std::vector<Node*> finals;
+  const std::vector<Node*>& grandkids = placeholder->GetChildren();
+  if (grandkids.empty()) return finals;
+  if (grandkids[0]->GetType() == Node::kHNodeTypeTempCategories) {
+    ProcessComperimeterCategs(grandkids, finals);
+  } else {
+    for (size_t i = 0; i < grandkids.size(); ++i) {
+      grandkids[i]->SetChildLoc(i);
+      finals.push_back(BuildFinalSubtreeNoCubes(grandkids[i]));
+    }
+  }
+  return finals;
+}
+
+void QuiltTable::NestPlaceholderSubtrees(HeaderTreeNode* copy, const std::vector<HeaderTreeNode*>& placeholders) {
+  // What stands under a placeholder becomes final once and is then given to every category.
+  if (placeholders.size() == 1) {
+    std::vector<Node*> finals = FinalSubtreesUnder(placeholders[0]);
     if (!finals.empty() && !copy->IsLeaf()) {
       copy->NestStack(finals);
     } else {
       for (Node* final : finals) delete final;
     }
-    return copy;
+    return;
   }
-  QUILT_ASSERT(children.size() == 2, "a variable has one placeholder for its categories and one for its totals");
-  if (children[0]->IsLeaf()) return copy;
-  QUILT_ASSERT(!children[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
-  std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
+  QUILT_ASSERT(placeholders.size() == 2, "a variable has one placeholder for its categories and one for its totals");
+  if (placeholders[0]->IsLeaf()) return;
+  QUILT_ASSERT(!placeholders[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
+  std::vector<Node*> finals[2] = {FinalSubtreesUnder(placeholders[0]), FinalSubtreesUnder(placeholders[1])};
   bool handedOut[2] = {false, false};
   for (Node* category : copy->GetChildren()) {
     const int group = category->GetCategory()->IsTotalKind() ? 1 : 0;
@@ -681,7 +686,6 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
     }
   }
   copy->UpdateChildInfo();
-  return copy;
 }
 
 namespace {

@@ -176,6 +176,11 @@ class QuiltTable {
   void DestroyCollectedNodes();
   void CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes, int position);
   HeaderTreeNode* BuildFinalSubtreeNoCubes(const HeaderTreeNode* node);
+  /// The final subtrees of what stands under one placeholder of a variable; owned by the caller.
+  std::vector<HeaderTreeNode*> FinalSubtreesUnder(const HeaderTreeNode* placeholder);
+  /// Gives the categories of `copy` what stands under the variable's placeholders: under the
+  /// categories placeholder to the categories, under the totals placeholder to the totals.
+  void NestPlaceholderSubtrees(HeaderTreeNode* copy, const std::vector<HeaderTreeNode*>& placeholders);
   HeaderTreeNode* BuildFinalSubtreeUseCubes(const HeaderTreeNode* node, const CategoryKey& path,
                                             const std::vector<std::vector<CubeAggregator*>>& cubes);
   HeaderTreeNode* BuildEmptyBranch(const HeaderTreeNode* node);
