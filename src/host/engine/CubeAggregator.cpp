@@ -319,6 +319,12 @@ struct CubeAggregator::Data {
     return where;
   }
 
+  /// The codes at each position of the keys a leaf cell `leafKey` contributes to: its own,
+  /// its subtotal and the total of a single variable; for a combination cell of a dichotomy
+  /// set each member counted, its subtotals and the total, with the members counted
+  /// (`maskResponses`) and those of each subtotal (`subtotalResponses`).
+  void ContributionOptions(const PackedKey& leafKey, std::vector<std::vector<int>>& options, double& maskResponses,
+                           std::map<int, double>& subtotalResponses) const;
   bool AddCaseAsMask(const CaseBlock& block, std::size_t k, std::uint64_t mask);
   bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
@@ -945,6 +951,38 @@ void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k)
   }
 }
 
+void CubeAggregator::Data::ContributionOptions(const PackedKey& leafKey, std::vector<std::vector<int>>& options,
+                                               double& maskResponses,
+                                               std::map<int, double>& subtotalResponses) const {
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    const int code = DecodeSlot(leafKey, static_cast<int>(i));
+    options[i].assign(1, code);
+    if (_single[i] && code != kCellKeyTotal) {
+      const int subtotal = _dimensions[i]->SubtotalOf(code);
+      if (subtotal != 0) options[i].push_back(subtotal);
+      options[i].push_back(kCellKeyTotal);
+    }
+    if (static_cast<int>(i) == _setPosition && _maskMembers > 0 && code >= _maskMembers) {
+      // A combination cell: each member counted, then the set's total.
+      options[i].clear();
+      subtotalResponses.clear();
+      const std::uint64_t mask = static_cast<std::uint64_t>(code - _maskMembers);
+      for (int member = 0; member < _maskMembers; ++member) {
+        if (mask & (std::uint64_t{1} << member)) {
+          options[i].push_back(member);
+          maskResponses += 1.0;
+          // A subtotal takes the cell once, with the responses of its members.
+          const int subtotal = _dimensions[i]->SubtotalOf(member);
+          if (subtotal == 0) continue;
+          if (subtotalResponses.find(subtotal) == subtotalResponses.end()) options[i].push_back(subtotal);
+          subtotalResponses[subtotal] += 1.0;
+        }
+      }
+      options[i].push_back(kCellKeyTotal);
+    }
+  }
+}
+
 void CubeAggregator::Complete() {
   Data& d = *_data;
   if (d._complete) return;
@@ -968,47 +1006,15 @@ void CubeAggregator::Complete() {
     const PackedKey& leafKey = leafKeys[source];
     double maskResponses = 0.0;  // members in a combination cell of a dichotomy set, else 0
     std::map<int, double> subtotalResponses;  // members of each subtotal in that combination
-    for (std::size_t i = 0; i < n; ++i) {
-      const int code = DecodeSlot(leafKey, static_cast<int>(i));
-      options[i].assign(1, code);
-      if (d._single[i] && code != kCellKeyTotal) {
-        const int subtotal = d._dimensions[i]->SubtotalOf(code);
-        if (subtotal != 0) options[i].push_back(subtotal);
-        options[i].push_back(kCellKeyTotal);
-      }
-      if (static_cast<int>(i) == d._setPosition && d._maskMembers > 0 && code >= d._maskMembers) {
-        // A combination cell: each member counted, then the set's total.
-        options[i].clear();
-        subtotalResponses.clear();
-        const std::uint64_t mask = static_cast<std::uint64_t>(code - d._maskMembers);
-        for (int member = 0; member < d._maskMembers; ++member) {
-          if (mask & (std::uint64_t{1} << member)) {
-            options[i].push_back(member);
-            maskResponses += 1.0;
-            // A subtotal takes the cell once, with the responses of its members.
-            const int subtotal = d._dimensions[i]->SubtotalOf(member);
-            if (subtotal == 0) continue;
-            if (subtotalResponses.find(subtotal) == subtotalResponses.end()) options[i].push_back(subtotal);
-            subtotalResponses[subtotal] += 1.0;
-          }
-        }
-        options[i].push_back(kCellKeyTotal);
-      }
-      odometer[i] = 0;
-    }
+    d.ContributionOptions(leafKey, options, maskResponses, subtotalResponses);
+    std::fill(odometer.begin(), odometer.end(), 0);
     // The set carrying the statistics: one response per member counted, all of them at its total.
     const bool addResponses = maskResponses > 0.0 && d._statPosition == d._setPosition;
     while (true) {
       for (std::size_t i = 0; i < n; ++i) codes[i] = options[i][odometer[i]];
       PackedKey key;
       d.Pack(codes.data(), key);
-      auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
-      if (inserted.second) {
-        d._cells.emplace_back();
-        d._cellKeys.push_back(key);
-        d._scaleCells.resize(d._scaleCells.size() + scales, ScaleCell(d._mode != kWeightNone && d._keepWeights));
-      }
-      const std::uint32_t target = inserted.first->second;
+      const std::uint32_t target = d.Insert(key);
       d._cells[target].Merge(cells[source]);
       if (addResponses) {
         const Cell& leaf = cells[source];
