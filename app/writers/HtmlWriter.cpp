@@ -102,121 +102,147 @@ void HtmlWriter::WriteMessage(int level, const std::string& text, std::ostream& 
       << Escape(text) << "</p>\n";
 }
 
-void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
+// The table's own data column widths, in points as the user gave them, as a style attribute
+// for every data cell and the column labels that stand over one column.
+std::string HtmlWriter::WidthStyle(const DeliveredTable& table) {
+  std::string style;
+  if (table.minDataColumnWidth > 0) style += "min-width:" + std::to_string(table.minDataColumnWidth) + "pt;";
+  if (table.maxDataColumnWidth > 0) style += "max-width:" + std::to_string(table.maxDataColumnWidth) + "pt;";
+  return style.empty() ? style : " style=\"" + style + "\"";
+}
+
+void HtmlWriter::WriteCaption(const TableLayout& layout, std::size_t layerIndex, std::ostream& out) {
   const DeliveredTable& table = layout.GetTable();
+  const auto& layers = layout.GetLayers();
+  out << "<caption>";
+  // An empty table names itself, even where the outline carries its title.
+  const bool titleShown = !table.titleHidden || layout.IsEmpty();
+  if (titleShown) out << Escape(table.title) << Marks(layout.GetTitleMarks());
+  if (!table.mergedTitle.empty() && !(titleShown && table.mergedTitle == table.title))
+    out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
+  if (layerIndex < layers.size() && !layers[layerIndex].labelPath.empty()) {
+    std::string path;
+    for (const std::string& label : layers[layerIndex].labelPath) path += (path.empty() ? "" : " / ") + label;
+    out << "<span class=\"layer\">" << Escape(path) << "</span>";
+  }
+  out << "</caption>\n";
+}
+
+// Header rows: the corner spans the row-header columns and every header level.
+void HtmlWriter::WriteHead(const TableLayout& layout, const std::string& idPrefix, std::ostream& out) {
+  const AxisLayout& columns = layout.GetColumns();
+  const std::string widthStyle = WidthStyle(layout.GetTable());
+  out << "<thead>\n";
+  const int headerRows = std::max(columns.levels, 1);
+  for (int level = 0; level < headerRows; ++level) {
+    out << "<tr>";
+    if (level == 0) {
+      out << "<td colspan=\"" << std::max(layout.GetRows().levels, 1) << "\" rowspan=\"" << headerRows << "\">"
+          << Escape(layout.GetTable().corner) << "</td>";
+    }
+    for (const HeaderLabel& label : columns.labels) {
+      if (label.level != level) continue;
+      out << "<th id=\"" << idPrefix << "c" << label.level << "-" << label.start << "\" scope=\""
+          << (label.span > 1 ? "colgroup" : "col") << "\"";
+      if (label.span > 1) out << " colspan=\"" << label.span << "\"";
+      if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
+      if (label.span == 1) out << widthStyle;
+      out << '>' << Escape(label.text) << "</th>";
+    }
+    if (columns.levels == 0) {
+      for (std::size_t column = 0; column < columns.entries.size(); ++column) out << "<td></td>";
+    }
+    out << "</tr>\n";
+  }
+  out << "</thead>\n";
+}
+
+void HtmlWriter::WriteRowHeaders(const AxisLayout& rows, int rowIndex, const std::string& idPrefix,
+                                 std::ostream& out) {
+  if (rows.levels == 0) out << "<th scope=\"row\"></th>";
+  for (int level = 0; level < rows.levels; ++level) {
+    const HeaderLabel* label = rows.LabelAt(level, rowIndex);
+    if (label == nullptr) {
+      out << "<th scope=\"row\"></th>";
+      continue;
+    }
+    if (label->level != level || label->start != rowIndex) continue;
+    out << "<th id=\"" << idPrefix << "r" << label->level << "-" << label->start << "\" scope=\""
+        << (label->span > 1 ? "rowgroup" : "row") << "\"";
+    if (label->span > 1) out << " rowspan=\"" << label->span << "\"";
+    if (label->depth > 1) out << " colspan=\"" << label->depth << "\"";
+    out << '>' << Escape(label->text) << "</th>";
+  }
+}
+
+void HtmlWriter::WriteBody(const TableLayout& layout, int layerIndex, const std::string& idPrefix,
+                           std::ostream& out) {
   const AxisLayout& rows = layout.GetRows();
   const AxisLayout& columns = layout.GetColumns();
-  const int rowLevels = rows.levels;
   const int columnCount = static_cast<int>(columns.entries.size());
-  const int totalColumns = std::max(rowLevels, 1) + columnCount;
-  const auto& layers = layout.GetLayers();
+  const std::string widthStyle = WidthStyle(layout.GetTable());
+  out << "<tbody>\n";
+  if (layout.IsEmpty())
+    out << "<tr><td colspan=\"" << TotalColumns(layout) << "\">" << kNoCasesText << "</td></tr>\n";
+  std::vector<std::string> columnIds;
+  for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
+    columnIds.push_back(HeaderIds(columns, columnIndex, idPrefix + "c"));
+  for (int rowIndex = 0; rowIndex < static_cast<int>(rows.entries.size()) && !layout.IsEmpty(); ++rowIndex) {
+    out << "<tr>";
+    WriteRowHeaders(rows, rowIndex, idPrefix, out);
+    const std::string rowIds = HeaderIds(rows, rowIndex, idPrefix + "r");
+    for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+      const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, columnIndex);
+      const std::string& ids = columnIds[static_cast<std::size_t>(columnIndex)];
+      const std::string headers = ids + (ids.empty() || rowIds.empty() ? "" : " ") + rowIds;
+      out << "<td";
+      if (!headers.empty()) out << " headers=\"" << headers << "\"";
+      out << widthStyle << '>' << Escape(cell.text);
+      if (!cell.markers.empty()) {
+        std::string markers;
+        for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;
+        out << "<span class=\"marker\">" << Escape(markers) << "</span>";
+      }
+      out << Marks(cell.noteMarks) << "</td>";
+    }
+    out << "</tr>\n";
+  }
+  out << "</tbody>\n";
+}
+
+void HtmlWriter::WriteFoot(const TableLayout& layout, std::ostream& out) {
+  const DeliveredTable& table = layout.GetTable();
+  if (table.caption.empty() && table.notes.empty()) return;
+  const int totalColumns = TotalColumns(layout);
+  out << "<tfoot>\n";
+  if (!table.caption.empty()) {
+    out << "<tr><td colspan=\"" << totalColumns << "\">" << Escape(table.caption) << Marks(table.captionNoteMarks)
+        << "</td></tr>\n";
+  }
+  for (const DeliveredNote& note : table.notes) {
+    out << "<tr><td colspan=\"" << totalColumns << "\"><sup>" << Escape(note.mark) << "</sup> "
+        << Escape(note.text) << "</td></tr>\n";
+  }
+  out << "</tfoot>\n";
+}
+
+int HtmlWriter::TotalColumns(const TableLayout& layout) {
+  return std::max(layout.GetRows().levels, 1) + static_cast<int>(layout.GetColumns().entries.size());
+}
+
+void HtmlWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   // An empty table still gets one <table>, whose caption names it, even without a layer.
-  const std::size_t layerCount = layout.IsEmpty() ? 1 : layers.size();
+  const std::size_t layerCount = layout.IsEmpty() ? 1 : layout.GetLayers().size();
   ++_tableCount;
   for (std::size_t layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
     // Ids unique in the page: table, layer, axis, header level and first entry.
-    const std::string idPrefix =
-        "q" + std::to_string(_tableCount) + "-" + std::to_string(layerIndex + 1) + "-";
+    const std::string idPrefix = "q" + std::to_string(_tableCount) + "-" + std::to_string(layerIndex + 1) + "-";
     // A wide table scrolls in its own box; the page around it stays put.
-    out << "<div class=\"table-scroll\">\n<table>\n<caption>";
-    // An empty table names itself, even where the outline carries its title.
-    const bool titleShown = !table.titleHidden || layout.IsEmpty();
-    if (titleShown) out << Escape(table.title) << Marks(layout.GetTitleMarks());
-    if (!table.mergedTitle.empty() && !(titleShown && table.mergedTitle == table.title))
-      out << "<span class=\"merged\">" << Escape(table.mergedTitle) << "</span>";
-    if (layerIndex < layers.size() && !layers[layerIndex].labelPath.empty()) {
-      std::string path;
-      for (const std::string& label : layers[layerIndex].labelPath)
-        path += (path.empty() ? "" : " / ") + label;
-      out << "<span class=\"layer\">" << Escape(path) << "</span>";
-    }
-    out << "</caption>\n";
-
-    // The table's own data column widths, in points as the user gave them, on every data
-    // cell and on the column labels that stand over one column.
-    std::string widthStyle;
-    if (table.minDataColumnWidth > 0) widthStyle += "min-width:" + std::to_string(table.minDataColumnWidth) + "pt;";
-    if (table.maxDataColumnWidth > 0) widthStyle += "max-width:" + std::to_string(table.maxDataColumnWidth) + "pt;";
-    if (!widthStyle.empty()) widthStyle = " style=\"" + widthStyle + "\"";
-
-    // Header rows: the corner spans the row-header columns and every header level.
-    out << "<thead>\n";
-    const int headerRows = std::max(columns.levels, 1);
-    for (int level = 0; level < headerRows; ++level) {
-      out << "<tr>";
-      if (level == 0) {
-        out << "<td colspan=\"" << std::max(rowLevels, 1) << "\" rowspan=\"" << headerRows << "\">"
-            << Escape(table.corner) << "</td>";
-      }
-      for (const HeaderLabel& label : columns.labels) {
-        if (label.level != level) continue;
-        out << "<th id=\"" << idPrefix << "c" << label.level << "-" << label.start << "\" scope=\""
-            << (label.span > 1 ? "colgroup" : "col") << "\"";
-        if (label.span > 1) out << " colspan=\"" << label.span << "\"";
-        if (label.depth > 1) out << " rowspan=\"" << label.depth << "\"";
-        if (label.span == 1) out << widthStyle;
-        out << '>' << Escape(label.text) << "</th>";
-      }
-      if (columns.levels == 0) {
-        for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) out << "<td></td>";
-      }
-      out << "</tr>\n";
-    }
-    out << "</thead>\n<tbody>\n";
-    std::vector<std::string> columnIds;
-    for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
-      columnIds.push_back(HeaderIds(columns, columnIndex, idPrefix + "c"));
-    if (layout.IsEmpty()) {
-      out << "<tr><td colspan=\"" << totalColumns << "\">" << kNoCasesText << "</td></tr>\n";
-    }
-    for (std::size_t rowIndex = 0; rowIndex < rows.entries.size() && !layout.IsEmpty(); ++rowIndex) {
-      out << "<tr>";
-      if (rowLevels == 0) out << "<th scope=\"row\"></th>";
-      for (int level = 0; level < rowLevels; ++level) {
-        const HeaderLabel* label = rows.LabelAt(level, static_cast<int>(rowIndex));
-        if (label == nullptr) {
-          out << "<th scope=\"row\"></th>";
-          continue;
-        }
-        if (label->level != level || label->start != static_cast<int>(rowIndex)) continue;
-        out << "<th id=\"" << idPrefix << "r" << label->level << "-" << label->start << "\" scope=\""
-            << (label->span > 1 ? "rowgroup" : "row") << "\"";
-        if (label->span > 1) out << " rowspan=\"" << label->span << "\"";
-        if (label->depth > 1) out << " colspan=\"" << label->depth << "\"";
-        out << '>' << Escape(label->text) << "</th>";
-      }
-      const std::string rowIds = HeaderIds(rows, static_cast<int>(rowIndex), idPrefix + "r");
-      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-        const LayoutCell& cell =
-            layout.GetCell(static_cast<int>(layerIndex), static_cast<int>(rowIndex), columnIndex);
-        const std::string ids =
-            columnIds[static_cast<std::size_t>(columnIndex)] +
-            (columnIds[static_cast<std::size_t>(columnIndex)].empty() || rowIds.empty() ? "" : " ") + rowIds;
-        out << "<td";
-        if (!ids.empty()) out << " headers=\"" << ids << "\"";
-        out << widthStyle << '>' << Escape(cell.text);
-        if (!cell.markers.empty()) {
-          std::string markers;
-          for (const std::string& marker : cell.markers) markers += (markers.empty() ? "" : " ") + marker;
-          out << "<span class=\"marker\">" << Escape(markers) << "</span>";
-        }
-        out << Marks(cell.noteMarks) << "</td>";
-      }
-      out << "</tr>\n";
-    }
-    out << "</tbody>\n";
-    if (!table.caption.empty() || !table.notes.empty()) {
-      out << "<tfoot>\n";
-      if (!table.caption.empty()) {
-        out << "<tr><td colspan=\"" << totalColumns << "\">" << Escape(table.caption)
-            << Marks(table.captionNoteMarks) << "</td></tr>\n";
-      }
-      for (const DeliveredNote& note : table.notes) {
-        out << "<tr><td colspan=\"" << totalColumns << "\"><sup>" << Escape(note.mark) << "</sup> "
-            << Escape(note.text) << "</td></tr>\n";
-      }
-      out << "</tfoot>\n";
-    }
+    out << "<div class=\"table-scroll\">\n<table>\n";
+    WriteCaption(layout, layerIndex, out);
+    WriteHead(layout, idPrefix, out);
+    WriteBody(layout, static_cast<int>(layerIndex), idPrefix, out);
+    WriteFoot(layout, out);
     out << "</table>\n</div>\n";
   }
 }

@@ -6,6 +6,9 @@
 
 #include "writers/OutputWriter.h"
 
+struct AxisLayout;
+struct DeliveredTable;
+
 /// One page with inline CSS. Each layer of a table is its own <table> whose <caption>
 /// holds the title and the layer's labels; nested headers use rowspan and colspan; notes
 /// stand in a <tfoot> and are referred to by <sup> marks. Header cells carry `scope` and an
@@ -24,6 +27,14 @@ class HtmlWriter : public OutputWriter {
  private:
   static std::string Escape(const std::string& text);
   static std::string Marks(const std::vector<std::string>& marks);
+  static std::string WidthStyle(const DeliveredTable& table);
+  /// Row-header columns and data columns: what a footer or an empty body spans.
+  static int TotalColumns(const TableLayout& layout);
+  static void WriteCaption(const TableLayout& layout, std::size_t layerIndex, std::ostream& out);
+  static void WriteHead(const TableLayout& layout, const std::string& idPrefix, std::ostream& out);
+  static void WriteRowHeaders(const AxisLayout& rows, int rowIndex, const std::string& idPrefix, std::ostream& out);
+  static void WriteBody(const TableLayout& layout, int layerIndex, const std::string& idPrefix, std::ostream& out);
+  static void WriteFoot(const TableLayout& layout, std::ostream& out);
 
   int _tableCount = 0;  // tables written so far, numbering the ids of their header cells
 };

@@ -31,6 +31,10 @@ class OutputWriter {
 
   void Write(const OutputDocument& document, std::ostream& out);
 
+  /// A cell's text followed by its markers and its note marks as the text and HTML
+  /// writers show them: "12 A B [a]".
+  static std::string CellDisplay(const struct LayoutCell& cell);
+
  protected:
   virtual void BeginDocument(std::ostream& out) = 0;
   virtual void EndDocument(std::ostream& out) = 0;
@@ -44,9 +48,6 @@ class OutputWriter {
   static constexpr const char* kNoCasesText = "(no cases)";
   /// "Warning", "Error" or "Fatal error" for a message level.
   static std::string LevelName(int level);
-  /// A cell's text followed by its markers and its note marks as the text and HTML
-  /// writers show them: "12 A B [a]".
-  static std::string CellDisplay(const struct LayoutCell& cell);
 
  private:
   void WriteItem(const OutputItem& item, int depth, std::ostream& out);

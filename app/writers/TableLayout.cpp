@@ -31,9 +31,16 @@ struct AxisBuild {
   std::vector<int> depths;                   // per axis dimension
 };
 
-AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimensions) {
-  AxisLayout axis;
-  axis.dimensions = dimensions;
+// Per entry and level of the header grid: the label and an identity of the whole path down
+// to it.
+struct Slot {
+  std::string text;
+  std::string identity;
+  bool continuation = false;  // a short path's leaf reaching down
+};
+using SlotGrid = std::vector<std::vector<Slot>>;
+
+AxisBuild CollectAxisPaths(const DeliveredTable& table, const std::vector<int>& dimensions) {
   AxisBuild build;
   int nextId = 0;
   for (int dimensionIndex : dimensions) {
@@ -45,15 +52,17 @@ AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimens
     for (const NodePath& leafPath : paths) depth = std::max(depth, static_cast<int>(leafPath.size()));
     build.paths.push_back(std::move(paths));
     build.depths.push_back(depth);
-    axis.levels += depth;
   }
+  return build;
+}
 
-  // Every combination of leaves, outermost dimension varying slowest.
+// Every combination of leaves, outermost dimension varying slowest.
+std::vector<std::vector<int>> LeafCombinations(const AxisBuild& build) {
   std::vector<std::vector<int>> combinations(1);
-  for (std::size_t position = 0; position < dimensions.size(); ++position) {
+  for (const std::vector<NodePath>& leaves : build.paths) {
     std::vector<std::vector<int>> extended;
     for (const std::vector<int>& prefix : combinations) {
-      for (std::size_t leaf = 0; leaf < build.paths[position].size(); ++leaf) {
+      for (std::size_t leaf = 0; leaf < leaves.size(); ++leaf) {
         std::vector<int> next = prefix;
         next.push_back(static_cast<int>(leaf));
         extended.push_back(std::move(next));
@@ -61,40 +70,36 @@ AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimens
     }
     combinations = std::move(extended);
   }
+  return combinations;
+}
 
-  // Per entry and level: the label and an identity of the whole path down to it.
-  struct Slot {
-    std::string text;
-    std::string identity;
-    bool continuation = false;  // a short path's leaf reaching down
-  };
-  std::vector<std::vector<Slot>> grid;
-  for (const std::vector<int>& leaves : combinations) {
-    AxisEntry entry;
-    entry.leaves = leaves;
-    std::vector<Slot> slots;
-    std::string identity;
-    for (std::size_t position = 0; position < leaves.size(); ++position) {
-      const NodePath& path = build.paths[position][static_cast<std::size_t>(leaves[position])];
-      for (const auto& [text, id] : path) {
-        identity += std::to_string(position) + ":" + std::to_string(id) + "/";
-        slots.push_back({text, identity, false});
-        entry.labelPath.push_back(text);
-      }
-      for (int pad = static_cast<int>(path.size()); pad < build.depths[position]; ++pad) {
-        if (slots.empty() || path.empty()) {
-          identity += std::to_string(position) + ":empty" + std::to_string(pad) + "/";
-          slots.push_back({"", identity, false});
-        } else {
-          slots.push_back({slots.back().text, slots.back().identity, true});
-        }
+// The header slots of one entry, and its visible label path. A path shorter than its
+// dimension's depth reaches down: its leaf continues into the levels below it.
+std::vector<Slot> EntrySlots(const AxisBuild& build, const std::vector<int>& leaves, AxisEntry& entry) {
+  std::vector<Slot> slots;
+  std::string identity;
+  for (std::size_t position = 0; position < leaves.size(); ++position) {
+    const NodePath& path = build.paths[position][static_cast<std::size_t>(leaves[position])];
+    for (const auto& [text, id] : path) {
+      identity += std::to_string(position) + ":" + std::to_string(id) + "/";
+      slots.push_back({text, identity, false});
+      entry.labelPath.push_back(text);
+    }
+    for (int pad = static_cast<int>(path.size()); pad < build.depths[position]; ++pad) {
+      if (slots.empty() || path.empty()) {
+        identity += std::to_string(position) + ":empty" + std::to_string(pad) + "/";
+        slots.push_back({"", identity, false});
+      } else {
+        slots.push_back({slots.back().text, slots.back().identity, true});
       }
     }
-    axis.entries.push_back(std::move(entry));
-    grid.push_back(std::move(slots));
   }
+  return slots;
+}
 
-  // Spans: adjacent entries whose identity down to a level agrees share one label.
+// Spans: adjacent entries whose identity down to a level agrees share one label, which
+// reaches down over the continuations of its own leaf.
+void AddSpanningLabels(const SlotGrid& grid, AxisLayout& axis) {
   for (int level = 0; level < axis.levels; ++level) {
     for (std::size_t start = 0; start < grid.size();) {
       const Slot& slot = grid[start][static_cast<std::size_t>(level)];
@@ -117,8 +122,11 @@ AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimens
       start = end;
     }
   }
-  // Each place of the header grid is covered by at most one label: an index of them makes
-  // finding the label at a place one look-up, whatever the number of rows.
+}
+
+// Each place of the header grid is covered by at most one label: an index of them makes
+// finding the label at a place one look-up, whatever the number of rows.
+void IndexLabels(AxisLayout& axis) {
   const std::size_t width = axis.entries.size();
   axis.labelIndex.assign(static_cast<std::size_t>(axis.levels) * width, -1);
   for (std::size_t index = 0; index < axis.labels.size(); ++index) {
@@ -130,6 +138,22 @@ AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimens
       }
     }
   }
+}
+
+AxisLayout BuildAxis(const DeliveredTable& table, const std::vector<int>& dimensions) {
+  AxisLayout axis;
+  axis.dimensions = dimensions;
+  const AxisBuild build = CollectAxisPaths(table, dimensions);
+  for (int depth : build.depths) axis.levels += depth;
+  SlotGrid grid;
+  for (const std::vector<int>& leaves : LeafCombinations(build)) {
+    AxisEntry entry;
+    entry.leaves = leaves;
+    grid.push_back(EntrySlots(build, leaves, entry));
+    axis.entries.push_back(std::move(entry));
+  }
+  AddSpanningLabels(grid, axis);
+  IndexLabels(axis);
   return axis;
 }
 

@@ -212,17 +212,232 @@ void TextWriter::WriteGrid(const std::vector<GridRow>& header, const std::vector
   out << Rule(widths, last, nullptr) << '\n';
 }
 
+namespace {
+
+// How wide every header level and data column is drawn, decided once for every layer so
+// that the sections of a layered table line up.
+struct GridWidths {
+  std::vector<int> rowLevels;  // one per row header level
+  std::vector<int> data;       // one per data column
+  int rowBlock = 1;            // the row headers' share of a line, rules included
+  std::vector<bool> prose;     // per data column: its text cells wrap, so they read from the left
+};
+
+// Row headers take no column when every row label is hidden and the corner is empty (a list
+// of sentences, a table of columns only); otherwise at least one.
+int RowHeaderLevels(const TableLayout& layout) {
+  const int levels = layout.GetRows().levels;
+  return levels == 0 && layout.GetTable().corner.empty() ? 0 : std::max(levels, 1);
+}
+
+std::vector<int> RowLevelWidths(const TableLayout& layout, int rowLevels) {
+  std::vector<int> widths(static_cast<std::size_t>(rowLevels), 1);
+  for (const HeaderLabel& label : layout.GetRows().labels) {
+    int& width = widths[static_cast<std::size_t>(label.level + label.depth - 1)];
+    width = std::max(width, LabelWidth(label.text, kMaxRowLabelWidth) - 3 * (label.depth - 1));
+  }
+  const std::string& corner = layout.GetTable().corner;
+  if (!corner.empty()) {
+    int available = 3 * (rowLevels - 1);
+    for (int width : widths) available += width;
+    const int wanted = LabelWidth(corner, kMaxRowLabelWidth);
+    if (wanted > available) widths.back() += wanted - available;
+  }
+  return widths;
+}
+
+// What each data column's cells ask for. Only a cell text that holds no number and is wider
+// than the page (a long sentence) wraps, at the page's width; no other cell text is cut.
+std::vector<int> CellColumnWidths(const TableLayout& layout, int pageWidth) {
+  const int columnCount = static_cast<int>(layout.GetColumns().entries.size());
+  const int rowCount = static_cast<int>(layout.GetRows().entries.size());
+  const int layerCount = static_cast<int>(layout.GetLayers().size());
+  std::vector<int> widths(static_cast<std::size_t>(columnCount), 1);
+  for (int layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
+    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+        const std::string display = OutputWriter::CellDisplay(layout.GetCell(layerIndex, rowIndex, columnIndex));
+        int wanted = WidestLine(display);
+        if (!layout.GetCell(layerIndex, rowIndex, columnIndex).hasNumber)
+          wanted = std::min(wanted, std::max(pageWidth - 4, LongestWord(display)));
+        int& width = widths[static_cast<std::size_t>(columnIndex)];
+        width = std::max(width, wanted);
+      }
+    }
+  }
+  return widths;
+}
+
+// The data column widths: the cells' own, widened for the column labels (a spanning label
+// into its last column, narrow labels first; labels wrap at the table's maximum), then held
+// within the table's minimum and maximum, which never cut a cell's text. A minimum wider than
+// the page is held to the page, so that a column of sentences still fits on it.
+std::vector<int> DataColumnWidths(const TableLayout& layout, int pageWidth) {
+  const int minCharacters = std::min(layout.GetMinDataColumnCharacters(), pageWidth - 4);
+  const int maxCharacters = layout.GetMaxDataColumnCharacters();
+  const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
+  const std::vector<int> cellWidths = CellColumnWidths(layout, pageWidth);
+  std::vector<int> widths = cellWidths;
+  std::vector<HeaderLabel> bySpan = layout.GetColumns().labels;
+  std::stable_sort(bySpan.begin(), bySpan.end(), [](const auto& a, const auto& b) { return a.span < b.span; });
+  for (const HeaderLabel& label : bySpan) {
+    int available = 3 * (label.span - 1);
+    for (int column = label.start; column < label.start + label.span; ++column)
+      available += widths[static_cast<std::size_t>(column)];
+    const int wanted = LabelWidth(label.text, labelLimit * label.span);
+    if (wanted > available) widths[static_cast<std::size_t>(label.start + label.span - 1)] += wanted - available;
+  }
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    int& width = widths[column];
+    if (maxCharacters > 0) width = std::min(width, std::max(maxCharacters, cellWidths[column]));
+    width = std::max(width, minCharacters);
+  }
+  return widths;
+}
+
+// How many data columns fit on a line beside row headers `rowBlock` wide.
+int ColumnsBeside(const GridWidths& widths, int pageWidth) {
+  int fitting = 0;
+  const int columnCount = static_cast<int>(widths.data.size());
+  for (int used = widths.rowBlock; fitting < columnCount; ++fitting) {
+    used += widths.data[static_cast<std::size_t>(fitting)] + 3;
+    if (used > pageWidth) break;
+  }
+  return fitting;
+}
+
+// Row labels wrap like column labels when the row headers leave too little room for data:
+// while the first panel would hold fewer than a few data columns, the widest row level gives
+// up width, down to half the line for all row headers.
+void NarrowRowHeaders(GridWidths& widths, int pageWidth) {
+  const int usefulColumns = std::min(static_cast<int>(widths.data.size()), kUsefulDataColumns);
+  while (!widths.rowLevels.empty() && ColumnsBeside(widths, pageWidth) < usefulColumns &&
+         widths.rowBlock > pageWidth / 2) {
+    auto widestLevel = std::max_element(widths.rowLevels.begin(), widths.rowLevels.end());
+    if (*widestLevel <= kMinRowLabelWidth) break;
+    --*widestLevel;
+    --widths.rowBlock;
+  }
+}
+
+// A column in which some text without a number is wider than the column wraps it as prose;
+// all its text cells then align left, as sentences read, and its numbers stay right.
+std::vector<bool> ProseColumns(const TableLayout& layout, const std::vector<int>& dataWidths) {
+  const int rowCount = static_cast<int>(layout.GetRows().entries.size());
+  const int layerCount = static_cast<int>(layout.GetLayers().size());
+  std::vector<bool> prose(dataWidths.size(), false);
+  for (int layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
+    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+      for (std::size_t column = 0; column < dataWidths.size(); ++column) {
+        const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, static_cast<int>(column));
+        if (!cell.hasNumber && WidestLine(OutputWriter::CellDisplay(cell)) > dataWidths[column])
+          prose[column] = true;
+      }
+    }
+  }
+  return prose;
+}
+
+GridWidths DecideWidths(const TableLayout& layout, int pageWidth) {
+  GridWidths widths;
+  widths.rowLevels = RowLevelWidths(layout, RowHeaderLevels(layout));
+  widths.data = DataColumnWidths(layout, pageWidth);
+  widths.prose = ProseColumns(layout, widths.data);
+  for (int width : widths.rowLevels) widths.rowBlock += width + 3;
+  NarrowRowHeaders(widths, pageWidth);
+  return widths;
+}
+
+// Column panels [first, end): as many data columns as fit beside the repeated row headers. A
+// panel that cuts through a group squeezes the group's label into the columns it keeps, so a
+// panel ends at the start of the outermost group it would cut, unless that group starts the
+// panel (it is wider than a panel, or spans everything).
+std::vector<std::pair<int, int>> ColumnPanels(const AxisLayout& columns, const GridWidths& widths, int pageWidth) {
+  const int columnCount = static_cast<int>(widths.data.size());
+  std::vector<std::pair<int, int>> panels;
+  for (int start = 0; start < columnCount || (start == 0 && columnCount == 0);) {
+    int end = start;
+    int used = widths.rowBlock;
+    while (end < columnCount &&
+           (end == start || used + widths.data[static_cast<std::size_t>(end)] + 3 <= pageWidth)) {
+      used += widths.data[static_cast<std::size_t>(end)] + 3;
+      ++end;
+    }
+    for (int level = 0; end < columnCount && level < columns.levels; ++level) {
+      const HeaderLabel* label = columns.LabelAt(level, end);
+      if (label != nullptr && label->start > start && label->start < end) {
+        end = label->start;
+        break;
+      }
+    }
+    panels.emplace_back(start, end);
+    if (end == start) break;
+    start = end;
+  }
+  return panels;
+}
+
+std::string LayerPath(const AxisEntry& layer) {
+  std::string path;
+  for (const std::string& label : layer.labelPath) path += (path.empty() ? "" : " / ") + label;
+  return path;
+}
+
+}  // namespace
+
+std::vector<TextWriter::GridRow> TextWriter::HeaderRows(const TableLayout& layout, int panelStart,
+                                                         int panelEnd) {
+  const AxisLayout& columns = layout.GetColumns();
+  const int rowLevels = RowHeaderLevels(layout);
+  std::vector<GridRow> header;
+  for (int level = 0; level < columns.levels; ++level) {
+    GridRow row;
+    if (rowLevels > 0)
+      row.push_back({0, rowLevels, level == 0 ? layout.GetTable().corner : std::string(), false});
+    for (int column = panelStart; column < panelEnd;) {
+      const HeaderLabel* label = columns.LabelAt(level, column);
+      const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);
+      const bool shows = label != nullptr && label->level == level;
+      row.push_back({rowLevels + column - panelStart, end - column, shows ? label->text : std::string(), false});
+      column = end;
+    }
+    header.push_back(std::move(row));
+  }
+  return header;
+}
+
+std::vector<TextWriter::GridRow> TextWriter::BodyRows(const TableLayout& layout, int layerIndex, int panelStart,
+                                                       int panelEnd, const std::vector<bool>& prose) {
+  const AxisLayout& rows = layout.GetRows();
+  const int rowLevels = RowHeaderLevels(layout);
+  std::vector<GridRow> body;
+  for (int rowIndex = 0; rowIndex < static_cast<int>(rows.entries.size()); ++rowIndex) {
+    GridRow row;
+    for (int level = 0; level < rowLevels;) {
+      const HeaderLabel* label = rows.levels == 0 ? nullptr : rows.LabelAt(level, rowIndex);
+      const int depth = label == nullptr ? 1 : label->level + label->depth - level;
+      const bool shows = label != nullptr && label->start == rowIndex && label->level == level;
+      row.push_back({level, depth, shows ? label->text : std::string(), false});
+      level += depth;
+    }
+    for (int column = panelStart; column < panelEnd; ++column) {
+      const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, column);
+      const bool alignRight = cell.hasNumber || !prose[static_cast<std::size_t>(column)];
+      row.push_back({rowLevels + column - panelStart, 1, CellDisplay(cell), alignRight});
+    }
+    body.push_back(std::move(row));
+  }
+  return body;
+}
+
+void TextWriter::WriteTableNotes(const DeliveredTable& table, std::ostream& out) const {
+  if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
+  for (const DeliveredNote& note : table.notes) WriteWrapped(note.mark + ". " + note.text, out);
+  out << '\n';
+}
+
 void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
   const DeliveredTable& table = layout.GetTable();
-  const AxisLayout& rows = layout.GetRows();
-  const AxisLayout& columns = layout.GetColumns();
-  const auto& layers = layout.GetLayers();
-  // Row headers take no column when every row label is hidden and the corner is empty (a list
-  // of sentences, a table of columns only); otherwise at least one.
-  const int rowLevels = rows.levels == 0 && table.corner.empty() ? 0 : std::max(rows.levels, 1);
-  const int columnCount = static_cast<int>(columns.entries.size());
-  const int rowCount = static_cast<int>(rows.entries.size());
-
   // A table without a single cell would draw only the two rules of an empty box: its title,
   // shown even where the outline carries it, says which table is empty instead.
   const bool titleShown = !table.titleHidden || layout.IsEmpty();
@@ -233,163 +448,24 @@ void TextWriter::WriteTable(const TableLayout& layout, std::ostream& out) {
     WriteWrapped(table.mergedTitle, out);
   if (layout.IsEmpty()) {
     WriteWrapped(kNoCasesText, out);
-    if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
-    for (const DeliveredNote& note : table.notes) WriteWrapped(note.mark + ". " + note.text, out);
-    out << '\n';
+    WriteTableNotes(table, out);
     return;
   }
-
-  // Widths, decided once for every layer so that the sections line up.
-  std::vector<int> rowWidths(static_cast<std::size_t>(rowLevels), 1);
-  for (const HeaderLabel& label : rows.labels) {
-    int& width = rowWidths[static_cast<std::size_t>(label.level + label.depth - 1)];
-    width = std::max(width, LabelWidth(label.text, kMaxRowLabelWidth) - 3 * (label.depth - 1));
-  }
-  if (!table.corner.empty()) {
-    int available = 0;
-    for (int width : rowWidths) available += width;
-    available += 3 * (rowLevels - 1);
-    const int wanted = LabelWidth(table.corner, kMaxRowLabelWidth);
-    if (wanted > available) rowWidths.back() += wanted - available;
-  }
-  // The table's own data column widths: labels wrap at the maximum, which never cuts a
-  // cell's text; the minimum widens narrower columns. Only a cell text that holds no number
-  // and is wider than the page (a long sentence) wraps, at the page's width.
-  const int minCharacters = layout.GetMinDataColumnCharacters();
-  const int maxCharacters = layout.GetMaxDataColumnCharacters();
-  const int labelLimit = maxCharacters > 0 ? maxCharacters : kMaxLabelWidth;
-  std::vector<int> dataWidths(static_cast<std::size_t>(columnCount), 1);
-  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
-    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
-      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-        const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
-        const std::string display = CellDisplay(cell);
-        int wanted = WidestLine(display);
-        if (!cell.hasNumber) wanted = std::min(wanted, std::max(_width - 4, LongestWord(display)));
-        int& width = dataWidths[static_cast<std::size_t>(columnIndex)];
-        width = std::max(width, wanted);
-      }
-    }
-  }
-  const std::vector<int> cellWidths = dataWidths;
-  // Spanning labels are widened into their last column; narrow ones first.
-  std::vector<HeaderLabel> bySpan = columns.labels;
-  std::stable_sort(bySpan.begin(), bySpan.end(),
-                   [](const auto& a, const auto& b) { return a.span < b.span; });
-  for (const HeaderLabel& label : bySpan) {
-    int available = 3 * (label.span - 1);
-    for (int column = label.start; column < label.start + label.span; ++column) {
-      available += dataWidths[static_cast<std::size_t>(column)];
-    }
-    const int wanted = LabelWidth(label.text, labelLimit * label.span);
-    if (wanted > available)
-      dataWidths[static_cast<std::size_t>(label.start + label.span - 1)] += wanted - available;
-  }
-  for (std::size_t column = 0; column < dataWidths.size(); ++column) {
-    int& width = dataWidths[column];
-    if (maxCharacters > 0) width = std::min(width, std::max(maxCharacters, cellWidths[column]));
-    width = std::max(width, minCharacters);
-  }
-
-  // Row labels wrap like column labels when the row headers leave too little room for data:
-  // while the first panel would hold fewer than a few data columns, the widest row level
-  // gives up width, down to half the line for all row headers.
-  int rowBlock = 1;
-  for (int width : rowWidths) rowBlock += width + 3;
-  auto columnsBeside = [&](int block) {
-    int fitting = 0;
-    for (int used = block; fitting < columnCount; ++fitting) {
-      used += dataWidths[static_cast<std::size_t>(fitting)] + 3;
-      if (used > _width) break;
-    }
-    return fitting;
-  };
-  const int usefulColumns = std::min(columnCount, kUsefulDataColumns);
-  while (!rowWidths.empty() && columnsBeside(rowBlock) < usefulColumns && rowBlock > _width / 2) {
-    auto widestLevel = std::max_element(rowWidths.begin(), rowWidths.end());
-    if (*widestLevel <= kMinRowLabelWidth) break;
-    --*widestLevel;
-    --rowBlock;
-  }
-
-  // Column panels: as many data columns as fit beside the repeated row headers.
-  std::vector<std::pair<int, int>> panels;  // [first, end)
-  for (int start = 0; start < columnCount || (start == 0 && columnCount == 0);) {
-    int end = start;
-    int used = rowBlock;
-    while (end < columnCount &&
-           (end == start || used + dataWidths[static_cast<std::size_t>(end)] + 3 <= _width)) {
-      used += dataWidths[static_cast<std::size_t>(end)] + 3;
-      ++end;
-    }
-    // A panel that cuts through a group squeezes the group's label into the columns it
-    // keeps; end the panel at the start of the outermost group it would cut, unless that
-    // group starts the panel (it is wider than a panel, or spans everything).
-    if (end < columnCount) {
-      for (int level = 0; level < columns.levels; ++level) {
-        const HeaderLabel* label = columns.LabelAt(level, end);
-        if (label != nullptr && label->start > start && label->start < end) {
-          end = label->start;
-          break;
-        }
-      }
-    }
-    panels.emplace_back(start, end);
-    if (end == start) break;
-    start = end;
-  }
-
-  for (std::size_t layerIndex = 0; layerIndex < layers.size(); ++layerIndex) {
-    if (!layers[layerIndex].labelPath.empty()) {
-      std::string path;
-      for (const std::string& label : layers[layerIndex].labelPath)
-        path += (path.empty() ? "" : " / ") + label;
-      WriteWrapped(path, out);
-    }
-    for (std::size_t panelIndex = 0; panelIndex < panels.size(); ++panelIndex) {
-      const auto [panelStart, panelEnd] = panels[panelIndex];
-      if (panels.size() > 1) {
+  const GridWidths widths = DecideWidths(layout, _width);
+  const auto panels = ColumnPanels(layout.GetColumns(), widths, _width);
+  const int columnCount = static_cast<int>(widths.data.size());
+  const auto& layers = layout.GetLayers();
+  for (int layerIndex = 0; layerIndex < static_cast<int>(layers.size()); ++layerIndex) {
+    const std::string path = LayerPath(layers[static_cast<std::size_t>(layerIndex)]);
+    if (!path.empty()) WriteWrapped(path, out);
+    for (const auto& [panelStart, panelEnd] : panels) {
+      if (panels.size() > 1)
         out << "(columns " << panelStart + 1 << "-" << panelEnd << " of " << columnCount << ")\n";
-      }
-      std::vector<int> widths = rowWidths;
-      for (int column = panelStart; column < panelEnd; ++column)
-        widths.push_back(dataWidths[static_cast<std::size_t>(column)]);
-
-      std::vector<GridRow> header;
-      for (int level = 0; level < columns.levels; ++level) {
-        GridRow row;
-        if (rowLevels > 0) row.push_back({0, rowLevels, level == 0 ? table.corner : std::string(), false});
-        for (int column = panelStart; column < panelEnd;) {
-          const HeaderLabel* label = columns.LabelAt(level, column);
-          const int end = label == nullptr ? column + 1 : std::min(label->start + label->span, panelEnd);
-          const bool shows = label != nullptr && label->level == level;
-          row.push_back(
-              {rowLevels + column - panelStart, end - column, shows ? label->text : std::string(), false});
-          column = end;
-        }
-        header.push_back(std::move(row));
-      }
-
-      std::vector<GridRow> body;
-      for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
-        GridRow row;
-        for (int level = 0; level < rowLevels;) {
-          const HeaderLabel* label = rows.levels == 0 ? nullptr : rows.LabelAt(level, rowIndex);
-          const int depth = label == nullptr ? 1 : label->level + label->depth - level;
-          const bool shows = label != nullptr && label->start == rowIndex && label->level == level;
-          row.push_back({level, depth, shows ? label->text : std::string(), false});
-          level += depth;
-        }
-        for (int column = panelStart; column < panelEnd; ++column) {
-          const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, column);
-          row.push_back({rowLevels + column - panelStart, 1, CellDisplay(cell), true});
-        }
-        body.push_back(std::move(row));
-      }
-      WriteGrid(header, body, widths, out);
+      std::vector<int> gridWidths = widths.rowLevels;
+      gridWidths.insert(gridWidths.end(), widths.data.begin() + panelStart, widths.data.begin() + panelEnd);
+      WriteGrid(HeaderRows(layout, panelStart, panelEnd), BodyRows(layout, layerIndex, panelStart, panelEnd, widths.prose),
+                gridWidths, out);
     }
   }
-  if (!table.caption.empty()) WriteWrapped(table.caption + MarkList(table.captionNoteMarks), out);
-  for (const DeliveredNote& note : table.notes) WriteWrapped(note.mark + ". " + note.text, out);
-  out << '\n';
+  WriteTableNotes(table, out);
 }

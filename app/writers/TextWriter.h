@@ -7,6 +7,7 @@
 #include "writers/OutputWriter.h"
 
 struct AxisLayout;
+struct DeliveredTable;
 
 /// Plain text. Tables are boxed grids with nested column headers spanning their children
 /// and one header column per row nesting level; labels wrap; a table wider than the line
@@ -37,6 +38,15 @@ class TextWriter : public OutputWriter {
                  const std::vector<int>& widths, std::ostream& out) const;
   std::string Rule(const std::vector<int>& widths, const GridRow* above, const GridRow* below) const;
   void WriteWrapped(const std::string& text, std::ostream& out) const;
+  /// The column header lines of the data columns [panelStart, panelEnd), the corner over
+  /// the row headers.
+  static std::vector<GridRow> HeaderRows(const TableLayout& layout, int panelStart, int panelEnd);
+  /// The rows of one layer: row header boxes, then the cells of columns [panelStart, panelEnd);
+  /// the text cells of a `prose` column align left.
+  static std::vector<GridRow> BodyRows(const TableLayout& layout, int layerIndex, int panelStart, int panelEnd,
+                                       const std::vector<bool>& prose);
+  /// The caption and the notes under a table, then a blank line.
+  void WriteTableNotes(const DeliveredTable& table, std::ostream& out) const;
 
   int _width;
   bool _ascii;

@@ -140,6 +140,54 @@ enum class Role {
   kMessage,
 };
 
+// Where the data columns of a table land on its worksheet and how wide each sheet column is
+// drawn. A data column that carries letters or note marks in any layer gets a text column of
+// its own to its right.
+struct SheetColumns {
+  int rowHeaderColumns = 1;
+  std::vector<int> first;      // per data column, and one past the last: its first sheet column
+  std::vector<double> widths;  // per sheet column, in characters
+  double labelLimit = kMaxColumnWidth;
+
+  // The last sheet column of the data columns before `endColumn`, its marks column included.
+  int LastBefore(int endColumn) const { return first[static_cast<std::size_t>(endColumn)] - 1; }
+  int FirstOf(int column) const { return first[static_cast<std::size_t>(column)]; }
+
+  // A column is as wide as its widest text, up to `limit`; longer labels wrap.
+  void Widen(int column, const std::string& text, double limit = kMaxColumnWidth) {
+    if (column >= static_cast<int>(widths.size())) return;
+    double& width = widths[static_cast<std::size_t>(column)];
+    width = std::min(limit, std::max(width, static_cast<double>(CharacterCount(text)) + 1));
+  }
+};
+
+// The table's own data column widths act as in the text output: a column label wraps at the
+// maximum (a cell's own text is never cut, a number would show as ####), and the minimum
+// widens narrower columns.
+SheetColumns PlaceColumns(const TableLayout& layout) {
+  const int columnCount = static_cast<int>(layout.GetColumns().entries.size());
+  const int rowCount = static_cast<int>(layout.GetRows().entries.size());
+  const int layerCount = layout.IsEmpty() ? 0 : static_cast<int>(layout.GetLayers().size());
+  std::vector<bool> hasMarks(static_cast<std::size_t>(columnCount), false);
+  for (int layerIndex = 0; layerIndex < layerCount; ++layerIndex) {
+    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
+      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
+        if (!CellMarks(layout.GetCell(layerIndex, rowIndex, columnIndex)).empty())
+          hasMarks[static_cast<std::size_t>(columnIndex)] = true;
+      }
+    }
+  }
+  SheetColumns columns;
+  columns.rowHeaderColumns = std::max(layout.GetRows().levels, 1);
+  columns.first.assign(static_cast<std::size_t>(columnCount) + 1, columns.rowHeaderColumns);
+  for (std::size_t column = 0; column < hasMarks.size(); ++column)
+    columns.first[column + 1] = columns.first[column] + (hasMarks[column] ? 2 : 1);
+  columns.widths.assign(static_cast<std::size_t>(columns.first.back()), 6);
+  const int maxCharacters = layout.GetMaxDataColumnCharacters();
+  if (maxCharacters > 0) columns.labelLimit = maxCharacters;
+  return columns;
+}
+
 }  // namespace
 
 struct XlsxWriter::Data {
@@ -171,6 +219,12 @@ struct XlsxWriter::Data {
   void PutNumber(int row, int column, double number, const std::string& code);
   void Merge(int firstRow, int firstColumn, int lastRow, int lastColumn, const std::string& text, Role role);
   void WriteMessagesSheet();
+  // One block of a table: the layer's labels, the headers and the rows. Returns the row after
+  // it, leaving a blank row; `firstBodyRow` is set by the first block.
+  int WriteLayer(const TableLayout& layout, int layerIndex, SheetColumns& columns, int row, int& firstBodyRow);
+  void WriteColumnHeaders(const TableLayout& layout, SheetColumns& columns, int row);
+  void WriteBodyRow(const TableLayout& layout, int layerIndex, int rowIndex, SheetColumns& columns, int row);
+  void SetColumnWidths(const TableLayout& layout, SheetColumns& columns);
 };
 
 lxw_format* XlsxWriter::Data::Format(Role role, const std::string& code) {
@@ -325,6 +379,77 @@ void XlsxWriter::Data::WriteMessagesSheet() {
   Check(worksheet_set_column(sheet, 2, 2, 30, nullptr));
 }
 
+int XlsxWriter::Data::WriteLayer(const TableLayout& layout, int layerIndex, SheetColumns& columns, int row,
+                                 int& firstBodyRow) {
+  const AxisEntry& layer = layout.GetLayers()[static_cast<std::size_t>(layerIndex)];
+  if (!layer.labelPath.empty()) Put(row++, 0, JoinPath(layer.labelPath), Role::kLayer);
+  WriteColumnHeaders(layout, columns, row);
+  row += std::max(layout.GetColumns().levels, 1);
+  if (firstBodyRow < 0) firstBodyRow = row;
+  const int rowCount = static_cast<int>(layout.GetRows().entries.size());
+  for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex)
+    WriteBodyRow(layout, layerIndex, rowIndex, columns, row + rowIndex);
+  return row + rowCount + 1;
+}
+
+void XlsxWriter::Data::WriteColumnHeaders(const TableLayout& layout, SheetColumns& columns, int row) {
+  const AxisLayout& axis = layout.GetColumns();
+  const int headerRows = std::max(axis.levels, 1);
+  Merge(row, 0, row + headerRows - 1, columns.rowHeaderColumns - 1, layout.GetTable().corner, Role::kCorner);
+  for (const HeaderLabel& label : axis.labels) {
+    Merge(row + label.level, columns.FirstOf(label.start), row + label.level + label.depth - 1,
+          columns.LastBefore(label.start + label.span), label.text, Role::kColumnLabel);
+    if (label.span == 1) columns.Widen(columns.FirstOf(label.start), label.text, columns.labelLimit);
+  }
+  // Without column labels the header row still draws each column's box.
+  if (axis.levels == 0) {
+    for (int column = 0; column < static_cast<int>(axis.entries.size()); ++column)
+      Merge(row, columns.FirstOf(column), row, columns.LastBefore(column + 1), "", Role::kColumnLabel);
+  }
+}
+
+void XlsxWriter::Data::WriteBodyRow(const TableLayout& layout, int layerIndex, int rowIndex, SheetColumns& columns,
+                                    int row) {
+  const AxisLayout& rows = layout.GetRows();
+  if (rows.levels == 0) Put(row, 0, "", Role::kRowLabel);
+  for (const HeaderLabel& label : rows.labels) {
+    if (label.start != rowIndex) continue;
+    Merge(row, label.level, row + label.span - 1, label.level + label.depth - 1, label.text, Role::kRowLabel);
+    if (label.depth == 1) columns.Widen(label.level, label.text);
+  }
+  for (int columnIndex = 0; columnIndex < static_cast<int>(layout.GetColumns().entries.size()); ++columnIndex) {
+    const LayoutCell& cell = layout.GetCell(layerIndex, rowIndex, columnIndex);
+    if (!cell.present) continue;
+    const int column = columns.FirstOf(columnIndex);
+    const std::string code = cell.hasNumber ? ExcelNumberFormat::FromCellText(cell.text, cell.number) : "";
+    if (!code.empty()) {
+      PutNumber(row, column, cell.number, code);
+    } else {
+      Put(row, column, cell.text, Role::kTextCell);
+    }
+    columns.Widen(column, cell.text);
+    const std::string marks = CellMarks(cell);
+    if (!marks.empty()) {
+      Put(row, column + 1, marks, Role::kMarks);
+      columns.Widen(column + 1, marks);
+    }
+  }
+}
+
+// Row headers are as wide as their longest single-level label; the title, caption and notes
+// are left to spill over the cells to their right.
+void XlsxWriter::Data::SetColumnWidths(const TableLayout& layout, SheetColumns& columns) {
+  const double minCharacters = layout.GetMinDataColumnCharacters();
+  for (std::size_t column = 0; column + 1 < columns.first.size(); ++column) {
+    double& width = columns.widths[static_cast<std::size_t>(columns.first[column])];
+    width = std::max(width, minCharacters);
+  }
+  for (std::size_t column = 0; column < columns.widths.size() && static_cast<int>(column) < LXW_COL_MAX; ++column) {
+    Check(worksheet_set_column(sheet, static_cast<lxw_col_t>(column), static_cast<lxw_col_t>(column),
+                               columns.widths[column] + 1, nullptr));
+  }
+}
+
 XlsxWriter::XlsxWriter() : _data(std::make_unique<Data>()) {}
 
 XlsxWriter::~XlsxWriter() {
@@ -391,100 +516,12 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
   if (!where.empty()) data.Put(row++, 0, where, Role::kHeadings);
   const int clippedNoteRow = row++;
 
-  const AxisLayout& rows = layout.GetRows();
-  const AxisLayout& columns = layout.GetColumns();
-  const auto& layers = layout.GetLayers();
-  const int rowHeaderColumns = std::max(rows.levels, 1);
-  const int columnCount = static_cast<int>(columns.entries.size());
-  const int rowCount = static_cast<int>(rows.entries.size());
-
-  // Which data columns carry letters or note marks, in any layer: those get a text column
-  // of their own to their right.
-  std::vector<bool> hasMarks(static_cast<std::size_t>(columnCount), false);
-  for (std::size_t layerIndex = 0; layerIndex < layers.size() && !layout.IsEmpty(); ++layerIndex) {
-    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
-      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-        if (!CellMarks(layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex)).empty())
-          hasMarks[static_cast<std::size_t>(columnIndex)] = true;
-      }
-    }
-  }
-  std::vector<int> sheetColumn(static_cast<std::size_t>(columnCount) + 1, rowHeaderColumns);
-  for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-    sheetColumn[static_cast<std::size_t>(columnIndex) + 1] =
-        sheetColumn[static_cast<std::size_t>(columnIndex)] +
-        (hasMarks[static_cast<std::size_t>(columnIndex)] ? 2 : 1);
-  }
-  // The last sheet column of a run of data columns, its marks column included.
-  const auto lastSheetColumn = [&](int endColumn) {
-    return sheetColumn[static_cast<std::size_t>(endColumn)] - 1;
-  };
-
-  // The table's own data column widths act as in the text output: a column label wraps at the
-  // maximum (a cell's own text is never cut, a number would show as ####), and the minimum
-  // widens narrower columns.
-  const int minCharacters = layout.GetMinDataColumnCharacters();
-  const int maxCharacters = layout.GetMaxDataColumnCharacters();
-  const double labelLimit = maxCharacters > 0 ? maxCharacters : kMaxColumnWidth;
-  std::vector<double> widths(static_cast<std::size_t>(sheetColumn.back()), 6);
-  const auto widen = [&](int column, const std::string& text, double limit = kMaxColumnWidth) {
-    if (column >= static_cast<int>(widths.size())) return;
-    double& width = widths[static_cast<std::size_t>(column)];
-    width = std::min(limit, std::max(width, static_cast<double>(CharacterCount(text)) + 1));
-  };
-
-  if (layout.IsEmpty()) {
-    data.Put(row++, 0, kNoCasesText);
-  }
-  const int headerRows = std::max(columns.levels, 1);
+  SheetColumns columns = PlaceColumns(layout);
   int firstBodyRow = -1;
-  for (std::size_t layerIndex = 0; layerIndex < layers.size() && !layout.IsEmpty(); ++layerIndex) {
-    if (!layers[layerIndex].labelPath.empty())
-      data.Put(row++, 0, JoinPath(layers[layerIndex].labelPath), Role::kLayer);
-
-    data.Merge(row, 0, row + headerRows - 1, rowHeaderColumns - 1, table.corner, Role::kCorner);
-    for (const HeaderLabel& label : columns.labels) {
-      data.Merge(row + label.level, sheetColumn[static_cast<std::size_t>(label.start)],
-                 row + label.level + label.depth - 1, lastSheetColumn(label.start + label.span), label.text,
-                 Role::kColumnLabel);
-      if (label.span == 1) widen(sheetColumn[static_cast<std::size_t>(label.start)], label.text, labelLimit);
-    }
-    if (columns.levels == 0) {
-      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex)
-        data.Merge(row, sheetColumn[static_cast<std::size_t>(columnIndex)], row,
-                   lastSheetColumn(columnIndex + 1), "", Role::kColumnLabel);
-    }
-    row += headerRows;
-    if (firstBodyRow < 0) firstBodyRow = row;
-
-    for (int rowIndex = 0; rowIndex < rowCount; ++rowIndex) {
-      if (rows.levels == 0) data.Put(row + rowIndex, 0, "", Role::kRowLabel);
-      for (const HeaderLabel& label : rows.labels) {
-        if (label.start != rowIndex) continue;
-        data.Merge(row + rowIndex, label.level, row + rowIndex + label.span - 1,
-                   label.level + label.depth - 1, label.text, Role::kRowLabel);
-        if (label.depth == 1) widen(label.level, label.text);
-      }
-      for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-        const LayoutCell& cell = layout.GetCell(static_cast<int>(layerIndex), rowIndex, columnIndex);
-        if (!cell.present) continue;
-        const int column = sheetColumn[static_cast<std::size_t>(columnIndex)];
-        const std::string code =
-            cell.hasNumber ? ExcelNumberFormat::FromCellText(cell.text, cell.number) : "";
-        if (!code.empty()) {
-          data.PutNumber(row + rowIndex, column, cell.number, code);
-        } else {
-          data.Put(row + rowIndex, column, cell.text, Role::kTextCell);
-        }
-        widen(column, cell.text);
-        const std::string marks = CellMarks(cell);
-        if (!marks.empty()) {
-          data.Put(row + rowIndex, column + 1, marks, Role::kMarks);
-          widen(column + 1, marks);
-        }
-      }
-    }
-    row += rowCount + 1;
+  if (layout.IsEmpty()) data.Put(row++, 0, kNoCasesText);
+  for (int layerIndex = 0; layerIndex < static_cast<int>(layout.GetLayers().size()) && !layout.IsEmpty();
+       ++layerIndex) {
+    row = data.WriteLayer(layout, layerIndex, columns, row, firstBodyRow);
   }
   if (!table.caption.empty()) data.Put(row++, 0, table.caption + MarkList(table.captionNoteMarks));
   for (const DeliveredNote& note : table.notes) data.Put(row++, 0, note.mark + ". " + note.text);
@@ -493,18 +530,9 @@ void XlsxWriter::WriteTable(const TableLayout& layout, std::ostream& /*out*/) {
     data.Put(clippedNoteRow, 0, kClippedText);
     data.messages.push_back({kBpLevelWarning, kClippedText + std::string(" ") + table.title, where});
   }
-  for (int columnIndex = 0; columnIndex < columnCount; ++columnIndex) {
-    double& width = widths[static_cast<std::size_t>(sheetColumn[static_cast<std::size_t>(columnIndex)])];
-    width = std::max(width, static_cast<double>(minCharacters));
-  }
-  // Row headers are as wide as their longest single-level label; the title, caption and notes
-  // are left to spill over the cells to their right.
-  for (std::size_t column = 0; column < widths.size() && static_cast<int>(column) < LXW_COL_MAX; ++column) {
-    data.Check(worksheet_set_column(data.sheet, static_cast<lxw_col_t>(column),
-                                    static_cast<lxw_col_t>(column), widths[column] + 1, nullptr));
-  }
+  data.SetColumnWidths(layout, columns);
   // With one block the headers stay in view while the reader scrolls.
-  if (layers.size() == 1 && firstBodyRow > 0 && firstBodyRow < static_cast<int>(LXW_ROW_MAX))
+  if (layout.GetLayers().size() == 1 && firstBodyRow > 0 && firstBodyRow < static_cast<int>(LXW_ROW_MAX))
     worksheet_freeze_panes(data.sheet, static_cast<lxw_row_t>(firstBodyRow),
-                           static_cast<lxw_col_t>(rowHeaderColumns));
+                           static_cast<lxw_col_t>(columns.rowHeaderColumns));
 }

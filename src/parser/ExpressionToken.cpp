@@ -37,6 +37,12 @@ void ExpressionToken::addToken(const std::string& varName, const std::string& to
   _data->_tokens.push_back(info);
 }
 
+void ExpressionToken::addRangeToken(const std::string& varName, const std::string& token,
+                                    const RangeOperand& range, double number) {
+  addToken(varName, token, TableEncryptionCodes::kExplicitRange, kExprValue, kExprOpNone, number, 0);
+  _data->_tokens.back().range = range;
+}
+
 void ExpressionToken::addOpToken(const std::string& text, OP_CODE opCode, unsigned long index) {
   TokenInfo info;
   info.opToken = text;

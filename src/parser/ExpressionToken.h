@@ -7,6 +7,7 @@
 
 #include "host/engine/TableEncryptionCodes.h"
 
+struct RangeOperand;
 struct TokenInfo;
 
 /// The parsed form of `EXPR( ... )`: not a tree, but two lists in the order written, the
@@ -42,6 +43,9 @@ class ExpressionToken {
   void addToken(const std::string& varName, const std::string& token,
                 TableEncryptionCodes::ExplicitListType listType, TOKEN_TYPE tokenType, OP_CODE opCode,
                 double number, unsigned long index);
+  /// Appends a range operand: `token` is its text, `number` the value of its first end.
+  void addRangeToken(const std::string& varName, const std::string& token, const RangeOperand& range,
+                     double number);
   /// Appends an operator; `index` is its running number, from 1.
   void addOpToken(const std::string& text, OP_CODE opCode, unsigned long index);
   /// Removes the last operand (a range that grows as its ends are read).

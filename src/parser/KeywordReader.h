@@ -49,6 +49,17 @@ struct KeywordRule {
   void (*outOfRange)(const SyntaxConverter*, const std::string&) = nullptr;
 };
 
+/// A keyword that takes a number strictly between `above` and `below`; `outOfRange` raises
+/// the subcommand's own error for any other (ALPHA, CILEVEL).
+inline KeywordRule NumberBetween(const char* keyword, double above, double below,
+                                 void (*outOfRange)(const SyntaxConverter*, const std::string&)) {
+  KeywordRule rule{keyword, KeywordValueKind::kNumber, {}};
+  rule.above = above;
+  rule.below = below;
+  rule.outOfRange = outOfRange;
+  return rule;
+}
+
 /// Runs the `keyword '=' value` state machine for a subcommand described by a table of
 /// rules, with its catalogue errors and duplicate warnings in this one place: an unknown
 /// keyword, a keyword before the previous one has its value, or a value no keyword awaits is

@@ -2,6 +2,7 @@
 #include "parser/SubTableCube.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <ostream>
 
 #include "host/QuiltAssert.h"
@@ -72,17 +73,24 @@ struct CountKinds {
   bool both = false;        // an unweighted one after a weighted one
 };
 
-template <class Classify>
-CountKinds ReadCountKinds(const SyntaxVariableName* computational, Classify classify) {
+// The counts `computational` shows: `weightedCodes` are weighted counts or percentages,
+// `unweightedCodes` their unweighted forms. `primary`: a statistic is judged by its
+// primary code (a percentage of any base counts), else by its own.
+CountKinds ReadCountKinds(const SyntaxVariableName* computational, bool primary,
+                          std::initializer_list<int> weightedCodes,
+                          std::initializer_list<int> unweightedCodes) {
   CountKinds kinds;
   if (computational == nullptr) {
     return kinds;
   }
+  const auto holds = [](std::initializer_list<int> codes, int code) {
+    return std::find(codes.begin(), codes.end(), code) != codes.end();
+  };
   for (const Statistics* statistic : computational->GetStatistics()) {
-    const int kind = classify(statistic);
-    if (kind == 1) {
+    const int code = primary ? statistic->GetPrimaryStatistic() : statistic->GetStatType();
+    if (holds(weightedCodes, code)) {
       kinds.weighted = true;
-    } else if (kind == 2) {
+    } else if (holds(unweightedCodes, code)) {
       if (kinds.weighted) {
         kinds.both = true;
       }
@@ -90,6 +98,25 @@ CountKinds ReadCountKinds(const SyntaxVariableName* computational, Classify clas
     }
   }
   return kinds;
+}
+
+// A count-based test on `cube`: refused for its layout, or else judged by the counts shown.
+// Marks the cube's inner sets when the test may run.
+TestEligibility JudgeCounts(SubTableCube& cube, TestEligibility layout, const CountKinds& kinds, bool weighted,
+                            bool includeMR, bool forPairs) {
+  if (layout != TestEligibility::kEligible) {
+    return layout;
+  }
+  if (weighted && !kinds.weighted) {
+    return TestEligibility::kNoWeightedCount;
+  }
+  if (!weighted && !kinds.weighted && !kinds.unweighted) {
+    return TestEligibility::kNoCount;
+  }
+  if (includeMR) {
+    cube.MarkInnermostMRSets(/*includeRows=*/true, forPairs);
+  }
+  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
 }
 
 }  // namespace
@@ -128,63 +155,61 @@ void SubTableCube::Reset() {
   _data->_needExtraDim = false;
 }
 
-void SubTableCube::AddVariable(SyntaxVariableName* var, ALGEBRATYPE op) {
+// Each cell has one source of statistics: a scale variable, or the computational variable. A
+// newcomer is refused when it would bring a second one, or would split the statistics'
+// categories other than across axes.
+bool SubTableCube::RefusesVariable(SyntaxVariableName* var, ALGEBRATYPE op) const {
   const bool scale = IsScale(var);
   const bool categorical = IsCategorical(var);
-  bool refused = false;
-  // Each cell has one source of statistics: a scale variable, or the computational
-  // variable. A newcomer is refused when it would bring a second one, or would split the
-  // statistics' categories other than across axes.
   switch (GetCubeStatType()) {
     case kCubeStatScale:
-      refused = (scale && op != kAlgebraStack) || (categorical && var->HasStatistics());
-      break;
+      return (scale && op != kAlgebraStack) || (categorical && var->HasStatistics());
     case kCubeStatCategorical:
-      refused = scale || (categorical && (var->HasStatistics() || op != kAlgebraBy));
-      break;
+      return scale || (categorical && (var->HasStatistics() || op != kAlgebraBy));
     case kCubeStatRemovable:
-      refused = scale || (categorical && var->HasStatistics());
-      break;
+      return scale || (categorical && var->HasStatistics());
     case kCubeStatMRSet:
-      refused = scale || (categorical && (var->HasStatistics() || (IsSet(var) && op != kAlgebraBy)));
-      break;
+      return scale || (categorical && (var->HasStatistics() || (IsSet(var) && op != kAlgebraBy)));
     case kCubeStatNone:
-      break;
+      return false;
     default:
       SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
   }
-  if (refused) {
+}
+
+// The same rule for a whole cube joining this one: only a cube without statistics may join
+// one that has them, and a scale cube only by stacking on a scale cube.
+bool SubTableCube::RefusesCube(const SubTableCube& other, ALGEBRATYPE op) const {
+  const int otherType = other.GetCubeStatType();
+  switch (GetCubeStatType()) {
+    case kCubeStatScale:
+      return otherType != kCubeStatNone && (otherType != kCubeStatScale || op != kAlgebraStack);
+    case kCubeStatCategorical:
+      return otherType != kCubeStatNone || op != kAlgebraBy;
+    case kCubeStatRemovable:
+      return otherType != kCubeStatNone;
+    case kCubeStatMRSet:
+      return otherType != kCubeStatNone || (other.HasMRSet() && op != kAlgebraBy);
+    case kCubeStatNone:
+      return false;
+    default:
+      SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
+  }
+}
+
+void SubTableCube::AddVariable(SyntaxVariableName* var, ALGEBRATYPE op) {
+  if (RefusesVariable(var, op)) {
     SyntaxParserUtility::IncorrectCrossing();
   }
-  if (scale) {
+  if (IsScale(var)) {
     _data->_scaleVars.push_back(var);
-  } else if (categorical) {
+  } else if (IsCategorical(var)) {
     _data->AddCatVarToCube(var);
   }
 }
 
 void SubTableCube::AddCube(SubTableCube* other, ALGEBRATYPE op) {
-  const int otherType = other->GetCubeStatType();
-  bool refused = false;
-  switch (GetCubeStatType()) {
-    case kCubeStatScale:
-      refused = otherType != kCubeStatNone && (otherType != kCubeStatScale || op != kAlgebraStack);
-      break;
-    case kCubeStatCategorical:
-      refused = otherType != kCubeStatNone || op != kAlgebraBy;
-      break;
-    case kCubeStatRemovable:
-      refused = otherType != kCubeStatNone;
-      break;
-    case kCubeStatMRSet:
-      refused = otherType != kCubeStatNone || (other->HasMRSet() && op != kAlgebraBy);
-      break;
-    case kCubeStatNone:
-      break;
-    default:
-      SyntaxParserUtility::UnexpectedError(__FILE__, __LINE__);
-  }
-  if (refused) {
+  if (RefusesCube(*other, op)) {
     SyntaxParserUtility::IncorrectCrossing();
   }
   const int count = other->GetVarCount();
@@ -284,13 +309,7 @@ int SubTableCube::GetCubeStatType() const {
 std::vector<std::string> SubTableCube::GetCatVarNameList() const {
   std::vector<std::string> names;
   for (const SyntaxVariableName* var : _data->_catVars) {
-    const std::string name = var->GetNameToken();
-    const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& seen) {
-      return SyntaxParserUtility::ExactWordMatch(seen, name);
-    });
-    if (!known) {
-      names.push_back(name);
-    }
+    SyntaxParserUtility::AppendDistinctName(names, var->GetNameToken());
   }
   return names;
 }
@@ -416,7 +435,7 @@ bool SubTableCube::MarkInnermostMRSets(bool includeRows, bool forPairs) {
   return marked;
 }
 
-TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
+TestEligibility SubTableCube::CheckCountTestLayout(bool includeMR, bool distinctRowAndColumn) const {
   const Data& data = *_data;
   if (!data._scaleVars.empty()) {
     return TestEligibility::kScaleVariable;
@@ -432,71 +451,31 @@ TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR
   if (column == nullptr) {
     return TestEligibility::kNoColumnVariable;
   }
-  if (SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
+  if (distinctRowAndColumn && SyntaxParserUtility::ExactWordMatch(row->GetNameToken(), column->GetNameToken())) {
     return TestEligibility::kSameRowAndColumn;
   }
-  const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
-    switch (statistic->GetPrimaryStatistic()) {
-      case TableEncryptionCodes::kStatCount:
-      case TableEncryptionCodes::kStatRowPctCount:
-      case TableEncryptionCodes::kStatColPctCount:
-        return 1;
-      case TableEncryptionCodes::kStatUCount:
-      case TableEncryptionCodes::kStatURowPctCount:
-      case TableEncryptionCodes::kStatUColPctCount:
-        return 2;
-      default:
-        return 0;
-    }
-  });
-  if (weighted && !kinds.weighted) {
-    return TestEligibility::kNoWeightedCount;
-  }
-  if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return TestEligibility::kNoCount;
-  }
-  if (includeMR) {
-    MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/false);
-  }
-  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
+  return TestEligibility::kEligible;
 }
 
+// A percentage of any base counts as its count: statistics are judged by their primary code.
+TestEligibility SubTableCube::GetChiSquareValidity(bool weighted, bool includeMR) {
+  using Codes = TableEncryptionCodes;
+  const CountKinds kinds =
+      ReadCountKinds(_data->_computationalVariable, /*primary=*/true,
+                     {Codes::kStatCount, Codes::kStatRowPctCount, Codes::kStatColPctCount},
+                     {Codes::kStatUCount, Codes::kStatURowPctCount, Codes::kStatUColPctCount});
+  const TestEligibility layout = CheckCountTestLayout(includeMR, /*distinctRowAndColumn=*/true);
+  return JudgeCounts(*this, layout, kinds, weighted, includeMR, /*forPairs=*/false);
+}
+
+// Only counts and column percentages show the proportions the test compares.
 TestEligibility SubTableCube::GetColPropValidity(bool weighted, bool includeMR) {
-  const Data& data = *_data;
-  if (!data._scaleVars.empty()) {
-    return TestEligibility::kScaleVariable;
-  }
-  if (!includeMR && HasMRSetInner()) {
-    return TestEligibility::kInnerSetExcluded;
-  }
-  if (LastLeafOnAxis(data._catVars, 0) == nullptr) {
-    return TestEligibility::kNoRowVariable;
-  }
-  if (LastLeafOnAxis(data._catVars, 1) == nullptr) {
-    return TestEligibility::kNoColumnVariable;
-  }
-  const CountKinds kinds = ReadCountKinds(data._computationalVariable, [](const Statistics* statistic) {
-    switch (statistic->GetStatType()) {
-      case TableEncryptionCodes::kStatCount:
-      case TableEncryptionCodes::kStatColPctCount:
-        return 1;
-      case TableEncryptionCodes::kStatUCount:
-      case TableEncryptionCodes::kStatUColPctCount:
-        return 2;
-      default:
-        return 0;
-    }
-  });
-  if (weighted && !kinds.weighted) {
-    return TestEligibility::kNoWeightedCount;
-  }
-  if (!weighted && !kinds.weighted && !kinds.unweighted) {
-    return TestEligibility::kNoCount;
-  }
-  if (includeMR) {
-    MarkInnermostMRSets(/*includeRows=*/true, /*forPairs=*/true);
-  }
-  return weighted && kinds.both ? TestEligibility::kEligibleMixedCounts : TestEligibility::kEligible;
+  using Codes = TableEncryptionCodes;
+  const CountKinds kinds =
+      ReadCountKinds(_data->_computationalVariable, /*primary=*/false, {Codes::kStatCount, Codes::kStatColPctCount},
+                     {Codes::kStatUCount, Codes::kStatUColPctCount});
+  const TestEligibility layout = CheckCountTestLayout(includeMR, /*distinctRowAndColumn=*/false);
+  return JudgeCounts(*this, layout, kinds, weighted, includeMR, /*forPairs=*/true);
 }
 
 TestEligibility SubTableCube::GetMeanPropValidity(bool weighted, bool& needWeighted, bool& needUnweighted,

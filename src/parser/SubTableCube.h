@@ -139,6 +139,16 @@ class SubTableCube {
   void Print(std::ostream& out, int indent = 0) const;
 
  private:
+  /// Whether `var`, joining by `op`, would give a cell two sources of statistics or split
+  /// them other than across axes (IncorrectCrossing).
+  bool RefusesVariable(SyntaxVariableName* var, ALGEBRATYPE op) const;
+  /// The same for a whole cube joining this one.
+  bool RefusesCube(const SubTableCube& other, ALGEBRATYPE op) const;
+  /// What the chi-square and column proportions tests both need of the layout: no scale
+  /// variable, an inner set only when asked for, a row and a column variable, and for
+  /// `distinctRowAndColumn` not the same one. kEligible when all hold.
+  TestEligibility CheckCountTestLayout(bool includeMR, bool distinctRowAndColumn) const;
+
   struct Data;
   Data* _data;
 };

@@ -5,8 +5,7 @@
 
 SyntaxBinaryOperator::SyntaxBinaryOperator() {
   // Right after an operator comes its right operand: a variable or a parenthesis.
-  SetParenContext(true);
-  SetVariableContext(true);
+  SetContexts(kContextBeforeOperand);
 }
 
 std::string SyntaxBinaryOperator::GetSubcommandName() const {
@@ -17,12 +16,7 @@ std::string SyntaxBinaryOperator::GetSubcommandName() const {
 SyntaxConverter* SyntaxBinaryOperator::LeftParen(const std::string& text) {
   SyntaxConverter* paren = SyntaxConverter::LeftParen(text);
   // When the paren closes, this operator is current again, with its operand complete.
-  SetByContext(true);
-  SetGreaterThanContext(true);
-  SetParenContext(false);
-  SetPlusContext(true);
-  SetSquareBracketContext(true);
-  SetVariableContext(false);
+  SetContexts(kContextAfterOperand);
   return paren;
 }
 

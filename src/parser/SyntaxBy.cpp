@@ -7,7 +7,7 @@
 
 SyntaxBy::SyntaxBy() {
   // "a BY BY c" leaves an axis empty; a second BY is legal here and gets a placeholder.
-  SetByContext(true);
+  SetContexts(kContextBeforeOperand | kContextBy);
 }
 
 int SyntaxBy::GetType() const {

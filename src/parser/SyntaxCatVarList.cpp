@@ -5,29 +5,18 @@
 #include <vector>
 
 #include "parser/SyntaxCategoriesSubcommand.h"
-#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 
 struct SyntaxCatVarList::Data {
   bool _isAll = false;                           // VARIABLES=ALL
-  SyntaxCategoriesSubcommand* _owner = nullptr;  // not owned
   std::vector<std::string> _names;               // as written, each once
   bool _committed = false;                       // the names went to the owner
 };
 
-SyntaxCatVarList::SyntaxCatVarList(SyntaxCategoriesSubcommand* owner) : _data(std::make_unique<Data>()) {
-  _data->_owner = owner;
-}
+SyntaxCatVarList::SyntaxCatVarList(SyntaxCategoriesSubcommand* owner)
+    : SyntaxCategoriesPart(owner), _data(std::make_unique<Data>()) {}
 
 SyntaxCatVarList::~SyntaxCatVarList() = default;
-
-std::string SyntaxCatVarList::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCatVarList::GetType() const {
-  return kConverterCategories;
-}
 
 // VARIABLES = ALL
 SyntaxConverter* SyntaxCatVarList::All(const std::string& /*text*/) {
@@ -52,16 +41,6 @@ SyntaxConverter* SyntaxCatVarList::String(const std::string& text) {
   return this;
 }
 
-SyntaxConverter* SyntaxCatVarList::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
-  ValidateAndCommit(text);
-  return _data->_owner->AttributeString(text, tokens);
-}
-
-SyntaxConverter* SyntaxCatVarList::LeftSquareBracket(const std::string& text) {
-  ValidateAndCommit(text);
-  return _data->_owner->LeftSquareBracket(text);
-}
-
 void SyntaxCatVarList::ValidateAndCommit(const std::string& text) {
   Data& data = *_data;
   if (data._committed) {
@@ -72,17 +51,17 @@ void SyntaxCatVarList::ValidateAndCommit(const std::string& text) {
   }
   std::vector<std::string> kept;
   if (data._isAll) {
-    kept = data._owner->GetCatVarNameList();
+    kept = Owner()->GetCatVarNameList();
   } else {
     for (const std::string& name : data._names) {
-      if (data._owner->CatVarNameExist(name)) {
+      if (Owner()->CatVarNameExist(name)) {
         kept.push_back(name);
       } else {
-        SyntaxParserUtility::NoVariableUpdateWarning(data._owner, name, /*unknownFirst=*/false);
+        SyntaxParserUtility::NoVariableUpdateWarning(Owner(), name, /*unknownFirst=*/false);
       }
     }
   }
-  data._owner->SetVariableList(kept);
+  Owner()->SetVariableList(kept);
   data._committed = true;
 }
 

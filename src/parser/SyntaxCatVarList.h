@@ -4,26 +4,18 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxConverter.h"
-
-class SyntaxCategoriesSubcommand;
+#include "parser/SyntaxCategoriesPart.h"
 
 /// `VARIABLES = name name ...` or `VARIABLES = ALL`. Current while the names arrive; the
 /// first keyword or "[" ends it, and it hands the names that the table knows to its owner.
-class SyntaxCatVarList : public SyntaxConverter {
+class SyntaxCatVarList : public SyntaxCategoriesPart {
  public:
   /// `owner` is the subcommand the list belongs to; not owned.
   explicit SyntaxCatVarList(SyntaxCategoriesSubcommand* owner);
   ~SyntaxCatVarList() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* All(const std::string& text) override;
   SyntaxConverter* String(const std::string& text) override;
-  /// The list ends: it commits, and the owner takes the keyword.
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  /// The list ends: it commits, and the owner opens the explicit list.
-  SyntaxConverter* LeftSquareBracket(const std::string& text) override;
   /// Keeps the names the table's expression holds (others are dropped with a warning), or
   /// all its categorical variables for ALL, and hands them to the owner.
   void ValidateAndCommit(const std::string& text) override;

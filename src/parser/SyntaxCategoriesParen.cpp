@@ -4,7 +4,6 @@
 #include <ostream>
 
 #include "parser/SyntaxCategoriesSubcommand.h"
-#include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
 
 struct SyntaxCategoriesParen::Data {
@@ -13,27 +12,17 @@ struct SyntaxCategoriesParen::Data {
   bool _isOptional = false;                      // the statistic needs no variable
   bool _isPercentile = false;                    // PTILE or UPTILE
   double _percentile = -1.0;                     // below -0.5 until given
-  SyntaxCategoriesSubcommand* _owner = nullptr;  // not owned
   bool _isOpen = false;                          // "(" was read
 };
 
 SyntaxCategoriesParen::SyntaxCategoriesParen(SyntaxCategoriesSubcommand* owner, const std::string& keyword,
                                              bool isPercentile)
-    : _data(std::make_unique<Data>()) {
-  _data->_owner = owner;
+    : SyntaxCategoriesPart(owner), _data(std::make_unique<Data>()) {
   _data->_keyword = keyword;
   _data->_isPercentile = isPercentile;
 }
 
 SyntaxCategoriesParen::~SyntaxCategoriesParen() = default;
-
-std::string SyntaxCategoriesParen::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCategoriesParen::GetType() const {
-  return kConverterCategories;
-}
 
 void SyntaxCategoriesParen::ParenthesisAreOptional(bool isOptional) {
   _data->_isOptional = isOptional;
@@ -78,18 +67,8 @@ SyntaxConverter* SyntaxCategoriesParen::RightParen(const std::string& text) {
     SyntaxParserUtility::InvalidPTILE(this, text);
   }
   data._isOpen = false;
-  data._owner->SetSortKeyVariable(data._variable, data._percentile);
-  return data._owner;
-}
-
-SyntaxConverter* SyntaxCategoriesParen::AttributeString(const std::string& text, TARN_TokenSequence* tokens) {
-  ValidateAndCommit(text);
-  return _data->_owner->AttributeString(text, tokens);
-}
-
-SyntaxConverter* SyntaxCategoriesParen::LeftSquareBracket(const std::string& text) {
-  ValidateAndCommit(text);
-  return _data->_owner->LeftSquareBracket(text);
+  Owner()->SetSortKeyVariable(data._variable, data._percentile);
+  return Owner();
 }
 
 void SyntaxCategoriesParen::ValidateAndCommit(const std::string& /*text*/) {

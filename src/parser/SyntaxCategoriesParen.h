@@ -4,30 +4,24 @@
 #include <memory>
 #include <string>
 
-#include "parser/SyntaxConverter.h"
-
-class SyntaxCategoriesSubcommand;
+#include "parser/SyntaxCategoriesPart.h"
 
 /// The parenthesis after a sort statistic, `KEY=MEAN(score)` or `KEY=PTILE(score 25)`.
 /// Current from the statistic word until ")" (or, when the parenthesis may be left out,
 /// until the next keyword or "[").
-class SyntaxCategoriesParen : public SyntaxConverter {
+class SyntaxCategoriesParen : public SyntaxCategoriesPart {
  public:
   /// `keyword` is the statistic as written; `isPercentile` for PTILE and UPTILE, which need a
   /// percentile strictly between 0 and 100. `owner` is not owned.
   SyntaxCategoriesParen(SyntaxCategoriesSubcommand* owner, const std::string& keyword, bool isPercentile);
   ~SyntaxCategoriesParen() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* LeftParen(const std::string& text) override;
   SyntaxConverter* String(const std::string& text) override;
   /// The percentile, inside the parenthesis or ahead of it.
   SyntaxConverter* Number(double value, const std::string& text) override;
   /// Hands the variable and percentile to the owner, which becomes current again.
   SyntaxConverter* RightParen(const std::string& text) override;
-  SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
-  SyntaxConverter* LeftSquareBracket(const std::string& text) override;
   /// Without the parenthesis a statistic that needs a variable raises MissingVariableArgument.
   void ValidateAndCommit(const std::string& text) override;
 

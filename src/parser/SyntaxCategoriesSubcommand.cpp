@@ -74,17 +74,10 @@ struct SyntaxCategoriesSubcommand::Data {
   std::string _pcCatName;  // the computed category that needs the total
 };
 
-SyntaxCategoriesSubcommand::SyntaxCategoriesSubcommand() : _data(std::make_unique<Data>()) {}
+SyntaxCategoriesSubcommand::SyntaxCategoriesSubcommand()
+    : NamedConverter("CATEGORIES", kConverterCategories), _data(std::make_unique<Data>()) {}
 
 SyntaxCategoriesSubcommand::~SyntaxCategoriesSubcommand() = default;
-
-std::string SyntaxCategoriesSubcommand::GetSubcommandName() const {
-  return "CATEGORIES";
-}
-
-int SyntaxCategoriesSubcommand::GetType() const {
-  return kConverterCategories;
-}
 
 void SyntaxCategoriesSubcommand::DropChild(SyntaxConverter* child) {
   std::vector<SyntaxConverter*>& children = Children();
@@ -152,80 +145,41 @@ SyntaxConverter* SyntaxCategoriesSubcommand::Literal(const std::string& text) {
 SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
   Data& data = *_data;
   auto is = [&](const char* word) { return SyntaxParserUtility::ExactWordMatch(text, word); };
-  // ORDER, KEY and MISSING choose among the data's categories, which an explicit list fixes.
-  auto refuseWithList = [&]() {
-    if (data._squareBracket != nullptr) {
-      SyntaxParserUtility::ExplicitListViolation();
-    }
+  // The options that take one of two words: the first sets the flag, the second clears it.
+  struct Choice {
+    int state;
+    const char* setWord;
+    const char* clearWord;
+    bool fixedByList;  // refused with an explicit list
+    bool Data::*value;
+    bool Data::*given;
   };
+  static constexpr Choice kChoices[] = {
+      {kStateTotal, "NO", "YES", false, &Data::_isTotalNo, &Data::_totalSet},
+      {kStatePosition, "AFTER", "BEFORE", false, &Data::_isTotalPositionAfter, &Data::_positionSet},
+      {kStateEmpty, "INCLUDE", "EXCLUDE", false, &Data::_isEmptyInclude, &Data::_emptySet},
+      {kStateOrder, "A", "D", true, &Data::_isOrderA, &Data::_orderSet},
+      {kStateMissing, "EXCLUDE", "INCLUDE", true, &Data::_isMissingExclude, &Data::_missingSet},
+  };
+  for (const Choice& choice : kChoices) {
+    if (choice.state != data._state) {
+      continue;
+    }
+    if (!is(choice.setWord) && !is(choice.clearWord)) {
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    }
+    if (choice.fixedByList) {
+      RefuseBesideList();
+    }
+    data.*choice.value = is(choice.setWord);
+    data.*choice.given = true;
+    data._state = kStateNone;
+    return this;
+  }
   SyntaxConverter* next = this;
   switch (data._state) {
-    case kStateTotal:
-      if (!is("YES") && !is("NO")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isTotalNo = is("NO");
-      data._totalSet = true;
-      break;
-    case kStatePosition:
-      if (!is("AFTER") && !is("BEFORE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isTotalPositionAfter = is("AFTER");
-      data._positionSet = true;
-      break;
-    case kStateEmpty:
-      if (!is("INCLUDE") && !is("EXCLUDE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      data._isEmptyInclude = is("INCLUDE");
-      data._emptySet = true;
-      break;
-    case kStateOrder:
-      if (!is("A") && !is("D")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      refuseWithList();
-      data._isOrderA = is("A");
-      data._orderSet = true;
-      break;
-    case kStateMissing:
-      if (!is("EXCLUDE") && !is("INCLUDE")) {
-        SyntaxParserUtility::UnknownKeyword(this, text);
-      }
-      refuseWithList();
-      data._isMissingExclude = is("EXCLUDE");
-      data._missingSet = true;
-      break;
     case kStateKey:
-      if (is("VALUE")) {
-        data._sortKey = Codes::kSortKeyValue;
-      } else if (is("LABEL")) {
-        data._sortKey = Codes::kSortKeyLabel;
-      } else {
-        int code = 0;
-        int prime = 0;
-        int conf = 0;
-        if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup,
-                                                      prime, conf)) {
-          SyntaxParserUtility::UnknownKeyword(this, text);
-        }
-        data._sortStatistic = static_cast<Codes::StatisticCodes>(code);
-        data._primaryStatistic = static_cast<Codes::StatisticCodes>(prime);
-        data._statisticConf = static_cast<Codes::StatisticConf>(conf);
-        const bool isPercentile =
-            data._primaryStatistic == Codes::kStatPtile || data._primaryStatistic == Codes::kStatUPtile;
-        auto* paren = new SyntaxCategoriesParen(this, text, isPercentile);
-        Add(paren);
-        // A statistic of the categories themselves needs no variable to be computed on.
-        if (data._statisticGroup != Codes::kStatGroupSummary) {
-          paren->ParenthesisAreOptional(true);
-        }
-        data._sortKey = Codes::kSortKeyStatistic;
-        next = paren;
-      }
-      refuseWithList();
-      data._keySet = true;
+      next = ReadSortKey(text);
       break;
     case kStateLabel:
       // The reader gives a quoted label as a literal; a word here means the token stream
@@ -235,6 +189,49 @@ SyntaxConverter* SyntaxCategoriesSubcommand::String(const std::string& text) {
       SyntaxParserUtility::UnknownKeyword(this, text);
   }
   data._state = kStateNone;
+  return next;
+}
+
+// ORDER, KEY and MISSING choose among the data's categories, which an explicit list fixes.
+void SyntaxCategoriesSubcommand::RefuseBesideList() const {
+  if (_data->_squareBracket != nullptr) {
+    SyntaxParserUtility::ExplicitListViolation();
+  }
+}
+
+// KEY = VALUE | LABEL | statistic [ '(' variable ')' ]
+SyntaxConverter* SyntaxCategoriesSubcommand::ReadSortKey(const std::string& text) {
+  Data& data = *_data;
+  auto is = [&](const char* word) { return SyntaxParserUtility::ExactWordMatch(text, word); };
+  SyntaxConverter* next = this;
+  if (is("VALUE")) {
+    data._sortKey = Codes::kSortKeyValue;
+  } else if (is("LABEL")) {
+    data._sortKey = Codes::kSortKeyLabel;
+  } else {
+    int code = 0;
+    int prime = 0;
+    int conf = 0;
+    if (!SyntaxParserUtility::SupportedStatistics(text, code, data._statisticLabel, data._statisticGroup,
+                                                  prime, conf)) {
+      SyntaxParserUtility::UnknownKeyword(this, text);
+    }
+    data._sortStatistic = static_cast<Codes::StatisticCodes>(code);
+    data._primaryStatistic = static_cast<Codes::StatisticCodes>(prime);
+    data._statisticConf = static_cast<Codes::StatisticConf>(conf);
+    const bool isPercentile =
+        data._primaryStatistic == Codes::kStatPtile || data._primaryStatistic == Codes::kStatUPtile;
+    auto* paren = new SyntaxCategoriesParen(this, text, isPercentile);
+    Add(paren);
+    // A statistic of the categories themselves needs no variable to be computed on.
+    if (data._statisticGroup != Codes::kStatGroupSummary) {
+      paren->ParenthesisAreOptional(true);
+    }
+    data._sortKey = Codes::kSortKeyStatistic;
+    next = paren;
+  }
+  RefuseBesideList();
+  data._keySet = true;
   return next;
 }
 
@@ -282,14 +279,13 @@ SyntaxConverter* SyntaxCategoriesSubcommand::LeftSquareBracket(const std::string
   }
   auto* bracket = new SyntaxCategorySquareBracket;
   if (!data._variableList.empty() && dichotomyCount == data._variableList.size()) {
-    bracket->SetExclusiveMDList(true);
-    bracket->SetTreatSubtotalAsVar(wordCount[0] >= 1);
-    bracket->SetTreatHSubtotalAsVar(wordCount[1] >= 1);
-    bracket->SetTreatLoAsVar(wordCount[2] >= 1);
-    bracket->SetTreatHiAsVar(wordCount[3] >= 1);
-    bracket->SetTreatThruAsVar(wordCount[4] >= 1);
-    bracket->SetTreatMissingAsVar(wordCount[5] >= 1);
-    bracket->SetTreatOtherNMAsVar(wordCount[6] >= 1);
+    std::vector<std::string> reservedMembers;
+    for (int word = 0; word < kReservedWordCount; ++word) {
+      if (wordCount[word] >= 1) {
+        reservedMembers.push_back(kReservedWords[word]);
+      }
+    }
+    bracket->SetMemberList(reservedMembers);
   }
   data._squareBracket = bracket;
   Add(bracket);
@@ -453,34 +449,25 @@ std::vector<std::string> SyntaxCategoriesSubcommand::GetCatVarNameList() {
     if (variable->GetVariableType() != Codes::kVariableCategorical) {
       continue;
     }
-    const std::string name = variable->GetNameToken();
-    const bool seen = std::any_of(names.begin(), names.end(), [&](const std::string& earlier) {
-      return SyntaxParserUtility::ExactWordMatch(earlier, name);
-    });
-    if (!seen) {
-      names.push_back(name);
-    }
+    SyntaxParserUtility::AppendDistinctName(names, variable->GetNameToken());
   }
   return names;
 }
 
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetCategoricalVariables(
     const std::string& name) {
-  std::vector<SyntaxVariableName*> found;
-  for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
-    if (variable->GetVariableType() == Codes::kVariableCategorical &&
-        SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
-      found.push_back(variable);
-    }
-  }
-  return found;
+  return GetTableVariables(name, Codes::kVariableCategorical);
 }
 
 std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetScaleVariables(const std::string& name) {
+  return GetTableVariables(name, Codes::kVariableScale);
+}
+
+std::vector<SyntaxVariableName*> SyntaxCategoriesSubcommand::GetTableVariables(
+    const std::string& name, TableEncryptionCodes::VariableCodes type) {
   std::vector<SyntaxVariableName*> found;
   for (SyntaxVariableName* variable : RequireTableScope().GetTableVarList()) {
-    if (variable->GetVariableType() == Codes::kVariableScale &&
-        SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
+    if (variable->GetVariableType() == type && SyntaxParserUtility::ExactWordMatch(variable->GetNameToken(), name)) {
       found.push_back(variable);
     }
   }

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "host/engine/TableEncryptionCodes.h"
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxComposite.h"
 
 class SyntaxVariableName;
@@ -14,13 +16,11 @@ class SyntaxVariableName;
 /// POSITION= EMPTY=`. Nothing is applied while the subcommand is read: at its end
 /// ValidateAndCommit hands each option to every categorical occurrence of the named
 /// variables in the table ahead of it.
-class SyntaxCategoriesSubcommand : public SyntaxComposite {
+class SyntaxCategoriesSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   SyntaxCategoriesSubcommand();
   ~SyntaxCategoriesSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
   /// Opens the explicit list.
   SyntaxConverter* LeftSquareBracket(const std::string& text) override;
@@ -52,10 +52,17 @@ class SyntaxCategoriesSubcommand : public SyntaxComposite {
   void DumpDetails(std::ostream& out) const override;
 
  private:
+  /// ExplicitListViolation when an explicit list was given.
+  void RefuseBesideList() const;
+  /// The value of KEY; a statistic opens the parenthesis of its variable, which is returned.
+  SyntaxConverter* ReadSortKey(const std::string& text);
   /// A sort statistic must be available where the categories are sorted.
   void ValidateSummarySortKey();
   /// Removes `child` from the children and deletes it.
   void DropChild(SyntaxConverter* child);
+  /// Every occurrence of `name` of measurement `type` in the table, in order.
+  std::vector<SyntaxVariableName*> GetTableVariables(const std::string& name,
+                                                     TableEncryptionCodes::VariableCodes type);
 
   struct Data;
   std::unique_ptr<Data> _data;

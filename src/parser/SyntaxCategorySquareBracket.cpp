@@ -1,6 +1,7 @@
 // SyntaxCategorySquareBracket.cpp - the explicit list of CATEGORIES and its sequence rules
 #include "parser/SyntaxCategorySquareBracket.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <ostream>
 #include <string>
@@ -29,13 +30,7 @@ bool IsValue(Codes::ExplicitListType type) {
 struct SyntaxCategorySquareBracket::Data {
   bool _isClosed = false;  // "]" was read
   bool _exclusiveMDList = false;
-  bool _treatSubtotalAsVar = false;
-  bool _treatHSubtotalAsVar = false;
-  bool _treatLoAsVar = false;
-  bool _treatHiAsVar = false;
-  bool _treatMissingAsVar = false;
-  bool _treatOtherNMAsVar = false;
-  bool _treatThruAsVar = false;
+  std::vector<std::string> _reservedMembers;  // reserved words that name a member of the sets
   bool _awaitingComputedName = false;   // "&" was read
   bool _totalUsedInPc = false;          // a referred computed category uses TOTAL
   std::string _pcCatName;               // name of that category
@@ -148,23 +143,21 @@ SyntaxConverter* SyntaxCategorySquareBracket::String(const std::string& text) {
   struct ReservedWord {
     const char* word;
     Codes::ExplicitListType type;
-    bool asVariable;
   };
-  const ReservedWord reserved[] = {
-      {"SUBTOTAL", Codes::kExplicitSubtotal, data._treatSubtotalAsVar},
-      {"HSUBTOTAL", Codes::kExplicitHSubtotal, data._treatHSubtotalAsVar},
-      {"LO", Codes::kExplicitLo, data._treatLoAsVar},
-      {"THRU", Codes::kExplicitRange, data._treatThruAsVar},
-      {"HI", Codes::kExplicitHi, data._treatHiAsVar},
-      {"MISSING", Codes::kExplicitMissing, data._treatMissingAsVar},
-      {"OTHERNM", Codes::kExplicitOtherNM, data._treatOtherNMAsVar},
+  static constexpr ReservedWord kReserved[] = {
+      {"SUBTOTAL", Codes::kExplicitSubtotal}, {"HSUBTOTAL", Codes::kExplicitHSubtotal},
+      {"LO", Codes::kExplicitLo},             {"THRU", Codes::kExplicitRange},
+      {"HI", Codes::kExplicitHi},             {"MISSING", Codes::kExplicitMissing},
+      {"OTHERNM", Codes::kExplicitOtherNM},
   };
-  for (const ReservedWord& entry : reserved) {
+  for (const ReservedWord& entry : kReserved) {
     if (!SyntaxParserUtility::ExactWordMatch(text, entry.word)) {
       continue;
     }
     // In a list of members, a member called MISSING is that member.
-    if (data._exclusiveMDList && entry.asVariable) {
+    const bool namesMember = std::find(data._reservedMembers.begin(), data._reservedMembers.end(), entry.word) !=
+                             data._reservedMembers.end();
+    if (data._exclusiveMDList && namesMember) {
       AddCategoryToken(new CategoryToken(text, Codes::kExplicitName), text);
     } else if (entry.type == Codes::kExplicitRange) {
       AddCategoryToken(new CategoryRange(text), text);
@@ -345,36 +338,9 @@ void SyntaxCategorySquareBracket::ValidateAndCommit(const std::string& text) {
   }
 }
 
-void SyntaxCategorySquareBracket::SetExclusiveMDList(bool isExclusive) {
-  _data->_exclusiveMDList = isExclusive;
-}
-
-void SyntaxCategorySquareBracket::SetTreatSubtotalAsVar(bool asVariable) {
-  _data->_treatSubtotalAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatHSubtotalAsVar(bool asVariable) {
-  _data->_treatHSubtotalAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatLoAsVar(bool asVariable) {
-  _data->_treatLoAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatHiAsVar(bool asVariable) {
-  _data->_treatHiAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatMissingAsVar(bool asVariable) {
-  _data->_treatMissingAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatOtherNMAsVar(bool asVariable) {
-  _data->_treatOtherNMAsVar = asVariable;
-}
-
-void SyntaxCategorySquareBracket::SetTreatThruAsVar(bool asVariable) {
-  _data->_treatThruAsVar = asVariable;
+void SyntaxCategorySquareBracket::SetMemberList(const std::vector<std::string>& reservedMembers) {
+  _data->_exclusiveMDList = true;
+  _data->_reservedMembers = reservedMembers;
 }
 
 const std::vector<CategoryToken*>& SyntaxCategorySquareBracket::GetTokens() const {

@@ -30,16 +30,10 @@ class SyntaxCategorySquareBracket : public SyntaxComposite {
   /// An unclosed, empty or unfinished list is refused.
   void ValidateAndCommit(const std::string& text) override;
 
-  /// The list applies only to dichotomy sets: words are member names.
-  void SetExclusiveMDList(bool isExclusive);
-  /// In such a list, the reserved word names a member variable of that name.
-  void SetTreatSubtotalAsVar(bool asVariable);
-  void SetTreatHSubtotalAsVar(bool asVariable);
-  void SetTreatLoAsVar(bool asVariable);
-  void SetTreatHiAsVar(bool asVariable);
-  void SetTreatMissingAsVar(bool asVariable);
-  void SetTreatOtherNMAsVar(bool asVariable);
-  void SetTreatThruAsVar(bool asVariable);
+  /// The list applies only to dichotomy sets: words are member names. `reservedMembers` are
+  /// the reserved words (SUBTOTAL, LO, THRU, MISSING, ...) that name a member of those sets
+  /// and so stand for that member rather than for their usual meaning.
+  void SetMemberList(const std::vector<std::string>& reservedMembers);
 
   /// The elements in order; owned by the list.
   const std::vector<CategoryToken*>& GetTokens() const;

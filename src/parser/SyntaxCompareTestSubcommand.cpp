@@ -36,7 +36,7 @@ const std::vector<KeywordRule>& Rules() {
   static const std::vector<KeywordRule> rules = {
       {"TYPE", Kind::kWord,
        {{"PROP", TableEncryptionCodes::kSigTestProportions}, {"MEAN", TableEncryptionCodes::kSigTestMeans}}},
-      {"ALPHA", Kind::kNumber, {}, true, -1, false, 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha},
+      NumberBetween("ALPHA", 0.0, 1.0, &SyntaxParserUtility::InvalidAlpha),
       {"ADJUST", Kind::kWord,
        {{"NONE", PresentationCodes::kAdjustNone},
         {"BONFERRONI", PresentationCodes::kAdjustBonferroni},
@@ -62,20 +62,11 @@ struct SyntaxCompareTestSubcommand::Data {
   explicit Data(TableSettings& settings) : _settings(settings) {}
 
   TableSettings& _settings;  // the table's, where the test is registered
-  int _type = 0;  // 0 until TYPE; then kSigTestProportions or kSigTestMeans
   double _alpha = 0.05;
   double _alpha2 = 0.0;
   std::string _alphaText = "0.05";
   std::string _alpha2Text;
-  PresentationCodes::SignificanceAdjustType _adjustType = PresentationCodes::kAdjustBonferroni;
-  bool _originColumn = true;
-  bool _includeMRSets = true;
-  bool _includeSubtotals = false;
-  bool _meansVarianceAllCats = true;
-  bool _merge = false;
-  bool _showSig = false;
   int _sigDigits = 3;
-  bool _styleApa = true;
 };
 
 SyntaxCompareTestSubcommand::SyntaxCompareTestSubcommand(TableSettings& settings)
@@ -131,39 +122,23 @@ void SyntaxCompareTestSubcommand::OnNumber(int rule, double value, const std::st
   data._sigDigits = static_cast<int>(clamped);
 }
 
-void SyntaxCompareTestSubcommand::OnWord(int rule, int code) {
-  Data& data = *_data;
-  switch (rule) {
-    case kType:
-      data._type = code;
-      break;
-    case kAdjust:
-      data._adjustType = static_cast<PresentationCodes::SignificanceAdjustType>(code);
-      break;
-    case kOrigin:
-      data._originColumn = true;
-      break;
-    case kCategories:
-      data._includeSubtotals = code == 1;
-      break;
-    case kIncludeMRSets:
-      data._includeMRSets = code == 1;
-      break;
-    case kMeansVariance:
-      data._meansVarianceAllCats = code == 1;
-      break;
-    case kMerge:
-      data._merge = code == 1;
-      break;
-    case kShowSig:
-      data._showSig = code == 1;
-      break;
-    case kStyle:
-      data._styleApa = code == 1;
-      break;
-    default:
-      break;
-  }
+// The words' codes are the keyword reader's; these read them with their defaults.
+int SyntaxCompareTestSubcommand::Type() const {
+  return Keywords().Code(kType, 0);
+}
+
+PresentationCodes::SignificanceAdjustType SyntaxCompareTestSubcommand::Adjust() const {
+  return static_cast<PresentationCodes::SignificanceAdjustType>(
+      Keywords().Code(kAdjust, PresentationCodes::kAdjustBonferroni));
+}
+
+bool SyntaxCompareTestSubcommand::Says(int rule, bool fallback) const {
+  return Keywords().Code(rule, fallback ? 1 : 0) == 1;
+}
+
+bool SyntaxCompareTestSubcommand::Merged() const {
+  // Merged columns show no p-values, so SHOWSIG=YES cancels MERGE.
+  return Says(kMerge, false) && !Says(kShowSig, false);
 }
 
 void SyntaxCompareTestSubcommand::Commit(const std::string& text) {
@@ -172,35 +147,34 @@ void SyntaxCompareTestSubcommand::Commit(const std::string& text) {
   for (const int rule : {kAlpha, kAdjust, kOrigin, kCategories, kIncludeMRSets, kMeansVariance}) {
     anyTestOption = anyTestOption || Keywords().WasGiven(rule);
   }
-  if (data._type == 0 && !anyTestOption) {
+  if (Type() == 0 && !anyTestOption) {
     return;
   }
-  if (data._type == 0) {
+  if (Type() == 0) {
     SyntaxParserUtility::IncompleteSubcommand(this, text);
   }
-  if (data._merge && data._showSig) {
+  if (Says(kMerge, false) && Says(kShowSig, false)) {
     SyntaxParserUtility::SigTestMergedNoPValue();
-    data._merge = false;
   }
-  if (data._merge && data._styleApa && !data._alpha2Text.empty()) {
-    SyntaxParserUtility::GenericMessage(msg::kOneAlphaWithApaStyle, /*warning=*/true,
-                                        nullptr, nullptr);
+  const bool styleApa = Says(kStyle, true);
+  if (Merged() && styleApa && !data._alpha2Text.empty()) {
+    SyntaxParserUtility::GenericMessage(msg::kOneAlphaWithApaStyle, /*warning=*/true, nullptr, nullptr);
     data._alpha2Text.clear();
     data._alpha2 = 0.0;
   }
-  SigTestSettings settings(static_cast<TableEncryptionCodes::SignificanceTestType>(data._type), data._alpha,
-                           data._alpha2, data._alphaText, data._alpha2Text, data._adjustType,
-                           data._originColumn, data._merge, data._showSig, data._sigDigits);
-  settings._includeMRSets = data._includeMRSets;
-  settings._includeSubtotals = data._includeSubtotals;
-  settings._meansVarianceAllCats = data._meansVarianceAllCats;
-  settings._styleApa = data._styleApa;
+  SigTestSettings settings(static_cast<TableEncryptionCodes::SignificanceTestType>(Type()), data._alpha,
+                           data._alpha2, data._alphaText, data._alpha2Text, Adjust(), Says(kOrigin, true),
+                           Merged(), Says(kShowSig, false), data._sigDigits);
+  settings._includeMRSets = Says(kIncludeMRSets, true);
+  settings._includeSubtotals = Says(kCategories, false);
+  settings._meansVarianceAllCats = Says(kMeansVariance, true);
+  settings._styleApa = styleApa;
   data._settings.AddCompareTest(settings);
 }
 
 void SyntaxCompareTestSubcommand::DumpDetails(std::ostream& out) const {
-  out << "state=" << Keywords().GetState() << " type=" << _data->_type << " alpha=" << _data->_alphaText
-      << " alpha2=" << _data->_alpha2Text << " adjust=" << _data->_adjustType << " merge=" << _data->_merge
-      << " showSig=" << _data->_showSig << " sigDigits=" << _data->_sigDigits
-      << " styleApa=" << _data->_styleApa;
+  out << "state=" << Keywords().GetState() << " type=" << Type() << " alpha=" << _data->_alphaText
+      << " alpha2=" << _data->_alpha2Text << " adjust=" << Adjust() << " merge=" << Merged()
+      << " showSig=" << Says(kShowSig, false) << " sigDigits=" << _data->_sigDigits
+      << " styleApa=" << Says(kStyle, true);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "parser/PresentationCodes.h"
 #include "parser/SyntaxKeywordSubcommand.h"
 
 class TableSettings;
@@ -24,12 +25,19 @@ class SyntaxCompareTestSubcommand : public SyntaxKeywordSubcommand {
   SyntaxConverter* OnKeyword(int rule) override;
   /// An ALPHA level or the SIGDIGS count.
   void OnNumber(int rule, double value, const std::string& text) override;
-  void OnWord(int rule, int code) override;
   /// Registers the test; nothing at all when no test option was given.
   void Commit(const std::string& text) override;
   void DumpDetails(std::ostream& out) const override;
 
  private:
+  /// TYPE's code; 0 until TYPE is given.
+  int Type() const;
+  PresentationCodes::SignificanceAdjustType Adjust() const;
+  /// The yes-or-no word last given for `rule`; `fallback` when none was.
+  bool Says(int rule, bool fallback) const;
+  /// MERGE=YES, unless SHOWSIG=YES cancels it.
+  bool Merged() const;
+
   struct Data;
   std::unique_ptr<Data> _data;
 };

@@ -491,28 +491,14 @@ void SyntaxConverter::SetBaseWeightVarIndex(int index) {
   ConverterData::_baseWeightVarIndex = index;
 }
 
-void SyntaxConverter::SetByContext(bool isLegal) {
-  _converterData->_byContext = isLegal;
-}
-
-void SyntaxConverter::SetGreaterThanContext(bool isLegal) {
-  _converterData->_greaterThanContext = isLegal;
-}
-
-void SyntaxConverter::SetParenContext(bool isLegal) {
-  _converterData->_parenContext = isLegal;
-}
-
-void SyntaxConverter::SetPlusContext(bool isLegal) {
-  _converterData->_plusContext = isLegal;
-}
-
-void SyntaxConverter::SetSquareBracketContext(bool isLegal) {
-  _converterData->_squareBracketContext = isLegal;
-}
-
-void SyntaxConverter::SetVariableContext(bool isLegal) {
-  _converterData->_variableContext = isLegal;
+void SyntaxConverter::SetContexts(unsigned contexts) {
+  ConverterData& data = *_converterData;
+  data._byContext = (contexts & kContextBy) != 0;
+  data._greaterThanContext = (contexts & kContextGreaterThan) != 0;
+  data._parenContext = (contexts & kContextParen) != 0;
+  data._plusContext = (contexts & kContextPlus) != 0;
+  data._squareBracketContext = (contexts & kContextSquareBracket) != 0;
+  data._variableContext = (contexts & kContextVariable) != 0;
 }
 
 void SyntaxConverter::Dump(std::ostream& out, int depth) const {

@@ -109,12 +109,22 @@ class SyntaxConverter {
   static int GetBaseWeightVarIndex();
   static void SetBaseWeightVarIndex(int index);
 
-  void SetByContext(bool isLegal);
-  void SetGreaterThanContext(bool isLegal);
-  void SetParenContext(bool isLegal);
-  void SetPlusContext(bool isLegal);
-  void SetSquareBracketContext(bool isLegal);
-  void SetVariableContext(bool isLegal);
+  /// What may follow this converter in a table expression; the dump shows each flag.
+  enum Context : unsigned {
+    kContextNone = 0,  // the expression is over: only a subcommand word may follow
+    kContextBy = 1,
+    kContextGreaterThan = 2,
+    kContextParen = 4,
+    kContextPlus = 8,
+    kContextSquareBracket = 16,
+    kContextVariable = 32,
+    /// An operand must come: a variable, a set or a parenthesis.
+    kContextBeforeOperand = kContextParen | kContextVariable,
+    /// An operand is complete: an operator, BY or a bracket may follow, not another operand.
+    kContextAfterOperand = kContextBy | kContextGreaterThan | kContextPlus | kContextSquareBracket,
+  };
+  /// Makes exactly `contexts` (Context flags joined with |) legal next.
+  void SetContexts(unsigned contexts);
 
   /// Writes this node and everything below it, one node per line, two blanks per level:
   /// kind, subcommand name, the six context flags, then the square brackets and children.

@@ -8,7 +8,7 @@ enum SyntaxConverterType : int {
   kConverterStatistics = 0,        // Statistics
   kConverterBy = 1,                // SyntaxBy
   kConverterCategories = 2,        // SyntaxCategoriesSubcommand, SyntaxCategoriesParen, SyntaxCatVarList
-  kConverterCLabels = 3,           // SyntaxCLabelsSubcommand
+  kConverterCLabels = 3,           // SyntaxTableKeywordSubcommand::CLabels
   kConverterComposite = 4,         // SyntaxComposite
   kConverterPlain = 5,             // SyntaxConverter
   kConverterDummy = 6,             // SyntaxDummy
@@ -16,7 +16,7 @@ enum SyntaxConverterType : int {
   kConverterMRSet = 8,             // SyntaxMRVariableSet
   kConverterParen = 9,             // SyntaxParen
   kConverterPlus = 10,             // SyntaxPlus
-  kConverterSLabels = 11,          // SyntaxSLabelsSubcommand
+  kConverterSLabels = 11,          // SyntaxTableKeywordSubcommand::SLabels
   kConverterCommand = 12,          // SyntaxTablesCommand
   kConverterTable = 13,            // SyntaxTableSubcommand
   kConverterTotals = 14,           // SyntaxTotals

@@ -1,18 +1,11 @@
 // SyntaxKeywordSubcommand.cpp - one dispatch of keyword-list events to the reader and the subclass
 #include "parser/SyntaxKeywordSubcommand.h"
 
-SyntaxKeywordSubcommand::SyntaxKeywordSubcommand(const char* name, int type, const std::vector<KeywordRule>& rules)
-    : _name(name), _type(type), _keywords(this, rules) {}
+SyntaxKeywordSubcommand::SyntaxKeywordSubcommand(const char* name, int type,
+                                                 const std::vector<KeywordRule>& rules)
+    : NamedConverter(name, type), _keywords(this, rules) {}
 
 SyntaxKeywordSubcommand::~SyntaxKeywordSubcommand() = default;
-
-std::string SyntaxKeywordSubcommand::GetSubcommandName() const {
-  return _name;
-}
-
-int SyntaxKeywordSubcommand::GetType() const {
-  return _type;
-}
 
 SyntaxConverter* SyntaxKeywordSubcommand::AttributeString(const std::string& text, TARN_TokenSequence* /*tokens*/) {
   return OnKeyword(_keywords.Start(text));

@@ -5,18 +5,17 @@
 #include <vector>
 
 #include "parser/KeywordReader.h"
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxComposite.h"
 
 /// A subcommand described by a table of KeywordRules. The events of a keyword list (a
 /// keyword, a word, a number, a quoted text) go through one KeywordReader, which raises the
 /// catalogue errors and the duplicate warnings; the subclass only stores what each value
 /// means, checks what is its own (a range, a variable) and commits at the end.
-class SyntaxKeywordSubcommand : public SyntaxComposite {
+class SyntaxKeywordSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   ~SyntaxKeywordSubcommand() override;
 
-  std::string GetSubcommandName() const final;
-  int GetType() const final;
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
   SyntaxConverter* String(const std::string& text) final;
   SyntaxConverter* Number(double value, const std::string& text) override;
@@ -44,7 +43,5 @@ class SyntaxKeywordSubcommand : public SyntaxComposite {
   virtual void Commit(const std::string& text);
 
  private:
-  const char* _name;
-  int _type;
   KeywordReader _keywords;
 };

@@ -34,6 +34,30 @@ struct ReadState {
   std::vector<std::string> bracketElements;  // the number-like texts of the open bracket
   int bracketOperands = 0;                   // operands the open bracket has added
   double bracketFirstNumber = 0.0;           // the value of the bracket's first element
+  bool bracketThruSeen = false;              // the open bracket has had its THRU
+  RangeOperand bracketRange;                 // the ends read so far, once THRU makes a range
+
+  /// "[" or "]": the next bracket starts afresh.
+  void ClearBracket() {
+    bracketElements.clear();
+    bracketOperands = 0;
+    bracketThruSeen = false;
+    bracketRange = RangeOperand();
+  }
+  /// A number, LO, HI or THRU inside the bracket: the end before the first THRU is the low
+  /// one, the last end the high one.
+  void ReadRangeElement(const std::string& text, double number) {
+    if (text == " THRU ") {
+      bracketThruSeen = true;
+      return;
+    }
+    RangeEnd end;
+    end.text = text;
+    end.isLo = SyntaxParserUtility::ExactWordMatch(text, "LO");
+    end.isHi = SyntaxParserUtility::ExactWordMatch(text, "HI");
+    end.number = end.isLo || end.isHi ? 0.0 : number;
+    (bracketThruSeen ? bracketRange.high : bracketRange.low) = end;
+  }
 };
 
 bool IsArithmetic(int op) {
@@ -76,17 +100,10 @@ struct SyntaxPComputeSubcommand::PCData {
   ReadState _state;                                       // the reader's place while the expression is read
 };
 
-SyntaxPComputeSubcommand::SyntaxPComputeSubcommand() : _pcData(std::make_unique<PCData>()) {}
+SyntaxPComputeSubcommand::SyntaxPComputeSubcommand()
+    : NamedConverter("PCOMPUTE", kConverterPCompute), _pcData(std::make_unique<PCData>()) {}
 
 SyntaxPComputeSubcommand::~SyntaxPComputeSubcommand() = default;
-
-std::string SyntaxPComputeSubcommand::GetSubcommandName() const {
-  return "PCOMPUTE";
-}
-
-int SyntaxPComputeSubcommand::GetType() const {
-  return kConverterPCompute;
-}
 
 // PCOMPUTE & name
 SyntaxConverter* SyntaxPComputeSubcommand::Ampersand(const std::string& /*text*/) {
@@ -202,8 +219,7 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
         state.finished = state.depth == 0;
       } else if (op == TokenSequenceBase::kOpLeftBracket) {
         state.inBracket = true;
-        state.bracketElements.clear();
-        state.bracketOperands = 0;
+        state.ClearBracket();
         if (state.afterBracket) {
           SyntaxParserUtility::InvalidExpression(this, data._catName);
         }
@@ -382,6 +398,7 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
       state.bracketFirstNumber = number;
     }
     state.bracketElements.push_back(text);
+    state.ReadRangeElement(text, number);
     std::string joined;
     for (const std::string& element : state.bracketElements) {
       joined += element;
@@ -392,8 +409,7 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
         expression.removeLastToken();
         --state.bracketOperands;
       }
-      expression.addToken(data._catName, joined, TableEncryptionCodes::kExplicitRange, Expr::kExprValue,
-                          Expr::kExprOpNone, state.bracketFirstNumber, 0);
+      expression.addRangeToken(data._catName, joined, state.bracketRange, state.bracketFirstNumber);
     } else {
       expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprValue,
                           Expr::kExprOpNone, number, 0);
@@ -422,8 +438,7 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
   }
   state.inBracket = false;
   state.afterBracket = true;
-  state.bracketElements.clear();
-  state.bracketOperands = 0;
+  state.ClearBracket();
 }
 
 bool SyntaxPComputeSubcommand::MRSetExists(const std::string& name) const {

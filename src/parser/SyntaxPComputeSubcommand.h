@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "parser/NamedConverter.h"
 #include "parser/SyntaxComposite.h"
 
 class ExpressionToken;
@@ -15,13 +16,11 @@ struct TokenInfo;
 /// itself up to the closing parenthesis, so that "/" inside the expression is division
 /// and not the end of the subcommand. Nothing is evaluated here, and whether the
 /// categories named exist is settled when an explicit category list refers to `&name`.
-class SyntaxPComputeSubcommand : public SyntaxComposite {
+class SyntaxPComputeSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   SyntaxPComputeSubcommand();
   ~SyntaxPComputeSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   /// `name =` (the "=" is current in `tokens`): reads "EXPR", "(" and the expression,
   /// leaving `tokens` on its last token.
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;

@@ -28,23 +28,17 @@ struct SyntaxPPropertiesSubcommand::PPROPERTIESData {
   int _state = kStateNames;            // the keyword whose values are being read
   std::vector<std::string> _catNames;  // the names given, in order
   std::vector<std::string> _labels;    // LABEL texts, in order
-  std::vector<Statistics*> _formats;   // FORMAT statistics; children of the subcommand
   bool _labelSet = false;
   bool _formatSet = false;
   bool _hideSource = false;  // HIDESOURCECATS=YES
 };
 
-SyntaxPPropertiesSubcommand::SyntaxPPropertiesSubcommand() : _ppData(std::make_unique<PPROPERTIESData>()) {}
+SyntaxPPropertiesSubcommand::SyntaxPPropertiesSubcommand()
+    : NamedConverter("PPROPERTIES", kConverterPProperties),
+      _ppData(std::make_unique<PPROPERTIESData>()),
+      _formats(this) {}
 
 SyntaxPPropertiesSubcommand::~SyntaxPPropertiesSubcommand() = default;
-
-std::string SyntaxPPropertiesSubcommand::GetSubcommandName() const {
-  return "PPROPERTIES";
-}
-
-int SyntaxPPropertiesSubcommand::GetType() const {
-  return kConverterPProperties;
-}
 
 // PPROPERTIES & name ...
 SyntaxConverter* SyntaxPPropertiesSubcommand::Ampersand(const std::string& /*text*/) {
@@ -55,7 +49,7 @@ SyntaxConverter* SyntaxPPropertiesSubcommand::Ampersand(const std::string& /*tex
 SyntaxConverter* SyntaxPPropertiesSubcommand::AttributeString(const std::string& text,
                                                               TARN_TokenSequence* /*tokens*/) {
   PPROPERTIESData& data = *_ppData;
-  AssertIntegrity(text);
+  _formats.ClosePercentile(text);
   // A keyword given again replaces what it gave before: the later value stands.
   if (KeywordMatch(text.c_str(), "LABEL")) {
     if (data._labelSet) {
@@ -69,9 +63,7 @@ SyntaxConverter* SyntaxPPropertiesSubcommand::AttributeString(const std::string&
       SyntaxParserUtility::DuplicateWarning(this, "FORMAT");
       // The earlier statistics stay children of the subcommand, which owns them, but no
       // longer count.
-      data._formats.clear();
-      _statisticsSeen = false;
-      _measurementSet = false;
+      _formats.Clear();
     }
     data._formatSet = true;
     data._state = kStateFormat;
@@ -136,77 +128,24 @@ SyntaxConverter* SyntaxPPropertiesSubcommand::String(const std::string& text) {
 
 // FORMAT = statistic [label] [format] ... | S | C
 SyntaxConverter* SyntaxPPropertiesSubcommand::FormatString(const std::string& text) {
-  PPROPERTIESData& data = *_ppData;
-  int code = 0;
-  std::string label;
-  TableEncryptionCodes::StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
-  if (SyntaxParserUtility::SupportedStatistics(text, code, label, group)) {
-    if (_measurementSet) {
-      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
-    }
-    AssertIntegrity(text);
-    auto* statistic = new Statistics(static_cast<TableEncryptionCodes::StatisticCodes>(code), text, label);
-    statistic->SetStatGroup(group);
-    Add(statistic);
-    data._formats.push_back(statistic);
-    CheckStatsUniqueness();
-    const int primary = statistic->GetPrimaryStatistic();
-    if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
-      _pendingPercentile = statistic;
-    }
-    _statisticsSeen = true;
+  if (Statistics* statistic = _formats.ReadStatistic(text)) {
+    _formats.DropEarlierRepeats();
     return statistic;
   }
   if (KeywordMatch(text.c_str(), "TOTALS")) {
-    AssertIntegrity(text);
+    _formats.ClosePercentile(text);
     // A computed category has no total of its own, so statistics for totals would have
     // nothing to act on; refusing them says so instead of dropping them in silence.
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
-  const bool scale = SyntaxParserUtility::ExactWordMatch(text, "S");
-  if (scale || SyntaxParserUtility::ExactWordMatch(text, "C")) {
-    if (_statisticsSeen) {
-      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
-    }
-    if (_measurementSet) {
-      SyntaxParserUtility::DuplicateWarning(this, text);
-    }
-    _measurement = scale ? TableEncryptionCodes::kVariableScale : TableEncryptionCodes::kVariableCategorical;
-    _measurementSet = true;
+  if (_formats.ReadMeasurement(text)) {
     return this;
   }
   SyntaxParserUtility::UnknownKeyword(this, text);
 }
 
-void SyntaxPPropertiesSubcommand::AssertIntegrity(const std::string& text) {
-  if (_pendingPercentile != nullptr && !_pendingPercentile->HasCutPoint()) {
-    SyntaxParserUtility::InvalidPTILE(this, text);
-  }
-  _pendingPercentile = nullptr;
-}
-
-void SyntaxPPropertiesSubcommand::CheckStatsUniqueness() {
-  std::vector<Statistics*>& formats = _ppData->_formats;
-  for (std::size_t i = 0; i < formats.size();) {
-    bool repeatedLater = false;
-    for (std::size_t later = i + 1; later < formats.size(); ++later) {
-      if (*formats[i] == *formats[later]) {
-        repeatedLater = true;
-        break;
-      }
-    }
-    if (repeatedLater) {
-      // The later one stays: the last thing written for a statistic is what counts.
-      SyntaxParserUtility::DuplicateWarning(this, formats[i]->GetNameToken());
-      formats.erase(formats.begin() + static_cast<std::ptrdiff_t>(i));
-    } else {
-      ++i;
-    }
-  }
-}
-
 void SyntaxPPropertiesSubcommand::ValidateAndCommit(const std::string& text) {
-  AssertIntegrity(text);
+  _formats.ClosePercentile(text);
 }
 
 const std::vector<std::string>& SyntaxPPropertiesSubcommand::GetCatNameVector() const {
@@ -226,7 +165,7 @@ bool SyntaxPPropertiesSubcommand::IsFormatSet() const {
 }
 
 const std::vector<Statistics*>& SyntaxPPropertiesSubcommand::GetPFormat() const {
-  return _ppData->_formats;
+  return _formats.GetStatistics();
 }
 
 bool SyntaxPPropertiesSubcommand::IsHideSourceSet() const {
@@ -252,16 +191,12 @@ void SyntaxPPropertiesSubcommand::DumpDetails(std::ostream& out) const {
     separator = ",";
   }
   out << " formats=";
-  separator = "";
-  for (const Statistics* statistic : data._formats) {
-    out << separator << statistic->GetNameToken();
-    separator = ",";
-  }
-  if (data._formats.empty()) {
+  _formats.DumpNames(out);
+  if (_formats.GetStatistics().empty()) {
     out << "none";
   }
   out << " hideSource=" << data._hideSource;
-  if (_measurementSet) {
-    out << " measurement=" << (_measurement == TableEncryptionCodes::kVariableScale ? "S" : "C");
+  if (_formats.HasMeasurement()) {
+    out << " measurement=" << _formats.MeasurementName();
   }
 }

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/engine/TableEncryptionCodes.h"
+#include "parser/NamedConverter.h"
+#include "parser/StatisticList.h"
 #include "parser/SyntaxComposite.h"
 
 class Statistics;
@@ -14,13 +15,11 @@ class SyntaxPComputeSubcommand;
 /// `PPROPERTIES &a &b LABEL='..' FORMAT=COUNT F5.0 HIDESOURCECATS=YES`. The properties do
 /// nothing by themselves: a computed category reads them when an explicit category list
 /// refers to it, and the renderer follows the link from its PCOMPUTE.
-class SyntaxPPropertiesSubcommand : public SyntaxComposite {
+class SyntaxPPropertiesSubcommand : public NamedConverter<SyntaxComposite> {
  public:
   SyntaxPPropertiesSubcommand();
   ~SyntaxPPropertiesSubcommand() override;
 
-  std::string GetSubcommandName() const override;
-  int GetType() const override;
   /// LABEL, FORMAT or HIDESOURCECATS; other words are passed over.
   SyntaxConverter* AttributeString(const std::string& text, TARN_TokenSequence* tokens) override;
   /// A label text, in whatever state (a statistic that is current takes it as its own).
@@ -48,18 +47,11 @@ class SyntaxPPropertiesSubcommand : public SyntaxComposite {
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  /// A percentile statistic still waiting for its number is an error once anything follows.
-  void AssertIntegrity(const std::string& text);
-  /// Drops the earlier of two equal FORMAT statistics, with a warning.
-  void CheckStatsUniqueness();
   /// FORMAT = statistic ... | S | C
   SyntaxConverter* FormatString(const std::string& text);
 
   struct PPROPERTIESData;
   std::unique_ptr<PPROPERTIESData> _ppData;
-  bool _statisticsSeen = false;              // FORMAT named a statistic
-  bool _measurementSet = false;              // FORMAT named S or C
-  Statistics* _pendingPercentile = nullptr;  // a PTILE or UPTILE that needs its number; a child
-  TableEncryptionCodes::VariableCodes _measurement = TableEncryptionCodes::kVariableCategorical;
+  StatisticList _formats;  // the FORMAT statistics or S/C mark; a repeated FORMAT starts again
   std::vector<SyntaxPComputeSubcommand*> _pComputePtrs;  // the PCOMPUTE of each name; not owned
 };

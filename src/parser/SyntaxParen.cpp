@@ -7,8 +7,7 @@
 #include "parser/SyntaxParserUtility.h"
 
 SyntaxParen::SyntaxParen() {
-  SetParenContext(true);
-  SetVariableContext(true);
+  SetContexts(kContextBeforeOperand);
 }
 
 int SyntaxParen::GetType() const {
@@ -19,11 +18,7 @@ int SyntaxParen::GetType() const {
 SyntaxConverter* SyntaxParen::LeftParen(const std::string& text) {
   SyntaxConverter* inner = SyntaxConverter::LeftParen(text);
   // Once the inner paren closes this one is current, with an operand in hand.
-  SetGreaterThanContext(true);
-  SetParenContext(false);
-  SetPlusContext(true);
-  SetSquareBracketContext(true);
-  SetVariableContext(false);
+  SetContexts(kContextAfterOperand & ~kContextBy);
   return inner;
 }
 

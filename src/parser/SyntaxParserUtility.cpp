@@ -9,6 +9,15 @@ bool SyntaxParserUtility::ExactWordMatch(const std::string& left, const std::str
   return TARNMBstricmp_A(left.c_str(), right.c_str()) == 0;
 }
 
+void SyntaxParserUtility::AppendDistinctName(std::vector<std::string>& names, const std::string& name) {
+  for (const std::string& known : names) {
+    if (ExactWordMatch(known, name)) {
+      return;
+    }
+  }
+  names.push_back(name);
+}
+
 bool SyntaxParserUtility::ExactNWordMatch(const std::string& left, const std::string& right, int count) {
   return TARNMBstrnicmp_A(left.c_str(), right.c_str(), count) == 0;
 }

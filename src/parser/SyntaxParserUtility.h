@@ -38,6 +38,9 @@ class SyntaxParserUtility {
   // --- Words -------------------------------------------------------------------------
   /// Whole-word, case-insensitive equality (TARNMBstricmp_A).
   static bool ExactWordMatch(const std::string& left, const std::string& right);
+  /// Appends `name` unless `names` already holds it, in any case; variables are named
+  /// without regard to case.
+  static void AppendDistinctName(std::vector<std::string>& names, const std::string& name);
   /// Case-insensitive equality of the first `count` bytes (TARNMBstrnicmp_A).
   static bool ExactNWordMatch(const std::string& left, const std::string& right, int count);
   /// An upper-case copy (TARNMBstrupr_A); empty for a null or empty argument.
@@ -241,6 +244,8 @@ class SyntaxParserUtility {
   static std::vector<std::string> GetStatKeywords();
 
  private:
+  /// The row of `code`; null when no statistic has it.
+  static const QuiltAStatInfo* FindStatInfo(int code);
   /// Rows indexed by code; built by InitStatistics, kept for the process.
   static std::unique_ptr<std::array<QuiltAStatInfo, kStatCodeCount>> pStatInfoTable;
   /// Upper-case keyword to code, aliases included; its existence marks the vocabulary built.

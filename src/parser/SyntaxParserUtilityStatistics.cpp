@@ -130,14 +130,11 @@ bool SyntaxParserUtility::GetStatisticsDetail(int code, StatisticsGroup& group, 
   keyword.clear();
   prime = 0;
   conf = TableEncryptionCodes::kConfUnset;
-  if (code < 0 || code >= kStatCodeCount) {
+  const QuiltAStatInfo* found = FindStatInfo(code);
+  if (found == nullptr) {
     return false;
   }
-  InitStatistics();
-  const QuiltAStatInfo& row = (*pStatInfoTable)[code];
-  if (row._code == 0) {
-    return false;
-  }
+  const QuiltAStatInfo& row = *found;
   group = row._group;
   label = row._label;
   keyword = row._keyword;
@@ -146,11 +143,18 @@ bool SyntaxParserUtility::GetStatisticsDetail(int code, StatisticsGroup& group, 
   return true;
 }
 
+const QuiltAStatInfo* SyntaxParserUtility::FindStatInfo(int code) {
+  if (code < 0 || code >= kStatCodeCount) {
+    return nullptr;
+  }
+  InitStatistics();
+  const QuiltAStatInfo& row = (*pStatInfoTable)[code];
+  return row._code == 0 ? nullptr : &row;
+}
+
 std::string SyntaxParserUtility::GetStatToken(int code, double cutPoint) {
-  StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
-  std::string label;
-  std::string keyword;
-  GetStatisticsDetail(code, group, label, keyword);
+  const QuiltAStatInfo* row = FindStatInfo(code);
+  const std::string keyword = row != nullptr ? row->_keyword : std::string();
   if ((code == TableEncryptionCodes::kStatPtile || code == TableEncryptionCodes::kStatUPtile) &&
       cutPoint >= 0.0) {
     std::ostringstream token;
@@ -161,19 +165,13 @@ std::string SyntaxParserUtility::GetStatToken(int code, double cutPoint) {
 }
 
 std::string SyntaxParserUtility::GetStatDefaultLabel(int code) {
-  StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
-  std::string label;
-  std::string keyword;
-  GetStatisticsDetail(code, group, label, keyword);
-  return label;
+  const QuiltAStatInfo* row = FindStatInfo(code);
+  return row != nullptr ? row->_label : std::string();
 }
 
 SyntaxParserUtility::StatisticsGroup SyntaxParserUtility::GetStatGroup(int code) {
-  StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
-  std::string label;
-  std::string keyword;
-  GetStatisticsDetail(code, group, label, keyword);
-  return group;
+  const QuiltAStatInfo* row = FindStatInfo(code);
+  return row != nullptr ? row->_group : TableEncryptionCodes::kStatGroupCounts;
 }
 
 std::vector<std::string> SyntaxParserUtility::GetStatKeywords() {

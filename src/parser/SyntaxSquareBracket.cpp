@@ -27,7 +27,8 @@ void BuildReferredVariableVector(SyntaxConverter* node, std::vector<SyntaxVariab
 
 }  // namespace
 
-SyntaxSquareBracket::SyntaxSquareBracket(SyntaxConverter* referred) : _referredConverter(referred) {
+SyntaxSquareBracket::SyntaxSquareBracket(SyntaxConverter* referred)
+    : _referredConverter(referred), _statistics(this) {
   SetScopeSource(referred);  // a bracket has no parent: it belongs where its opener does
   const int kind = referred->GetType();
   if (kind == kConverterVariable || kind == kConverterMRSet) {
@@ -47,47 +48,21 @@ std::string SyntaxSquareBracket::GetSubcommandName() const {
 
 // [ statistic ... ] | [ TOTALS [...] ] | [ S ] | [ C ]
 SyntaxConverter* SyntaxSquareBracket::String(const std::string& text) {
-  int code = 0;
-  std::string label;
-  TableEncryptionCodes::StatisticsGroup group = TableEncryptionCodes::kStatGroupCounts;
-  if (SyntaxParserUtility::SupportedStatistics(text, code, label, group)) {
-    if (_measurementSeen) {
-      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
-    }
-    AssertIntegrity(text);
-    auto* statistic = new Statistics(static_cast<TableEncryptionCodes::StatisticCodes>(code), text, label);
-    statistic->SetStatGroup(group);
-    Add(statistic);
-    _bracketStatistics.push_back(statistic);
-    const int primary = statistic->GetPrimaryStatistic();
-    if (primary == TableEncryptionCodes::kStatPtile || primary == TableEncryptionCodes::kStatUPtile) {
-      _pendingPercentile = statistic;
-    }
-    _statisticsSeen = true;
+  if (Statistics* statistic = _statistics.ReadStatistic(text)) {
     return statistic;
   }
   if (KeywordMatch(text.c_str(), "TOTALS")) {
-    AssertIntegrity(text);
+    _statistics.ClosePercentile(text);
     // Totals have no totals of their own, and a measurement mark speaks of the variable's
     // categories, which a totals clause does not describe.
-    if (_referredConverter->GetType() == kConverterTotals || _measurementSeen) {
+    if (_referredConverter->GetType() == kConverterTotals || _statistics.HasMeasurement()) {
       SyntaxParserUtility::UnknownKeyword(this, text);
     }
     auto* totals = new SyntaxTotals(this);
     Add(totals);
     return totals;
   }
-  const bool scale = SyntaxParserUtility::ExactWordMatch(text, "S");
-  if (scale || SyntaxParserUtility::ExactWordMatch(text, "C")) {
-    if (_statisticsSeen) {
-      SyntaxParserUtility::CombinedStatsAndMeasurement(this, text);
-    }
-    if (_measurementSeen) {
-      SyntaxParserUtility::DuplicateWarning(this, text);
-    }
-    _measurementCode =
-        scale ? TableEncryptionCodes::kVariableScale : TableEncryptionCodes::kVariableCategorical;
-    _measurementSeen = true;
+  if (_statistics.ReadMeasurement(text)) {
     return this;
   }
   SyntaxParserUtility::UnknownKeyword(this, text);
@@ -98,15 +73,16 @@ SyntaxConverter* SyntaxSquareBracket::RightSquareBracket(const std::string& text
     return SyntaxConverter::RightSquareBracket(text);
   }
   _bracketClosed = true;
-  AssertIntegrity(text);
-  const int count = CheckStatsUniqueness();
+  _statistics.ClosePercentile(text);
+  _statistics.DropEarlierRepeats();
+  const std::size_t count = _statistics.GetStatistics().size();
 
   if (_referredConverter->GetType() == kConverterTotals) {
     if (count < 1) {
       SyntaxParserUtility::TotalNoStatsExpression(this, text);
     }
     auto* totals = static_cast<SyntaxTotals*>(_referredConverter);
-    totals->AddStatistics(&_bracketStatistics);
+    totals->AddStatistics(&_statistics.GetStatistics());
     auto* outer = static_cast<SyntaxSquareBracket*>(totals->GetSquareBracketParent());
     outer->SetTotals(totals);
     return outer;
@@ -121,12 +97,12 @@ SyntaxConverter* SyntaxSquareBracket::RightSquareBracket(const std::string& text
       if (leavesOnly && !variable->GetIsLeafNode()) {
         continue;
       }
-      variable->AddStatistics(&_bracketStatistics);
+      variable->AddStatistics(&_statistics.GetStatistics());
     }
   }
-  if (_measurementSeen) {
+  if (_statistics.HasMeasurement()) {
     for (SyntaxVariableName* variable : _referredVariables) {
-      variable->SetVariableType(_measurementCode);
+      variable->SetVariableType(_statistics.GetMeasurement());
     }
   }
   return _referredConverter;
@@ -144,33 +120,6 @@ void SyntaxSquareBracket::SetTotals(SyntaxTotals* totals) {
   }
 }
 
-void SyntaxSquareBracket::AssertIntegrity(const std::string& text) {
-  if (_pendingPercentile != nullptr && !_pendingPercentile->HasCutPoint()) {
-    SyntaxParserUtility::InvalidPTILE(this, text);
-  }
-  _pendingPercentile = nullptr;
-}
-
-int SyntaxSquareBracket::CheckStatsUniqueness() {
-  for (std::size_t i = 0; i < _bracketStatistics.size();) {
-    bool repeatedLater = false;
-    for (std::size_t j = i + 1; j < _bracketStatistics.size(); ++j) {
-      if (*_bracketStatistics[i] == *_bracketStatistics[j]) {
-        repeatedLater = true;
-        break;
-      }
-    }
-    if (repeatedLater) {
-      // The later one stays, so the last thing written for a statistic is what counts.
-      SyntaxParserUtility::DuplicateWarning(this, _bracketStatistics[i]->GetNameToken());
-      _bracketStatistics.erase(_bracketStatistics.begin() + static_cast<std::ptrdiff_t>(i));
-    } else {
-      ++i;
-    }
-  }
-  return static_cast<int>(_bracketStatistics.size());
-}
-
 const std::vector<SyntaxVariableName*>& SyntaxSquareBracket::GetReferredVariables() const {
   return _referredVariables;
 }
@@ -180,7 +129,7 @@ SyntaxConverter* SyntaxSquareBracket::GetReferredConverter() const {
 }
 
 const std::vector<Statistics*>& SyntaxSquareBracket::GetBracketStatistics() const {
-  return _bracketStatistics;
+  return _statistics.GetStatistics();
 }
 
 void SyntaxSquareBracket::DumpDetails(std::ostream& out) const {
@@ -191,11 +140,6 @@ void SyntaxSquareBracket::DumpDetails(std::ostream& out) const {
     separator = ",";
   }
   out << " statistics=";
-  separator = "";
-  for (const Statistics* statistic : _bracketStatistics) {
-    out << separator << statistic->GetNameToken();
-    separator = ",";
-  }
-  out << " measurement="
-      << (_measurementSeen ? (_measurementCode == TableEncryptionCodes::kVariableScale ? "S" : "C") : "none");
+  _statistics.DumpNames(out);
+  out << " measurement=" << (_statistics.HasMeasurement() ? _statistics.MeasurementName() : "none");
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/engine/TableEncryptionCodes.h"
+#include "parser/StatisticList.h"
 #include "parser/SyntaxComposite.h"
 
 class Statistics;
@@ -44,17 +44,8 @@ class SyntaxSquareBracket : public SyntaxComposite {
   void DumpDetails(std::ostream& out) const override;
 
  private:
-  /// A percentile still waiting for its number when the next word or "]" comes is refused.
-  void AssertIntegrity(const std::string& text);
-  /// Drops the earlier of two equal statistics, with a warning; returns how many remain.
-  int CheckStatsUniqueness();
-
   std::vector<SyntaxVariableName*> _referredVariables;  // what the bracket applies to; not owned
   bool _bracketClosed = false;                          // its "]" has been seen
   SyntaxConverter* _referredConverter;                  // where the bracket was opened; not owned
-  std::vector<Statistics*> _bracketStatistics;          // children of this bracket
-  Statistics* _pendingPercentile = nullptr;             // PTILE or UPTILE still owing its number
-  bool _measurementSeen = false;                        // S or C was written
-  bool _statisticsSeen = false;                         // a statistic was written
-  TableEncryptionCodes::VariableCodes _measurementCode = TableEncryptionCodes::kVariableCategorical;
+  StatisticList _statistics;                            // the statistics or the S/C mark written
 };

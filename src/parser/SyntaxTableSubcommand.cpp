@@ -8,16 +8,13 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/TARN_Variable.h"
 #include "parser/CommandScope.h"
-#include "parser/SyntaxCLabelsSubcommand.h"
 #include "parser/SyntaxCategoriesSubcommand.h"
 #include "parser/SyntaxCompareTestSubcommand.h"
 #include "parser/SyntaxConverterType.h"
-#include "parser/SyntaxCriteriaSubcommand.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxPPropertiesSubcommand.h"
 #include "parser/SyntaxParserUtility.h"
-#include "parser/SyntaxSLabelsSubcommand.h"
-#include "parser/SyntaxSigTestSubcommand.h"
+#include "parser/SyntaxTableKeywordSubcommand.h"
 #include "parser/SyntaxTitlesSubcommand.h"
 #include "parser/SyntaxVariableName.h"
 #include "parser/TableSettings.h"
@@ -49,9 +46,7 @@ SyntaxTableSubcommand::SyntaxTableSubcommand(int tableNumber) : _tableData(new T
   _tableData->_tableNumber = tableNumber;
   SetTableScope(this);
   // An expression starts with a variable, a set, a paren, or BY for an empty row axis.
-  SetByContext(true);
-  SetParenContext(true);
-  SetVariableContext(true);
+  SetContexts(kContextBeforeOperand | kContextBy);
 }
 
 SyntaxTableSubcommand::~SyntaxTableSubcommand() {
@@ -70,24 +65,14 @@ int SyntaxTableSubcommand::GetType() const {
 SyntaxConverter* SyntaxTableSubcommand::LeftParen(const std::string& text) {
   SyntaxConverter* paren = SyntaxConverter::LeftParen(text);
   // When the paren closes the table is current again, with a complete operand.
-  SetByContext(true);
-  SetGreaterThanContext(true);
-  SetParenContext(false);
-  SetPlusContext(true);
-  SetSquareBracketContext(true);
-  SetVariableContext(false);
+  SetContexts(kContextAfterOperand);
   return paren;
 }
 
 SyntaxConverter* SyntaxTableSubcommand::Slash(const std::string& /*text*/) {
   ValidateAndCommit("/");
   // The expression is over: only a subcommand word may follow.
-  SetByContext(false);
-  SetGreaterThanContext(false);
-  SetParenContext(false);
-  SetPlusContext(false);
-  SetSquareBracketContext(false);
-  SetVariableContext(false);
+  SetContexts(kContextNone);
   return this;
 }
 
@@ -104,9 +89,9 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
   TableSettings& settings = _tableData->_settings;
   SyntaxConverter* subcommand = nullptr;
   if (KeywordMatch(text.c_str(), "SLABELS")) {
-    subcommand = new SyntaxSLabelsSubcommand(settings);
+    subcommand = new SyntaxTableKeywordSubcommand(SyntaxTableKeywordSubcommand::SLabels(), settings);
   } else if (KeywordMatch(text.c_str(), "CLABELS")) {
-    subcommand = new SyntaxCLabelsSubcommand(settings);
+    subcommand = new SyntaxTableKeywordSubcommand(SyntaxTableKeywordSubcommand::CLabels(), settings);
   } else if (KeywordMatch(text.c_str(), "CATEGORIES")) {
     subcommand = new SyntaxCategoriesSubcommand;
   } else if (KeywordMatch(text.c_str(), "TITLES")) {
@@ -118,18 +103,19 @@ SyntaxConverter* SyntaxTableSubcommand::SubCommandString(const std::string& text
       for (const SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
         for (const SyntaxPPropertiesSubcommand* properties : command->GetPPropertiesSubcommands()) {
           for (const std::string& name : properties->GetCatNameVector()) {
-            if (SyntaxParserUtility::ExactWordMatch(name, pCompute->GetCatName()) && properties->IsHideSourceSet()) {
+            if (SyntaxParserUtility::ExactWordMatch(name, pCompute->GetCatName()) &&
+                properties->IsHideSourceSet()) {
               SyntaxParserUtility::HideSourceCatsInSigTest(this, name);
             }
           }
         }
       }
     }
-    subcommand = new SyntaxSigTestSubcommand(settings);
+    subcommand = new SyntaxTableKeywordSubcommand(SyntaxTableKeywordSubcommand::SigTest(), settings);
   } else if (KeywordMatch(text.c_str(), "COMPARETEST")) {
     subcommand = new SyntaxCompareTestSubcommand(settings);
   } else if (KeywordMatch(text.c_str(), "CRITERIA")) {
-    subcommand = new SyntaxCriteriaSubcommand(settings);
+    subcommand = new SyntaxTableKeywordSubcommand(SyntaxTableKeywordSubcommand::Criteria(), settings);
   }
   if (subcommand != nullptr) {
     Add(subcommand);

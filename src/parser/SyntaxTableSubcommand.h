@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/engine/TableEncryptionCodes.h"
 #include "parser/SyntaxComposite.h"
 #include "parser/TableScope.h"
 #include "parser/VariableComposite.h"
@@ -51,9 +52,9 @@ class SyntaxTableSubcommand : public SyntaxComposite, public VariableComposite, 
   /// Raises TooManyCubeVariables for a sub-table whose cell keys would need more variables
   /// than the engine's keys hold.
   void ValidateCubeSizes();
-  bool ValidateChiSquareTest(bool includeMRSets);
-  bool ValidateColPropTest(bool includeMRSets);
-  bool ValidateMeanPropTest(bool includeMRSets);
+  /// Whether the test of `type` can run on some cube of the table; where it cannot, the
+  /// warnings say why. Types it does not check run.
+  bool ValidateTest(TableEncryptionCodes::SignificanceTestType type, bool includeMRSets);
 
   /// The title as tables and messages show it: the TITLE text (a title reading "Warnings"
   /// gets a trailing blank, so that it is not taken for the host's warnings table), or the

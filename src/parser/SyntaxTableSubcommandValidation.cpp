@@ -197,21 +197,7 @@ void SyntaxTableSubcommand::ValidateCubeSizes() {
 void SyntaxTableSubcommand::ValidateStatisticalTests() {
   std::vector<SigTestSettings>& tests = GetTableSettings().GetSigTestSettings();
   for (auto at = tests.begin(); at != tests.end();) {
-    bool runs = true;
-    switch (at->_type) {
-      case TableEncryptionCodes::kSigTestChiSquare:
-        runs = ValidateChiSquareTest(at->_includeMRSets);
-        break;
-      case TableEncryptionCodes::kSigTestProportions:
-        runs = ValidateColPropTest(at->_includeMRSets);
-        break;
-      case TableEncryptionCodes::kSigTestMeans:
-        runs = ValidateMeanPropTest(at->_includeMRSets);
-        break;
-      default:
-        break;
-    }
-    at = runs ? at + 1 : tests.erase(at);
+    at = ValidateTest(at->_type, at->_includeMRSets) ? at + 1 : tests.erase(at);
   }
 }
 
@@ -258,43 +244,36 @@ bool ReportReasons(const TestReasons& reasons, const std::string& title, Signifi
 
 }  // namespace
 
-bool SyntaxTableSubcommand::ValidateChiSquareTest(bool includeMRSets) {
-  const SignificanceTestType type = TableEncryptionCodes::kSigTestChiSquare;
-  if (RefusedForMovedLabels(*this, type)) {
-    return false;
+namespace {
+
+// What one cube allows the test of `type`; the means test also notes which means it missed.
+TestEligibility JudgeCube(SubTableCube& cube, SignificanceTestType type, bool weighted, bool includeMRSets,
+                          TestReasons& reasons) {
+  switch (type) {
+    case TableEncryptionCodes::kSigTestChiSquare:
+      return cube.GetChiSquareValidity(weighted, includeMRSets);
+    case TableEncryptionCodes::kSigTestProportions:
+      return cube.GetColPropValidity(weighted, includeMRSets);
+    default:
+      return cube.GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed, includeMRSets);
   }
-  const bool weighted = IsDataWeighted();
-  TestReasons reasons;
-  for (int position = 0; position < CubeCount(); ++position) {
-    Tally((*this)[position]->GetChiSquareValidity(weighted, includeMRSets), reasons);
-  }
-  return ReportReasons(reasons, GetTitle(), type);
 }
 
-bool SyntaxTableSubcommand::ValidateColPropTest(bool includeMRSets) {
-  const SignificanceTestType type = TableEncryptionCodes::kSigTestProportions;
-  if (RefusedForMovedLabels(*this, type)) {
-    return false;
-  }
-  const bool weighted = IsDataWeighted();
-  TestReasons reasons;
-  for (int position = 0; position < CubeCount(); ++position) {
-    Tally((*this)[position]->GetColPropValidity(weighted, includeMRSets), reasons);
-  }
-  return ReportReasons(reasons, GetTitle(), type);
-}
+}  // namespace
 
-bool SyntaxTableSubcommand::ValidateMeanPropTest(bool includeMRSets) {
-  const SignificanceTestType type = TableEncryptionCodes::kSigTestMeans;
+bool SyntaxTableSubcommand::ValidateTest(SignificanceTestType type, bool includeMRSets) {
+  const bool known = type == TableEncryptionCodes::kSigTestChiSquare ||
+                     type == TableEncryptionCodes::kSigTestProportions || type == TableEncryptionCodes::kSigTestMeans;
+  if (!known) {
+    return true;
+  }
   if (RefusedForMovedLabels(*this, type)) {
     return false;
   }
   const bool weighted = IsDataWeighted();
   TestReasons reasons;
   for (int position = 0; position < CubeCount(); ++position) {
-    Tally((*this)[position]->GetMeanPropValidity(weighted, reasons.weight, reasons.unweight, reasons.mixed,
-                                                 includeMRSets),
-          reasons);
+    Tally(JudgeCube(*(*this)[position], type, weighted, includeMRSets, reasons), reasons);
   }
   return ReportReasons(reasons, GetTitle(), type);
 }

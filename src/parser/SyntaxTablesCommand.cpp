@@ -63,6 +63,15 @@ Subcommand* SyntaxTablesCommand::AddSubcommand(Subcommand* subcommand) {
   return subcommand;
 }
 
+template <typename Subcommand>
+Subcommand* SyntaxTablesCommand::AddOnce(Subcommand*& slot, const char* keyword) {
+  if (slot != nullptr) {
+    SyntaxParserUtility::DuplicateWarning(this, keyword);
+  }
+  slot = AddSubcommand(new Subcommand);
+  return slot;
+}
+
 // / TABLE | FORMAT | SMISSING | VLABELS | WEIGHT | HIDESMALLCOUNTS | MRSETS | PCOMPUTE | PPROPERTIES
 SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) {
   if (KeywordMatch(text.c_str(), "TABLE")) {
@@ -73,18 +82,10 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
     return added;
   }
   if (KeywordMatch(text.c_str(), "FORMAT")) {
-    if (_commandData->_format != nullptr) {
-      SyntaxParserUtility::DuplicateWarning(this, "FORMAT");
-    }
-    _commandData->_format = AddSubcommand(new SyntaxFormatSubcommand);
-    return _commandData->_format;
+    return AddOnce(_commandData->_format, "FORMAT");
   }
   if (KeywordMatch(text.c_str(), "SMISSING")) {
-    if (_commandData->_sMissing != nullptr) {
-      SyntaxParserUtility::DuplicateWarning(this, "SMISSING");
-    }
-    _commandData->_sMissing = AddSubcommand(new SyntaxSMissingSubcommand);
-    return _commandData->_sMissing;
+    return AddOnce(_commandData->_sMissing, "SMISSING");
   }
   if (KeywordMatch(text.c_str(), "VLABELS")) {
     // Repeating VLABELS is normal: each adds to the settings, and later requests win.
@@ -94,18 +95,10 @@ SyntaxConverter* SyntaxTablesCommand::SubCommandString(const std::string& text) 
     return AddSubcommand(new SyntaxWeightSubcommand(this));
   }
   if (KeywordMatch(text.c_str(), "HIDESMALLCOUNTS")) {
-    if (_commandData->_hideSmallCounts != nullptr) {
-      SyntaxParserUtility::DuplicateWarning(this, "HIDESMALLCOUNTS");
-    }
-    _commandData->_hideSmallCounts = AddSubcommand(new SyntaxHideSmallCountsSubcommand);
-    return _commandData->_hideSmallCounts;
+    return AddOnce(_commandData->_hideSmallCounts, "HIDESMALLCOUNTS");
   }
   if (KeywordMatch(text.c_str(), "MRSETS")) {
-    if (_commandData->_mrSets != nullptr) {
-      SyntaxParserUtility::DuplicateWarning(this, "MRSETS");
-    }
-    _commandData->_mrSets = AddSubcommand(new SyntaxMRSets);
-    return _commandData->_mrSets;
+    return AddOnce(_commandData->_mrSets, "MRSETS");
   }
   if (KeywordMatch(text.c_str(), "PCOMPUTE")) {
     SyntaxPComputeSubcommand* pCompute = AddSubcommand(new SyntaxPComputeSubcommand);

@@ -49,6 +49,10 @@ class SyntaxTablesCommand : public SyntaxComposite, public CommandScope {
   /// Makes `subcommand` a child of the root (owned from then on) and returns it.
   template <typename Subcommand>
   Subcommand* AddSubcommand(Subcommand* subcommand);
+  /// A global subcommand a command holds once: a second one warns, naming `keyword`, and
+  /// replaces the first in `slot` (the first stays a child, no longer read).
+  template <typename Subcommand>
+  Subcommand* AddOnce(Subcommand*& slot, const char* keyword);
 
   void CommitGlobalSubcommands();
   void MakeTableTitlesUnique();

@@ -9,7 +9,7 @@
 
 SyntaxTotals::SyntaxTotals(SyntaxConverter* squareBracketParent) : _squareBracketParent(squareBracketParent) {
   // Only the nested bracket may follow the word TOTALS.
-  SetSquareBracketContext(true);
+  SetContexts(kContextSquareBracket);
 }
 
 std::string SyntaxTotals::GetSubcommandName() const {

@@ -89,7 +89,8 @@ constexpr int kSetIndex = -100;
 // second answer that differs from the first warns with the keyword and the variable (the same
 // answer twice is quiet), and the later answer stands.
 template <typename T>
-void SetCategoriesOption(const char* keyword, const std::string& variable, T& value, bool& set, const T& wanted) {
+void SetCategoriesOption(const char* keyword, const std::string& variable, T& value, bool& set,
+                         const T& wanted) {
   if (set && value != wanted) {
     SyntaxParserUtility::DuplicateWarningFromVariable(keyword, variable, /*categories=*/true);
   }
@@ -102,11 +103,7 @@ void SetCategoriesOption(const char* keyword, const std::string& variable, T& va
 SyntaxVariableName::SyntaxVariableName(int index, const std::string& name) : _varData(new VarData) {
   _varData->_index = index;
   _varData->_name = name;
-  SetGreaterThanContext(true);
-  SetPlusContext(true);
-  SetParenContext(false);
-  SetByContext(true);
-  SetSquareBracketContext(true);
+  SetContexts(kContextAfterOperand);
   ReadMeasurement();
   ReadLabels();
 }
@@ -469,7 +466,8 @@ bool SyntaxVariableName::GetIsTotalLabelDefault() const {
 }
 
 void SyntaxVariableName::SetTotalPositionAfter(bool isAfter) {
-  SetCategoriesOption("POSITION", _varData->_name, _varData->_isTotalPositionAfter, _varData->_positionSet, isAfter);
+  SetCategoriesOption("POSITION", _varData->_name, _varData->_isTotalPositionAfter, _varData->_positionSet,
+                      isAfter);
 }
 
 bool SyntaxVariableName::GetIsTotalPositionAfter() const {
@@ -477,7 +475,8 @@ bool SyntaxVariableName::GetIsTotalPositionAfter() const {
 }
 
 void SyntaxVariableName::SetIsEmptyInclude(bool isEmptyInclude) {
-  SetCategoriesOption("EMPTY", _varData->_name, _varData->_isEmptyInclude, _varData->_emptySet, isEmptyInclude);
+  SetCategoriesOption("EMPTY", _varData->_name, _varData->_isEmptyInclude, _varData->_emptySet,
+                      isEmptyInclude);
 }
 
 bool SyntaxVariableName::GetIsEmptyInclude() const {
@@ -573,9 +572,19 @@ bool IsSubtotalToken(Codes::ExplicitListType type) {
   return type == Codes::kExplicitSubtotal || type == Codes::kExplicitHSubtotal;
 }
 
-// A range end, of a list or of an expression, as a number: LO is 0 and HI the count of value
+// Whether `properties` names the computed category `catName`.
+bool Names(const SyntaxPPropertiesSubcommand& properties, const std::string& catName) {
+  for (const std::string& name : properties.GetCatNameVector()) {
+    if (SyntaxParserUtility::ExactWordMatch(name, catName)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A range end of a list as a number: LO is 0 and HI the count of value
 // labels, so that "1 THRU HI" covers the labelled codes 1 to n.
-int RangeEnd(const std::string& text, int vlPairCount) {
+int ListRangeEnd(const std::string& text, int vlPairCount) {
   if (SyntaxParserUtility::ExactWordMatch(text, "LO")) {
     return 0;
   }
@@ -585,19 +594,19 @@ int RangeEnd(const std::string& text, int vlPairCount) {
   return std::atoi(text.c_str());
 }
 
-std::string Trimmed(std::string text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) {
-    return std::string();
+// The same for an end of an expression's range, which its reader has already taken apart.
+int RangeEndValue(const RangeEnd& end, int vlPairCount) {
+  if (end.isLo) {
+    return 0;
   }
-  text.erase(0, first);
-  return SyntaxParserUtility::TrimTrailingWhiteSpace(text);
+  return end.isHi ? vlPairCount : static_cast<int>(end.number);
 }
 
 // Whether the category list `tokens` holds what `reference`, one operand of a computed
 // category's expression, names: a value, a range, a literal, a member (sets only), MISSING,
 // OTHERNM or a subtotal.
-bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& tokens, bool isSet, int vlPairCount) {
+bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& tokens, bool isSet,
+               int vlPairCount) {
   const Codes::ExplicitListType wanted = reference.listType;
   for (const CategoryToken* element : tokens) {
     bool found = false;
@@ -609,8 +618,8 @@ bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& to
       if (range->GetFirstChild() == nullptr || range->GetLastChild() == nullptr) {
         continue;
       }
-      low = RangeEnd(range->GetFirstChild()->GetToken(), vlPairCount);
-      high = RangeEnd(range->GetLastChild()->GetToken(), vlPairCount);
+      low = ListRangeEnd(range->GetFirstChild()->GetToken(), vlPairCount);
+      high = ListRangeEnd(range->GetLastChild()->GetToken(), vlPairCount);
     }
     switch (wanted) {
       case Codes::kExplicitString:
@@ -630,16 +639,11 @@ bool ListHolds(const TokenInfo& reference, const std::vector<CategoryToken*>& to
         break;
       }
       case Codes::kExplicitRange: {
-        const std::size_t thru = reference.token.find("THRU");
-        const std::string lowText =
-            Trimmed(thru == std::string::npos ? reference.token : reference.token.substr(0, thru));
-        const std::size_t blank = reference.token.find_last_of(' ');
-        const std::string highText =
-            Trimmed(blank == std::string::npos ? reference.token : reference.token.substr(blank + 1));
+        const RangeOperand& range = reference.range;
         found = (type == Codes::kExplicitNumber &&
-                 (element->GetToken() == lowText || element->GetToken() == highText)) ||
-                (type == Codes::kExplicitRange && low <= RangeEnd(lowText, vlPairCount) &&
-                 RangeEnd(highText, vlPairCount) <= high);
+                 (element->GetToken() == range.low.text || element->GetToken() == range.high.text)) ||
+                (type == Codes::kExplicitRange && low <= RangeEndValue(range.low, vlPairCount) &&
+                 RangeEndValue(range.high, vlPairCount) <= high);
         break;
       }
       case Codes::kExplicitMissing:
@@ -789,94 +793,99 @@ void SyntaxVariableName::AppendParsedCategory(ParsedCategory* category, bool isS
   _varData->_parsedCategories.push_back(category);
 }
 
+// The definitions come in command order: a PCOMPUTE of the name makes the category afresh,
+// and the first PPROPERTIES naming it after that completes it.
 ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& token,
                                                          const std::vector<CategoryToken*>& tokens, int total,
                                                          int index) {
-  const VarData& data = *_varData;
   const std::string catName = token.GetToken();
-  const bool isSet = data._index < 0;
   const CommandScope* command = GetCommandScope();
+  if (command == nullptr) {
+    SyntaxParserUtility::UnknownPComputeName(this, catName);
+  }
   std::unique_ptr<ParsedCategory> category;
   bool usesTotals = false;  // the expression refers to the total or a subtotal
-  if (command != nullptr) {
-    for (const ComputedDefinition& definition : command->GetComputedDefinitions()) {
-      if (definition.compute != nullptr) {
-        const SyntaxPComputeSubcommand* pCompute = definition.compute;
-        if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), catName)) {
-          continue;
-        }
-        usesTotals = false;
-        for (const TokenInfo& reference : pCompute->GetExpTokenVector()) {
-          if (reference.tokenType == ExpressionToken::kExprConstant) {
-            continue;
-          }
-          if (SyntaxParserUtility::ExactWordMatch(reference.token, "TOTAL")) {
-            usesTotals = true;
-            continue;
-          }
-          const Codes::ExplicitListType wanted = reference.listType;
-          const bool found = ListHolds(reference, tokens, isSet, data._vlPairCount);
-          if (IsSubtotalToken(wanted)) {
-            usesTotals = true;
-            if (found && reference.index > static_cast<unsigned long>(total)) {
-              SyntaxParserUtility::UnexistInExplicitListForSubtotal(
-                  this, catName, reference.token + "[" + std::to_string(reference.index) + "]", data._name);
-            }
-          }
-          if (!found) {
-            SyntaxParserUtility::UnexistInExplicitList(this, catName, reference.token, data._name);
-          }
-        }
-        const std::vector<std::string> labels{pCompute->GetExpression()};
+  for (const ComputedDefinition& definition : command->GetComputedDefinitions()) {
+    if (definition.compute != nullptr) {
+      if (SyntaxParserUtility::ExactWordMatch(definition.compute->GetCatName(), catName)) {
+        usesTotals = CheckComputedOperands(*definition.compute, catName, tokens, total);
+        const std::vector<std::string> labels{definition.compute->GetExpression()};
         category = std::make_unique<ParsedCategory>(catName, labels, /*hideSource=*/false, std::vector<int>(),
                                                     std::vector<int>(), std::vector<int>(),
                                                     ParsedCategory::kParsedComputed, index);
-      } else if (category != nullptr) {
-        const SyntaxPPropertiesSubcommand* properties = definition.properties;
-        bool named = false;
-        for (const std::string& name : properties->GetCatNameVector()) {
-          named = named || SyntaxParserUtility::ExactWordMatch(name, catName);
-        }
-        if (!named) {
-          continue;
-        }
-        std::vector<std::string> labels = category->GetCategories();
-        // LABEL= without a text keeps the expression as the label rather than leave none.
-        if (properties->IsLabelSet() && !properties->GetPLabel().empty()) {
-          labels = properties->GetPLabel();
-        }
-        std::vector<int> statCodes;
-        std::vector<int> displayFormats;
-        std::vector<int> formats;
-        if (properties->IsFormatSet()) {
-          for (const Statistics* statistic : properties->GetPFormat()) {
-            statCodes.push_back(statistic->GetStatType());
-            displayFormats.push_back(statistic->GetStatDisplayFormat());
-            formats.push_back(
-                statistic->GetFormat() == nullptr ? 0 : static_cast<int>(statistic->GetFormat()->Pack()));
-            // Totals and subtotals feeding the computation must carry the same statistics.
-            if (usesTotals && !data._totalStats.empty()) {
-              bool shown = false;
-              for (const Statistics* totalStatistic : data._totalStats) {
-                shown = shown || totalStatistic->GetStatType() == statistic->GetStatType();
-              }
-              if (!shown) {
-                SyntaxParserUtility::DiffStatTypeTotalAndSubtotalPcomput(this, catName, data._name);
-              }
-            }
-          }
-        }
-        category =
-            std::make_unique<ParsedCategory>(catName, labels, properties->IsHideSourceSet(), statCodes,
-                                             displayFormats, formats, ParsedCategory::kParsedComputed, index);
-        break;
       }
+    } else if (category != nullptr && Names(*definition.properties, catName)) {
+      category = ApplyComputedProperties(*definition.properties, *category, usesTotals, index);
+      break;
     }
   }
   if (category == nullptr) {
     SyntaxParserUtility::UnknownPComputeName(this, catName);
   }
   return category.release();
+}
+
+bool SyntaxVariableName::CheckComputedOperands(const SyntaxPComputeSubcommand& pCompute,
+                                               const std::string& catName,
+                                               const std::vector<CategoryToken*>& tokens, int total) const {
+  const VarData& data = *_varData;
+  bool usesTotals = false;
+  for (const TokenInfo& reference : pCompute.GetExpTokenVector()) {
+    if (reference.tokenType == ExpressionToken::kExprConstant) {
+      continue;
+    }
+    if (SyntaxParserUtility::ExactWordMatch(reference.token, "TOTAL")) {
+      usesTotals = true;
+      continue;
+    }
+    const bool found = ListHolds(reference, tokens, data._index < 0, data._vlPairCount);
+    if (IsSubtotalToken(reference.listType)) {
+      usesTotals = true;
+      if (found && reference.index > static_cast<unsigned long>(total)) {
+        SyntaxParserUtility::UnexistInExplicitListForSubtotal(
+            this, catName, reference.token + "[" + std::to_string(reference.index) + "]", data._name);
+      }
+    }
+    if (!found) {
+      SyntaxParserUtility::UnexistInExplicitList(this, catName, reference.token, data._name);
+    }
+  }
+  return usesTotals;
+}
+
+std::unique_ptr<ParsedCategory> SyntaxVariableName::ApplyComputedProperties(
+    const SyntaxPPropertiesSubcommand& properties, const ParsedCategory& computed, bool usesTotals,
+    int index) const {
+  const VarData& data = *_varData;
+  const std::string& catName = computed.GetPCatName();
+  std::vector<std::string> labels = computed.GetCategories();
+  // LABEL= without a text keeps the expression as the label rather than leave none.
+  if (properties.IsLabelSet() && !properties.GetPLabel().empty()) {
+    labels = properties.GetPLabel();
+  }
+  std::vector<int> statCodes;
+  std::vector<int> displayFormats;
+  std::vector<int> formats;
+  if (properties.IsFormatSet()) {
+    for (const Statistics* statistic : properties.GetPFormat()) {
+      statCodes.push_back(statistic->GetStatType());
+      displayFormats.push_back(statistic->GetStatDisplayFormat());
+      formats.push_back(statistic->GetFormat() == nullptr ? 0
+                                                          : static_cast<int>(statistic->GetFormat()->Pack()));
+      // Totals and subtotals feeding the computation must carry the same statistics.
+      if (usesTotals && !data._totalStats.empty()) {
+        bool shown = false;
+        for (const Statistics* totalStatistic : data._totalStats) {
+          shown = shown || totalStatistic->GetStatType() == statistic->GetStatType();
+        }
+        if (!shown) {
+          SyntaxParserUtility::DiffStatTypeTotalAndSubtotalPcomput(this, catName, data._name);
+        }
+      }
+    }
+  }
+  return std::make_unique<ParsedCategory>(catName, labels, properties.IsHideSourceSet(), statCodes,
+                                          displayFormats, formats, ParsedCategory::kParsedComputed, index);
 }
 
 void SyntaxVariableName::SetParsedCategories(const std::vector<CategoryToken*>& tokens) {
@@ -948,7 +957,7 @@ void SyntaxVariableName::SetCategoriesList(const std::vector<int>& indices) {
 namespace {
 
 // Name tokens of `statistics` joined by commas, or "none".
-std::string StatisticList(const std::vector<Statistics*>& statistics) {
+std::string StatisticNames(const std::vector<Statistics*>& statistics) {
   if (statistics.empty()) {
     return "none";
   }
@@ -1031,9 +1040,9 @@ void SyntaxVariableName::DumpDetails(std::ostream& out) const {
   out << " name=" << data._name << " index=" << data._index << " axis=" << data._axis
       << " leaf=" << data._isLeafNode
       << " type=" << (data._variableType == TableEncryptionCodes::kVariableScale ? "S" : "C")
-      << " measurementSet=" << data._measurementSet << " stats=" << StatisticList(data._statistics)
+      << " measurementSet=" << data._measurementSet << " stats=" << StatisticNames(data._statistics)
       << " removable=" << data._isStatRemovable << " totals=" << (data._totals != nullptr)
-      << " totalstats=" << StatisticList(data._totalStats) << " vlpairs=" << data._vlPairCount
+      << " totalstats=" << StatisticNames(data._totalStats) << " vlpairs=" << data._vlPairCount
       << " total=" << (data._isTotalNo ? "NO" : "YES") << " totalLabel='" << data._totalLabel << "'"
       << " position=" << (data._isTotalPositionAfter ? "AFTER" : "BEFORE")
       << " empty=" << (data._isEmptyInclude ? "INCLUDE" : "EXCLUDE")

@@ -1,6 +1,7 @@
 // SyntaxVariableName.h - one occurrence of a dictionary variable in a table expression
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ class CategoryRange;
 class CategoryToken;
 class ParsedCategory;
 class Statistics;
+class SyntaxPComputeSubcommand;
+class SyntaxPPropertiesSubcommand;
 class SyntaxTotals;
 class VLPair;
 class VariableSet;
@@ -191,6 +194,15 @@ class SyntaxVariableName : public SyntaxConverter {
   std::vector<OBS> GetCategoryAsOBS(const CategoryToken& token) const;
   /// The record of a range element.
   ParsedCategory* ManageRange(const CategoryRange& range) const;
+  /// Every category `pCompute`'s expression names must stand in the list `tokens` (with
+  /// `total` subtotals); returns whether it uses the total or a subtotal.
+  bool CheckComputedOperands(const SyntaxPComputeSubcommand& pCompute, const std::string& catName,
+                             const std::vector<CategoryToken*>& tokens, int total) const;
+  /// `computed` with the label, statistics and source hiding of `properties`; the totals an
+  /// expression uses must carry the statistics it is shown with.
+  std::unique_ptr<ParsedCategory> ApplyComputedProperties(const SyntaxPPropertiesSubcommand& properties,
+                                                          const ParsedCategory& computed, bool usesTotals,
+                                                          int index) const;
 
   struct VarData;
   VarData* _varData;

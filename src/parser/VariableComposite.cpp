@@ -275,12 +275,7 @@ std::vector<std::string> VariableComposite::GetCatVarNameList() const {
   std::vector<std::string> names;
   for (const SubTableCube* cube : _compositeData->_cubes) {
     for (const std::string& name : cube->GetCatVarNameList()) {
-      const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& seen) {
-        return SyntaxParserUtility::ExactWordMatch(seen, name);
-      });
-      if (!known) {
-        names.push_back(name);
-      }
+      SyntaxParserUtility::AppendDistinctName(names, name);
     }
   }
   return names;

@@ -81,23 +81,17 @@ double NumericValue(const AggregationCategory* category) { return category->GetC
 /// cell; negative for a set.
 int TokenVariable(const TokenInfo& token) { return std::atoi(token.varName.c_str()); }
 
-/// The bounds of a range operand "low THRU high". LO reads as 0 and HI as an open top,
-/// so a negative category does not fall in "LO THRU n".
+/// The bounds of a range operand "low THRU high", from the ends the parser read. LO reads
+/// as 0 and HI as an open top, so a negative category does not fall in "LO THRU n".
 struct RangeBounds {
   double low = 0.0;
   double high = 0.0;
   bool hasHigh = false;
 
-  explicit RangeBounds(const std::string& text) {
-    if (text.find("LO") == std::string::npos && text.find("lo") == std::string::npos) {
-      low = std::atof(text.substr(0, text.find(' ')).c_str());
-    }
-    if (text.find("HI") == std::string::npos && text.find("hi") == std::string::npos) {
-      const size_t blank = text.rfind(' ');
-      high = std::atof(blank == std::string::npos ? text.c_str() : text.c_str() + blank);
-      hasHigh = true;
-    }
-  }
+  explicit RangeBounds(const RangeOperand& range)
+      : low(range.low.isLo ? 0.0 : range.low.number),
+        high(range.high.isHi ? 0.0 : range.high.number),
+        hasHigh(!range.high.isHi) {}
 
   bool Holds(double x) const { return low <= x && (hasHigh ? x <= high : high <= x); }
 };
@@ -184,7 +178,7 @@ class OperandGatherer {
   }
 
   std::vector<TokenInfo> RangeMembers(const TokenInfo& token) const {
-    RangeBounds bounds(token.token);
+    RangeBounds bounds(token.range);
     std::vector<TokenInfo> members;
     for (const AggregationCategory* category : _data._requiredCats) {
       if (!IsNumericValue(category)) continue;
@@ -771,7 +765,7 @@ bool TableDelivery::Data::RefersToSource(const SyntaxPComputeSubcommand& pComput
         if (token.tokenType == Expr::kExprName && NamesCategory(token, category)) return true;
         break;
       case Codes::kExplicitRange:
-        if (IsNumericValue(category) && RangeBounds(token.token).Holds(NumericValue(category))) {
+        if (IsNumericValue(category) && RangeBounds(token.range).Holds(NumericValue(category))) {
           return true;
         }
         break;

@@ -1,6 +1,8 @@
 // QuiltProgramTest.cpp - the program's exit statuses, error reports and output destinations
 #include "QuiltProgram.h"
 
+#include "host/Utf8Text.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -288,6 +290,26 @@ TEST_F(ProgramFixture, OneThreadAndTwoGiveTheSameDocument) {
   options.threads = 2;
   ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
   EXPECT_EQ(_output.str(), oneThread);
+}
+
+// The control package's sentence on a page narrower than its 450-point column: the column is
+// held to the page and the sentence wraps, read from the left. A 0/1 variable against two
+// groups gives one sentence (group 1 against group 2).
+TEST_F(ProgramFixture, ASentenceOnANarrowPageWrapsWithinItFromTheLeft) {
+  ProgramOptions options;
+  options.dataPath = Write("used.csv", "used,grp\n0,1\n1,1\n1,1\n0,2\n0,2\n1,2\n");
+  options.controlPackage = true;
+  options.width = 50;
+  options.commandTexts = {"QUILT /TABLE used BY grp [COLPCT.COUNT] /COMPARETEST TYPE=PROP."};
+  ASSERT_EQ(Run(options), kExitSuccess) << _errors.str();
+  std::istringstream lines(_output.str());
+  std::string line;
+  std::string sentenceStart;
+  while (std::getline(lines, line)) {
+    EXPECT_LE(Utf8Text::CharacterCount(line), 50u) << line;
+    if (line.find("There is") != std::string::npos) sentenceStart = line;
+  }
+  EXPECT_EQ(sentenceStart.substr(0, std::string("│ There is").size()), "│ There is") << _output.str();
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
     make_corpora.py SOURCE_DIR OUT_DIR
 
 Writes OUT_DIR/<Harness>/ with one seed per file, from the example commands, the commands
-quoted in the tests, the sample survey and its dictionary, the CSV and JSON texts of the
+quoted in the tests and in their data-file corpora, the sample survey and its dictionary, the CSV and JSON texts of the
 data tests, and tests/fuzz/seeds/<Harness>/ (inputs that once crashed); and OUT_DIR/quilt.dict,
 libFuzzer's dictionary of the command language's keywords and operators.
 """
@@ -70,6 +70,15 @@ def main():
         for raw in RAW.findall(source):
             if raw.lstrip().startswith(("{", "[")):
                 add(seeds, "DictionaryFuzzer", raw.encode())
+    # The data-file corpora of the tests hold commands too, one a line after a case's prefix.
+    for path in sorted((SOURCE / "tests").rglob("*.txt")):
+        if "golden" in path.parts:
+            continue
+        for line in path.read_bytes().split(b"\n"):
+            start = line.find(b"QUILT")
+            if start >= 0 and not line.startswith(b"#"):
+                add(seeds, "LexerFuzzer", line[start:])
+                add(seeds, "CommandFuzzer", line[start:])
     survey = (SOURCE / "examples" / "survey.csv").read_bytes().split(b"\n")
     add(seeds, "CsvFuzzer", b"\n".join(survey[:30]) + b"\n")
     add(seeds, "DictionaryFuzzer", (SOURCE / "examples" / "survey.dict.json").read_bytes())

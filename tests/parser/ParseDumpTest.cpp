@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "DissectionTestSupport.h"
+#include "ParserTestSupport.h"
 #include "GoldenFile.h"
 
 namespace {
@@ -17,10 +17,10 @@ class ParseDumps : public testing::TestWithParam<DumpCase> {};
 
 TEST_P(ParseDumps, MatchTheGoldenFile) {
   const DumpCase& c = GetParam();
-  const TablesOutcome outcome = ParseTables(c.command);
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  const KeptParse parse(c.command);
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   EXPECT_TRUE(MatchesGoldenFile(std::string("parser/") + c.name + ".txt",
-                                std::string("command: ") + c.command + "\n\n" + outcome.parseDump));
+                                std::string("command: ") + c.command + "\n\n" + parse.ParseDump()));
 }
 
 INSTANTIATE_TEST_SUITE_P(

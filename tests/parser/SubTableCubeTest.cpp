@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "DissectionTestSupport.h"
+#include "ParserTestSupport.h"
 #include "parser/SubTableCube.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -14,10 +14,9 @@ namespace {
 // Runs `ask` on the first cube of the one table of `expression`.
 template <class Ask>
 void OnFirstCube(const std::string& expression, Ask ask) {
-  const TablesOutcome outcome = ParseTables("QUILT /TABLE " + expression + ".", [&](std::vector<SyntaxTableSubcommand*>& tables) {
-    ask(*(*tables.at(0))[0]);
-  });
-  ASSERT_TRUE(outcome.succeeded) << expression << ": " << outcome.error.key;
+  const KeptParse parse("QUILT /TABLE " + expression + ".");
+  ASSERT_TRUE(parse.Succeeded()) << expression << ": " << parse.Error().key;
+  ask(*(*parse.Tables().at(0))[0]);
 }
 
 TEST(SubTableCube, ASetStandsInnermostWhereItsAxisEndsOrAtTheEnd) {

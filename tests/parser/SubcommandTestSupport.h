@@ -1,7 +1,6 @@
 // SubcommandTestSupport.h - drives one converter with events and collects what it threw and reported
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,7 +32,7 @@ EventOutcome RunEvents(Events events) {
 
 /// One event of a subcommand: a keyword (followed by "="), a word, a literal or a number.
 struct Event {
-  enum Kind { kKeyword, kWord, kLiteral, kNumber, kTo, kAll } kind;
+  enum Kind { kKeyword, kWord, kLiteral, kNumber, kTo } kind;
   std::string text;
   double value = 0;
 };
@@ -52,9 +51,6 @@ inline Event Num(double value, const std::string& text) {
 }
 inline Event To() {
   return {Event::kTo, "TO"};
-}
-inline Event All() {
-  return {Event::kAll, "ALL"};
 }
 
 /// Delivers the events as the reader would, each to the converter the previous one returned.
@@ -78,9 +74,6 @@ inline SyntaxConverter* Deliver(SyntaxConverter& converter, const std::vector<Ev
       case Event::kTo:
         current = current->To(event.text);
         break;
-      case Event::kAll:
-        current = current->All(event.text);
-        break;
     }
   }
   return current;
@@ -97,17 +90,9 @@ inline EventOutcome RunSubcommand(SyntaxConverter& subcommand, const std::vector
   });
 }
 
-/// Attaches every converter of the run to a small data set: the string variable s first (it is
-/// declared in the dictionary), then numeric a, b, c, w, d1, d2 in this order, and the dichotomy set $dich of
-/// d1 and d2. The data source is a static of the converters, so one call serves all.
+/// Attaches every converter of the run to the test dictionary (TestDataset). The data source
+/// is a static of the converters, so one call serves all.
 void AttachTestDataSource(SyntaxConverter& anyConverter);
-
-class SyntaxTablesCommand;
-
-/// Parses a whole command (lexer and reader) against the data set of AttachTestDataSource and,
-/// when it succeeds, lets `inspect` read the finished tree before it is destroyed.
-EventOutcome ParseAndInspect(const std::string& command,
-                             const std::function<void(SyntaxTablesCommand&)>& inspect);
 
 /// A stand-in for the converter a subcommand or statistic hangs under: it answers `name` to
 /// GetSubcommandName and records the words handed up to it by String.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "GoldenFile.h"
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
@@ -17,18 +17,10 @@ namespace {
 
 using Codes = TableEncryptionCodes;
 
-// The message a command ends with (thrown), or the first one it reports on the way.
-CatalogueMessage FirstMessage(const KeptParse& parse) {
-  if (!parse.Succeeded()) {
-    return parse.Error();
-  }
-  return parse.Reported().empty() ? CatalogueMessage() : parse.Reported().front();
-}
-
 TEST(SyntaxCategoriesSubcommandTest, ExplicitListWithComputedCategoryAndSubtotal) {
   KeptParse parse(
       "QUILT /PCOMPUTE &top2=EXPR([4]+[5]) /TABLE q1 BY gender "
-      "/CATEGORIES VARIABLES=q1 [1,2,3,4,5,&top2,SUBTOTAL='Agree'] TOTAL=YES.");
+      "/CATEGORIES VARIABLES=q1 [1,2,3,4,5,&top2,SUBTOTAL='Agree'] TOTAL=YES.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const SyntaxVariableName* q1 = parse.Variable("q1");
   ASSERT_NE(q1, nullptr);
@@ -76,7 +68,7 @@ TEST(SyntaxCategoriesSubcommandTest, SubtotalEncodingsFollowThePosition) {
   for (const Case& test : cases) {
     SCOPED_TRACE(test.list);
     KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.list +
-                    " POSITION=" + test.position + ".");
+                    " POSITION=" + test.position + ".", SurveyDataset());
     ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
     EXPECT_EQ(DescribeList(*parse.Variable("q1")), test.expected);
     EXPECT_TRUE(parse.Variable("q1")->HasSubTotal());
@@ -101,7 +93,7 @@ TEST(SyntaxCategoriesSubcommandTest, ListElementsBecomeEngineRecords) {
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.list);
-    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.list + ".");
+    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.list + ".", SurveyDataset());
     ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
     EXPECT_EQ(DescribeList(*parse.Variable("q1")), test.expected);
   }
@@ -110,7 +102,7 @@ TEST(SyntaxCategoriesSubcommandTest, ListElementsBecomeEngineRecords) {
 TEST(SyntaxCategoriesSubcommandTest, ImplicitOptionsReachEveryOccurrence) {
   KeptParse parse(
       "QUILT /TABLE q1 + q2 BY gender > score [MEAN] /CATEGORIES VARIABLES=q1 q2 ORDER=D KEY=MEAN(score) "
-      "MISSING=INCLUDE TOTAL=YES LABEL='All answers' POSITION=BEFORE EMPTY=EXCLUDE.");
+      "MISSING=INCLUDE TOTAL=YES LABEL='All answers' POSITION=BEFORE EMPTY=EXCLUDE.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key << " " << parse.Error().arguments.size();
   for (const char* name : {"q1", "q2"}) {
     SCOPED_TRACE(name);
@@ -136,34 +128,20 @@ TEST(SyntaxCategoriesSubcommandTest, ImplicitOptionsReachEveryOccurrence) {
 }
 
 TEST(SyntaxCategoriesSubcommandTest, SortKeysWithoutVariable) {
-  KeptParse byLabel("QUILT /TABLE region /CATEGORIES VARIABLES=ALL KEY=LABEL.");
+  KeptParse byLabel("QUILT /TABLE region /CATEGORIES VARIABLES=ALL KEY=LABEL.", SurveyDataset());
   ASSERT_TRUE(byLabel.Succeeded()) << byLabel.Error().key;
   EXPECT_EQ(byLabel.Variable("region")->GetSortKey(), Codes::kSortKeyLabel);
   // COUNT needs no parenthesis: it is a statistic of the categories themselves.
-  KeptParse byCount("QUILT /TABLE region /CATEGORIES VARIABLES=region KEY=COUNT ORDER=D.");
+  KeptParse byCount("QUILT /TABLE region /CATEGORIES VARIABLES=region KEY=COUNT ORDER=D.", SurveyDataset());
   ASSERT_TRUE(byCount.Succeeded()) << byCount.Error().key;
   EXPECT_EQ(byCount.Variable("region")->GetSortKey(), Codes::kSortKeyStatistic);
   EXPECT_EQ(byCount.Variable("region")->GetSortStatistic(), Codes::kStatCount);
   EXPECT_EQ(byCount.Variable("region")->GetSortVariable(), nullptr);
   // A percentile key keeps its cut point.
   KeptParse byPercentile(
-      "QUILT /TABLE region > score [PTILE 25] /CATEGORIES VARIABLES=region KEY=PTILE(score 25).");
+      "QUILT /TABLE region > score [PTILE 25] /CATEGORIES VARIABLES=region KEY=PTILE(score 25).", SurveyDataset());
   ASSERT_TRUE(byPercentile.Succeeded()) << byPercentile.Error().key;
   EXPECT_EQ(byPercentile.Variable("region")->GetCutPoint(), 25.0);
-}
-
-TEST(SyntaxCategoriesSubcommandTest, VariablesNotInTheTable) {
-  // An unknown name is dropped with a warning; with nothing left the subcommand does nothing.
-  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q9 ORDER=D.");
-  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-  ASSERT_EQ(parse.Reported().size(), 1u);
-  EXPECT_EQ(parse.Reported()[0].key, msg::kVariableUnknown);
-  EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", "q9"}));
-  EXPECT_TRUE(parse.Variable("q1")->GetIsOrderA());
-  // A scale variable has no categories to choose.
-  KeptParse scale("QUILT /TABLE score /CATEGORIES VARIABLES=score ORDER=D.");
-  ASSERT_TRUE(scale.Succeeded());
-  EXPECT_EQ(FirstMessage(scale).arguments, (std::vector<std::string>{"CATEGORIES", "score"}));
 }
 
 // A string variable of width 4 beside a numeric one, for the reading of list values.
@@ -222,7 +200,7 @@ TEST(SyntaxCategoriesSubcommandTest, DumpShowsListsSetsAndComputedCategories) {
       "/PPROPERTIES &top2 LABEL='Top two' FORMAT=COUNT F5.0 HIDESOURCECATS=YES "
       "/TABLE q1 BY $media /CATEGORIES VARIABLES=q1 [1 THRU 3 4 5 &top2 SUBTOTAL='Agree' MISSING] TOTAL=YES "
       "/CATEGORIES VARIABLES=$media [social tv] EMPTY=EXCLUDE.";
-  KeptParse parse(command);
+  KeptParse parse(command, SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   EXPECT_TRUE(MatchesGoldenFile("parser/categories_sets_computed.txt",
                                 "command: " + command + "\n\n" + parse.Dump()));
@@ -231,23 +209,11 @@ TEST(SyntaxCategoriesSubcommandTest, DumpShowsListsSetsAndComputedCategories) {
 TEST(SyntaxCategoriesSubcommandTest, UnquotedLabelIsAnInternalError) {
   // The reader hands a quoted label over as a literal; a word there means the token stream
   // and the converter disagree, which is reported with the place in the source.
-  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 LABEL=Total.");
+  KeptParse parse("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 LABEL=Total.", SurveyDataset());
   ASSERT_FALSE(parse.Succeeded());
   EXPECT_EQ(parse.Error().key, msg::kParsingError);
   ASSERT_EQ(parse.Error().arguments.size(), 2u);
   EXPECT_NE(parse.Error().arguments[0].find("SyntaxCategoriesSubcommand.cpp"), std::string::npos);
-}
-
-TEST(SyntaxCategoriesSubcommandTest, WarningsKeepTheLaterSpecification) {
-  KeptParse twoLists("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1] /CATEGORIES VARIABLES=q1 [2 3].");
-  ASSERT_TRUE(twoLists.Succeeded());
-  EXPECT_EQ(DescribeList(*twoLists.Variable("q1")), (std::vector<std::string>{"value 2", "value 3"}));
-  // Two labelled subtotals in a row: the second replaces the first without a word.
-  KeptParse subtotals("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 [1 SUBTOTAL='a' SUBTOTAL='b'].");
-  ASSERT_TRUE(subtotals.Succeeded());
-  EXPECT_TRUE(subtotals.Reported().empty());
-  EXPECT_EQ(DescribeList(*subtotals.Variable("q1")),
-            (std::vector<std::string>{"value 1 @-101", "subtotal 'b' @-101"}));
 }
 
 }  // namespace

@@ -72,9 +72,9 @@ std::string ShapeAt(const std::vector<DumpLine>& lines, std::size_t& index) {
 
 // The shape of the first table's expression.
 std::string ExpressionShape(const std::string& command) {
-  const ParseOutcome outcome = ParseCommand(command);
-  EXPECT_TRUE(outcome.succeeded) << command << ": " << outcome.error.key;
-  const std::vector<DumpLine> lines = ReadDump(outcome.dump);
+  const KeptParse parse(command);
+  EXPECT_TRUE(parse.Succeeded()) << command << ": " << parse.Error().key;
+  const std::vector<DumpLine> lines = ReadDump(parse.Dump());
   for (std::size_t index = 0; index < lines.size(); ++index) {
     if (lines[index].kind == "Table") {
       ++index;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "host/data/Dataset.h"
 #include "host/engine/ParsedCategory.h"
 #include "host/output/MessageKeys.h"
@@ -30,7 +30,7 @@ std::vector<std::string> MemberNames(const SyntaxMRVariableSet& set) {
 }
 
 TEST(SyntaxMRVariableSetTest, SurveyDichotomySetHasItsMembersAndCountedValue) {
-  KeptParse parse("QUILT /TABLE $media BY gender.");
+  KeptParse parse("QUILT /TABLE $media BY gender.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const SyntaxMRVariableSet* media = SetOf(parse, "$media");
   ASSERT_NE(media, nullptr);
@@ -55,7 +55,7 @@ TEST(SyntaxMRVariableSetTest, SurveyDichotomySetHasItsMembersAndCountedValue) {
 }
 
 TEST(SyntaxMRVariableSetTest, CategorySetMergesItsMembersLabels) {
-  KeptParse brands("QUILT /TABLE $brands.");
+  KeptParse brands("QUILT /TABLE $brands.", SurveyDataset());
   ASSERT_TRUE(brands.Succeeded()) << brands.Error().key;
   const SyntaxMRVariableSet* set = SetOf(brands, "$brands");
   ASSERT_NE(set, nullptr);
@@ -115,7 +115,7 @@ TEST(SyntaxMRVariableSetTest, DichotomyListNamesMembers) {
 TEST(SyntaxMRVariableSetTest, CategorySetListsValuesAndDichotomySetSortsMembers) {
   KeptParse parse(
       "QUILT /TABLE $brands BY $media /CATEGORIES VARIABLES=$brands [3 1 OTHERNM] "
-      "/CATEGORIES VARIABLES=$media ORDER=D.");
+      "/CATEGORIES VARIABLES=$media ORDER=D.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   // A category set's list holds values of its members, as a variable's does.
   EXPECT_EQ(DescribeList(*parse.Variable("$brands")),
@@ -128,7 +128,7 @@ TEST(SyntaxMRVariableSetTest, CategorySetListsValuesAndDichotomySetSortsMembers)
 }
 
 TEST(SyntaxMRVariableSetTest, MembersBecomeCategoriesOnRequest) {
-  KeptParse parse("QUILT /TABLE $media.");
+  KeptParse parse("QUILT /TABLE $media.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded());
   auto* media = dynamic_cast<SyntaxMRVariableSet*>(parse.Variable("$media"));
   media->SetCategoriesList();
@@ -138,14 +138,14 @@ TEST(SyntaxMRVariableSetTest, MembersBecomeCategoriesOnRequest) {
 }
 
 TEST(SyntaxMRVariableSetTest, CountDuplicatesReachesEverySet) {
-  KeptParse yes("QUILT /MRSETS COUNTDUPLICATES=YES /TABLE $brands /TABLE $media + $brands.");
+  KeptParse yes("QUILT /MRSETS COUNTDUPLICATES=YES /TABLE $brands /TABLE $media + $brands.", SurveyDataset());
   ASSERT_TRUE(yes.Succeeded()) << yes.Error().key;
   EXPECT_TRUE(SetOf(yes, "$brands")->GetCountDuplicates());
   for (const char* name : {"$media", "$brands"}) {
     EXPECT_TRUE(dynamic_cast<const SyntaxMRVariableSet*>(yes.Variable(name, 1))->GetCountDuplicates())
         << name;
   }
-  KeptParse byDefault("QUILT /TABLE $brands.");
+  KeptParse byDefault("QUILT /TABLE $brands.", SurveyDataset());
   EXPECT_FALSE(SetOf(byDefault, "$brands")->GetCountDuplicates());
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "parser/SyntaxPComputeSubcommand.h"
 #include "parser/SyntaxTablesCommand.h"
 #include "parser/TokenInfo.h"
@@ -74,7 +74,7 @@ TEST(SyntaxPComputeSubcommandTest, ExpressionsBecomeOperandsAndOperators) {
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.expression);
-    KeptParse parse(std::string("QUILT /PCOMPUTE &a = EXPR(") + test.expression + ") /TABLE q1.");
+    KeptParse parse(std::string("QUILT /PCOMPUTE &a = EXPR(") + test.expression + ") /TABLE q1.", SurveyDataset());
     ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
     const std::vector<SyntaxPComputeSubcommand*> pComputes = parse.Root()->GetPComputeSubcommands();
     ASSERT_EQ(pComputes.size(), 1u);
@@ -86,7 +86,7 @@ TEST(SyntaxPComputeSubcommandTest, ExpressionsBecomeOperandsAndOperators) {
 }
 
 TEST(SyntaxPComputeSubcommandTest, TotalAndTokenIndex) {
-  KeptParse parse("QUILT /PCOMPUTE &share=EXPR([1]/TOTAL*100) /PCOMPUTE &sum=EXPR([1]+[2]) /TABLE q1.");
+  KeptParse parse("QUILT /PCOMPUTE &share=EXPR([1]/TOTAL*100) /PCOMPUTE &sum=EXPR([1]+[2]) /TABLE q1.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const std::vector<SyntaxPComputeSubcommand*> pComputes = parse.Root()->GetPComputeSubcommands();
   ASSERT_EQ(pComputes.size(), 2u);

@@ -1,4 +1,4 @@
-// SyntaxTablesCommandTest.cpp - the command root: repeatable global subcommands, the base weight
+// SyntaxTablesCommandTest.cpp - the command root and the host's weight word
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -6,17 +6,9 @@
 #include <vector>
 
 #include "ParserTestSupport.h"
-#include "SubcommandTestSupport.h"
 #include "host/data/HostRecords.h"
 
 namespace {
-
-TEST(SyntaxTablesCommand, RepeatedVLabelsAndWeightAreNoDuplicates) {
-  const ParseOutcome outcome =
-      ParseCommand("QUILT /VLABELS VARIABLES=a DISPLAY=NAME /VLABELS VARIABLES=b DISPLAY=LABEL /TABLE a.");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  EXPECT_TRUE(outcome.reported.empty());
-}
 
 // Through whole commands: only a WEIGHT that names a numeric variable clears the word, and
 // only a positive word (case weighting on) is cleared; the entry puts it back after the run.
@@ -40,8 +32,8 @@ TEST(SyntaxTablesCommand, TheHostWeightWordIsClearedOnlyByAValidBaseWeight) {
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.command) + " with the word at " + std::to_string(row.before));
     WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, row.before);
-    const EventOutcome outcome = ParseAndInspect(row.command, [](SyntaxTablesCommand&) {});
-    EXPECT_EQ(outcome.threw, row.thrown) << outcome.error.key;
+    const KeptParse parse(row.command);
+    EXPECT_EQ(parse.Succeeded(), !row.thrown) << parse.Error().key;
     EXPECT_EQ(ReadHostWord(CmnGlb, kCmnGlbWeightWordOffset), row.after);
   }
   WriteHostWord(CmnGlb, kCmnGlbWeightWordOffset, saved);

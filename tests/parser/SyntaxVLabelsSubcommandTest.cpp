@@ -1,7 +1,7 @@
-// SyntaxVLabelsSubcommandTest.cpp - VLABELS lists with ranges, sets and ALL, and how requests merge
+// SyntaxVLabelsSubcommandTest.cpp - VLABELS: an unknown name before TO, a range left open, and how requests
+// merge (ranges, repeats and sets through whole commands are cases of diagnostics.txt)
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-// Dictionary of the test data: s 0 (declared in the dictionary, so first), a 1, b 2, c 3, w 4, d1 5, d2 6.
+// Positions in the test dictionary: a 0, b 1, c 2, ..., w 7 (ParserTestSupport.h).
 struct Fixture {
   VLabelsSettings settings;
   RecordingParent root{"QUILT"};
@@ -27,20 +27,6 @@ struct Fixture {
   EventOutcome Run(const std::vector<Event>& events) { return RunSubcommand(*vlabels, events, "."); }
 };
 
-TEST(SyntaxVLabelsSubcommandTest, RangesFollowTheDictionaryOrder) {
-  Fixture fixture;
-  const EventOutcome outcome =
-      fixture.Run({Key("VARIABLES"), Word("a"), To(), Word("c"), Word("w"), Key("DISPLAY"), Word("NAME")});
-  ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{1, 2, 3, 4}));
-  const std::map<int, PresentationCodes::VLabelOption> expected = {{1, PresentationCodes::kVLabelName},
-                                                                   {2, PresentationCodes::kVLabelName},
-                                                                   {3, PresentationCodes::kVLabelName},
-                                                                   {4, PresentationCodes::kVLabelName}};
-  EXPECT_EQ(fixture.settings.GetByIndex(), expected);
-  EXPECT_FALSE(fixture.settings.IsForAll());
-}
-
 TEST(SyntaxVLabelsSubcommandTest, UnknownNamesWarnAndCannotStartARange) {
   Fixture fixture;
   const EventOutcome outcome = fixture.Run({Key("VARIABLES"), Word("nosuch"), To(), Word("b")});
@@ -50,33 +36,6 @@ TEST(SyntaxVLabelsSubcommandTest, UnknownNamesWarnAndCannotStartARange) {
   ASSERT_TRUE(outcome.threw);
   EXPECT_EQ(outcome.error.key, msg::kUnknownKeyword);
   EXPECT_EQ(outcome.error.arguments, (std::vector<std::string>{"VLABELS", "TO"}));
-}
-
-TEST(SyntaxVLabelsSubcommandTest, ARepeatedVariableMovesToTheEnd) {
-  Fixture fixture;
-  const EventOutcome outcome =
-      fixture.Run({Key("VARIABLES"), Word("a"), Word("b"), Word("a"), Key("DISPLAY"), Word("LABEL")});
-  ASSERT_FALSE(outcome.threw);
-  ASSERT_EQ(outcome.reported.size(), 1u);
-  EXPECT_EQ(outcome.reported[0].key, msg::kDuplicateWarning);
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"VLABELS", "A"}));
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{2, 1}));
-}
-
-TEST(SyntaxVLabelsSubcommandTest, SetsAreKeptByName) {
-  Fixture fixture;
-  const EventOutcome outcome = fixture.Run(
-      {Key("VARIABLES"), Word("$DICH"), Word("b"), Word("$nosuch"), Key("DISPLAY"), Word("BOTH")});
-  ASSERT_FALSE(outcome.threw) << outcome.error.key;
-  ASSERT_EQ(outcome.reported.size(), 1u);  // the unknown set
-  EXPECT_EQ(outcome.reported[0].arguments, (std::vector<std::string>{"$nosuch", "VLABELS"}));
-  EXPECT_EQ(fixture.vlabels->GetIndices(), (std::vector<int>{-100, 2, -500}));
-  // The set is stored in the dictionary's spelling.
-  EXPECT_EQ(fixture.vlabels->GetSetNames(), (std::vector<std::string>{"$dich"}));
-  ASSERT_EQ(fixture.settings.GetBySet().size(), 1u);
-  EXPECT_TRUE(fixture.settings.GetBySet()[0] == "$DICH");
-  EXPECT_EQ(fixture.settings.GetBySet()[0]._option, PresentationCodes::kVLabelBoth);
-  EXPECT_EQ(fixture.settings.GetByIndex().size(), 1u);
 }
 
 // A range left open at the period (the other refusals are lines of diagnostics.txt).

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "CategoriesTestSupport.h"
+#include "ParserTestSupport.h"
 #include "host/engine/ParsedCategory.h"
 #include "host/output/MessageKeys.h"
 #include "parser/SyntaxVariableName.h"
@@ -13,7 +13,7 @@
 namespace {
 
 TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
-  KeptParse parse("QUILT /TABLE q1 BY gender.");
+  KeptParse parse("QUILT /TABLE q1 BY gender.", SurveyDataset());
   ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   const SyntaxVariableName* q1 = parse.Variable("q1");
   EXPECT_EQ(q1->GetLabel(), "Satisfaction: Overall service");
@@ -34,7 +34,7 @@ TEST(SyntaxVariableNameTest, ReadsLabelAndValueLabels) {
   EXPECT_EQ(q1->GetCutPoint(), -1.0);
   EXPECT_FALSE(q1->GetIsExplicit());
   // A scale variable without labels has none.
-  KeptParse scale("QUILT /TABLE score.");
+  KeptParse scale("QUILT /TABLE score.", SurveyDataset());
   EXPECT_EQ(scale.Variable("score")->GetVLPairCount(), 0);
   EXPECT_EQ(scale.Variable("score")->GetValueLabelList(), nullptr);
 }
@@ -72,7 +72,7 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
     const std::string command = std::string("QUILT /PCOMPUTE &c=EXPR(") + test.expression + ") /TABLE " +
                                 test.variable + " /CATEGORIES VARIABLES=" + test.variable + " " +
                                 std::string(test.list).insert(std::string(test.list).size() - 1, " &c") + ".";
-    KeptParse parse(command);
+    KeptParse parse(command, SurveyDataset());
     if (test.missing == nullptr) {
       ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
       EXPECT_EQ(
@@ -82,38 +82,6 @@ TEST(SyntaxVariableNameTest, ComputedReferencesAreFoundInTheList) {
       EXPECT_EQ(parse.Error().key, msg::kComputedCategoryUsesUnlistedCategory);
       EXPECT_EQ(parse.Error().arguments, (std::vector<std::string>{"c", test.missing, test.variable}));
     }
-  }
-}
-
-TEST(SyntaxVariableNameTest, SecondCategoriesWarnsWhereItDiffers) {
-  struct Case {
-    const char* first;
-    const char* second;
-    const char* keyword;  // null: no warning
-  };
-  const Case cases[] = {
-      {"TOTAL=YES", "TOTAL=NO", "TOTAL"},
-      {"TOTAL=YES", "TOTAL=YES", nullptr},
-      {"POSITION=AFTER", "POSITION=BEFORE", "POSITION"},
-      {"EMPTY=INCLUDE", "EMPTY=EXCLUDE", "EMPTY"},
-      {"MISSING=INCLUDE", "MISSING=EXCLUDE", "MISSING"},
-      // A label is a text: another one, even in another case, warns; the same one does not.
-      {"LABEL='All'", "LABEL='Every'", "LABEL"},
-      {"LABEL='All'", "LABEL='all'", "LABEL"},
-      {"LABEL='All'", "LABEL='All'", nullptr},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(std::string(test.first) + " / " + test.second);
-    KeptParse parse(std::string("QUILT /TABLE q1 /CATEGORIES VARIABLES=q1 ") + test.first +
-                    " /CATEGORIES VARIABLES=q1 " + test.second + ".");
-    ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
-    if (test.keyword == nullptr) {
-      EXPECT_TRUE(parse.Reported().empty());
-      continue;
-    }
-    ASSERT_EQ(parse.Reported().size(), 1u);
-    EXPECT_EQ(parse.Reported()[0].key, msg::kDuplicateWarningFromVariable);
-    EXPECT_EQ(parse.Reported()[0].arguments, (std::vector<std::string>{"CATEGORIES", test.keyword, "q1"}));
   }
 }
 

@@ -27,13 +27,13 @@ struct Fixture {
 TEST(SyntaxWeightSubcommandTest, ANumericVariableBecomesTheBaseWeight) {
   Fixture fixture;
   ASSERT_FALSE(fixture.Run({Key("VARIABLE"), Word("w")}).threw);
-  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 4);  // w is the fifth variable of the test dictionary
+  EXPECT_EQ(SyntaxConverter::GetBaseWeightVarIndex(), 7);  // w is the eighth variable of the test dictionary
   EXPECT_EQ(fixture.root.GetBaseWeightVarName(), "w");
   EXPECT_TRUE(fixture.weight->IsDataBaseWeighted());
 }
 
 // A string variable is refused and no base weight is set (the other refusals are lines of
-// diagnostics.txt; a repeated VARIABLE is the duplicate-warning table's WeightVariableTwice).
+// diagnostics.txt, as is a repeated VARIABLE).
 TEST(SyntaxWeightSubcommandTest, AStringVariableIsRefused) {
   Fixture fixture;
   const EventOutcome outcome = fixture.Run({Key("VARIABLE"), Word("s")});

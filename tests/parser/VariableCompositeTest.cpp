@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "DissectionTestSupport.h"
+#include "ParserTestSupport.h"
 #include "parser/Statistics.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
@@ -21,10 +21,9 @@ class Dissection : public testing::TestWithParam<CubeCase> {};
 
 TEST_P(Dissection, GivesTheSubTablesInOrder) {
   const CubeCase& c = GetParam();
-  const TablesOutcome outcome = ParseTables(std::string("QUILT /TABLE ") + c.expression + ".");
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
-  ASSERT_EQ(outcome.cubes.size(), 1u);
-  EXPECT_EQ(outcome.cubes[0], c.cubes) << outcome.parseDump;
+  const KeptParse parse(std::string("QUILT /TABLE ") + c.expression + ".");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
+  EXPECT_EQ(parse.Cubes(), std::vector<std::vector<std::string>>{c.cubes}) << parse.ParseDump();
 }
 
 // a..e are categorical, x and y scale. Each expected list was worked out by hand from the
@@ -77,16 +76,15 @@ INSTANTIATE_TEST_SUITE_P(
 // trailing "~" when the list is a removable default.
 std::vector<std::string> StatisticsOfVariables(const std::string& command) {
   std::vector<std::string> lists;
-  const TablesOutcome outcome = ParseTables(command, [&](std::vector<SyntaxTableSubcommand*>& tables) {
-    for (const SyntaxVariableName* var : tables.at(0)->GetTableVarList()) {
-      std::string list = var->GetNameToken() + ":";
-      for (const Statistics* statistic : var->GetStatistics()) {
-        list += (list.back() == ':' ? "" : ",") + statistic->GetNameToken();
-      }
-      lists.push_back(list + (var->GetIsStatRemovable() ? "~" : ""));
+  const KeptParse parse(command);
+  EXPECT_TRUE(parse.Succeeded()) << command << ": " << parse.Error().key;
+  for (const SyntaxVariableName* var : parse.Tables().at(0)->GetTableVarList()) {
+    std::string list = var->GetNameToken() + ":";
+    for (const Statistics* statistic : var->GetStatistics()) {
+      list += (list.back() == ':' ? "" : ",") + statistic->GetNameToken();
     }
-  });
-  EXPECT_TRUE(outcome.succeeded) << command << ": " << outcome.error.key;
+    lists.push_back(list + (var->GetIsStatRemovable() ? "~" : ""));
+  }
   return lists;
 }
 
@@ -115,31 +113,20 @@ TEST(Dissection, StackedOperandsThatDisagreeGetDefaultStatistics) {
 }
 
 TEST(Dissection, CompositeLookUpsAnswerOverAllCubes) {
-  std::vector<std::string> names;
-  std::vector<size_t> counts;
-  bool catExists = false;
-  bool scaleExists = false;
-  bool wrongKind = true;
-  const TablesOutcome outcome =
-      ParseTables("QUILT /TABLE (a + b) BY (c + a) + x.", [&](std::vector<SyntaxTableSubcommand*>& tables) {
-        VariableComposite& table = *tables.at(0);
-        names = table.GetCatVarNameList();
-        // a stands twice in the expression: two nodes, each listed once although each
-        // appears in two cubes.
-        counts = {table.GetCategoricalVariables("A").size(), table.GetCategoricalVariables("c").size(),
-                  table.GetScaleVariables("x").size()};
-        catExists = table.CatVarNameExist("b");
-        scaleExists = table.ScaleVarNameExist("X");
-        wrongKind = table.ScaleVarNameExist("a") || table.CatVarNameExist("x");
-      });
-  ASSERT_TRUE(outcome.succeeded) << outcome.error.key;
+  const KeptParse parse("QUILT /TABLE (a + b) BY (c + a) + x.");
+  ASSERT_TRUE(parse.Succeeded()) << parse.Error().key;
   // "+" binds tighter than BY: (a + b) crossed with the three terms c, a and x, six cubes.
-  EXPECT_EQ(outcome.cubes.at(0).size(), 6u) << outcome.parseDump;
-  EXPECT_EQ(names, (std::vector<std::string>{"a", "c", "b"}));
-  EXPECT_EQ(counts, (std::vector<size_t>{2, 1, 1}));
-  EXPECT_TRUE(catExists);
-  EXPECT_TRUE(scaleExists);
-  EXPECT_FALSE(wrongKind);
+  EXPECT_EQ(parse.Cubes().at(0).size(), 6u) << parse.ParseDump();
+  VariableComposite& table = *parse.Tables().at(0);
+  EXPECT_EQ(table.GetCatVarNameList(), (std::vector<std::string>{"a", "c", "b"}));
+  // a stands twice in the expression: two nodes, each listed once although each appears in
+  // two cubes.
+  EXPECT_EQ(table.GetCategoricalVariables("A").size(), 2u);
+  EXPECT_EQ(table.GetCategoricalVariables("c").size(), 1u);
+  EXPECT_EQ(table.GetScaleVariables("x").size(), 1u);
+  EXPECT_TRUE(table.CatVarNameExist("b"));
+  EXPECT_TRUE(table.ScaleVarNameExist("X"));
+  EXPECT_FALSE(table.ScaleVarNameExist("a") || table.CatVarNameExist("x"));
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "TableBuilderTestSupport.h"
 #include "host/engine/AggregationCategory.h"
 #include "host/engine/TableEncryptionCodes.h"
 #include "parser/Statistics.h"
@@ -71,27 +73,6 @@ std::string Dump(const Node& node) {
   return out.str();
 }
 
-// The labels of the leaves, left to right, to compare shapes without the whole dump.
-void CollectLeaves(const Node* node, std::vector<std::string>& out) {
-  if (node->IsLeaf()) {
-    if (node->GetType() == Node::kHNodeTypeStatistic) {
-      out.push_back(static_cast<const StatTreeNode*>(node)->GetLabel());
-    } else if (node->GetCategory() != nullptr) {
-      out.push_back(node->GetCategory()->GetCatLabel());
-    } else {
-      out.push_back(Node::TypeName(node->GetType()));
-    }
-    return;
-  }
-  for (const Node* child : node->GetChildren()) CollectLeaves(child, out);
-}
-
-std::vector<std::string> Leaves(const Node* node) {
-  std::vector<std::string> out;
-  CollectLeaves(node, out);
-  return out;
-}
-
 // Checks the bookkeeping of every node against a recount.
 void ExpectConsistent(const Node* node) {
   if (node->IsLeaf()) {
@@ -120,7 +101,7 @@ TEST(HeaderTreeNode, NestingARootStacksItsChildrenUnderEveryLeaf) {
   stack->AddChild(f.VariableWithCategories("b", {"b1"}), false);
   stack->AddChild(f.VariableWithCategories("c", {"c1", "c2"}), false);
   outer->Nest(stack);
-  EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"b1", "c1", "c2", "b1", "c1", "c2"}));
+  EXPECT_EQ(LeafLabels(outer.get()), (std::vector<std::string>{"b1", "c1", "c2", "b1", "c1", "c2"}));
   ExpectConsistent(outer.get());
 }
 
@@ -136,58 +117,45 @@ TEST(HeaderTreeNode, NestBelowStatisticsPutsTheSubtreeBetween) {
   scale->Nest(f.VariableWithCategories("b", {"b1", "b2"}));
   ASSERT_EQ(scale->GetNChildren(), 1);
   EXPECT_EQ(scale->GetChildren()[0]->GetType(), Node::kHNodeTypeCatVariable);
-  EXPECT_EQ(Leaves(scale.get()), (std::vector<std::string>{"Mean", "Sum", "Mean", "Sum"}));
+  EXPECT_EQ(LeafLabels(scale.get()), (std::vector<std::string>{"Mean", "Sum", "Mean", "Sum"}));
   EXPECT_EQ(scale->GetMaxHeight(), 3);
   ExpectConsistent(scale.get());
 }
 
-TEST(HeaderTreeNode, NestStackOfStatisticsOnStatisticsChangesNothing) {
-  Fixture f;
-  std::unique_ptr<Node> root(f.VariableWithCategories("a", {"a1"}));
-  root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatCount, "Count")});
-  const std::string before = Dump(*root);
-  root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatColPctCount, "Column N %")});
-  root->NestStack(std::vector<Node*>{f.Stat(Codes::kStatRowPctCount, "Row N %")});
-  EXPECT_EQ(Dump(*root), before);
-}
-
-TEST(HeaderTreeNode, NestStackOnAStatisticParentMovesTheStatisticsDown) {
+TEST(HeaderTreeNode, NestStackOnStatisticsKeepsThemInnermost) {
   Fixture f;
   std::unique_ptr<Node> outer(f.VariableWithCategories("a", {"a1", "a2"}));
   outer->NestStack(std::vector<Node*>{f.Stat(Codes::kStatCount, "Count")});
+  // Statistics nested on statistics change nothing.
+  const std::string before = Dump(*outer);
+  outer->NestStack(std::vector<Node*>{f.Stat(Codes::kStatColPctCount, "Column N %")});
+  outer->NestStack(std::vector<Node*>{f.Stat(Codes::kStatRowPctCount, "Row N %")});
+  EXPECT_EQ(Dump(*outer), before);
+  // A variable nested on a statistic parent goes between it and its statistics.
   outer->NestStack(std::vector<Node*>{f.VariableWithCategories("b", {"b1", "b2"})});
-  EXPECT_EQ(Leaves(outer.get()), (std::vector<std::string>{"Count", "Count", "Count", "Count"}));
+  EXPECT_EQ(LeafLabels(outer.get()), (std::vector<std::string>{"Count", "Count", "Count", "Count"}));
   EXPECT_EQ(outer->GetMaxHeight(), 4);  // a -> a1 -> b -> b1 -> Count
   ExpectConsistent(outer.get());
 }
 
-struct MergeCase {
-  const char* name;
-  Codes::StatisticCodes totalCode;
-  double totalCut;
-  int expectedChildren;  // the regular PTILE 25 and COUNT, plus the total when it differs
-};
-
-class AddStatsMerge : public testing::TestWithParam<MergeCase> {};
-
-TEST_P(AddStatsMerge, TotalStatisticEqualToARegularOneMerges) {
-  Fixture f;
-  GivenAway unused;
-  std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
-  std::vector<Node*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
-  std::vector<Node*> total{f.Stat(GetParam().totalCode, "Total", GetParam().totalCut)};
-  variable->AddStats(regular, total);
-  EXPECT_EQ(variable->GetNChildren(), GetParam().expectedChildren);
-  EXPECT_TRUE(regular.empty());
-  EXPECT_TRUE(total.empty());
+// A total statistic equal to a regular one (PTILE 25, COUNT) merges with it; one that differs
+// stays beside them.
+TEST(HeaderTreeNode, TotalStatisticEqualToARegularOneMerges) {
+  const std::tuple<Codes::StatisticCodes, double, int> cases[] = {
+      {Codes::kStatPtile, 25, 2}, {Codes::kStatPtile, 75, 3}, {Codes::kStatCount, -1, 2}, {Codes::kStatColPctCount, -1, 3}};
+  for (const auto& [totalCode, totalCut, expectedChildren] : cases) {
+    SCOPED_TRACE(std::to_string(totalCode) + " " + std::to_string(totalCut));
+    Fixture f;
+    GivenAway unused;
+    std::unique_ptr<Node> variable(Node::Create(f.Variable("a"), false, unused));
+    std::vector<Node*> regular{f.Stat(Codes::kStatPtile, "Percentile", 25), f.Stat(Codes::kStatCount, "Count")};
+    std::vector<Node*> total{f.Stat(totalCode, "Total", totalCut)};
+    variable->AddStats(regular, total);
+    EXPECT_EQ(variable->GetNChildren(), expectedChildren);
+    EXPECT_TRUE(regular.empty());
+    EXPECT_TRUE(total.empty());
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(HeaderTreeNode, AddStatsMerge,
-                         testing::Values(MergeCase{"SamePercentile", Codes::kStatPtile, 25, 2},
-                                         MergeCase{"OtherCutPoint", Codes::kStatPtile, 75, 3},
-                                         MergeCase{"SameCount", Codes::kStatCount, -1, 2},
-                                         MergeCase{"OtherStatistic", Codes::kStatColPctCount, -1, 3}),
-                         [](const testing::TestParamInfo<MergeCase>& info) { return info.param.name; });
 
 TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
   Fixture f;
@@ -203,7 +171,7 @@ TEST(HeaderTreeNode, AddStatsGivesTotalChildrenTheTotalStatistics) {
     if (withTotalStats) total.push_back(f.Stat(Codes::kStatSum, "Sum"));
     variable->AddStats(regular, total);
     const std::string totalLabel = withTotalStats ? "Sum" : "Count";
-    EXPECT_EQ(Leaves(variable.get()), (std::vector<std::string>{"Count", totalLabel, totalLabel}));
+    EXPECT_EQ(LeafLabels(variable.get()), (std::vector<std::string>{"Count", totalLabel, totalLabel}));
     EXPECT_TRUE(regular.empty());
     ExpectConsistent(variable.get());
   }

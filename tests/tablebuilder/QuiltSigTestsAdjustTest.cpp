@@ -1,7 +1,10 @@
 // QuiltSigTestsAdjustTest.cpp - multiple-comparison adjustment, column letters and p-value texts
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "host/data/Obs.h"
@@ -12,90 +15,57 @@ namespace {
 constexpr double kMiss = TARN_SystemMissing();
 using Elem = QuiltSigTests::PValueInfoElem;
 
-struct Pair {
-  int first;
-  int second;
-  double p;
-  bool identical;
-  double adjusted;  // expected
-  bool sig;         // expected at alpha
-  bool sig2;        // expected at alpha2
-};
+double Number(const std::string& word) { return word == "missing" ? kMiss : std::stod(word); }
 
-struct AdjustCase {
-  const char* name;
-  PresentationCodes::SignificanceAdjustType type;
-  double alpha;
-  double alpha2;
-  std::vector<Pair> pairs;
-};
-
-// Every expected value worked by hand from p, the number of tests m and the rank k:
-// Bonferroni m * p; Benjamini-Hochberg min(1, p * m / k), then each value lowered to the
-// smallest value of a higher rank.
+// The families of cases/adjust.txt, where the expected values are worked by hand.
 TEST(QuiltSigTestsAdjust, AdjustsOneFamily) {
-  using P = PresentationCodes;
-  // clang-format off
-  const AdjustCase cases[] = {
-      {"none: strict at alpha, second level", P::kAdjustNone, 0.01, 0.05,
-       {{0, 1, 0.005, false, 0.005, true, true}, {0, 2, 0.03, false, 0.03, false, true},
-        {1, 2, 0.05, false, 0.05, false, false}, {1, 3, 0.01, false, 0.01, false, true}}},
-      // m = 3 with the pair without p-value left out; 3 * 0.5 = 1.5 is not cut to 1.
-      {"bonferroni: m times p, no cap", P::kAdjustBonferroni, 0.05, 0.0,
-       {{0, 1, 0.01, false, 0.03, true, false}, {0, 2, kMiss, false, kMiss, false, false},
-        {0, 3, 0.02, false, 0.06, false, false}, {1, 2, 0.5, false, 1.5, false, false}}},
-      // 2 * 0.025 is exactly 0.05, which is not below alpha.
-      {"bonferroni: equal to alpha is not significant", P::kAdjustBonferroni, 0.05, kMiss,
-       {{0, 1, 0.025, false, 0.05, false, false}, {0, 2, 0.025, false, 0.05, false, false}}},
-      // Sorted 0.01 0.03 0.04: 0.03, 0.045, 0.04, smoothed 0.03, 0.04, 0.04.
-      {"bh: step-up smoothing", P::kAdjustBH, 0.05, 0.0,
-       {{0, 1, 0.01, false, 0.03, true, false}, {0, 2, 0.04, false, 0.04, true, false},
-        {1, 2, 0.03, false, 0.04, true, false}}},
-      // Ties keep their order: 0.08, 0.04, 0.0533, 0.5 smoothed to 0.04, 0.04, 0.0533, 0.5.
-      // At alpha2 0.06 the highest rank below it is 3 (0.0533).
-      {"bh: ties and a second level", P::kAdjustBH, 0.05, 0.06,
-       {{0, 1, 0.02, false, 0.04, true, true}, {0, 2, 0.02, false, 0.04, true, true},
-        {0, 3, 0.04, false, 0.04 * 4 / 3, false, true}, {1, 2, 0.5, false, 0.5, false, false}}},
-      // 0.8 * 2 / 1 = 1.6 is cut to 1, then lowered to 0.9 * 2 / 2.
-      {"bh: capped at 1", P::kAdjustBH, 0.05, 0.0,
-       {{0, 1, 0.9, false, 0.9, false, false}, {0, 2, 0.8, false, 0.9, false, false}}},
-      // A and B hold the same cases: (A,C)~(B,C) and (A,D)~(B,D), leaving m = 3.
-      {"bonferroni: identical columns count once", P::kAdjustBonferroni, 0.05, 0.0,
-       {{0, 1, kMiss, true, kMiss, false, false}, {0, 2, 0.01, false, 0.03, true, false},
-        {0, 3, 0.04, false, 0.12, false, false}, {1, 2, 0.02, false, 0.06, false, false},
-        {1, 3, 0.03, false, 0.09, false, false}, {2, 3, 0.005, false, 0.015, true, false}}},
-      // Local family (A,C) 0.01, (A,D) 0.04, (C,D) 0.005: 0.015, 0.015, 0.04; (B,C) and
-      // (B,D) take the values of (A,C) and (A,D).
-      {"bh: identical columns share the first pair's value", P::kAdjustBH, 0.05, 0.0,
-       {{0, 1, kMiss, true, kMiss, false, false}, {0, 2, 0.01, false, 0.015, true, false},
-        {0, 3, 0.04, false, 0.04, true, false}, {1, 2, 0.02, false, 0.015, true, false},
-        {1, 3, 0.03, false, 0.04, true, false}, {2, 3, 0.005, false, 0.015, true, false}}},
-      // B and D hold the same cases: (C,D) is the pair (B,C), and (A,D) the pair (A,B).
-      {"bonferroni: a representative pair is unordered", P::kAdjustBonferroni, 0.05, 0.0,
-       {{0, 1, 0.01, false, 0.03, true, false}, {0, 2, 0.1, false, 0.3, false, false},
-        {0, 3, 0.02, false, 0.06, false, false}, {1, 2, 0.001, false, 0.003, true, false},
-        {1, 3, kMiss, true, kMiss, false, false}, {2, 3, 0.002, false, 0.006, true, false}}},
+  std::ifstream file(std::string(QUILT_SOURCE_DIR) + "/tests/tablebuilder/cases/adjust.txt");
+  ASSERT_TRUE(file.good());
+  struct Family {
+    std::string name;
+    PresentationCodes::SignificanceAdjustType type = PresentationCodes::kAdjustNone;
+    double alpha = 0.0;
+    double alpha2 = 0.0;
+    std::vector<Elem> pairs;
+    std::vector<std::tuple<double, bool, bool>> expected;  // adjusted, significant, at alpha2
   };
-  // clang-format on
-  for (const AdjustCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    std::vector<Elem> list;
-    for (const Pair& pair : c.pairs) {
-      Elem elem;
-      elem._firstIndex = pair.first;
-      elem._secondIndex = pair.second;
-      elem._pValue = pair.p;
-      elem._identical = pair.identical;
-      list.push_back(elem);
+  std::vector<Family> families;
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream words(line.rfind("== ", 0) == 0 ? line.substr(3) : line);
+    std::string a, b, c, d;
+    if (line.empty() || line[0] == '#' || !(words >> a >> b >> c >> d)) continue;
+    if (line.rfind("== ", 0) == 0) {
+      Family& family = families.emplace_back();
+      family.type = a == "bh" ? PresentationCodes::kAdjustBH
+                              : (a == "bonferroni" ? PresentationCodes::kAdjustBonferroni : PresentationCodes::kAdjustNone);
+      family.alpha = Number(b);
+      family.alpha2 = Number(c);
+      std::getline(words, family.name);
+      family.name = d + family.name;
+      continue;
     }
-    QuiltSigTests::AdjustSigTests(c.alpha, c.alpha2, c.type, /*count=*/0, list);
-    ASSERT_EQ(list.size(), c.pairs.size());
+    Elem& elem = families.back().pairs.emplace_back();
+    elem._firstIndex = std::stoi(a);
+    elem._secondIndex = std::stoi(b);
+    elem._pValue = Number(c);
+    elem._identical = d == "1";
+    std::string adjusted, sig, sig2;
+    words >> adjusted >> sig >> sig2;
+    families.back().expected.emplace_back(Number(adjusted), sig == "1", sig2 == "1");
+  }
+  ASSERT_EQ(families.size(), 9u);
+  for (Family& family : families) {
+    SCOPED_TRACE(family.name);
+    std::vector<Elem> list = family.pairs;
+    QuiltSigTests::AdjustSigTests(family.alpha, family.alpha2, family.type, /*count=*/0, list);
+    ASSERT_EQ(list.size(), family.pairs.size());
     for (std::size_t i = 0; i < list.size(); ++i) {
       SCOPED_TRACE(i);
-      EXPECT_NEAR(list[i]._adjustValue, c.pairs[i].adjusted, 1e-12);
-      EXPECT_EQ(list[i]._significant, c.pairs[i].sig);
-      EXPECT_EQ(list[i]._significantAlpha2, c.pairs[i].sig2);
-      EXPECT_EQ(list[i]._pValue, c.pairs[i].p);
+      const auto& [adjusted, sig, sig2] = family.expected[i];
+      EXPECT_NEAR(list[i]._adjustValue, adjusted, 1e-12);
+      EXPECT_EQ(list[i]._significant, sig);
+      EXPECT_EQ(list[i]._significantAlpha2, sig2);
+      EXPECT_EQ(list[i]._pValue, family.pairs[i]._pValue);
     }
   }
 }

@@ -18,27 +18,6 @@ namespace {
 
 using Node = HeaderTreeNode;
 
-// The leaf labels of a tree, left to right: category labels, fixed texts and letters.
-void CollectLeafLabels(const Node* node, std::vector<std::string>& out) {
-  if (node->IsLeaf()) {
-    if (node->GetCategory() != nullptr) {
-      out.push_back(node->GetCategory()->GetCatLabel());
-    } else if (node->GetType() == Node::kHNodeTypeLabel || node->GetType() == Node::kHNodeTypeLetter) {
-      out.push_back(node->GetLabel());
-    } else {
-      out.push_back(Node::TypeName(node->GetType()));
-    }
-    return;
-  }
-  for (const Node* child : node->GetChildren()) CollectLeafLabels(child, out);
-}
-
-std::vector<std::string> LeafLabels(const Node* node) {
-  std::vector<std::string> out;
-  CollectLeafLabels(node, out);
-  return out;
-}
-
 // How the delivery would call the builder: whether the data are unweighted, whether the
 // tests are merged into the main table, and in which style.
 struct TestCall {
@@ -74,6 +53,18 @@ void MarkLeaves(Node* tree, int dimension, const std::vector<EmptyLeaf>& empty) 
   }
 }
 
+// no-data=R:South/Old,R:West/Young: each leaf with the letter of its dimension.
+std::vector<EmptyLeaf> ParseNoData(const std::string& noData) {
+  std::vector<EmptyLeaf> empty;
+  for (std::size_t start = 0; start < noData.size();) {
+    const std::size_t comma = std::min(noData.find(',', start), noData.size());
+    const std::string leaf = noData.substr(start, comma - start);
+    empty.push_back({static_cast<int>(std::string("RCL").find(leaf[0])), leaf.substr(2)});
+    start = comma + 1;
+  }
+  return empty;
+}
+
 std::unique_ptr<BuiltTable> BuildWithTests(const std::string& command, TestCall call = {},
                                            const std::vector<EmptyLeaf>& empty = {},
                                            BuiltTable::Options options = {}) {
@@ -101,15 +92,7 @@ TEST_P(TestTreesGolden, DumpMatches) {
   call.unweighted = param.Setting("weighted") != "yes";
   call.merged = param.Setting("merged") == "yes";
   call.apa = param.Setting("style") != "simple";
-  // no-data=R:South/Old,R:West/Young: each leaf with the letter of its dimension.
-  std::vector<EmptyLeaf> empty;
-  const std::string noData = param.Setting("no-data");
-  for (std::size_t start = 0; start < noData.size();) {
-    const std::size_t comma = std::min(noData.find(',', start), noData.size());
-    const std::string leaf = noData.substr(start, comma - start);
-    empty.push_back({static_cast<int>(std::string("RCL").find(leaf[0])), leaf.substr(2)});
-    start = comma + 1;
-  }
+  const std::vector<EmptyLeaf> empty = ParseNoData(param.Setting("no-data"));
   BuiltTable::Options options;
   options.totals = param.Setting("totals") == "yes";
   std::unique_ptr<BuiltTable> built = BuildWithTests(param.command, call, empty, options);
@@ -130,54 +113,86 @@ TEST_P(TestTreesGolden, DumpMatches) {
 INSTANTIATE_TEST_SUITE_P(QuiltTable, TestTreesGolden, testing::ValuesIn(ReadBuilderCases("test_trees.txt")),
                          [](const testing::TestParamInfo<BuilderCase>& info) { return info.param.name; });
 
-// Whether a test has trees at all depends on the statistics that the tested variables carry
-// and on the weighting: each row gives the number of trees the first test gets (2 for rows
-// and columns, 0 when nothing is left to test), worked out from the reduction rules.
-TEST(QuiltTableTestTrees, WhichStatisticsMakeATestable) {
+// The names of the variables at the top of a tree, left to right.
+std::string TopVariables(const Node* root) {
+  std::string names;
+  for (const Node* child : root->GetChildren()) {
+    if (child->GetVariable() != nullptr) names += (names.empty() ? "" : " ") + child->GetVariable()->GetNameToken();
+  }
+  return names;
+}
+
+// The trees of every test setting: the top variables of each tree, joined by " | ", settings
+// by "; ", "none" for a setting without trees.
+std::string DescribeTrees(const QuiltTable& table) {
+  std::string text = table.HasSigTests() ? "" : "no tests";
+  for (const std::vector<Node*>& trees : table.GetSigTestTrees()) {
+    text += text.empty() ? "" : "; ";
+    if (trees.empty()) text += "none";
+    for (std::size_t i = 0; i < trees.size(); ++i) text += (i > 0 ? " | " : "") + TopVariables(trees[i]);
+  }
+  return text;
+}
+
+// Whether a test has trees, and which variables they keep, depends on the statistics the
+// tested variables carry, on the weighting, on the leaves without data and on the sets. Each
+// row's trees (rows | columns) are worked out from the reduction rules.
+TEST(QuiltTableTestTrees, TreesFollowStatisticsWeightingEmptyLayersAndSets) {
   struct Row {
     const char* command;
     bool unweighted;
-    size_t trees;
+    const char* noData;  // as in cases/test_trees.txt
+    const char* trees;
   };
   const Row rows[] = {
-      {"QUILT /TABLE region BY gender [COUNT] /SIGTEST TYPE=CHISQUARE.", false, 2},
-      {"QUILT /TABLE region BY gender [COLPCT.COUNT] /COMPARETEST TYPE=PROP.", false, 2},
+      {"QUILT /TABLE region BY gender [COUNT].", true, "", "no tests"},
+      {"QUILT /TABLE region BY gender [COUNT] /SIGTEST TYPE=CHISQUARE.", false, "", "region | gender"},
+      {"QUILT /TABLE region BY gender [COLPCT.COUNT] /COMPARETEST TYPE=PROP.", false, "", "region | gender"},
       // Unweighted counts stand for the data only when the data are unweighted.
-      {"QUILT /TABLE region BY gender [UCOUNT] /SIGTEST TYPE=CHISQUARE.", true, 2},
-      {"QUILT /TABLE region BY gender [UCOUNT] /SIGTEST TYPE=CHISQUARE.", false, 0},
-      {"QUILT /TABLE region BY gender [UCOLPCT.COUNT] /COMPARETEST TYPE=PROP.", false, 0},
+      {"QUILT /TABLE region BY gender [UCOUNT] /SIGTEST TYPE=CHISQUARE.", true, "", "region | gender"},
+      {"QUILT /TABLE region BY gender [UCOUNT] /SIGTEST TYPE=CHISQUARE.", false, "", "none"},
+      {"QUILT /TABLE region BY gender [UCOLPCT.COUNT] /COMPARETEST TYPE=PROP.", false, "", "none"},
       // Row percentages serve the chi-square (the parser refuses them for proportions).
-      {"QUILT /TABLE region BY gender [ROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", false, 2},
-      {"QUILT /TABLE region BY gender [UROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", true, 2},
-      {"QUILT /TABLE region BY gender [UROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", false, 0},
+      {"QUILT /TABLE region BY gender [ROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", false, "", "region | gender"},
+      {"QUILT /TABLE region BY gender [UROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", true, "", "region | gender"},
+      {"QUILT /TABLE region BY gender [UROWPCT.COUNT] /SIGTEST TYPE=CHISQUARE.", false, "", "none"},
       // A means test needs a mean: UMEAN only on unweighted data.
-      {"QUILT /TABLE region > score [UMEAN] BY gender /COMPARETEST TYPE=MEAN.", true, 2},
-      {"QUILT /TABLE region > score [UMEAN] BY gender /COMPARETEST TYPE=MEAN.", false, 0},
+      {"QUILT /TABLE region > score [UMEAN] BY gender /COMPARETEST TYPE=MEAN.", true, "", "region | gender"},
+      {"QUILT /TABLE region > score [UMEAN] BY gender /COMPARETEST TYPE=MEAN.", false, "", "none"},
+      // A layer tree left with nothing (no data in any layer) takes the whole test with it.
+      {"QUILT /TABLE region BY gender [COUNT] BY agegrp /SIGTEST TYPE=CHISQUARE.", true,
+       "L:Young,L:Middle,L:Old", "none"},
+      // A multiple-response set innermost in its dimension leaves a test that excludes sets;
+      // an outer one stays, since its categories only split the table.
+      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=YES.", true, "",
+       "region $media | gender"},
+      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", true, "",
+       "region | gender"},
+      {"QUILT /TABLE $media > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", true, "",
+       "$media | gender"},
+      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=NO.", true, "",
+       "region | gender"},
+      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=YES.", true, "",
+       "region | gender $media"},
+      // In the means rows a set with a scale variable right below its categories (height 2)
+      // is innermost; one with another variable between them (height 4) is not.
+      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
+       "INCLUDEMRSETS=NO.",
+       true, "", "region | gender"},
+      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
+       "INCLUDEMRSETS=YES.",
+       true, "", "region $media | gender"},
+      {"QUILT /TABLE $media > region > score [MEAN] BY gender /COMPARETEST TYPE=MEAN INCLUDEMRSETS=NO.", true, "",
+       "$media | gender"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.command) + (row.unweighted ? " unweighted" : " weighted"));
     TestCall call;
     call.unweighted = row.unweighted;
-    std::unique_ptr<BuiltTable> built = BuildWithTests(row.command, call);
+    std::unique_ptr<BuiltTable> built = BuildWithTests(row.command, call, ParseNoData(row.noData));
     ASSERT_TRUE(built);
-    const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-    // One vector per test setting, even an empty one.
-    ASSERT_EQ(trees.size(), 1u);
-    EXPECT_EQ(trees[0].size(), row.trees);
+    EXPECT_EQ(DescribeTrees(built->Table()), row.trees);
   }
-}
-
-// A table with real layers whose layer tree is left with nothing takes the whole test with
-// it: here the main table found no data in any layer.
-TEST(QuiltTableTestTrees, ALayerTreeWithNothingTestableDropsTheTest) {
-  std::unique_ptr<BuiltTable> built =
-      BuildWithTests("QUILT /TABLE region BY gender [COUNT] BY agegrp /SIGTEST TYPE=CHISQUARE.", TestCall(),
-                     {{2, "Young"}, {2, "Middle"}, {2, "Old"}});
-  ASSERT_TRUE(built);
-  ASSERT_FALSE(built->Table().GetLayerHeaderRoot()->IsLeaf());
-  const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-  ASSERT_EQ(trees.size(), 1u);
-  EXPECT_TRUE(trees[0].empty());
 }
 
 // Each test setting gets its own vector, in order, so that settings and trees pair up; a
@@ -189,12 +204,7 @@ TEST(QuiltTableTestTrees, TreesPairWithTheSettingsAndAreRebuiltEachTime) {
   ASSERT_TRUE(built);
   QuiltTable& table = built->Table();
   ASSERT_EQ(table.GetSigTestSettings().size(), 3u);
-  const auto sizes = [&table]() {
-    std::vector<size_t> out;
-    for (const std::vector<Node*>& trees : table.GetSigTestTrees()) out.push_back(trees.size());
-    return out;
-  };
-  EXPECT_EQ(sizes(), (std::vector<size_t>{2, 2, 2}));
+  EXPECT_EQ(DescribeTrees(table), "agegrp | gender; agegrp | gender; region | gender");
   // The chi-square keeps agegrp alone: below each region stands only score. The means test
   // keeps the other branch, score under each of the three regions.
   const std::vector<std::vector<Node*>>& trees = table.GetSigTestTrees();
@@ -202,67 +212,8 @@ TEST(QuiltTableTestTrees, TreesPairWithTheSettingsAndAreRebuiltEachTime) {
   EXPECT_EQ(trees[0][0]->GetChildren()[0]->GetVariable()->GetNameToken(), "agegrp");
   EXPECT_EQ(LeafLabels(trees[2][0]), std::vector<std::string>(3, "ScaleVariable"));
   table.BuildStatTestTables(/*unweightedData=*/true, /*merged=*/false, /*apa=*/true);
-  EXPECT_EQ(sizes(), (std::vector<size_t>{2, 2, 2}));
+  EXPECT_EQ(DescribeTrees(table), "agegrp | gender; agegrp | gender; region | gender");
   EXPECT_EQ(LeafLabels(table.GetSigTestTrees()[0][0]), (std::vector<std::string>{"Chi-square", "df", "Sig."}));
-}
-
-// The names of the variables at the top of a tree, left to right.
-std::string TopVariables(const Node* root) {
-  std::string names;
-  for (const Node* child : root->GetChildren()) {
-    if (child->GetVariable() != nullptr) names += (names.empty() ? "" : " ") + child->GetVariable()->GetNameToken();
-  }
-  return names;
-}
-
-// A multiple-response set innermost in its dimension leaves a test that excludes sets; an
-// outer one stays, since its categories only split the table. The expected variables are
-// read off the reduction rules for each command.
-TEST(QuiltTableTestTrees, SetsInnermostLeaveTestsThatExcludeThem) {
-  struct Row {
-    const char* command;
-    const char* rows;
-    const char* columns;
-  };
-  const Row rows[] = {
-      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=YES.", "region $media",
-       "gender"},
-      {"QUILT /TABLE region + $media BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", "region",
-       "gender"},
-      {"QUILT /TABLE $media > agegrp BY gender [COUNT] /SIGTEST TYPE=CHISQUARE INCLUDEMRSETS=NO.", "$media",
-       "gender"},
-      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=NO.", "region",
-       "gender"},
-      {"QUILT /TABLE region BY gender + $media [COUNT] /COMPARETEST TYPE=PROP INCLUDEMRSETS=YES.", "region",
-       "gender $media"},
-      // In the means rows a set with a scale variable right below its categories (height 2)
-      // is innermost; one with another variable between them (height 4) is not.
-      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
-       "INCLUDEMRSETS=NO.",
-       "region", "gender"},
-      {"QUILT /TABLE region > score [MEAN] + $media > score [MEAN] BY gender /COMPARETEST TYPE=MEAN "
-       "INCLUDEMRSETS=YES.",
-       "region $media", "gender"},
-      {"QUILT /TABLE $media > region > score [MEAN] BY gender /COMPARETEST TYPE=MEAN INCLUDEMRSETS=NO.", "$media",
-       "gender"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.command);
-    std::unique_ptr<BuiltTable> built = BuildWithTests(row.command);
-    ASSERT_TRUE(built);
-    const std::vector<std::vector<Node*>>& trees = built->Table().GetSigTestTrees();
-    ASSERT_EQ(trees.size(), 1u);
-    ASSERT_EQ(trees[0].size(), 2u);
-    EXPECT_EQ(TopVariables(trees[0][0]), row.rows);
-    EXPECT_EQ(TopVariables(trees[0][1]), row.columns);
-  }
-}
-
-TEST(QuiltTableTestTrees, ATableWithoutTestsGetsNoTrees) {
-  std::unique_ptr<BuiltTable> built = BuildWithTests("QUILT /TABLE region BY gender [COUNT].");
-  ASSERT_TRUE(built);
-  EXPECT_FALSE(built->Table().HasSigTests());
-  EXPECT_TRUE(built->Table().GetSigTestTrees().empty());
 }
 
 // Free-standing category nodes of the given types, with labels, for the selection rules.

@@ -11,6 +11,7 @@
 #include "host/data/ProcDSIterator.h"
 #include "host/data/ProcedureDataSource.h"
 #include "host/data/VariableSet.h"
+#include "host/engine/AggregationCategory.h"
 #include "host/engine/AggregationCube.h"
 #include "host/engine/AggregationMCSet.h"
 #include "host/engine/AggregationMDSet.h"
@@ -27,12 +28,12 @@
 #include "parser/SyntaxReader.h"
 #include "parser/SyntaxTableSubcommand.h"
 #include "parser/SyntaxVariableName.h"
+#include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltTable.h"
+#include "tablebuilder/StatTreeNode.h"
 
-// Nine cases. region 2 has no agegrp 3, and region 2 with agegrp 1 has no gender 2, so that
-// nested headers lose categories under some outer categories only; region 3 has its only case
-// without gender, so that under it no gender occurs at all. late is given only in that case.
-// tv and web, counted where 1, make the dichotomy set $media.
+// Nine cases, chosen as the header says so that nested headers lose categories under some
+// outer categories only.
 const char* const kBuilderCsv =
     "region,gender,agegrp,score,income,late,tv,web\n"
     "1,1,1,10,100,,1,\n"
@@ -213,4 +214,19 @@ std::vector<BuilderCase> ReadBuilderCases(const std::string& fileName) {
     }
   }
   return cases;
+}
+
+std::vector<std::string> LeafLabels(const HeaderTreeNode* node) {
+  if (!node->IsLeaf()) {
+    std::vector<std::string> labels;
+    for (const HeaderTreeNode* child : node->GetChildren()) {
+      const std::vector<std::string> below = LeafLabels(child);
+      labels.insert(labels.end(), below.begin(), below.end());
+    }
+    return labels;
+  }
+  if (node->GetType() == HeaderTreeNode::kHNodeTypeStatistic) return {static_cast<const StatTreeNode*>(node)->GetLabel()};
+  if (node->GetCategory() != nullptr) return {node->GetCategory()->GetCatLabel()};
+  const bool text = node->GetType() == HeaderTreeNode::kHNodeTypeLabel || node->GetType() == HeaderTreeNode::kHNodeTypeLetter;
+  return {text ? node->GetLabel() : HeaderTreeNode::TypeName(node->GetType())};
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+class HeaderTreeNode;
 class QuiltTable;
 class SyntaxTableSubcommand;
 
@@ -67,3 +68,7 @@ struct BuilderCase {
 
 /// Every case of tests/tablebuilder/cases/`fileName`; lines starting with "#" are comments.
 std::vector<BuilderCase> ReadBuilderCases(const std::string& fileName);
+
+/// The labels of a tree's leaves, left to right: a statistic's or a category's label, the text
+/// of a label or letter node, else the name of the node's type.
+std::vector<std::string> LeafLabels(const HeaderTreeNode* node);

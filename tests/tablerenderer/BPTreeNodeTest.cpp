@@ -28,50 +28,41 @@ class CategoryLabels : public ::testing::Test {
   }
   void TearDown() override { OutputDocument::Install(nullptr); }
 
-  /// A computed category of variable `varIndex` (-1: a set's) with the label `label`.
-  static AggregationCategory Computed(int varIndex, const std::string& label) {
-    AggregationCategory category(AggregationCategory::kPcompute, 0, varIndex);
-    category.SetCatLabel(label, false);
-    return category;
-  }
-
   std::unique_ptr<ProcedureDataSource> _dataSource;
   OutputDocument _document;
 };
 
 TEST_F(CategoryLabels, ComputedCategoryLabelReferencesExpand) {
   struct Case {
+    int type;
     int varIndex;
     const char* label;
     const char* expected;
   };
+  constexpr int kComputed = AggregationCategory::kPcompute;
   const Case cases[] = {
       // Without a variable, a reference names a variable, replaced by its label.
-      {-1, "Sum of )LABEL[q]", "Sum of Quality"},
-      {-1, ")LABEL[nosuch] and )LABEL[city]", "nosuch and Home city"},
+      {kComputed, -1, "Sum of )LABEL[q]", "Sum of Quality"},
+      {kComputed, -1, ")LABEL[nosuch] and )LABEL[city]", "nosuch and Home city"},
       // A numeric variable's reference names a value; its value label replaces it.
-      {0, ")LABEL[1] or )LABEL[2]", "Poor or Good"},
-      {0, ")LABEL[1.0] only", "Poor only"},
-      {0, "Value )LABEL[7]", "Value 7"},
+      {kComputed, 0, ")LABEL[1] or )LABEL[2]", "Poor or Good"},
+      {kComputed, 0, ")LABEL[1.0] only", "Poor only"},
+      {kComputed, 0, "Value )LABEL[7]", "Value 7"},
       // A string variable's reference is a quoted value.
-      {1, ")LABEL['LDN'] vs )LABEL['PAR']", "London vs 'PAR'"},
+      {kComputed, 1, ")LABEL['LDN'] vs )LABEL['PAR']", "London vs 'PAR'"},
       // An unterminated reference stays as written.
-      {0, "Top )LABEL[1", "Top )LABEL[1"},
+      {kComputed, 0, "Top )LABEL[1", "Top )LABEL[1"},
+      // Only computed categories expand references; a total keeps its default label.
+      {AggregationCategory::kTotal, 0, "Total )LABEL[1]", "Total )LABEL[1]"},
   };
   for (const Case& test : cases) {
-    const AggregationCategory category = Computed(test.varIndex, test.label);
-    bool isDefault = true;
+    AggregationCategory category(test.type, 0, test.varIndex);
+    const bool isDefaultLabel = test.type == AggregationCategory::kTotal;
+    category.SetCatLabel(test.label, isDefaultLabel);
+    bool isDefault = !isDefaultLabel;
     EXPECT_EQ(BPTreeNode::GetCategoryText(&category, _dataSource.get(), isDefault), test.expected) << test.label;
-    EXPECT_FALSE(isDefault);
+    EXPECT_EQ(isDefault, isDefaultLabel) << test.label;
   }
-}
-
-TEST_F(CategoryLabels, OnlyComputedCategoriesExpandReferences) {
-  AggregationCategory total(AggregationCategory::kTotal, 0, 0);
-  total.SetCatLabel("Total )LABEL[1]", true);
-  bool isDefault = false;
-  EXPECT_EQ(BPTreeNode::GetCategoryText(&total, _dataSource.get(), isDefault), "Total )LABEL[1]");
-  EXPECT_TRUE(isDefault);
 }
 
 // Value categories (a value label, or the value where there is none) are in every delivered

@@ -8,49 +8,31 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace delivered {
 
-/// The rows, one per case: region gender grp score q wt wave.
-///
-///  #  region gender grp score  q  wt  wave
-///  1  1 North  1 M  10    2.0  1  1.0  1
-///  2  1 North  1 M  20    4.0  2  2.0  1
-///  3  1 North  2 F  10   -3.0  1  1.0  1
-///  4  2 South  1 M  10    6.0  9  0.5  1
-///  5  2 South  2 F  20    1.0  2  1.0  1
-///  6  3 East   1 M  10   -8.0  2  1.0  1
-///  7  3 East   1 M  20   -2.0  1  1.5  1
-///  8  1 North  1 M  10    0.0  2  1.0  2
-///  9  1 North  2 F  20    5.0  1  2.0  2
-/// 10  1 North  2 F  10    7.0  9  1.0  2
-/// 11  2 South  2 F  20    3.0  1  1.0  2
-/// 12  2 South  1 M  10    2.0  1  0.5  2
-/// 13  2 South  2 F  20   -1.0  2  1.0  2
-/// 14  3 East   1 M  10   -4.0  1  1.0  2
-///
-/// region 4 "West" is labelled but never occurs; grp has neither a variable label nor value
-/// labels; q = 9 "No answer" is user-missing; score is a scale variable with one decimal.
+/// The cases, numbered 1 to 14 in the comments of the tests: region (1 North, 2 South, 3 East;
+/// 4 "West" is labelled but never occurs), gender (1 Male, 2 Female), grp (neither a variable
+/// label nor value labels), score (scale, one decimal), q (9 "No answer" is user-missing), wt,
+/// wave.
 inline const char* kSurveyCsv =
     "region,gender,grp,score,q,wt,wave\n"
-    "1,1,10,2.0,1,1.0,1\n"
-    "1,1,20,4.0,2,2.0,1\n"
-    "1,2,10,-3.0,1,1.0,1\n"
-    "2,1,10,6.0,9,0.5,1\n"
-    "2,2,20,1.0,2,1.0,1\n"
-    "3,1,10,-8.0,2,1.0,1\n"
-    "3,1,20,-2.0,1,1.5,1\n"
-    "1,1,10,0.0,2,1.0,2\n"
-    "1,2,20,5.0,1,2.0,2\n"
-    "1,2,10,7.0,9,1.0,2\n"
-    "2,2,20,3.0,1,1.0,2\n"
-    "2,1,10,2.0,1,0.5,2\n"
-    "2,2,20,-1.0,2,1.0,2\n"
-    "3,1,10,-4.0,1,1.0,2\n";
+    "1,1,10,2.0,1,1.0,1\n"  // 1
+    "1,1,20,4.0,2,2.0,1\n"  // 2
+    "1,2,10,-3.0,1,1.0,1\n"  // 3
+    "2,1,10,6.0,9,0.5,1\n"  // 4
+    "2,2,20,1.0,2,1.0,1\n"  // 5
+    "3,1,10,-8.0,2,1.0,1\n"  // 6
+    "3,1,20,-2.0,1,1.5,1\n"  // 7
+    "1,1,10,0.0,2,1.0,2\n"  // 8
+    "1,2,20,5.0,1,2.0,2\n"  // 9
+    "1,2,10,7.0,9,1.0,2\n"  // 10
+    "2,2,20,3.0,1,1.0,2\n"  // 11
+    "2,1,10,2.0,1,0.5,2\n"  // 12
+    "2,2,20,-1.0,2,1.0,2\n"  // 13
+    "3,1,10,-4.0,1,1.0,2\n";  // 14
 
 inline const char* kSurveyDictionary = R"({
   "variables": [
@@ -70,47 +52,28 @@ inline const char* kSurveyDictionary = R"({
 
 /// How one command is run: the command and the program options that differ from the default.
 struct RunSettings {
-  RunSettings(std::string commandText, std::string weight = {}, std::vector<std::string> split = {},
-              std::string layout = {}, std::string dictionaryMembers = {})
-      : command(std::move(commandText)),
-        weightVariable(std::move(weight)),
-        splitVariables(std::move(split)),
-        splitLayout(std::move(layout)),
-        extraDictionaryMembers(std::move(dictionaryMembers)) {}
-
   std::string command;
   std::string weightVariable;               // empty: unweighted
   std::vector<std::string> splitVariables;  // empty: no split groups
   std::string splitLayout;                  // empty: separate
   std::string extraDictionaryMembers;       // JSON members added to the dictionary, e.g. "weight": "wt"
   std::string dataPath;                     // empty: the fourteen-case survey; else this CSV file
+  std::string csvText;                      // else, where given: these data, without a dictionary
   bool controlPackage = false;              // run as the control package front end
 };
 
-/// The bundled two-thousand-case survey (examples/survey.csv), for tests whose differences
-/// need more cases than the small survey has.
-RunSettings OnBundledSurvey(std::string command, bool controlPackage = false);
+/// `command` on the bundled two-thousand-case survey (examples/survey.csv).
+RunSettings OnBundledSurvey(const std::string& command);
 
 /// Writes the survey to a fresh scratch folder, runs `settings` on it (or on the data file
 /// they name) in `format` ("text" or "json"), expects exit status 0 and returns what the
 /// program wrote.
 std::string RunOnSurvey(const RunSettings& settings, const std::string& format);
 
-/// One cell looked for by the labels a reader sees around it, outermost first.
-struct CellPath {
-  std::vector<std::string> row;
-  std::vector<std::string> column;
-  std::vector<std::string> layer;
-};
-
 /// Every table item of a JSON document, in order, headings walked through.
 std::vector<nlohmann::json> TablesOf(const nlohmann::json& document);
 
-/// The texts of all cells of `table` at `path`, in the order the table lists them. Usually
-/// one; several when equal labels stand apart only through hidden grouping.
-std::vector<std::string> CellTexts(const nlohmann::json& table, const CellPath& path);
-
-/// One command of a golden test: its name, also the golden files' name, and how it runs.
+/// One command of a case file: its name, also the golden files' name, and how it runs.
 struct GoldenCase {
   std::string name;
   RunSettings settings;
@@ -122,42 +85,48 @@ std::string GoldenTestName(const ::testing::TestParamInfo<GoldenCase>& info);
 /// Runs `golden` in both writers and compares with `folder`/NAME.txt and NAME.json.
 void ExpectGoldens(const GoldenCase& golden, const std::string& folder);
 
-/// One cell of a golden case, found by its labels in the JSON output, and the text it must
-/// show. `table` counts the delivered tables of the run from 0.
-struct CellCase {
-  std::string goldenCase;
-  int table;
-  CellPath path;
-  std::vector<std::string> expected;  // every cell at that path, in table order: none where the
-                                      // category is left out, several where only hidden
-                                      // groups or a hidden statistics dimension tell them apart
+/// One check line of a case file: the case it runs, its kind and its JSON arguments.
+struct CaseCheck {
+  std::string caseName;
+  std::string kind;
+  nlohmann::json args;
 };
 
-/// The case called `name`; a test failure when there is none.
-const GoldenCase& FindGoldenCase(std::span<const GoldenCase> cases, const std::string& name);
-
-/// Runs the golden case of each cell and expects the cell's texts.
-void ExpectCellTexts(std::span<const GoldenCase> cases, std::span<const CellCase> cells);
-
-/// The golden cases and key cells of one file of tests/tablerenderer/cases/. Each case starts
-/// with a line "== NAME" and its settings (weight=VARIABLE, split=V1,V2, layout=separate or
-/// layered, data=bundled for examples/survey.csv, control=yes for the control package front
-/// end), then the command on one line, then optionally "dictionary MEMBERS" (JSON members
-/// added to the small survey's dictionary) and the case's key cells, each a line
-/// "cell TABLE, [ROW, COLUMN, LAYER], EXPECTED" whose lists are JSON arrays of labels and texts.
+/// A file of tests/tablerenderer/cases/. Each case starts with a line "== NAME" and its
+/// settings (weight=VARIABLE, split=V1,V2, layout=separate or layered, data=bundled for
+/// examples/survey.csv, control=yes for the control package front end, golden=no for a case
+/// that has checks only), then the command on one line, then optionally "dictionary MEMBERS"
+/// (JSON members added to the small survey's dictionary), "csv TEXT" (a JSON string: data of
+/// its own, without a dictionary) and check lines, whose arguments are JSON, TABLE counting
+/// the delivered tables from 0:
+///   cell TABLE, [ROW, COLUMN, LAYER], TEXTS  the texts of every cell with these labels,
+///                                            outermost first, in table order: none where the
+///                                            category is left out, several where only hidden
+///                                            groups tell them apart
+///   texts TABLE, TEXTS                       the texts of all cells of the table
+///   subtypes SUBTYPES                        the subtype of every delivered table
+///   notes TABLE, "", PREFIXES                the caption, then the caption's and the table's
+///                                            notes, each starting with its prefix
+///   notes TABLE, LABEL, PREFIXES             each cell whose last row label is LABEL, then
+///                                            "MARK NOTE" for each of its notes, by prefix
+///   output FORMAT, FRAGMENTS                 the output holds the fragments in this order
+///   lacks FORMAT, FRAGMENT                   the output does not hold the fragment
 /// Lines starting with "#" say where the numbers come from.
 struct CaseFile {
-  std::vector<GoldenCase> cases;
-  std::vector<CellCase> cells;
+  std::vector<GoldenCase> cases;  // with goldens
+  std::vector<GoldenCase> probes;  // golden=no
+  std::vector<CaseCheck> checks;
 };
 CaseFile ReadCaseFile(const std::string& fileName);
+
+/// Runs the case of each check line once per format and expects what the line says.
+void ExpectChecks(const CaseFile& file);
 
 }  // namespace delivered
 
 /// The tests every case file gets, in a test file's anonymous namespace: `Cases()` reads
 /// `fileName` once; `Suite`.TextAndJsonMatchTheirGoldens runs each case (instantiated as
-/// `Prefix`) against its goldens in `folder`; `Suite`.KeyCellsShowTheirTexts checks the file's
-/// cell lines.
+/// `Prefix`) against its goldens in `folder`; `Suite`.ChecksHold runs the file's check lines.
 #define QUILT_CASE_FILE_TESTS(Suite, Prefix, fileName, folder)                                        \
   const delivered::CaseFile& Cases() {                                                               \
     static const delivered::CaseFile file = delivered::ReadCaseFile(fileName);                      \
@@ -166,4 +135,4 @@ CaseFile ReadCaseFile(const std::string& fileName);
   class Suite : public ::testing::TestWithParam<delivered::GoldenCase> {};                          \
   TEST_P(Suite, TextAndJsonMatchTheirGoldens) { delivered::ExpectGoldens(GetParam(), folder); }     \
   INSTANTIATE_TEST_SUITE_P(Prefix, Suite, ::testing::ValuesIn(Cases().cases), delivered::GoldenTestName); \
-  TEST(Suite, KeyCellsShowTheirTexts) { delivered::ExpectCellTexts(Cases().cases, Cases().cells); }
+  TEST(Suite, ChecksHold) { delivered::ExpectChecks(Cases()); }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -25,62 +26,47 @@ std::vector<std::string> SplitFields(const std::string& line) {
   return fields;
 }
 
-/// Value labels of a variable, read straight from the dictionary file.
-std::map<std::string, std::string> ValueLabels(const nlohmann::json& dictionary, const std::string& name) {
-  std::map<std::string, std::string> labels;
-  for (const auto& variable : dictionary["variables"]) {
-    if (variable["name"] != name) continue;
-    for (const auto& [value, label] : variable["values"].items()) labels[value] = label.get<std::string>();
-  }
-  return labels;
-}
+using Cells = std::map<std::pair<std::string, std::string>, double>;  // (region label, gender label)
 
-struct CrossCount {
-  std::map<std::pair<std::string, std::string>, double> cells;  // (region label, gender label)
-  std::map<std::string, double> columnTotals;                   // by gender label
-};
-
-/// Cases with a labelled region and a labelled gender; the sample marks no other value as
-/// missing for these two variables.
-CrossCount CountSurvey() {
+/// Cases with a labelled region and a labelled gender, labels read straight from the
+/// dictionary file; the sample marks no other value as missing for these two variables.
+Cells CountSurvey() {
   std::ifstream dictionaryFile(std::string(QUILT_SOURCE_DIR) + "/examples/survey.dict.json");
   const nlohmann::json dictionary = nlohmann::json::parse(dictionaryFile);
-  const auto regions = ValueLabels(dictionary, "region");
-  const auto genders = ValueLabels(dictionary, "gender");
-
+  std::map<std::string, nlohmann::json> labels;  // value labels by variable
+  for (const auto& variable : dictionary["variables"]) {
+    labels[variable["name"]] = variable.value("values", nlohmann::json::object());
+  }
   std::ifstream csv(std::string(QUILT_SOURCE_DIR) + "/examples/survey.csv");
   std::string line;
   std::getline(csv, line);
   const std::vector<std::string> header = SplitFields(line);
-  size_t regionColumn = header.size();
-  size_t genderColumn = header.size();
-  for (size_t i = 0; i < header.size(); ++i) {
-    if (header[i] == "region") regionColumn = i;
-    if (header[i] == "gender") genderColumn = i;
-  }
-  CrossCount count;
+  const auto region = std::find(header.begin(), header.end(), "region") - header.begin();
+  const auto gender = std::find(header.begin(), header.end(), "gender") - header.begin();
+  Cells cells;
   while (std::getline(csv, line)) {
     const std::vector<std::string> fields = SplitFields(line);
-    if (fields.size() <= std::max(regionColumn, genderColumn)) continue;
-    auto region = regions.find(fields[regionColumn]);
-    auto gender = genders.find(fields[genderColumn]);
-    if (region == regions.end() || gender == genders.end()) continue;
-    count.cells[{region->second, gender->second}] += 1;
-    count.columnTotals[gender->second] += 1;
+    if (fields.size() <= static_cast<std::size_t>(std::max(region, gender))) continue;
+    const nlohmann::json& regionLabels = labels["region"];
+    const nlohmann::json& genderLabels = labels["gender"];
+    if (!regionLabels.contains(fields[region]) || !genderLabels.contains(fields[gender])) continue;
+    cells[{regionLabels[fields[region]], genderLabels[fields[gender]]}] += 1;
   }
-  return count;
+  return cells;
 }
 
 TEST(SurveyCounts, RegionByGenderCountsAndColumnPercentagesEqualAnIndependentCount) {
-  const CrossCount expected = CountSurvey();
-  ASSERT_EQ(expected.cells.size(), 16u) << "eight regions by two genders, every cell occupied";
+  const Cells expected = CountSurvey();
+  ASSERT_EQ(expected.size(), 16u) << "eight regions by two genders, every cell occupied";
+  std::map<std::string, double> columnTotals;  // by gender label
+  for (const auto& [key, count] : expected) columnTotals[key.second] += count;
 
   const std::vector<nlohmann::json> tables = delivered::TablesOf(nlohmann::json::parse(delivered::RunOnSurvey(
       delivered::OnBundledSurvey("QUILT /TABLE region BY gender [COUNT COLPCT.COUNT]."), "json")));
   ASSERT_EQ(tables.size(), 1u);
 
-  std::map<std::pair<std::string, std::string>, double> counts;
-  std::map<std::pair<std::string, std::string>, double> percentages;
+  Cells counts;
+  Cells percentages;
   for (const auto& cell : tables.front()["cells"]) {
     ASSERT_EQ(cell["row"].size(), 2u);
     ASSERT_EQ(cell["column"].size(), 3u);
@@ -94,11 +80,11 @@ TEST(SurveyCounts, RegionByGenderCountsAndColumnPercentagesEqualAnIndependentCou
       percentages[key] = cell["number"].get<double>();
     }
   }
-  ASSERT_EQ(counts.size(), expected.cells.size());
-  ASSERT_EQ(percentages.size(), expected.cells.size());
-  for (const auto& [key, count] : expected.cells) {
+  ASSERT_EQ(counts.size(), expected.size());
+  ASSERT_EQ(percentages.size(), expected.size());
+  for (const auto& [key, count] : expected) {
     EXPECT_EQ(counts[key], count) << key.first << " / " << key.second;
-    EXPECT_NEAR(percentages[key], 100.0 * count / expected.columnTotals.at(key.second), 1e-9)
+    EXPECT_NEAR(percentages[key], 100.0 * count / columnTotals.at(key.second), 1e-9)
         << key.first << " / " << key.second;
   }
 }

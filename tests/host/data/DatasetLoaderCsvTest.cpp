@@ -31,10 +31,9 @@ double Number(const Dataset& dataset, int variable, std::size_t caseIndex) {
 }
 
 // Runs a load that must fail and returns its message.
-std::string LoadError(const std::string& csv, const std::string& dictionary = "",
-                      DatasetLoadOptions options = {}) {
+std::string LoadError(const std::string& csv) {
   try {
-    Load(csv, dictionary, options);
+    Load(csv);
   } catch (const DataError& error) {
     return error.what();
   }
@@ -79,16 +78,6 @@ TEST(DatasetLoaderCsv, ACarriageReturnAloneEndsALine) {
   ASSERT_EQ(dataset->GetCaseCount(), 2u);
   EXPECT_EQ(Text(*dataset, 1, 0), "two\rlines");
   EXPECT_EQ(Text(*dataset, 1, 1), "b");
-  // Lines are counted at each CR, and the text in a message shows the CR escaped.
-  EXPECT_EQ(LoadError("id\r1\r\"x\ry\"\r", R"({"variables":[{"name":"id","type":"numeric"}]})"),
-            "survey.csv:3: column 'id': 'x\\ry' is not a number");
-}
-
-TEST(DatasetLoaderCsv, ErrorsAfterAnEmbeddedNewlineCountTheRightLine) {
-  // The quoted field of record 2 spans lines 2 and 3, so the bad number stands on line 4.
-  const std::string message =
-      LoadError("id,note\n1,\"a\nb\"\nx,c\n", R"({"variables":[{"name":"id","type":"numeric"}]})");
-  EXPECT_EQ(message, "survey.csv:4: column 'id': 'x' is not a number");
 }
 
 TEST(DatasetLoaderCsv, OtherDelimiter) {
@@ -141,58 +130,12 @@ TEST(DatasetLoaderCsv, ColumnWithTextAfterNumbersBecomesString) {
   EXPECT_EQ(Text(*dataset, 0, 2), "A7");
 }
 
-TEST(DatasetLoaderCsv, MalformedInputNamesFileLineAndColumn) {
-  struct Row {
-    std::string csv;
-    std::string message;
-  };
-  const std::string numericAge = R"({"variables":[{"name":"age","type":"numeric"}]})";
-  const Row rows[] = {
-      {"", "survey.csv: the file is empty (it needs a header row of variable names)"},
-      {"a,,c\n", "survey.csv:1: column 2 has no name"},
-      {"a,1b\n", "survey.csv:1: column 2: '1b' is not a valid variable name"},
-      {"a,A\n", "survey.csv:1: column 2: 'A' is a second column of that name"},
-      {"a,b\n1,2\n3\n", "survey.csv:3: 1 field, but the header has 2 columns"},
-      {"a,b\n1,2,3\n", "survey.csv:2: 3 fields, but the header has 2 columns"},
-      {"a,b\n1,\"open\n", "survey.csv:2: column 'b': quoted field never ends"},
-      {"a,b\n1,\"x\"y\n", "survey.csv:2: column 'b': text after the closing quote"},
-  };
-  for (const Row& row : rows) EXPECT_EQ(LoadError(row.csv), row.message) << row.csv;
-  // Numbers no double holds stop the load wherever they stand: among numbers they are not
-  // a reason to read the column as text. Among text ("Nan" as a first name) they are text.
-  const Row undeclared[] = {
-      {"id,x\n1,2\n2,1e400\n",
-       "survey.csv:3: column 'x': '1e400' is out of the range of numbers (leave the field empty for a "
-       "missing value)"},
-      {"id,x\n1,NaN\n2,3\n",
-       "survey.csv:2: column 'x': 'NaN' is not a number (leave the field empty for a missing value)"},
-      {"id,x\n1,-inf\n",
-       "survey.csv:2: column 'x': '-inf' is not a number (leave the field empty for a missing value)"},
-      {"id,x\n1," + std::string(40000, 'y') + "\n2,z\n",
-       "survey.csv:2: column 'x': a text of 40000 bytes is longer than the limit of 32767 bytes"},
-      {"id,x\n1,caf\xE9\n",
-       "survey.csv:2: column 'x': byte 0xE9 at byte 4 of 'caf\\xE9' is not UTF-8 text (save the file as "
-       "UTF-8)"},
-      {std::string("id,x\n1,a\0b\n", 11),
-       "survey.csv:2: column 'x': byte 0x00 at byte 2 of 'a\\x00b' is not UTF-8 text (save the file as "
-       "UTF-8)"},
-      {"id,caf\xE9\n", "survey.csv:1: column 2: 'caf\\xE9' is not a valid variable name"},
-  };
-  for (const Row& row : undeclared) EXPECT_EQ(LoadError(row.csv), row.message) << row.csv.substr(0, 40);
+// The other refusals of malformed data are cases of LoadErrors.txt. A text past the limit,
+// and "Nan" read as a first name where the column holds text, not as a number.
+TEST(DatasetLoaderCsv, OverlongTextIsRefusedAndNumberWordsAmongTextAreText) {
+  EXPECT_EQ(LoadError("id,x\n1," + std::string(40000, 'y') + "\n2,z\n"),
+            "survey.csv:2: column 'x': a text of 40000 bytes is longer than the limit of 32767 bytes");
   EXPECT_EQ(Text(*Load("name\nNan\nAlice\n"), 0, 0), "Nan");
-  const Row declared[] = {
-      {"id,age\n1,31\n2,abc\n", "survey.csv:3: column 'age': 'abc' is not a number"},
-      {"id,age\n1,inf\n", "survey.csv:2: column 'age': 'inf' is not a number"},
-      {"id,age\n1,1.2.3\n", "survey.csv:2: column 'age': '1.2.3' is not a number"},
-      {"id,age\n1,-1e-400\n", "survey.csv:2: column 'age': '-1e-400' is out of the range of numbers"},
-  };
-  for (const Row& row : declared) EXPECT_EQ(LoadError(row.csv, numericAge), row.message) << row.csv;
-}
-
-TEST(DatasetLoaderCsv, StringLongerThanItsDeclaredWidthIsAnError) {
-  const std::string dictionary = R"({"variables":[{"name":"city","type":"string","width":4}]})";
-  EXPECT_EQ(LoadError("city\nRome\nParis\n", dictionary),
-            "survey.csv:3: column 'city': 'Paris' is longer than the width 4");
 }
 
 TEST(DatasetLoaderCsv, ByteOrderMarkAndBlankLinesAreSkipped) {

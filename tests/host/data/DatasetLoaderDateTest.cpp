@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "host/data/DataError.h"
 #include "host/data/Dataset.h"
 #include "host/data/DatasetLoader.h"
 #include "host/data/FormatConversion.h"
@@ -38,14 +37,4 @@ TEST(DatasetLoaderDate, DateTimesAndTimes) {
   // (datetime(2024, 10, 11, 13, 45, 30) - datetime(1582, 10, 14)).total_seconds(), by Python.
   EXPECT_EQ(dataset->GetCells(0, 0)->number, 13948033530.0);
   EXPECT_EQ(dataset->GetCells(1, 0)->number, 49530.0);  // 13 * 3600 + 45 * 60 + 30
-}
-
-TEST(DatasetLoaderDate, BadDateTextNamesLineAndColumn) {
-  try {
-    DatasetLoader::LoadText("d\n2024-10-11\nsoon\n", R"({"variables": [{"name": "d", "format": "DATE11"}]})",
-                            {}, "survey.csv", "survey.dict.json");
-    FAIL() << "no error for a text that is not a date";
-  } catch (const DataError& error) {
-    EXPECT_EQ(std::string(error.what()), "survey.csv:3: column 'd': 'soon' is not a DATE11 value");
-  }
 }

@@ -108,27 +108,6 @@ struct Tables {
          AggregationStatistic(x, Codes::kStatStdDev), AggregationStatistic(x, Codes::kStatMode),
          AggregationStatistic(x, Codes::kStatValidN)});
   }
-
-  static std::vector<AggregationStatistic> Statistics(std::initializer_list<int> codes) {
-    std::vector<AggregationStatistic> list;
-    for (int code : codes) list.emplace_back(code);
-    return list;
-  }
-
-  // Reads one split group through whichever iterator the table has.
-  bool RunGroup() {
-    bool any = false;
-    while (_h._iterator->NextCase() != 0) {
-      if (static_cast<ProcDSIterator*>(_h._iterator.get())->SplitGroupEnd()) {
-        if (any) break;
-        continue;
-      }
-      _h._table->AddNewCase();
-      any = true;
-    }
-    _h._table->CompleteCases();
-    return any;
-  }
 };
 
 // Every key of a cube by the values of its categories (0 stands for the total, -1..-3
@@ -219,8 +198,8 @@ TEST(DataPass, BlockReaderAgreesWithCaseByCaseReaderAndNaiveTabulation) {
   Tables single(csv, /*caseByCase=*/true);
   for (int group = 1; group <= 2; ++group) {
     SCOPED_TRACE("split group " + std::to_string(group));
-    ASSERT_TRUE(blocks.RunGroup());
-    ASSERT_TRUE(single.RunGroup());
+    ASSERT_TRUE(blocks._h.RunGroup());
+    ASSERT_TRUE(single._h.RunGroup());
     const std::vector<int> aValues = {0, 1, 2, 3, 4};
     const std::vector<int> bValues = {0, 1, 2, 3};
     const std::vector<int> dMembers = {0, -1, -2, -3};
@@ -377,10 +356,9 @@ TEST(DataPass, DichotomySetMatchesTheEquivalentCategorySet) {
   }
   const std::string dict = R"({"variables":[{"name":"d1"},{"name":"d2"},{"name":"d3"},{"name":"c1"},)"
                            R"({"name":"c2"},{"name":"c3"},{"name":"g"},{"name":"w"}],"weight":"w"})";
-  const std::vector<AggregationStatistic> statistics = {
-      AggregationStatistic(Codes::kStatCount),       AggregationStatistic(Codes::kStatResponses),
-      AggregationStatistic(Codes::kStatTotalN),      AggregationStatistic(Codes::kStatColPctCount),
-      AggregationStatistic(Codes::kStatRowPctCount), AggregationStatistic(Codes::kStatColPctResponses)};
+  const std::vector<AggregationStatistic> statistics =
+      Statistics({Codes::kStatCount, Codes::kStatResponses, Codes::kStatTotalN, Codes::kStatColPctCount,
+                  Codes::kStatRowPctCount, Codes::kStatColPctResponses});
   for (bool setCarries : {true, false}) {
     SCOPED_TRACE(setCarries ? "the set carries the statistics" : "g carries the statistics");
     Harness h(csv, dict, /*weighted=*/true);

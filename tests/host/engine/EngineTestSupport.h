@@ -81,6 +81,11 @@ struct Harness {
   }
 };
 
+/// Statistics of categories, by their codes.
+inline std::vector<AggregationStatistic> Statistics(std::initializer_list<int> codes) {
+  return std::vector<AggregationStatistic>(codes.begin(), codes.end());
+}
+
 inline CellKey Key(std::initializer_list<int> codes) {
   CellKey key(static_cast<int>(codes.size()));
   int i = 0;

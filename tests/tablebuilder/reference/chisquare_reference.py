@@ -9,61 +9,32 @@ cover, use the corrected variance written out below (each cell's expected count 
 minus the share of the set category's total in N) and scipy.stats.chi2.sf. The effective-base
 case scales the statistic on plain weights by W / Q, total weight over total squared weight.
 
-The flags follow their definitions: lowExpected when 80% or fewer of all R x C cells (empty
-rows and columns included) expect more than 5 cases; minExpectedBelowOne when a tested cell
-expects 1 or less; nonIntegerCounts when a cell's weight is not whole.
+The test and its flags are in chisquare_core.py.
 
 Each data row is one group of cases: the variables' values, then w, a frequency weight (the
 number of cases) or, in the effective-base case, a base weight.
 
 Run: /usr/bin/python3 tests/tablebuilder/reference/chisquare_reference.py
 """
-import math
 import os
 
 import numpy as np
 from scipy import stats
 
+from chisquare_core import chi_square, flags
+
 OUT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "chisquare_reference.inc")
 MISSING = None
 
 
-def round_half_up(x):
-    return math.floor(x + 0.5)
-
-
-def plain_cells(rows, r_values, c_values, select):
-    """Sums of weights per (r, c) of the rows `select` keeps; r or c missing: left out."""
-    table = np.zeros((len(r_values), len(c_values)))
-    for row in rows:
-        if not select(row) or row["r"] is MISSING or row["c"] is MISSING:
-            continue
-        table[r_values.index(row["r"]), c_values.index(row["c"])] += row["w"]
-    return table
-
-
-def flags(expected, kept_rows, kept_cols, n_rows, n_cols):
-    cells = [expected[i, j] for i in kept_rows for j in kept_cols]
-    above = sum(1 for e in cells if e > 5)
-    return above / n_rows / n_cols <= 0.8, any(e <= 1 for e in cells)
-
-
-def single_variables(rows, select, rounded=True):
+def single_variables(rows, select, base=None):
     r_values = sorted({row["r"] for row in rows if row["r"] is not MISSING})
     c_values = sorted({row["c"] for row in rows if row["c"] is not MISSING})
-    weights = plain_cells(rows, r_values, c_values, select)
-    non_integer = bool(np.any(weights != np.floor(weights)))
-    observed = np.vectorize(round_half_up)(weights) if rounded else weights
-    kept_rows = [i for i in range(observed.shape[0]) if observed[i].sum() > 0]
-    kept_cols = [j for j in range(observed.shape[1]) if observed[:, j].sum() > 0]
-    n = observed.sum()
-    expected = np.outer(observed.sum(axis=1), observed.sum(axis=0)) / n if n > 0 else observed * 0
-    low, below_one = flags(expected, kept_rows, kept_cols, len(r_values), len(c_values))
-    if len(kept_rows) < 2 or len(kept_cols) < 2:
-        return None, None, None, low, below_one, non_integer and rounded
-    reduced = observed[np.ix_(kept_rows, kept_cols)]
-    x, p, dof, _ = stats.chi2_contingency(reduced, correction=False)
-    return x, dof, p, low, below_one, non_integer and rounded
+    weights = np.zeros((len(r_values), len(c_values)))
+    for row in rows:
+        if select(row) and row["r"] is not MISSING and row["c"] is not MISSING:
+            weights[r_values.index(row["r"]), c_values.index(row["c"])] += row["w"]
+    return chi_square(weights, base)[:6]
 
 
 def with_set(rows, set_on_rows):
@@ -107,11 +78,7 @@ def with_set(rows, set_on_rows):
 
 
 def effective_base(rows):
-    x, dof, _, low, below_one, _ = single_variables(rows, lambda row: True, rounded=False)
-    w = sum(row["w"] for row in rows)
-    q = sum(row["w"] ** 2 for row in rows)
-    adjusted = x * w / q
-    return adjusted, dof, stats.chi2.sf(adjusted, dof), low, below_one, False
+    return single_variables(rows, lambda row: True, (sum(row["w"] for row in rows), sum(row["w"] ** 2 for row in rows)))
 
 
 def cells(counts, **fixed):

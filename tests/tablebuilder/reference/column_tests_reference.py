@@ -14,8 +14,9 @@ import numpy as np
 import pandas as pd
 import scipy.stats as st
 import statsmodels.formula.api as smf
-from statsmodels.stats.multitest import multipletests
 from statsmodels.stats.proportion import proportions_ztest
+
+from column_tests_core import adjust, t_p
 
 ALPHA = 0.999999  # the runner shows every pair whose adjusted p-value is below this
 
@@ -73,31 +74,6 @@ def sums(selector, w):
 
 def rnd(v):
     return math.floor(v + 0.5)
-
-
-def t_p(t, df):
-    return 2 * st.t.sf(abs(t), df)
-
-
-def adjust(family, identical, method):
-    """Adjusts [first, second, receiver, p] lists of one row in place. Columns found to hold
-    the same cases stand for one column: each pair counts once under its representatives."""
-    if method == "none" or not family:
-        return
-    representative = {}
-    for a, b in identical:
-        if a not in representative:
-            representative.setdefault(b, a)
-    key = [tuple(sorted((representative.get(f[0], f[0]), representative.get(f[1], f[1])))) for f in family]
-    distinct = list(dict.fromkeys(key))
-    first_p = {k: family[key.index(k)][3] for k in distinct}
-    if method == "bonferroni":
-        for f in family:
-            f[3] *= len(distinct)
-    else:
-        adjusted = dict(zip(distinct, multipletests([first_p[k] for k in distinct], method="fdr_bh")[1]))
-        for f, k in zip(family, key):
-            f[3] = float(adjusted[k])
 
 
 # ---------------------------------------------------------------- column means

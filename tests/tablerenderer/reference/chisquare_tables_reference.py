@@ -1,19 +1,19 @@
 #!/usr/bin/python3
 """Prints the chi-square tests of the delivered-tables survey (DeliveredTablesSupport.h) that
-ChiSquareTablesTest and its goldens show, from scipy.stats: chi-square, degrees of freedom,
+DeliveredTablesTest and its goldens show, from scipy.stats: chi-square, degrees of freedom,
 significance and the facts behind the notes, per test.
 
-Counts are weights rounded half up (floor(x + 0.5)) unless a base weight applies; then the
-statistic on plain weights is scaled by W / Q, total weight over total squared weight. Rows and
-columns without cases leave the test, but still count among the cells whose expected counts
-are judged (every category of the variable, empty ones included).
+The test itself is ../../tablebuilder/reference/chisquare_core.py.
 
 Run: /usr/bin/python3 tests/tablerenderer/reference/chisquare_tables_reference.py
 """
-import math
+import os
+import sys
 
 import numpy as np
-from scipy import stats
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tablebuilder", "reference"))
+from chisquare_core import chi_square  # noqa: E402
 
 # region gender grp score q wt wave; q 9 is user-missing.
 SURVEY = [
@@ -39,23 +39,11 @@ def test(rows, columns, select=lambda case: True, weight=None, base=False, row_c
             if case[rows] in values and case[columns] in CATEGORIES[columns]:
                 w[i, CATEGORIES[columns].index(case[columns])] += weight_of
                 w2 += weight_of ** 2
-    observed = w if base else np.floor(w + 0.5)
-    non_integer = not base and bool(np.any(observed != w))
-    kept_rows = [i for i in range(observed.shape[0]) if observed[i].sum() > 0]
-    kept_cols = [j for j in range(observed.shape[1]) if observed[:, j].sum() > 0]
-    n = observed.sum()
+    x, dof, p, low, below_one, non_integer, n = chi_square(w, (w.sum(), w2) if base else None)
     if n == 0:
         return "no test: no cases"
-    expected = np.outer(observed.sum(axis=1), observed.sum(axis=0)) / n
-    cells = [expected[i, j] for i in kept_rows for j in kept_cols]
-    low = sum(e > 5 for e in cells) / observed.size <= 0.8
-    below_one = any(e <= 1 for e in cells)
-    if len(kept_rows) < 2 or len(kept_cols) < 2:
+    if x is None:
         return "no test (low %s, below one %s, non-integer %s)" % (low, below_one, non_integer)
-    x, p, dof, _ = stats.chi2_contingency(observed[np.ix_(kept_rows, kept_cols)], correction=False)
-    if base:
-        x = x * n / w2
-        p = stats.chi2.sf(x, dof)
     return "X %.6f df %d p %.6f (low %s, below one %s, non-integer %s)" % (x, dof, p, low, below_one, non_integer)
 
 

@@ -6,9 +6,8 @@ show, computed from the bundled survey (examples/survey.csv) with scipy and stat
   (scipy.stats.t), p two-sided;
 - column proportions: the two-sided z test with the pooled proportion
   (statsmodels.stats.proportion.proportions_ztest); a cell at 0% or 100% takes no part;
-- adjustment per row: Bonferroni as m * p (statsmodels.stats.multitest.multipletests gives the
-  same decisions; the printed value is not cut at 1), Benjamini-Hochberg with
-  multipletests(method="fdr_bh").
+- adjustment per row (../../tablebuilder/reference/column_tests_core.py): Bonferroni as m * p,
+  not cut at 1, Benjamini-Hochberg with multipletests(method="fdr_bh").
 
 A column gets the letter of every column with a significantly smaller value: upper case at the
 first level, lower case at the second, larger one only. A pair that is not significant is
@@ -21,26 +20,23 @@ import itertools
 import math
 import os
 
+import sys
+
 import numpy as np
-from scipy import stats
-from statsmodels.stats.multitest import multipletests
 from statsmodels.stats.proportion import proportions_ztest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, "..", "..", "tablebuilder", "reference"))
+from column_tests_core import adjust, t_p  # noqa: E402
+
 SURVEY = os.path.join(HERE, "..", "..", "..", "examples", "survey.csv")
 MISSING = {"q1": {9}}
 
 
 def load():
     with open(SURVEY, newline="") as handle:
-        rows = list(csv.DictReader(handle))
-    cases = []
-    for row in rows:
-        case = {}
-        for name, text in row.items():
-            case[name] = float(text) if text.strip() != "" else None
-        cases.append(case)
-    return cases
+        return [{name: float(text) if text.strip() != "" else None for name, text in row.items()}
+                for row in csv.DictReader(handle)]
 
 
 CASES = load()
@@ -55,19 +51,11 @@ def letter(index, upper=True):
     return chr((ord("A") if upper else ord("a")) + index)
 
 
-def adjust(pvalues, method):
-    """Adjusted p-values of one row (one family), in order, for "bonferroni", "bh" or "none"."""
-    p = np.array(pvalues, dtype=float)
-    if len(p) == 0 or method == "none":
-        return p
-    if method == "bonferroni":
-        return p * len(p)
-    return multipletests(p, method="fdr_bh")[1]
-
-
 def letters(values, pairs, method, alphas):
     """Letters per column from the pairs (i, j, p) of one row; values decide who receives."""
-    adjusted = adjust([p for _, _, p in pairs], method)
+    family = [[i, j, None, p] for i, j, p in pairs]
+    adjust(family, [], method)
+    adjusted = [f[3] for f in family]
     texts = [[] for _ in values]
     similar = []
     for (i, j, _), q in zip(pairs, adjusted):
@@ -92,7 +80,7 @@ def means_row(select, column, categories, method="bonferroni", alphas=(0.05,), s
     pairs = []
     for i, j in itertools.combinations(tested, 2):
         t = (means[i] - means[j]) / math.sqrt(pooled * (1 / counts[i] + 1 / counts[j]))
-        pairs.append((i, j, 2 * stats.t.sf(abs(t), df)))
+        pairs.append((i, j, t_p(t, df)))
     texts, adjusted, similar = letters(means, pairs, method, alphas)
     return means, texts, [(letter(i) + letter(j), round(p, 6), round(q, 6)) for (i, j, p), q in zip(pairs, adjusted)], similar
 
