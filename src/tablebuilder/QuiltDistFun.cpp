@@ -11,6 +11,16 @@
 namespace {
 
 constexpr double kMissing = TARN_SystemMissing();
+
+/// The result of a routine that reports a failure through its `ifault` (0: none): missing
+/// when it failed, or with `finiteOnly` when it gave no finite number.
+template <typename Routine>
+double Reported(const Routine& routine, bool finiteOnly = false) {
+  long ifault = 0;
+  const double result = routine(ifault);
+  return ifault == 0 && (!finiteOnly || std::isfinite(result)) ? result : kMissing;
+}
+
 constexpr double kPi = std::numbers::pi;
 constexpr double kLn2 = std::numbers::ln2;
 
@@ -166,30 +176,22 @@ double BetaNormalApproximation(double x, double y, double a, double b, bool flip
 double QuiltDistFun::CdfChi(double x, double df) {
   if (!(df > 0.0) || std::isinf(df) || std::isnan(x)) return kMissing;
   if (x <= 0.0) return 0.0;
-  long ifault = 0;
-  const double result = gammad(x / 2.0, df / 2.0, /*lowerTail=*/true, ifault);
-  return ifault == 0 ? result : kMissing;
+  return Reported([&](long& ifault) { return gammad(x / 2.0, df / 2.0, /*lowerTail=*/true, ifault); });
 }
 
 double QuiltDistFun::IdfChi(double p, double df) {
   if (std::isinf(df)) return kMissing;
-  long ifault = 0;
-  const double result = tarnidfchi(p, df, ifault);
-  return ifault == 0 && std::isfinite(result) ? result : kMissing;
+  return Reported([&](long& ifault) { return tarnidfchi(p, df, ifault); }, /*finiteOnly=*/true);
 }
 
 double QuiltDistFun::CdfF(double x, double df1, double df2) {
   if (std::isinf(df1) || std::isinf(df2)) return kMissing;
-  long ifault = 0;
-  const double result = tarncdff(x, df1, df2, ifault);
-  return ifault == 0 ? result : kMissing;
+  return Reported([&](long& ifault) { return tarncdff(x, df1, df2, ifault); });
 }
 
 double QuiltDistFun::IdfF(double p, double df1, double df2) {
   if (std::isinf(df1) || std::isinf(df2)) return kMissing;
-  long ifault = 0;
-  const double result = tarnidff(p, df1, df2, ifault);
-  return ifault == 0 && std::isfinite(result) ? result : kMissing;
+  return Reported([&](long& ifault) { return tarnidff(p, df1, df2, ifault); }, /*finiteOnly=*/true);
 }
 
 double QuiltDistFun::CdfNorm(double x, double mean, double sd) {
@@ -206,16 +208,12 @@ double QuiltDistFun::IdfNorm(double p, double mean, double sd) {
 
 double QuiltDistFun::CdfT(double x, double df) {
   if (std::isinf(df)) return kMissing;
-  long ifault = 0;
-  const double result = tarncdft(x, df, ifault);
-  return ifault == 0 ? result : kMissing;
+  return Reported([&](long& ifault) { return tarncdft(x, df, ifault); });
 }
 
 double QuiltDistFun::IdfT(double p, double df) {
   if (std::isinf(df)) return kMissing;
-  long ifault = 0;
-  const double result = tarnidft(p, df, ifault);
-  return ifault == 0 && std::isfinite(result) ? result : kMissing;
+  return Reported([&](long& ifault) { return tarnidft(p, df, ifault); }, /*finiteOnly=*/true);
 }
 
 // The incomplete gamma integral after AS 239: the series for small x (mode 1), the continued

@@ -1,6 +1,7 @@
 // QuiltSigTests.h - the significance tests on finished cells: chi-square, column means, column proportions
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -49,11 +50,20 @@ struct ColumnProportionsResult {
   std::vector<RowSignificanceMarkers> rowMarkers;  // the APA subscripts of each row
 };
 
-/// The tests on the counts and moments of a cube, treating (rounded) weighted counts as
-/// sample sizes. QuiltSigTestsEffBase holds the same tests on effective base sizes, for a
-/// table under a base weight. Static operations only; no state.
+/// The tests on the counts and moments of a cube. Each counts the cases of a sample one of
+/// two ways (SampleSizes); QuiltSigTestsEffBase holds the parts of the column tests that
+/// differ on effective bases. Static operations only; no state.
 class QuiltSigTests {
  public:
+  /// How a test counts the cases of a sample: its weighted count rounded to whole cases, or,
+  /// for a table under a base weight, its effective base W^2 / W2 (total weight squared over
+  /// the total of squared weights), so that weights do not pass for cases.
+  enum class SampleSizes { kRoundedCounts, kEffectiveBases };
+  /// The sample sizes of a table with a base weight or without.
+  static SampleSizes SizesFor(bool baseWeighted) {
+    return baseWeighted ? SampleSizes::kEffectiveBases : SampleSizes::kRoundedCounts;
+  }
+
   /// One tested pair of columns of a family (one row of a column test).
   struct PValueInfoElem {
     int _position = -1;     // index in the list being sorted (Benjamini-Hochberg only)
@@ -70,11 +80,12 @@ class QuiltSigTests {
   /// The chi-square test between the categories `testRows` and `testCols` of the innermost
   /// row and column variables, the outer categories fixed by the three paths (outermost
   /// first). `rowIsMR`/`colIsMR`: that side is a multiple-response set, whose categories
-  /// overlap. Counts are rounded to whole numbers first.
+  /// overlap. On rounded counts the counts are rounded to whole numbers first; on
+  /// effective bases the statistic on plain weights is scaled by W / W2.
   static ChiSquareResult GetChiSquare(const CubeAggregator& aggregator, const CategoryPath& rowPath,
                                       const CategoryPath& colPath, const CategoryPath& layerPath,
                                       const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-                                      bool rowIsMR, bool colIsMR);
+                                      bool rowIsMR, bool colIsMR, SampleSizes sizes = SampleSizes::kRoundedCounts);
 
   /// Student's t between each pair of columns `testCols` for the mean of scale variable
   /// `statVarIndex` in the row fixed by `rowCats`.
@@ -82,16 +93,18 @@ class QuiltSigTests {
                                              const CategoryPath& rowCats, const CategoryPath& colPath,
                                              const CategoryPath& layerCats, const CategoryPath& testCols,
                                              bool weighted, bool columnsAreMR, const SigTestSettings& settings,
-                                             const std::string& noTestMarker);
+                                             const std::string& noTestMarker,
+                                             SampleSizes sizes = SampleSizes::kRoundedCounts);
 
-  /// The z test between the column proportions of each pair of `testCols`, in each row of
-  /// `testRows`, each row a family of its own.
+  /// The test between the column proportions of each pair of `testCols`, in each row of
+  /// `testRows`, each row a family of its own: a z test on rounded counts, Student's t with
+  /// df = neff(i) + neff(j) - 2 on effective bases.
   static ColumnProportionsResult GetColumnProportions(const CubeAggregator& aggregator, const CategoryPath& rowPath,
                                                       const CategoryPath& colPath, const CategoryPath& layerPath,
                                                       const CategoryPath& testRows, const CategoryPath& testCols,
                                                       bool weighted, bool rowIsMR, bool colIsMR,
-                                                      const SigTestSettings& settings,
-                                                      const std::string& noTestMarker);
+                                                      const SigTestSettings& settings, const std::string& noTestMarker,
+                                                      SampleSizes sizes = SampleSizes::kRoundedCounts);
 
   /// Fills each element's adjusted p-value and its significance at `alpha` and, when it is
   /// neither missing nor 0, at `alpha2`. Columns that hold the same cases count as one.
@@ -174,6 +187,24 @@ class QuiltSigTests {
                                                      const std::vector<std::vector<double>>& overlap,
                                                      const std::vector<std::vector<bool>>& identical, bool colIsMR,
                                                      bool& overlapProblem);
+  /// The pairs i < j of the columns marked in `tested`, in order, each handed to
+  /// `test(i, j, pair)` with its two indices set; a pair for which `test` returns false is
+  /// left out. Every column test of both sample models pairs its columns here.
+  template <typename PairTest>
+  static std::vector<PValueInfoElem> TestPairs(const std::vector<bool>& tested, const PairTest& test) {
+    std::vector<PValueInfoElem> pairs;
+    for (std::size_t i = 0; i < tested.size(); ++i) {
+      if (!tested[i]) continue;
+      for (std::size_t j = i + 1; j < tested.size(); ++j) {
+        if (!tested[j]) continue;
+        PValueInfoElem pair;
+        pair._firstIndex = static_cast<int>(i);
+        pair._secondIndex = static_cast<int>(j);
+        if (test(i, j, pair)) pairs.push_back(pair);
+      }
+    }
+    return pairs;
+  }
   /// `rows` rows of `columns` empty texts, with the subscripts of each row set up.
   static ColumnProportionsResult EmptyProportions(std::size_t rows, std::size_t columns);
   /// Neither system-missing nor infinite nor NaN.

@@ -13,6 +13,7 @@
 #include "parser/SigTestSettings.h"
 #include "tablebuilder/QuiltDistFun.h"
 #include "tablebuilder/QuiltSigTests.h"
+#include "tablebuilder/QuiltSigTestsEffBase.h"
 
 namespace {
 
@@ -209,13 +210,15 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
                                                    const CategoryPath& layerCats,
                                                    const CategoryPath& testCols, bool weighted,
                                                    bool columnsAreMR, const SigTestSettings& settings,
-                                                   const std::string& noTestMarker) {
+                                                   const std::string& noTestMarker, SampleSizes sizes) {
+  MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
+  if (sizes == SampleSizes::kEffectiveBases) {
+    return QuiltSigTestsEffBase::ColumnMeans(cells, testCols, columnsAreMR, settings, noTestMarker);
+  }
   ColumnMeansResult result;
   const std::size_t nColumns = testCols.size();
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
-
-  MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
   // Unweighted counts are rounded as the weighted ones are; without weights they are whole.
   const auto cases = [weighted](double count) { return weighted ? RoundCount(count) : count; };
 
@@ -267,36 +270,28 @@ ColumnMeansResult QuiltSigTests::GetColumnPairwise(const CubeAggregator& aggrega
   const double pooledAll = settings._meansVarianceAllCats && testsRun ? pooledSS / df0 : kSysmis;
 
   // Pass 2: a t test for each pair of testable columns.
-  std::vector<PValueInfoElem> pairs;
   bool failed = false;
   std::vector<bool> tested(nColumns, false);
   for (std::size_t i = 0; i < nColumns; ++i) tested[i] = testsRun && status[i] == kTestable;
-  for (std::size_t i = 0; i < nColumns; ++i) {
-    if (!tested[i]) continue;
-    for (std::size_t j = i + 1; j < nColumns; ++j) {
-      if (!tested[j]) continue;
-      PValueInfoElem pair;
-      pair._firstIndex = static_cast<int>(i);
-      pair._secondIndex = static_cast<int>(j);
-      double pooled = pooledAll;
-      double df = df0;
-      if (!settings._meansVarianceAllCats) {
-        df = n[i] + n[j] - 2.0;
-        pooled = (roundedSS[i] + roundedSS[j]) / df;
-      }
-      double overlap = 0.0;
-      if (columnsAreMR && pooled > 0.0) {
-        double unweightedOverlap = 0.0;
-        const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedOverlap);
-        overlap = both == nullptr ? 0.0 : RoundCount(both->_weight);
-        unweightedOverlap = cases(unweightedOverlap);
-        pair._identical = unweighted[i] == unweightedOverlap && unweighted[j] == unweightedOverlap;
-      }
-      pair._pValue = MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, n[i], n[j], overlap, df,
-                                     columnsAreMR, result, failed);
-      pairs.push_back(pair);
+  std::vector<PValueInfoElem> pairs = TestPairs(tested, [&](std::size_t i, std::size_t j, PValueInfoElem& pair) {
+    double pooled = pooledAll;
+    double df = df0;
+    if (!settings._meansVarianceAllCats) {
+      df = n[i] + n[j] - 2.0;
+      pooled = (roundedSS[i] + roundedSS[j]) / df;
     }
-  }
+    double overlap = 0.0;
+    if (columnsAreMR && pooled > 0.0) {
+      double unweightedOverlap = 0.0;
+      const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedOverlap);
+      overlap = both == nullptr ? 0.0 : RoundCount(both->_weight);
+      unweightedOverlap = cases(unweightedOverlap);
+      pair._identical = unweighted[i] == unweightedOverlap && unweighted[j] == unweightedOverlap;
+    }
+    pair._pValue = MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, n[i], n[j], overlap, df, columnsAreMR,
+                                   result, failed);
+    return true;
+  });
   // Pass 3: the letters.
   LetterRow(tested, pairs, mean, k, settings, noTestMarker, result.columnTexts, result.rowMarkers);
   if (failed) result.numericalProblem = true;
@@ -363,33 +358,23 @@ std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTests::ProportionPairs(const 
                                                            const std::vector<std::vector<double>>& overlap,
                                                            const std::vector<std::vector<bool>>& identical,
                                                            bool colIsMR, bool& overlapProblem) {
-  std::vector<PValueInfoElem> pairs;
-  const std::size_t nColumns = takesPart.size();
-  for (std::size_t i = 0; i < nColumns; ++i) {
-    if (!takesPart[i]) continue;
-    for (std::size_t j = i + 1; j < nColumns; ++j) {
-      if (!takesPart[j]) continue;
-      PValueInfoElem pair;
-      pair._firstIndex = static_cast<int>(i);
-      pair._secondIndex = static_cast<int>(j);
-      const double q = (n[i] * proportion[i] + n[j] * proportion[j]) / (n[i] + n[j]);
-      double factor = 1.0 / n[i] + 1.0 / n[j];
-      if (colIsMR) {
-        factor = OverlapFactor(n[i], n[j], RoundCount(overlap[i][j]));
-        if (!(factor > 0.0)) overlapProblem = true;
-        pair._identical = identical[i][j];
-      }
-      if (factor > 0.0) {
-        const double z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * factor);
-        if (IsValidValue(z)) {
-          const double c = QuiltDistFun::CdfNorm(std::fabs(z), 0.0, 1.0);
-          if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
-        }
-      }
-      pairs.push_back(pair);
+  return TestPairs(takesPart, [&](std::size_t i, std::size_t j, PValueInfoElem& pair) {
+    const double q = (n[i] * proportion[i] + n[j] * proportion[j]) / (n[i] + n[j]);
+    double factor = 1.0 / n[i] + 1.0 / n[j];
+    if (colIsMR) {
+      factor = OverlapFactor(n[i], n[j], RoundCount(overlap[i][j]));
+      if (!(factor > 0.0)) overlapProblem = true;
+      pair._identical = identical[i][j];
     }
-  }
-  return pairs;
+    if (factor > 0.0) {
+      const double z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * factor);
+      if (IsValidValue(z)) {
+        const double c = QuiltDistFun::CdfNorm(std::fabs(z), 0.0, 1.0);
+        if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
+      }
+    }
+    return true;
+  });
 }
 
 // The two-sided z test of two proportions with the pooled proportion in the standard
@@ -400,7 +385,8 @@ std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTests::ProportionPairs(const 
 ColumnProportionsResult QuiltSigTests::GetColumnProportions(
     const CubeAggregator& aggregator, const CategoryPath& rowPath, const CategoryPath& colPath,
     const CategoryPath& layerPath, const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker,
+    SampleSizes sizes) {
   const std::size_t nRows = testRows.size();
   const std::size_t nColumns = testCols.size();
   ColumnProportionsResult result = EmptyProportions(nRows, nColumns);
@@ -409,6 +395,10 @@ ColumnProportionsResult QuiltSigTests::GetColumnProportions(
   const CellKey key = ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
   const ProportionCells cells =
       ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  if (sizes == SampleSizes::kEffectiveBases) {
+    QuiltSigTestsEffBase::ColumnProportions(cells, rowIsMR, colIsMR, settings, noTestMarker, result);
+    return result;
+  }
   for (const std::vector<CellWeights>& row : cells.cell) {
     for (const CellWeights& weights : row) {
       if (RoundCount(weights.w) != weights.w) result.nonIntegerCounts = true;

@@ -1,35 +1,24 @@
-// QuiltSigTestsEffBase.h - the significance tests on effective base sizes, for tables under a base weight
+// QuiltSigTestsEffBase.h - the column tests on effective base sizes, for tables under a base weight
 #pragma once
 
 #include "tablebuilder/QuiltSigTests.h"
 
-/// The three tests of QuiltSigTests, with the same arguments and results, for a table
-/// under a base weight: counts are not rounded, and the size of a sample is its effective
-/// base W^2 / W2 (total weight squared over the total of squared weights), so that weights
-/// do not pass for cases. Adjustment, letters and p-value texts are shared with
-/// QuiltSigTests.
+/// The parts of the column means and column proportions tests that differ when a sample's
+/// size is its effective base W^2 / W2 rather than its rounded count: no count is rounded,
+/// and weights do not pass for cases. QuiltSigTests reads the cells and runs these for
+/// SampleSizes::kEffectiveBases; adjustment, letters and p-value texts are shared.
 class QuiltSigTestsEffBase {
- public:
-  /// The chi-square on plain weights, scaled by W / Q (total weight over total of squared
-  /// weights).
-  static ChiSquareResult GetChiSquare(const CubeAggregator& aggregator, const CategoryPath& rowPath,
-                                      const CategoryPath& colPath, const CategoryPath& layerPath,
-                                      const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-                                      bool rowIsMR, bool colIsMR);
-  static ColumnMeansResult GetColumnPairwise(const CubeAggregator& aggregator, int statVarIndex,
-                                             const CategoryPath& rowCats, const CategoryPath& colPath,
-                                             const CategoryPath& layerCats, const CategoryPath& testCols,
-                                             bool weighted, bool columnsAreMR, const SigTestSettings& settings,
-                                             const std::string& noTestMarker);
-  /// The p-values come from Student's t with df = neff(i) + neff(j) - 2.
-  static ColumnProportionsResult GetColumnProportions(const CubeAggregator& aggregator, const CategoryPath& rowPath,
-                                                      const CategoryPath& colPath, const CategoryPath& layerPath,
-                                                      const CategoryPath& testRows, const CategoryPath& testCols,
-                                                      bool weighted, bool rowIsMR, bool colIsMR,
-                                                      const SigTestSettings& settings,
-                                                      const std::string& noTestMarker);
-
  private:
+  friend class QuiltSigTests;
+
+  /// The means test of one row on the cells `cells` read for it.
+  static ColumnMeansResult ColumnMeans(QuiltSigTests::MeansCells& cells, const CategoryPath& testCols,
+                                       bool columnsAreMR, const SigTestSettings& settings,
+                                       const std::string& noTestMarker);
+  /// The proportions test of every row of `cells` into `result`, made empty for them.
+  static void ColumnProportions(const QuiltSigTests::ProportionCells& cells, bool rowIsMR, bool colIsMR,
+                                const SigTestSettings& settings, const std::string& noTestMarker,
+                                ColumnProportionsResult& result);
   /// What the proportions test needs besides the cells: each column's effective base, and
   /// for a set in the columns the cases and the effective cases each pair i < j shares.
   struct EffectiveBases {

@@ -32,17 +32,14 @@ double EffectiveBase(double w, double w2) {
 // estimate under sampling weights), and the degrees of freedom come from the effective
 // bases. No count is rounded, and a pair is tested when either column has more than one
 // case.
-ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
-    const CubeAggregator& aggregator, int statVarIndex, const CategoryPath& rowCats,
-    const CategoryPath& colPath, const CategoryPath& layerCats, const CategoryPath& testCols, bool weighted,
-    bool columnsAreMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+ColumnMeansResult QuiltSigTestsEffBase::ColumnMeans(QuiltSigTests::MeansCells& cells, const CategoryPath& testCols,
+                                                   bool columnsAreMR, const SigTestSettings& settings,
+                                                   const std::string& noTestMarker) {
   using Base = QuiltSigTests;
   ColumnMeansResult result;
   const std::size_t nColumns = testCols.size();
   result.columnTexts.assign(nColumns, std::string());
   result.rowMarkers.setNumColumns(nColumns);
-
-  Base::MeansCells cells(aggregator, statVarIndex, rowCats, colPath, layerCats, columnsAreMR, weighted);
 
   enum { kNothingToTest = 1, kTestable = 3, kNoVariance = 4 };
   std::vector<int> status(nColumns, kNothingToTest);
@@ -93,38 +90,32 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
                                ? pooledSS / pooledDenominator
                                : kSysmis;
 
-  std::vector<Base::PValueInfoElem> pairs;
   bool failed = false;
   std::vector<bool> tested(nColumns, false);
   for (std::size_t i = 0; i < nColumns; ++i) tested[i] = testsRun && status[i] == kTestable;
-  for (std::size_t i = 0; i < nColumns; ++i) {
-    if (!tested[i]) continue;
-    for (std::size_t j = i + 1; j < nColumns; ++j) {
-      if (!tested[j] || !(unweighted[i] > 1.0 || unweighted[j] > 1.0)) continue;
-      Base::PValueInfoElem pair;
-      pair._firstIndex = static_cast<int>(i);
-      pair._secondIndex = static_cast<int>(j);
-      double pooled = pooledAll;
-      double df = df0;
-      if (!settings._meansVarianceAllCats) {
-        const double pairDenominator = denominator[i] + denominator[j];
-        pooled = pairDenominator > 0.0 ? (ss[i] + ss[j]) / pairDenominator : kSysmis;
-        df = neff[i] + neff[j] - 2.0;
-      }
-      double shared = 0.0;
-      if (columnsAreMR && pooled > 0.0) {
-        double unweightedShared = 0.0;
-        const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedShared);
-        // The effective number of shared cases: their weight scaled as each column scales
-        // weight to effective cases, averaged over the two.
-        shared = both == nullptr ? 0.0 : 0.5 * both->_weight * (w[i] / w2[i] + w[j] / w2[j]);
-        pair._identical = unweighted[i] == unweightedShared && unweighted[j] == unweightedShared;
-      }
-      pair._pValue = Base::MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, neff[i], neff[j], shared, df,
-                                           columnsAreMR, result, failed);
-      pairs.push_back(pair);
-    }
-  }
+  std::vector<Base::PValueInfoElem> pairs =
+      Base::TestPairs(tested, [&](std::size_t i, std::size_t j, Base::PValueInfoElem& pair) {
+        if (!(unweighted[i] > 1.0 || unweighted[j] > 1.0)) return false;
+        double pooled = pooledAll;
+        double df = df0;
+        if (!settings._meansVarianceAllCats) {
+          const double pairDenominator = denominator[i] + denominator[j];
+          pooled = pairDenominator > 0.0 ? (ss[i] + ss[j]) / pairDenominator : kSysmis;
+          df = neff[i] + neff[j] - 2.0;
+        }
+        double shared = 0.0;
+        if (columnsAreMR && pooled > 0.0) {
+          double unweightedShared = 0.0;
+          const CellMoments* both = cells.Shared(testCols[i], testCols[j], unweightedShared);
+          // The effective number of shared cases: their weight scaled as each column scales
+          // weight to effective cases, averaged over the two.
+          shared = both == nullptr ? 0.0 : 0.5 * both->_weight * (w[i] / w2[i] + w[j] / w2[j]);
+          pair._identical = unweighted[i] == unweightedShared && unweighted[j] == unweightedShared;
+        }
+        pair._pValue = Base::MeansPairPValue(std::fabs(mean[i] - mean[j]), pooled, neff[i], neff[j], shared, df,
+                                             columnsAreMR, result, failed);
+        return true;
+      });
   Base::LetterRow(tested, pairs, mean, k, settings, noTestMarker, result.columnTexts, result.rowMarkers);
   if (failed) result.numericalProblem = true;
   return result;
@@ -136,19 +127,12 @@ ColumnMeansResult QuiltSigTestsEffBase::GetColumnPairwise(
 // freedom, since under a sampling weight the normal law would overstate the evidence of
 // small bases. A cell at 0 or 1 stays in the test: two cells at the same bound do not
 // differ (p-value 1), and one at a bound against one inside is tested as any other.
-ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
-    const CubeAggregator& aggregator, const CategoryPath& rowPath, const CategoryPath& colPath,
-    const CategoryPath& layerPath, const CategoryPath& testRows, const CategoryPath& testCols, bool weighted,
-    bool rowIsMR, bool colIsMR, const SigTestSettings& settings, const std::string& noTestMarker) {
+void QuiltSigTestsEffBase::ColumnProportions(const QuiltSigTests::ProportionCells& cells, bool rowIsMR,
+                                             bool colIsMR, const SigTestSettings& settings,
+                                             const std::string& noTestMarker, ColumnProportionsResult& result) {
   using Base = QuiltSigTests;
-  const std::size_t nRows = testRows.size();
-  const std::size_t nColumns = testCols.size();
-  ColumnProportionsResult result = Base::EmptyProportions(nRows, nColumns);
-  int rowSlot = 0;
-  int columnSlot = 0;
-  const CellKey key = Base::ProportionsKey(rowPath, colPath, layerPath, colIsMR, rowSlot, columnSlot);
-  const Base::ProportionCells cells =
-      Base::ReadProportionCells(aggregator, key, rowSlot, columnSlot, testRows, testCols, weighted, rowIsMR, colIsMR);
+  const std::size_t nRows = cells.cell.size();
+  const std::size_t nColumns = cells.base.size();
   const EffectiveBases bases = GetEffectiveBases(cells, rowIsMR, colIsMR);
 
   // A column without any weight in the tested rows has no proportion to compare.
@@ -169,7 +153,6 @@ ColumnProportionsResult QuiltSigTestsEffBase::GetColumnProportions(
     Base::LetterRow(takesPart, pairs, proportion, taking, settings, noTestMarker, result.cellTexts[r],
                     result.rowMarkers[r]);
   }
-  return result;
 }
 
 QuiltSigTestsEffBase::EffectiveBases QuiltSigTestsEffBase::GetEffectiveBases(
@@ -215,49 +198,39 @@ std::vector<QuiltSigTests::PValueInfoElem> QuiltSigTestsEffBase::ProportionPairs
   using Base = QuiltSigTests;
   const std::vector<Base::CellWeights>& base = cells.base;
   const std::vector<double>& neff = bases.neff;
-  std::vector<Base::PValueInfoElem> pairs;
-  const std::size_t nColumns = takesPart.size();
-  for (std::size_t i = 0; i < nColumns; ++i) {
-    if (!takesPart[i]) continue;
-    for (std::size_t j = i + 1; j < nColumns; ++j) {
-      if (!takesPart[j] || !(base[i].u > 1.0 || base[j].u > 1.0)) continue;
-      Base::PValueInfoElem pair;
-      pair._firstIndex = static_cast<int>(i);
-      pair._secondIndex = static_cast<int>(j);
-      const double xi = cells.cell[r][i].w;
-      const double xj = cells.cell[r][j].w;
-      const double sharedU = bases.sharedU[i][j];
-      const bool identical = colIsMR && base[i].u == sharedU && base[j].u == sharedU;
-      if ((xi <= 0.0 && xj <= 0.0) || (xi >= base[i].w && xj >= base[j].w)) {
-        // Both at the same bound: no difference to test. Identical set columns stay
-        // without a p-value, so that they count once in the adjustment.
-        pair._identical = identical;
-        if (!identical) pair._pValue = 1.0;
-        pairs.push_back(pair);
-        continue;
-      }
-      const double q = (xi + xj) / (base[i].w + base[j].w);
-      double df = neff[i] + neff[j] - 2.0;
-      double z = kSysmis;
-      if (colIsMR) {
-        const double shared = bases.sharedEffective[i][j];
-        const double f = Base::OverlapFactor(neff[i], neff[j], shared);
-        if (f > 0.0) {
-          z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
-        } else {
-          overlapProblem = true;
-        }
-        df -= shared;
-        pair._identical = identical;
-      } else {
-        z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / neff[i] + 1.0 / neff[j]));
-      }
-      if (Base::IsValidValue(z)) {
-        const double c = QuiltDistFun::CdfT(std::fabs(z), df);
-        if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
-      }
-      pairs.push_back(pair);
+  return Base::TestPairs(takesPart, [&](std::size_t i, std::size_t j, Base::PValueInfoElem& pair) {
+    if (!(base[i].u > 1.0 || base[j].u > 1.0)) return false;
+    const double xi = cells.cell[r][i].w;
+    const double xj = cells.cell[r][j].w;
+    const double sharedU = bases.sharedU[i][j];
+    const bool identical = colIsMR && base[i].u == sharedU && base[j].u == sharedU;
+    if ((xi <= 0.0 && xj <= 0.0) || (xi >= base[i].w && xj >= base[j].w)) {
+      // Both at the same bound: no difference to test. Identical set columns stay
+      // without a p-value, so that they count once in the adjustment.
+      pair._identical = identical;
+      if (!identical) pair._pValue = 1.0;
+      return true;
     }
-  }
-  return pairs;
+    const double q = (xi + xj) / (base[i].w + base[j].w);
+    double df = neff[i] + neff[j] - 2.0;
+    double z = kSysmis;
+    if (colIsMR) {
+      const double shared = bases.sharedEffective[i][j];
+      const double f = Base::OverlapFactor(neff[i], neff[j], shared);
+      if (f > 0.0) {
+        z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * f);
+      } else {
+        overlapProblem = true;
+      }
+      df -= shared;
+      pair._identical = identical;
+    } else {
+      z = (proportion[i] - proportion[j]) / std::sqrt(q * (1.0 - q) * (1.0 / neff[i] + 1.0 / neff[j]));
+    }
+    if (Base::IsValidValue(z)) {
+      const double c = QuiltDistFun::CdfT(std::fabs(z), df);
+      if (c != kSysmis) pair._pValue = 2.0 * (1.0 - c);
+    }
+    return true;
+  });
 }

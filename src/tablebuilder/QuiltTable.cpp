@@ -1,6 +1,7 @@
 // QuiltTable.cpp - the table record: preliminary trees from the parsed table, slots, final trees
 #include "tablebuilder/QuiltTable.h"
 
+#include <array>
 #include <ostream>
 
 #include "host/QuiltAssert.h"
@@ -153,8 +154,25 @@ void SetIncludeEmptyInScale(Node* root) {
   }
 }
 
-std::vector<AggregationCategory*> CategoriesOf(const SyntaxVariableName* variable) {
-  return QuiltTable::ShownCategories(*QuiltTable::DimensionOf(variable));
+/// The row, column and layer parts of a table expression, null where a dimension has none:
+/// `rows`, `BY columns`, `rows BY columns` or `rows BY columns BY layers`.
+std::array<SyntaxConverter*, 3> SplitByDimension(SyntaxConverter* expression) {
+  if (expression->GetType() != kConverterBy) {
+    const int type = expression->GetType();
+    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
+                     type == kConverterPlus || type == kConverterVariable,
+                 "a table expression starts with an operator, a paren or a variable");
+    return {expression, nullptr, nullptr};
+  }
+  const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
+  QUILT_ASSERT(kidsOfBy.size() == 2, "BY joins two dimensions");
+  SyntaxConverter* left = kidsOfBy[0];
+  SyntaxConverter* right = kidsOfBy[1];
+  if (left->GetType() == kConverterDummy) return {nullptr, right, nullptr};
+  if (left->GetType() != kConverterBy) return {left, right, nullptr};
+  const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
+  QUILT_ASSERT(inner.size() == 2, "the inner BY of a layered table joins rows and columns");
+  return {inner[0], inner[1], right};
 }
 
 }  // namespace
@@ -235,9 +253,9 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
   d._prelimLayerRoot = layers;
 
   if (!d._comperimeterCategCollector.empty()) {
-    Node* receiver = d._cLabelOption == Codes::kCLabelColOpposite
-                         ? rows
-                         : (d._cLabelOption == Codes::kCLabelRowOpposite ? columns : layers);
+    // Collected labels go to the dimension that carries them.
+    const int from = GetLabelCarry(d._cLabelOption).from;
+    Node* receiver = from == Codes::kDimensionRow ? rows : (from == Codes::kDimensionColumn ? columns : layers);
     receiver->NestStack(d._comperimeterCategCollector);
     d._comperimeterCategCollector.clear();
   }
@@ -255,70 +273,34 @@ void QuiltTable::BuildTableTreesFromSyntax(SyntaxTableSubcommand* table) {
 void QuiltTable::BuildDimensionTrees(SyntaxConverter* expression, bool& statsInOpposite, Node*& rows, Node*& columns,
                                      Node*& layers) {
   Data& d = *_tableData;
+  const std::array<SyntaxConverter*, 3> parts = SplitByDimension(expression);
   // CLABELS ROWLABELS=OPPOSITE moves the row labels into the columns, COLLABELS=OPPOSITE the
   // column labels into the rows, ...=LAYER either into the layers; the dimension that gives
-  // its labels away keeps no categories of its own.
-  const int option = d._cLabelOption;
-  const bool keepRows = option != Codes::kCLabelRowOpposite && option != Codes::kCLabelRowLayer;
-  const bool keepCols = option != Codes::kCLabelColOpposite && option != Codes::kCLabelColLayer;
-  const bool colsFirst = option == Codes::kCLabelColOpposite;
-  const bool receiveInCols = option == Codes::kCLabelRowOpposite;
-  const bool receiveInLayers = option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer;
-  const bool statsInRows = d._sLabelPosition == PresentationCodes::kSLabelRow;
-  const bool statsInCols = d._sLabelPosition == PresentationCodes::kSLabelColumn;
-  const bool statsInLayers = d._sLabelPosition == PresentationCodes::kSLabelLayer;
-
-  if (expression->GetType() != kConverterBy) {
-    const int type = expression->GetType();
-    QUILT_ASSERT(type == kConverterGreaterThan || type == kConverterMRSet || type == kConverterParen ||
-                     type == kConverterPlus || type == kConverterVariable,
-                 "a table expression starts with an operator, a paren or a variable");
-    rows = BuildTempSubtree(expression, keepRows, false, statsInRows, statsInOpposite);
-    columns = Node::CreateRoot();
-    layers = Node::CreateRoot();
-    d._nRows = ExtractNCubes(expression);
-    d._nColumns = 1;
-    d._nLayers = 1;
-    return;
+  // its labels away keeps no categories of its own, and the one that receives them is built
+  // after it.
+  const LabelCarry carry = GetLabelCarry(d._cLabelOption);
+  const int statsDimension = d._sLabelPosition == PresentationCodes::kSLabelRow      ? Codes::kDimensionRow
+                             : d._sLabelPosition == PresentationCodes::kSLabelColumn ? Codes::kDimensionColumn
+                                                                                      : Codes::kDimensionLayer;
+  const std::array<Node**, 3> trees = {&rows, &columns, &layers};
+  const std::array<int, 3> order = carry.from == Codes::kDimensionRow ? std::array<int, 3>{1, 0, 2}
+                                                                      : std::array<int, 3>{0, 1, 2};
+  for (const int dimension : order) {
+    SyntaxConverter* part = parts[static_cast<size_t>(dimension)];
+    Node*& tree = *trees[static_cast<size_t>(dimension)];
+    if (part == nullptr) {
+      tree = Node::CreateRoot();
+      continue;
+    }
+    const bool receive = carry.from == dimension && parts[static_cast<size_t>(carry.to)] != nullptr;
+    tree = BuildTempSubtree(part, /*keepCats=*/carry.to != dimension, receive, statsDimension == dimension,
+                            statsInOpposite);
   }
-  const std::vector<SyntaxConverter*>& kidsOfBy = ChildrenOf(expression);
-  QUILT_ASSERT(kidsOfBy.size() == 2, "BY joins two dimensions");
-  SyntaxConverter* left = kidsOfBy[0];
-  SyntaxConverter* right = kidsOfBy[1];
-  if (left->GetType() == kConverterDummy) {
-    columns = BuildTempSubtree(right, keepCols, false, statsInCols, statsInOpposite);
-    rows = Node::CreateRoot();
-    layers = Node::CreateRoot();
-    d._nColumns = ExtractNCubes(right);
-    d._nRows = 1;
-    d._nLayers = 1;
-    return;
-  }
-  const bool threeDimensions = left->GetType() == kConverterBy;
-  SyntaxConverter* rowExpression = left;
-  SyntaxConverter* columnExpression = right;
-  SyntaxConverter* layerExpression = nullptr;
-  if (threeDimensions) {
-    const std::vector<SyntaxConverter*>& inner = ChildrenOf(left);
-    QUILT_ASSERT(inner.size() == 2, "the inner BY of a layered table joins rows and columns");
-    rowExpression = inner[0];
-    columnExpression = inner[1];
-    layerExpression = right;
-  }
-  if (!colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, false, statsInRows, statsInOpposite);
-  columns = BuildTempSubtree(columnExpression, keepCols, receiveInCols, statsInCols, statsInOpposite);
-  if (colsFirst) rows = BuildTempSubtree(rowExpression, keepRows, true, statsInRows, statsInOpposite);
-  if (threeDimensions) {
-    layers = BuildTempSubtree(layerExpression, true, receiveInLayers, statsInLayers, statsInOpposite);
-    DestroyCollectedNodes();
-  } else {
-    // Labels bound for the layers wait for the layer root.
-    if (option == Codes::kCLabelRowOpposite || option == Codes::kCLabelColOpposite) DestroyCollectedNodes();
-    layers = Node::CreateRoot();
-  }
-  d._nRows = ExtractNCubes(rowExpression);
-  d._nColumns = ExtractNCubes(columnExpression);
-  d._nLayers = threeDimensions ? ExtractNCubes(layerExpression) : 1;
+  // Labels bound for a dimension without an expression wait for its root.
+  if (carry.from < 0 || parts[static_cast<size_t>(carry.from)] != nullptr) DestroyCollectedNodes();
+  d._nRows = parts[0] != nullptr ? ExtractNCubes(parts[0]) : 1;
+  d._nColumns = parts[1] != nullptr ? ExtractNCubes(parts[1]) : 1;
+  d._nLayers = parts[2] != nullptr ? ExtractNCubes(parts[2]) : 1;
 }
 
 void QuiltTable::AssignSlots() {
@@ -473,12 +455,11 @@ void QuiltTable::CollectStatistics(SyntaxVariableName* variable, bool keepCats, 
   Data& d = *_tableData;
   if (!statsInOpposite && !keepCats && d._statsVisible) {
     // The labels of this variable stand in the dimension that holds the statistics.
-    const int option = d._cLabelOption;
     const int position = d._sLabelPosition;
-    statsInOpposite = (option == Codes::kCLabelRowOpposite && position == PresentationCodes::kSLabelColumn) ||
-                      (option == Codes::kCLabelColOpposite && position == PresentationCodes::kSLabelRow) ||
-                      ((option == Codes::kCLabelRowLayer || option == Codes::kCLabelColLayer) &&
-                       position == PresentationCodes::kSLabelLayer);
+    const int statsDimension = position == PresentationCodes::kSLabelRow      ? Codes::kDimensionRow
+                               : position == PresentationCodes::kSLabelColumn ? Codes::kDimensionColumn
+                                                                               : Codes::kDimensionLayer;
+    statsInOpposite = GetLabelCarry(d._cLabelOption).from == statsDimension;
   }
   auto add = [&](std::vector<StatTreeNode*>& list, const Statistics* statistics, bool forRegular) {
     if (ContainsKind(list, *statistics)) return;
@@ -645,45 +626,45 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
   QUILT_ASSERT(firstType == Node::kHNodeTypeTempCategories, "a categorical variable holds its placeholders");
   SyntaxVariableName* variable = node->GetVariable();
   QUILT_ASSERT(variable != nullptr, "var");
-  const std::vector<AggregationCategory*> categories = CategoriesOf(variable);
-  const bool includeEmpty = variable->GetIsEmptyInclude();
-  for (size_t i = 0; i < categories.size(); ++i) {
-    Node* category = Node::Create(categories[i]);
-    category->SetIncludeEmpty(includeEmpty);
-    category->SetChildLoc(i);
-    category->SetCubeIndexInDim(node->GetCubeIndexInDim());
+  for (Node* category :
+       NewCategoryNodes(ShownCategories(*DimensionOf(variable)), *variable, node->GetCubeIndexInDim())) {
     copy->AddChild(category, false);
   }
 
-  // What stands under a placeholder becomes final once and is then given to every category.
-  auto finalsOf = [this](const Node* placeholder) {
-    std::vector<Node*> finals;
-    const std::vector<Node*>& grandkids = placeholder->GetChildren();
-    if (grandkids.empty()) return finals;
-    if (grandkids[0]->GetType() == Node::kHNodeTypeTempCategories) {
-      ProcessComperimeterCategs(grandkids, finals);
-    } else {
-      for (size_t i = 0; i < grandkids.size(); ++i) {
-        grandkids[i]->SetChildLoc(i);
-        finals.push_back(BuildFinalSubtreeNoCubes(grandkids[i]));
-      }
-    }
-    return finals;
-  };
+  NestPlaceholderSubtrees(copy, children);
+  return copy;
+}
 
-  if (children.size() == 1) {
-    std::vector<Node*> finals = finalsOf(children[0]);
+std::vector<HeaderTreeNode*> QuiltTable::FinalSubtreesUnder(const HeaderTreeNode* placeholder) {
+  std::vector<Node*> finals;
+  const std::vector<Node*>& grandkids = placeholder->GetChildren();
+  if (grandkids.empty()) return finals;
+  if (grandkids[0]->GetType() == Node::kHNodeTypeTempCategories) {
+    ProcessComperimeterCategs(grandkids, finals);
+  } else {
+    for (size_t i = 0; i < grandkids.size(); ++i) {
+      grandkids[i]->SetChildLoc(i);
+      finals.push_back(BuildFinalSubtreeNoCubes(grandkids[i]));
+    }
+  }
+  return finals;
+}
+
+void QuiltTable::NestPlaceholderSubtrees(HeaderTreeNode* copy, const std::vector<HeaderTreeNode*>& placeholders) {
+  // What stands under a placeholder becomes final once and is then given to every category.
+  if (placeholders.size() == 1) {
+    std::vector<Node*> finals = FinalSubtreesUnder(placeholders[0]);
     if (!finals.empty() && !copy->IsLeaf()) {
       copy->NestStack(finals);
     } else {
       for (Node* final : finals) delete final;
     }
-    return copy;
+    return;
   }
-  QUILT_ASSERT(children.size() == 2, "a variable has one placeholder for its categories and one for its totals");
-  if (children[0]->IsLeaf()) return copy;
-  QUILT_ASSERT(!children[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
-  std::vector<Node*> finals[2] = {finalsOf(children[0]), finalsOf(children[1])};
+  QUILT_ASSERT(placeholders.size() == 2, "a variable has one placeholder for its categories and one for its totals");
+  if (placeholders[0]->IsLeaf()) return;
+  QUILT_ASSERT(!placeholders[1]->IsLeaf(), "the totals placeholder holds what stands under the totals");
+  std::vector<Node*> finals[2] = {FinalSubtreesUnder(placeholders[0]), FinalSubtreesUnder(placeholders[1])};
   bool handedOut[2] = {false, false};
   for (Node* category : copy->GetChildren()) {
     const int group = category->GetCategory()->IsTotalKind() ? 1 : 0;
@@ -705,7 +686,6 @@ HeaderTreeNode* QuiltTable::BuildFinalSubtreeNoCubes(const HeaderTreeNode* node)
     }
   }
   copy->UpdateChildInfo();
-  return copy;
 }
 
 namespace {

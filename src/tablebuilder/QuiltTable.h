@@ -117,12 +117,15 @@ class QuiltTable {
   /// and different.
   static int Combine3CellKeys(const CategoryKey& first, const CategoryKey& second, const CategoryKey& third,
                               CategoryKey& combined, int from, int to);
-  /// The `from` argument of Combine2CellKeys under `option` for keys of dimensions
-  /// `firstPosition` and `secondPosition` (0 rows, 1 columns, 2 layers), given in that order.
-  static int GetCarryFrom2(CLabelOption option, int firstPosition, int secondPosition);
-  /// The `from` and `to` arguments of Combine3CellKeys under `option`, keys given as rows,
-  /// columns, layers.
-  static void GetCarryFromTo3(CLabelOption option, int& from, int& to);
+  /// Where CLABELS moves category labels, as dimensions (0 rows, 1 columns, 2 layers): the
+  /// labels of `to` stand at the end of the keys of `from`. Both -1 when labels stay.
+  struct LabelCarry {
+    int from = -1;
+    int to = -1;
+  };
+  /// The one reading of `option` that the trees, the keys and the renderer share; keys given
+  /// as rows, columns, layers take `from` and `to` as Combine3CellKeys does.
+  static LabelCarry GetLabelCarry(CLabelOption option);
 
   // Column letters of the test tables.
   /// Letters under each lowest group of columns of a separate test table.
@@ -173,6 +176,11 @@ class QuiltTable {
   void DestroyCollectedNodes();
   void CreateFinalTree(HeaderTreeNode* prelimRoot, HeaderTreeNode*& finalRoot, bool hasAxisCubes, int position);
   HeaderTreeNode* BuildFinalSubtreeNoCubes(const HeaderTreeNode* node);
+  /// The final subtrees of what stands under one placeholder of a variable; owned by the caller.
+  std::vector<HeaderTreeNode*> FinalSubtreesUnder(const HeaderTreeNode* placeholder);
+  /// Gives the categories of `copy` what stands under the variable's placeholders: under the
+  /// categories placeholder to the categories, under the totals placeholder to the totals.
+  void NestPlaceholderSubtrees(HeaderTreeNode* copy, const std::vector<HeaderTreeNode*>& placeholders);
   HeaderTreeNode* BuildFinalSubtreeUseCubes(const HeaderTreeNode* node, const CategoryKey& path,
                                             const std::vector<std::vector<CubeAggregator*>>& cubes);
   HeaderTreeNode* BuildEmptyBranch(const HeaderTreeNode* node);
@@ -184,6 +192,11 @@ class QuiltTable {
   int ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& tempCats, std::vector<HeaderTreeNode*>& out);
   void ProcessComperimeterCategs(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
   void ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats);
+  /// One new category node per category of `categories`, in order, numbered by its place,
+  /// keeping empty categories as `variable` does and standing in the cube slot
+  /// `cubeIndexInDim`. The caller owns the nodes.
+  static std::vector<HeaderTreeNode*> NewCategoryNodes(const std::vector<AggregationCategory*>& categories,
+                                                       const SyntaxVariableName& variable, int cubeIndexInDim);
 
   // Test trees (QuiltTableTestTrees.cpp).
   void BuildChiSquareTrees(bool useSubtotals, bool includeMR, bool lettered);

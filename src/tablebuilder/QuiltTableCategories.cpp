@@ -252,13 +252,10 @@ int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& te
       totalPos = j;
     }
   }
-  const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/false);
-  const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
-  const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();
   const size_t first = out.size();
-  for (size_t i = 0; i < categories.size(); ++i) {
-    out.push_back(NewCategoryNode(categories[i], includeEmpty, i, cubeIndexInDim));
-  }
+  const std::vector<Node*> made = NewCategoryNodes(MergedCategories(tempCats, /*onlyCategories=*/false),
+                                                   *tempCats[0]->GetVariable(), tempCats[0]->GetCubeIndexInDim());
+  out.insert(out.end(), made.begin(), made.end());
   const std::vector<Node*>& kids = tempCats[0]->GetChildren();
   if (!kids.empty()) {
     const std::vector<Node*>& totalKids = hasTotal ? tempCats[totalPos]->GetChildren() : kids;
@@ -275,6 +272,16 @@ int QuiltTable::ProcessComperimeterCategs(const std::vector<HeaderTreeNode*>& te
   return static_cast<int>(out.size() - first);
 }
 
+std::vector<HeaderTreeNode*> QuiltTable::NewCategoryNodes(const std::vector<AggregationCategory*>& categories,
+                                                          const SyntaxVariableName& variable, int cubeIndexInDim) {
+  std::vector<Node*> nodes;
+  nodes.reserve(categories.size());
+  for (size_t i = 0; i < categories.size(); ++i) {
+    nodes.push_back(NewCategoryNode(categories[i], variable.GetIsEmptyInclude(), i, cubeIndexInDim));
+  }
+  return nodes;
+}
+
 void QuiltTable::ProcessComperimeterCategs(HeaderTreeNode* parent, const std::vector<HeaderTreeNode*>& tempCats) {
   std::vector<Node*> categories;
   ProcessComperimeterCategs(tempCats, categories);
@@ -285,13 +292,8 @@ void QuiltTable::ProcessComperimeterCategsNoTotals(HeaderTreeNode* parent,
                                                    const std::vector<HeaderTreeNode*>& tempCats) {
   QUILT_ASSERT(parent != nullptr, "moved labels are placed under a node");
   QUILT_ASSERT(!tempCats.empty(), "labels moved by CLABELS arrive with at least one placeholder");
-  const std::vector<AggregationCategory*> categories = MergedCategories(tempCats, /*onlyCategories=*/true);
-  const bool includeEmpty = tempCats[0]->GetVariable()->GetIsEmptyInclude();
-  const int cubeIndexInDim = tempCats[0]->GetCubeIndexInDim();
-  std::vector<Node*> nodes;
-  for (size_t i = 0; i < categories.size(); ++i) {
-    nodes.push_back(NewCategoryNode(categories[i], includeEmpty, i, cubeIndexInDim));
-  }
+  std::vector<Node*> nodes = NewCategoryNodes(MergedCategories(tempCats, /*onlyCategories=*/true),
+                                              *tempCats[0]->GetVariable(), tempCats[0]->GetCubeIndexInDim());
   parent->NestStack(nodes);
   const std::vector<Node*>& kids = tempCats[0]->GetChildren();
   if (!kids.empty()) {

@@ -258,49 +258,18 @@ int QuiltTable::Combine3CellKeys(const CategoryKey& first, const CategoryKey& se
   return result;
 }
 
-int QuiltTable::GetCarryFrom2(CLabelOption option, int firstPosition, int secondPosition) {
+QuiltTable::LabelCarry QuiltTable::GetLabelCarry(CLabelOption option) {
   switch (option) {
     case TableEncryptionCodes::kCLabelRowOpposite:
-      return 1;
+      return {TableEncryptionCodes::kDimensionColumn, TableEncryptionCodes::kDimensionRow};
     case TableEncryptionCodes::kCLabelColOpposite:
-      return 0;
+      return {TableEncryptionCodes::kDimensionRow, TableEncryptionCodes::kDimensionColumn};
     case TableEncryptionCodes::kCLabelRowLayer:
-      return firstPosition == TableEncryptionCodes::kDimensionRow &&
-                     secondPosition == TableEncryptionCodes::kDimensionLayer
-                 ? 1
-                 : -1;
+      return {TableEncryptionCodes::kDimensionLayer, TableEncryptionCodes::kDimensionRow};
     case TableEncryptionCodes::kCLabelColLayer:
-      return firstPosition == TableEncryptionCodes::kDimensionColumn &&
-                     secondPosition == TableEncryptionCodes::kDimensionLayer
-                 ? 1
-                 : -1;
+      return {TableEncryptionCodes::kDimensionLayer, TableEncryptionCodes::kDimensionColumn};
     case TableEncryptionCodes::kCLabelAuto:
       break;
   }
-  return -1;
-}
-
-void QuiltTable::GetCarryFromTo3(CLabelOption option, int& from, int& to) {
-  switch (option) {
-    case TableEncryptionCodes::kCLabelRowOpposite:
-      from = 1;
-      to = 0;
-      return;
-    case TableEncryptionCodes::kCLabelColOpposite:
-      from = 0;
-      to = 1;
-      return;
-    case TableEncryptionCodes::kCLabelRowLayer:
-      from = 2;
-      to = 0;
-      return;
-    case TableEncryptionCodes::kCLabelColLayer:
-      from = 2;
-      to = 1;
-      return;
-    case TableEncryptionCodes::kCLabelAuto:
-      break;
-  }
-  from = -1;
-  to = -1;
+  return {};
 }

@@ -1,6 +1,5 @@
 // QuiltTableTestTrees.cpp - the reduced header trees of the significance tests, and column letters
 #include <algorithm>
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "tablebuilder/QuiltSigTests.h"
 #include "tablebuilder/QuiltTable.h"
 #include "tablebuilder/QuiltTableData.h"
+#include "tablebuilder/SelectTestedCategories.h"
 #include "tablebuilder/StatTreeNode.h"
 
 namespace {
@@ -50,6 +50,31 @@ bool HasTestableCount(const SyntaxVariableName* variable, bool unweighted, bool 
     if (IsTestableCount(statistics->GetPrimaryStatistic(), unweighted, allowRowPct)) return true;
   }
   return false;
+}
+
+/// Adds to `parent` what `reduce` keeps of each of `children`; `reduce` returns null for a
+/// child it drops.
+template <typename Reduce>
+void AddReduced(Node* parent, const std::vector<Node*>& children, const Reduce& reduce) {
+  for (Node* child : children) {
+    if (Node* kept = reduce(child)) parent->AddChild(kept, false);
+  }
+}
+
+/// A new root over what `reduce` keeps of the children of the root `tree`.
+template <typename Reduce>
+Node* ReduceRoot(const Node* tree, const Reduce& reduce) {
+  Node* root = Node::CreateRoot();
+  root->SetCloneKids(tree->GetNChildren());
+  AddReduced(root, tree->GetChildren(), reduce);
+  return root;
+}
+
+/// `node`, or null when it is a leaf: a reduced copy that kept nothing is deleted.
+Node* DropIfLeaf(Node* node) {
+  if (!node->IsLeaf()) return node;
+  delete node;
+  return nullptr;
 }
 
 bool IsMeanFamily(int code) { return code == Codes::kStatMean || code == Codes::kStatUMean; }
@@ -191,28 +216,12 @@ HeaderTreeNode* QuiltTable::BuildCategOnlyTree(HeaderTreeNode* tree, bool includ
     } else {
       for (Node* kept : reduced) result->AddChild(kept, false);
     }
-    if (result->IsLeaf()) {
-      delete result;
-      return nullptr;
-    }
-    return result;
+    return DropIfLeaf(result);
   };
 
   switch (tree->GetType()) {
-    case Node::kHNodeTypeRoot: {
-      if (tree->IsEmpty()) return nullptr;
-      Node* root = Node::CreateRoot();
-      root->SetCloneKids(tree->GetNChildren());
-      for (Node* child : kids) {
-        Node* kept = reduce(child);
-        if (kept != nullptr) root->AddChild(kept, false);
-      }
-      if (root->IsLeaf()) {
-        delete root;
-        return nullptr;
-      }
-      return root;
-    }
+    case Node::kHNodeTypeRoot:
+      return tree->IsEmpty() ? nullptr : DropIfLeaf(ReduceRoot(tree, reduce));
     case Node::kHNodeTypeScaleVariable:
       return nullptr;
     case Node::kHNodeTypeStatistic:
@@ -257,15 +266,8 @@ HeaderTreeNode* QuiltTable::BuildCategOnlyTree(HeaderTreeNode* tree, bool includ
       }
       std::vector<Node*> selected;
       ProcessSubtotalCategs(kids, selected, useSubtotals, variable->GetIsTotalPositionAfter());
-      for (Node* category : selected) {
-        Node* kept = reduce(category);
-        if (kept != nullptr) copy->AddChild(kept, false);
-      }
-      if ((!kids.empty() && copy->IsLeaf()) || (copy->IsLeaf() && includeLeaves)) {
-        delete copy;
-        return nullptr;
-      }
-      return copy;
+      AddReduced(copy, selected, reduce);
+      return !kids.empty() || includeLeaves ? DropIfLeaf(copy) : copy;
     }
     default:
       return nullptr;
@@ -281,25 +283,12 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
     return BuildScaleBasedTree(child, above, useSubtotals, includeMR, merged, lettered);
   };
   // A copy whose source had children but which kept none stands for nothing.
-  auto dropIfEmptied = [&](Node* copy) -> Node* {
-    if (!kids.empty() && copy->IsLeaf()) {
-      delete copy;
-      return nullptr;
-    }
-    return copy;
-  };
+  auto dropIfEmptied = [&](Node* copy) { return kids.empty() ? copy : DropIfLeaf(copy); };
 
   switch (tree->GetType()) {
-    case Node::kHNodeTypeRoot: {
+    case Node::kHNodeTypeRoot:
       if (tree->IsEmpty()) return nullptr;
-      Node* root = Node::CreateRoot();
-      root->SetCloneKids(tree->GetNChildren());
-      for (Node* child : kids) {
-        Node* kept = reduce(child, scaleAbove);
-        if (kept != nullptr) root->AddChild(kept, false);
-      }
-      return dropIfEmptied(root);
-    }
+      return dropIfEmptied(ReduceRoot(tree, [&](Node* child) { return reduce(child, scaleAbove); }));
     case Node::kHNodeTypeCatVariable: {
       SyntaxVariableName* variable = tree->GetVariable();
       QUILT_ASSERT(variable != nullptr, "var");
@@ -312,11 +301,10 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
       Node* copy = Node::CreateCopy(tree);
       std::vector<Node*> selected;
       ProcessSubtotalCategs(kids, selected, useSubtotals, variable->GetIsTotalPositionAfter());
-      for (Node* category : selected) {
+      AddReduced(copy, selected, [&](Node* category) {
         QUILT_ASSERT(category->GetType() == Node::kHNodeTypeCategory, "a variable of a means test holds categories");
-        Node* kept = reduce(category, scaleAbove);
-        if (kept != nullptr) copy->AddChild(kept, false);
-      }
+        return reduce(category, scaleAbove);
+      });
       return dropIfEmptied(copy);
     }
     case Node::kHNodeTypeScaleVariable: {
@@ -333,10 +321,7 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
       if (!hasMean) return nullptr;
       Node* copy = Node::CreateCopy(tree);
       if (statKids && !merged) return copy;
-      for (Node* child : kids) {
-        Node* kept = reduce(child, true);
-        if (kept != nullptr) copy->AddChild(kept, false);
-      }
+      AddReduced(copy, kids, [&](Node* child) { return reduce(child, /*above=*/true); });
       return dropIfEmptied(copy);
     }
     case Node::kHNodeTypeCategory: {
@@ -374,68 +359,7 @@ HeaderTreeNode* QuiltTable::BuildScaleBasedTree(HeaderTreeNode* tree, bool scale
 
 int QuiltTable::ProcessSubtotalCategs(const std::vector<HeaderTreeNode*>& allCats, std::vector<HeaderTreeNode*>& out,
                                       bool useSubtotals, bool positionAfter) {
-  out.clear();
-  if (!useSubtotals) {
-    for (Node* node : allCats) {
-      const int type = CategoryType(node);
-      if (type == AggregationCategory::kTotal || type == AggregationCategory::kSubtotal ||
-          type == AggregationCategory::kNone || type == AggregationCategory::kPcompute) {
-        continue;
-      }
-      out.push_back(node);
-    }
-    return static_cast<int>(out.size());
-  }
-  // The walk runs from the categories towards their subtotal, so that a subtotal always meets
-  // the categories it sums before itself; backwards, everything goes in at the front.
-  std::deque<Node*> result;
-  std::deque<Node*> buffer;
-  auto flush = [&]() {
-    if (positionAfter) {
-      result.insert(result.end(), buffer.begin(), buffer.end());
-    } else {
-      result.insert(result.begin(), buffer.begin(), buffer.end());
-    }
-    buffer.clear();
-  };
-  auto keep = [&](Node* node) {
-    if (positionAfter) {
-      result.push_back(node);
-    } else {
-      result.push_front(node);
-    }
-  };
-  const int count = static_cast<int>(allCats.size());
-  for (int step = 0; step < count; ++step) {
-    Node* node = allCats[static_cast<size_t>(positionAfter ? step : count - 1 - step)];
-    switch (CategoryType(node)) {
-      case AggregationCategory::kNone:
-      case AggregationCategory::kPcompute:
-        break;
-      case AggregationCategory::kSubtotal:
-        buffer.clear();
-        keep(node);
-        break;
-      case AggregationCategory::kHSubtotal:
-        // The table shows it in place of the categories it sums, which are not in the list;
-        // whatever waits in the buffer is not summed by it and stays.
-        flush();
-        keep(node);
-        break;
-      case AggregationCategory::kTotal:
-        flush();
-        break;
-      default:
-        if (positionAfter) {
-          buffer.push_back(node);
-        } else {
-          buffer.push_front(node);
-        }
-        break;
-    }
-  }
-  flush();
-  out.assign(result.begin(), result.end());
+  out = SelectTestedCategories(allCats, useSubtotals, positionAfter, CategoryType);
   return static_cast<int>(out.size());
 }
 

@@ -14,7 +14,6 @@
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 #include "tablerenderer/BPTreeNode.h"
 #include "tablerenderer/TableAxis.h"
 
@@ -60,7 +59,7 @@ void ColumnMeansTableRenderer::RenderColumnMean2DTable(const std::vector<CubeAgg
                                                        int layerIndex, const SigTestSettings& settings,
                                                        Flags& flags) {
   const Data& d = *_data;
-  const bool baseWeighted = SyntaxConverter::GetBaseWeightVarIndex() >= 0;
+  const QuiltSigTests::SampleSizes sizes = QuiltSigTests::SizesFor(SyntaxConverter::GetBaseWeightVarIndex() >= 0);
   for (BPTreeNode* rowLeaf : d._rowAxis->GetLeaves()) {
     const HeaderTreeNode* node = rowLeaf->GetHeaderTreeNode();
     // With the statistics in the rows of a merged table, the mean's row shows the result.
@@ -83,13 +82,9 @@ void ColumnMeansTableRenderer::RenderColumnMean2DTable(const std::vector<CubeAgg
           cube->GetMeanVarIndex(statVarIndex, true) < 0 || cube->GetMeanVarIndex(statVarIndex, false) < 0) {
         continue;
       }
-      ColumnMeansResult result =
-          baseWeighted ? QuiltSigTestsEffBase::GetColumnPairwise(
-                             *cube, statVarIndex, rowKey, family.outerKey, layerKey, family.categories,
-                             /*weighted=*/true, family.isMRSet, settings, d._noTestMarker)
-                       : QuiltSigTests::GetColumnPairwise(*cube, statVarIndex, rowKey, family.outerKey,
-                                                          layerKey, family.categories, /*weighted=*/true,
-                                                          family.isMRSet, settings, d._noTestMarker);
+      ColumnMeansResult result = QuiltSigTests::GetColumnPairwise(
+          *cube, statVarIndex, rowKey, family.outerKey, layerKey, family.categories, /*weighted=*/true,
+          family.isMRSet, settings, d._noTestMarker, sizes);
       flags.numericalProblem = flags.numericalProblem || result.numericalProblem;
       flags.zeroPooled = flags.zeroPooled || result.zeroPooled;
       flags.nonIntegerCounts = flags.nonIntegerCounts || result.nonIntegerCounts;

@@ -20,7 +20,6 @@
 #include "parser/SyntaxConverter.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 #include "tablerenderer/BPTreeNode.h"
 #include "tablerenderer/TableAxis.h"
 #include "tablerenderer/markers/RowSignificanceMarkers.h"
@@ -92,7 +91,7 @@ void ColumnProportionsTableRenderer::RenderColumnProp2DTable(const std::vector<C
                                                              int layerIndex, const SigTestSettings& settings,
                                                              bool& nonIntegerCounts, bool& overlapProblem) {
   const Data& d = *_data;
-  const bool baseWeighted = SyntaxConverter::GetBaseWeightVarIndex() >= 0;
+  const QuiltSigTests::SampleSizes sizes = QuiltSigTests::SizesFor(SyntaxConverter::GetBaseWeightVarIndex() >= 0);
   for (const Family& rowFamily : rows) {
     for (const Family& columnFamily : columns) {
       CubeAggregator* cube = CubeAt(rowFamily.variable->GetCubeIndexInDim(),
@@ -103,16 +102,9 @@ void ColumnProportionsTableRenderer::RenderColumnProp2DTable(const std::vector<C
       const std::size_t keyLength = rowFamily.outerKey.size() + 1 + columnFamily.outerKey.size() + 1 +
                                     layerKey.size() + (columnFamily.isMRSet ? 1 : 0);
       if (cube == nullptr || cube->GetKeyLength() != static_cast<int>(keyLength)) continue;
-      ColumnProportionsResult result =
-          baseWeighted
-              ? QuiltSigTestsEffBase::GetColumnProportions(
-                    *cube, rowFamily.outerKey, columnFamily.outerKey, layerKey, rowFamily.categories,
-                    columnFamily.categories,
-                    /*weighted=*/true, rowFamily.isMRSet, columnFamily.isMRSet, settings, d._noTestMarker)
-              : QuiltSigTests::GetColumnProportions(*cube, rowFamily.outerKey, columnFamily.outerKey,
-                                                    layerKey, rowFamily.categories, columnFamily.categories,
-                                                    /*weighted=*/true, rowFamily.isMRSet,
-                                                    columnFamily.isMRSet, settings, d._noTestMarker);
+      ColumnProportionsResult result = QuiltSigTests::GetColumnProportions(
+          *cube, rowFamily.outerKey, columnFamily.outerKey, layerKey, rowFamily.categories, columnFamily.categories,
+          /*weighted=*/true, rowFamily.isMRSet, columnFamily.isMRSet, settings, d._noTestMarker, sizes);
       ControlData& control = *_control;
       if (control._showControlPackage && result.rowMarkers.size() == 2) {
         control._tested = true;

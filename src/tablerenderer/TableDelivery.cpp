@@ -204,19 +204,10 @@ void TableDelivery::Data::RenderTableInternal(QuiltTable* table, const std::vect
   }
 
   _numAxes = static_cast<int>(_axes.size());
-  switch (_numAxes) {
-    case 1:
-      Render1DTable(table, cubes);
-      break;
-    case 2:
-      Render2DTable(table, cubes);
-      break;
-    case 3:
-      Render3DTable(table, cubes);
-      break;
-    default:
-      BpError(BpString(msg::kWrongNumberOfAxes, true), kBpShowAlways, kBpLevelWarning);
-      break;
+  if (_numAxes >= 1 && _numAxes <= 3) {
+    RenderCells(table, cubes);
+  } else {
+    BpError(BpString(msg::kWrongNumberOfAxes, true), kBpShowAlways, kBpLevelWarning);
   }
 
   SetColumnWidths(pivot, settings);

@@ -5,8 +5,9 @@
 // empty cells of those alone, so that a row in which nothing at all was counted disappears
 // unless the user asked to keep empty categories.
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <vector>
 
 #include "host/QuiltAssert.h"
 #include "host/engine/AggregationCategory.h"
@@ -44,8 +45,10 @@ enum LeafState : uint8_t {
 
 /// One axis walked in step with its shadow leaves, with the survival state of each leaf.
 struct AxisWalk : AxisLeafWalk {
-  explicit AxisWalk(TableAxis* axis) : AxisLeafWalk(axis), states(leaves.size(), kLeafUnknown) {}
+  explicit AxisWalk(TableAxis* axis)
+      : AxisLeafWalk(axis), place(axis->GetPosition()), states(leaves.size(), kLeafUnknown) {}
 
+  BpDimension::Place place;  // the dimension of the axis
   std::vector<uint8_t> states;
 
   /// Pass two: a leaf with a written cell survives, unless it already survives anyway.
@@ -92,9 +95,9 @@ bool AllValueOrVariable(const CategoryKey& key) {
 /// Steps an outer loop's walk to its next leaf, number `index`. False for a hidden source,
 /// which is skipped. `letterLevel`: the merged test letters stand at this axis's leaves
 /// and have no slot of their own, so the cells are found from the category above them.
-bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool letterLevel, int comperimeter) {
+bool StepOuterLeaf(TableDelivery::Data& data, AxisWalk& walk, int index, bool letterLevel) {
   walk.Step();
-  if (data.IsHiddenSource(walk.key, data._parsedCatLists, comperimeter)) {
+  if (data.IsHiddenSource(walk.key, data._parsedCatLists, -1)) {
     walk.SkipStatisticsOfHiddenSource(data._statsVisible);
     return false;
   }
@@ -195,15 +198,15 @@ void StartComputedCell(TableDelivery::Data& data, bool twoComputedMeet) {
 
 /// Before a walk: the categories computed cells may name, and the explicit lists whose
 /// computed categories may hide their sources, gathered from every axis.
-void PrepareComputedCategories(TableDelivery::Data& data, QuiltTable* table, std::initializer_list<AxisWalk*> walks) {
+void PrepareComputedCategories(TableDelivery::Data& data, QuiltTable* table, const std::vector<AxisWalk>& walks) {
   data._requiredCats.clear();
   data.GetPcomputeRequiredCat(table);
-  for (AxisWalk* walk : walks) {
-    if (data.HasPostCategories(walk->leaves)) data.GetComputingCats(walk->leaves);
+  for (const AxisWalk& walk : walks) {
+    if (data.HasPostCategories(walk.leaves)) data.GetComputingCats(walk.leaves);
   }
   data._parsedCatLists.clear();
   data._parsedCatListOwners.clear();
-  for (AxisWalk* walk : walks) data.GetParsedCategory(walk->leaves);
+  for (const AxisWalk& walk : walks) data.GetParsedCategory(walk.leaves);
 }
 
 /// After pass one: the working storage of computed cells points into this group's
@@ -232,384 +235,301 @@ void MoveToCellNode(AxisWalk& walk, bool letterLevel) {
   if (letterLevel ? (!isStatistic && AllValueOrVariable(walk.key)) : isStatistic) walk.node = walk.node->GetParent();
 }
 
-/// The first of the three that is set.
-SyntaxVariableName* FirstSet(SyntaxVariableName* a, SyntaxVariableName* b, SyntaxVariableName* c = nullptr) {
-  return a != nullptr ? a : (b != nullptr ? b : c);
+/// The order the loops of the walk nest in, outermost first, as indices into `axes` (which
+/// stand in the order rows, columns, layers). The axis of the statistics' dimension runs
+/// innermost; a table of columns and layers whose statistics stand in hidden rows keeps
+/// its columns inside.
+std::vector<size_t> LoopOrder(const std::vector<TableAxis*>& axes, int statPos) {
+  auto find = [&axes](BpDimension::Place place) {
+    for (size_t i = 0; i < axes.size(); ++i) {
+      if (axes[i]->GetPosition() == place) return static_cast<int>(i);
+    }
+    return -1;
+  };
+  int inner = find(statPos == PresentationCodes::kSLabelRow      ? BpDimension::kPlaceRow
+                   : statPos == PresentationCodes::kSLabelColumn ? BpDimension::kPlaceColumn
+                                                                 : BpDimension::kPlaceLayer);
+  if (inner < 0 && statPos == PresentationCodes::kSLabelRow) inner = find(BpDimension::kPlaceColumn);
+  std::vector<size_t> order;
+  for (size_t i = 0; i < axes.size(); ++i) {
+    if (static_cast<int>(i) != inner) order.push_back(i);
+  }
+  if (inner >= 0) order.push_back(static_cast<size_t>(inner));
+  return order;
 }
 
-/// Which of the two slots of a combined key holds category labels moved by CLABELS from
-/// the other dimension; -1 when none are moved. `pos1` and `pos2` are the places of the
-/// first and second axis.
-int MovedLabelsSlot(int option, BpDimension::Place pos1, BpDimension::Place pos2) {
-  if (pos2 == BpDimension::kPlaceLayer) {
-    const bool toFirst = (option == TableEncryptionCodes::kCLabelRowLayer && pos1 == BpDimension::kPlaceRow) ||
-                         (option == TableEncryptionCodes::kCLabelColLayer && pos1 == BpDimension::kPlaceColumn);
-    return toFirst ? 1 : -1;
+/// The loop whose leaves may carry merged test letters, or -1: with three axes the
+/// columns; with two, the outer loop when the statistics stand in rows and the inner one
+/// otherwise.
+int LetterLoop(const std::vector<AxisWalk>& walks, int statPos) {
+  if (walks.size() == 2) return statPos == PresentationCodes::kSLabelRow ? 0 : 1;
+  if (walks.size() != 3) return -1;
+  for (size_t loop = 0; loop < walks.size(); ++loop) {
+    if (walks[loop].place == BpDimension::kPlaceColumn) return static_cast<int>(loop);
   }
-  if (option == TableEncryptionCodes::kCLabelRowOpposite) return 1;
-  if (option == TableEncryptionCodes::kCLabelColOpposite) return 0;
   return -1;
 }
 
-/// Pass two of a table of rows and columns: a leaf survives with a written cell in its row
-/// or column, or when empty categories are kept; the deferred empty cells of surviving
-/// leaves are written. `cubeIndex` maps outer and inner slots to the cube.
-template <typename CubeIndex>
-void FillDeferredCells2D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes,
-                         const CubeIndex& cubeIndex, AxisWalk& outer, AxisWalk& inner,
-                         const std::vector<uint8_t>& cells) {
-  const int n1 = outer.Size();
-  const int n2 = inner.Size();
-  auto cellAt = [n2](int i, int j) {
-    return static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
-  };
-  for (int i = 0; i < n1; ++i) {
-    for (int j = 0; j < n2; ++j) {
-      if (cells[cellAt(i, j)] != kCellWritten) continue;
-      outer.MarkHasCell(i);
-      inner.MarkHasCell(j);
-    }
-  }
-  auto kept = [&data](const AxisWalk& walk, int index) {
-    const uint8_t state = walk.states[static_cast<size_t>(index)];
-    return state == kLeafIncludeEmpty || state == kLeafHasCell ||
-           data.IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
-  };
-  for (int i = 0; i < n1; ++i) {
-    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
-    if (!kept(outer, i)) {
-      leaf1->GetHeaderTreeNode()->SetEmpty(true);
-      continue;
-    }
-    SelectCategory(leaf1, data._dataSource);
-    for (int j = 0; j < n2; ++j) {
-      if (!kept(inner, j)) continue;
-      const uint8_t state = cells[cellAt(i, j)];
-      if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
-      FillDeferredCell(data, cubes, cubeIndex(leaf1->GetIndex(), leaf2->GetIndex()), state,
-                       FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar()), leaf2);
-    }
-  }
-  for (int j = 0; j < n2; ++j) {
-    if (inner.states[static_cast<size_t>(j)] == kLeafUnknown) {
-      inner.leaves[static_cast<size_t>(j)]->GetHeaderTreeNode()->SetEmpty(true);
-    }
-  }
-}
+/// The walk over every cell of a table of one, two or three axes: one loop per axis, each
+/// nested in the one before it, the innermost writing the cells. A dimension without an
+/// axis is a single position: its slot is 0 and its part of a cell's key is empty.
+class CellWalk {
+ public:
+  CellWalk(TableDelivery::Data& deliveryData, QuiltTable* quiltTable,
+           const std::vector<CubeAggregator*>& tableCubes);
 
-/// The loops of a table with layers: the axis carrying the statistics is innermost. Maps
-/// the loop positions back to rows, columns and layers, and carries category labels moved
-/// by CLABELS from one dimension (`from`) to another (`to`) when keys are combined.
-struct LayeredLoop {
-  QuiltTable* table;
-  std::array<TableAxis*, 3> axes;  // in loop order
-  int order = 2;                   // the dimension looped innermost: 0 rows, 1 columns, 2 layers
-  int from = -1;
-  int to = -1;
+  /// Pass one, then pass two when a cell was deferred.
+  void Run();
 
-  LayeredLoop(QuiltTable* quiltTable, const std::vector<TableAxis*>& dimensionAxes)
-      : table(quiltTable), axes{dimensionAxes[0], dimensionAxes[1], dimensionAxes[2]} {
-    const int statPos = table->GetStatPosition();
-    if (statPos == PresentationCodes::kSLabelColumn) {
-      order = 1;
-      axes = {dimensionAxes[0], dimensionAxes[2], dimensionAxes[1]};
-    } else if (statPos == PresentationCodes::kSLabelRow) {
-      order = 0;
-      axes = {dimensionAxes[1], dimensionAxes[2], dimensionAxes[0]};
-    }
-    switch (table->GetClabelOption()) {
-      case TableEncryptionCodes::kCLabelRowOpposite:
-        from = 1;
-        to = 0;
-        break;
-      case TableEncryptionCodes::kCLabelColOpposite:
-        from = 0;
-        to = 1;
-        break;
-      case TableEncryptionCodes::kCLabelRowLayer:
-        from = 2;
-        to = 0;
-        break;
-      case TableEncryptionCodes::kCLabelColLayer:
-        from = 2;
-        to = 1;
-        break;
-      default:
-        break;
-    }
-  }
+ private:
+  /// Pass one, loop `loop` of the outer loops; `cell` numbers the cells before this loop.
+  void WalkOuter(size_t loop, size_t cell);
+  /// Pass one, the innermost loop at its leaf `index`.
+  void VisitCell(int index, size_t cell);
+  /// Pass two: which leaves survive, and the deferred cells of surviving leaves.
+  void FillDeferred();
+  void FillLoop(size_t loop, size_t cell);
 
-  /// Three values in loop order, put back in dimension order (rows, columns, layers).
+  /// The slots or keys of the loops, put back in dimension order (rows, columns, layers).
   template <typename T>
-  std::array<T, 3> InDimensionOrder(T a, T b, T c) const {
-    if (order == 0) return {c, a, b};
-    if (order == 1) return {a, c, b};
-    return {a, b, c};
+  std::array<T, 3> InDimensionOrder(const std::array<T, 3>& byLoop, T absent) const {
+    std::array<T, 3> byDimension{absent, absent, absent};
+    for (size_t loop = 0; loop < _walks.size(); ++loop) {
+      byDimension[static_cast<size_t>(_walks[loop].place)] = byLoop[loop];
+    }
+    return byDimension;
   }
+  int CubeIndex(const std::array<int, 3>& loopSlots) const {
+    const std::array<int, 3> bySlot = InDimensionOrder(loopSlots, 0);
+    return _table->GetCubeIndex(bySlot[0], bySlot[1], bySlot[2]);
+  }
+  /// The full key of the current cell; returns the place of a category moved by CLABELS.
+  int CombineKeys();
+  const AggregationCategory* GetPostCategory() const;
+  bool NeedPostCategory() const;
+  void ComputePostValues(CubeAggregator* cube);
+  SyntaxVariableName* StatisticVariable(const std::array<BPTreeNode*, 3>& leaves) const;
+  bool Kept(size_t loop, int index) const;
 
-  int CubeIndex(int a, int b, int c) const {
-    const std::array<int, 3> slots = InDimensionOrder(a, b, c);
-    return table->GetCubeIndex(slots[0], slots[1], slots[2]);
-  }
+  TableDelivery::Data& _data;
+  QuiltTable* _table;
+  const std::vector<CubeAggregator*>& _cubes;
+  std::vector<AxisWalk> _walks;  // in loop order
+  bool _swapped = false;         // the loops run in another order than the axes stand
+  int _letterLoop = -1;
+  bool _lettersMerged = false;
+  QuiltTable::LabelCarry _carry;  // labels moved by CLABELS between two dimensions with axes
 
-  int Combine(const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3, CategoryKey& combined) const {
-    const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
-    return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], combined, from, to);
-  }
-
-  void ComputePostValues(TableDelivery::Data& data, const CategoryKey& k1, const CategoryKey& k2, const CategoryKey& k3,
-                         CubeAggregator* cube) const {
-    const std::array<const CategoryKey*, 3> keys = InDimensionOrder(&k1, &k2, &k3);
-    data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], from, to, table, cube);
-  }
+  // The state of pass one.
+  std::array<int, 3> _slots{};  // the cube slot of each loop's current leaf
+  std::array<BPTreeNode*, 3> _currentLeaves{};
+  std::vector<uint8_t> _cells;  // per cell, in loop order: its CellState
+  bool _anyPending = false;
+  CellStatistic _statistic;
+  CubeLookup _lookup;
+  int _lookupIndex = -2;
+  CategoryKey _combined;
 };
 
-size_t CellOf3D(int i, int j, int k, int n2, int n3) {
-  return (static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j)) * static_cast<size_t>(n3) +
-         static_cast<size_t>(k);
+CellWalk::CellWalk(TableDelivery::Data& deliveryData, QuiltTable* quiltTable,
+                   const std::vector<CubeAggregator*>& tableCubes)
+    : _data(deliveryData), _table(quiltTable), _cubes(tableCubes) {
+  const std::vector<size_t> order = LoopOrder(_data._axes, _table->GetStatPosition());
+  _walks.reserve(order.size());
+  size_t cellCount = 1;
+  for (size_t loop = 0; loop < order.size(); ++loop) {
+    _walks.emplace_back(_data._axes[order[loop]]);
+    _swapped = _swapped || order[loop] != loop;
+    cellCount *= static_cast<size_t>(_walks.back().Size());
+  }
+  _letterLoop = LetterLoop(_walks, _table->GetStatPosition());
+  _lettersMerged = _data._mergedTests && !_data._apaMerged;
+  const QuiltTable::LabelCarry moved = QuiltTable::GetLabelCarry(_table->GetClabelOption());
+  bool fromHasAxis = false;
+  bool toHasAxis = false;
+  for (const AxisWalk& walk : _walks) {
+    fromHasAxis = fromHasAxis || walk.place == moved.from;
+    toHasAxis = toHasAxis || walk.place == moved.to;
+  }
+  if (fromHasAxis && toHasAxis) _carry = moved;
+  if (_walks.size() > 1) _cells.assign(cellCount, kCellUnknown);
 }
 
-/// Pass two of a table with layers: a leaf survives with a written cell anywhere in its
-/// slice, and the deferred empty cells of surviving leaves are written.
-void FillDeferredCells3D(TableDelivery::Data& data, const std::vector<CubeAggregator*>& cubes, const LayeredLoop& loop,
-                         std::array<AxisWalk*, 3> walks, const std::vector<uint8_t>& cells) {
-  AxisWalk& walk1 = *walks[0];
-  AxisWalk& walk2 = *walks[1];
-  AxisWalk& walk3 = *walks[2];
-  const int n1 = walk1.Size();
-  const int n2 = walk2.Size();
-  const int n3 = walk3.Size();
-  for (int i = 0; i < n1; ++i) {
-    for (int j = 0; j < n2; ++j) {
-      for (int k = 0; k < n3; ++k) {
-        if (cells[CellOf3D(i, j, k, n2, n3)] != kCellWritten) continue;
-        walk1.MarkHasCell(i);
-        walk2.MarkHasCell(j);
-        walk3.MarkHasCell(k);
-      }
+void CellWalk::Run() {
+  PrepareComputedCategories(_data, _table, _walks);
+  WalkOuter(0, 0);
+  FinishComputedCategories(_data);
+  if (_anyPending && _walks.size() > 1) FillDeferred();
+}
+
+void CellWalk::WalkOuter(size_t loop, size_t cell) {
+  AxisWalk& walk = _walks[loop];
+  const size_t base = cell * static_cast<size_t>(walk.Size());
+  if (loop + 1 == _walks.size()) {
+    for (int index = 0; index < walk.Size(); ++index) VisitCell(index, base + static_cast<size_t>(index));
+    return;
+  }
+  const bool letterLevel = _lettersMerged && static_cast<int>(loop) == _letterLoop;
+  for (int index = 0; index < walk.Size(); ++index) {
+    BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
+    if (!StepOuterLeaf(_data, walk, index, letterLevel)) continue;
+    _slots[loop] = walk.node->GetCubeIndexInDim();
+    _currentLeaves[loop] = leaf;
+    SelectCategory(leaf, _data._dataSource);
+    _walks[loop + 1].Restart();
+    WalkOuter(loop + 1, base + static_cast<size_t>(index));
+  }
+}
+
+void CellWalk::VisitCell(int index, size_t cell) {
+  const size_t loop = _walks.size() - 1;
+  AxisWalk& walk = _walks[loop];
+  BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
+  walk.Step();
+  if (_data.IsHiddenSource(walk.key, _data._parsedCatLists, -1)) {
+    walk.SkipStatisticsOfHiddenSource(_data._statsVisible);
+    return;
+  }
+  if (!_data._statsVisible) MoveToCellNode(walk, _lettersMerged && static_cast<int>(loop) == _letterLoop);
+  if (walk.emptyCount > 0) walk.states[static_cast<size_t>(index)] = kLeafIncludeEmpty;
+  if (_data._statsVisible) _statistic.ReadFrom(walk.node);
+  _slots[loop] = walk.node->GetCubeIndexInDim();
+  _currentLeaves[loop] = leaf;
+  const int cubeIndex = CubeIndex(_slots);
+  if (cubeIndex != _lookupIndex) {
+    _lookupIndex = cubeIndex;
+    _lookup.Find(_cubes, cubeIndex);
+  }
+  if (_lookup.cube == nullptr) return;
+  const int carried = CombineKeys();
+  const StatValues* values =
+      _lookup.cube->IsCubeEmpty() ? nullptr : _lookup.cube->GetStatValues(_combined, carried);
+  SyntaxVariableName* statVar = StatisticVariable(_currentLeaves);
+  // With one axis nothing else can keep a row alive: the cell's own fate is its node's.
+  const bool single = _walks.size() == 1;
+
+  if (const AggregationCategory* post = GetPostCategory()) {
+    StartComputedCell(_data, NeedPostCategory());
+    ComputePostValues(_lookup.cube);
+    _data.ProcessPostValues(_lookup.cellStats, _lookup.totalStats, statVar, _statistic.type, _statistic.ptile,
+                            _statistic.format, leaf, post);
+    if (single) walk.node->SetEmpty(false);
+    return;  // a computed cell keeps nothing alive by itself
+  }
+  bool allKeepEmpty = true;
+  for (const AxisWalk& each : _walks) allKeepEmpty = allKeepEmpty && each.emptyCount >= 1;
+  const CellVisit visit{_lookup, _combined, values, statVar, _statistic, leaf};
+  const uint8_t state = WriteOrDefer(_data, visit, allKeepEmpty, _anyPending);
+  if (single) {
+    walk.node->SetEmpty(state != kCellWritten);
+  } else {
+    _cells[cell] = state;
+  }
+}
+
+int CellWalk::CombineKeys() {
+  if (_walks.size() == 1) {
+    _combined = _walks[0].key;
+    return -1;
+  }
+  static const CategoryKey kNoKey;
+  std::array<const CategoryKey*, 3> byLoop{};
+  for (size_t loop = 0; loop < _walks.size(); ++loop) byLoop[loop] = &_walks[loop].key;
+  const std::array<const CategoryKey*, 3> keys = InDimensionOrder(byLoop, &kNoKey);
+  return QuiltTable::Combine3CellKeys(*keys[0], *keys[1], *keys[2], _combined, _carry.from, _carry.to);
+}
+
+const AggregationCategory* CellWalk::GetPostCategory() const {
+  for (const AxisWalk& walk : _walks) {
+    if (const AggregationCategory* post = _data.GetPostCategory1D(walk.key)) return post;
+  }
+  return nullptr;
+}
+
+bool CellWalk::NeedPostCategory() const {
+  // Two computed categories meet, or one key holds two.
+  int withComputed = 0;
+  for (const AxisWalk& walk : _walks) {
+    if (_data.NeedPostCategory1D(walk.key)) return true;
+    if (_data.GetPostCategory1D(walk.key) != nullptr) ++withComputed;
+  }
+  return withComputed >= 2;
+}
+
+void CellWalk::ComputePostValues(CubeAggregator* cube) {
+  if (_walks.size() == 1) {
+    _data.ComputePostCategoryValues1D(_walks[0].key, cube);
+  } else if (_walks.size() == 2) {
+    // The slot of the key that carries a moved label, the keys taken in dimension order.
+    int carriedSlot = -1;
+    if (_carry.from >= 0) carriedSlot = (_walks[0].place == _carry.from) == _swapped ? 1 : 0;
+    _data.ComputePostCategoryValues2D(_walks[0].key, _walks[1].key, _swapped, carriedSlot, _table, cube);
+  } else {
+    const std::array<const CategoryKey*, 3> keys =
+        InDimensionOrder<const CategoryKey*>({&_walks[0].key, &_walks[1].key, &_walks[2].key}, nullptr);
+    _data.ComputePostCategoryValues3D(*keys[0], *keys[1], *keys[2], _carry.from, _carry.to, _table, cube);
+  }
+}
+
+/// The variable whose statistics a cell shows: the first set on the cell's leaves,
+/// outermost first.
+SyntaxVariableName* CellWalk::StatisticVariable(const std::array<BPTreeNode*, 3>& leaves) const {
+  for (size_t loop = 0; loop < _walks.size(); ++loop) {
+    if (SyntaxVariableName* variable = leaves[loop]->GetStatSourceVar()) return variable;
+  }
+  return nullptr;
+}
+
+bool CellWalk::Kept(size_t loop, int index) const {
+  const AxisWalk& walk = _walks[loop];
+  const uint8_t state = walk.states[static_cast<size_t>(index)];
+  return state == kLeafIncludeEmpty || state == kLeafHasCell ||
+         _data.IsEmptyIncluded(walk.leaves[static_cast<size_t>(index)]->GetSourceVariable());
+}
+
+void CellWalk::FillDeferred() {
+  for (size_t cell = 0; cell < _cells.size(); ++cell) {
+    if (_cells[cell] != kCellWritten) continue;
+    size_t rest = cell;
+    for (size_t loop = _walks.size(); loop-- > 0;) {
+      const size_t size = static_cast<size_t>(_walks[loop].Size());
+      _walks[loop].MarkHasCell(static_cast<int>(rest % size));
+      rest /= size;
     }
   }
-  for (int i = 0; i < n1; ++i) {
-    if (!walk1.Survives(i)) continue;
-    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    SelectCategory(leaf1, data._dataSource);
-    for (int j = 0; j < n2; ++j) {
-      if (!walk2.Survives(j)) continue;
-      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      SelectCategory(leaf2, data._dataSource);
-      for (int k = 0; k < n3; ++k) {
-        if (!walk3.Survives(k)) continue;
-        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
-        const uint8_t state = cells[CellOf3D(i, j, k, n2, n3)];
-        if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
-        FillDeferredCell(data, cubes, loop.CubeIndex(leaf1->GetIndex(), leaf2->GetIndex(), leaf3->GetIndex()), state,
-                         FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar()),
-                         leaf3);
-      }
+  FillLoop(0, 0);
+  // A leaf that keeps no cell is marked empty, for the test tables built after.
+  for (size_t loop = 0; loop < _walks.size(); ++loop) {
+    for (int index = 0; index < _walks[loop].Size(); ++index) {
+      if (!Kept(loop, index))
+        _walks[loop].leaves[static_cast<size_t>(index)]->GetHeaderTreeNode()->SetEmpty(true);
     }
+  }
+}
+
+void CellWalk::FillLoop(size_t loop, size_t cell) {
+  const AxisWalk& walk = _walks[loop];
+  const bool innermost = loop + 1 == _walks.size();
+  for (int index = 0; index < walk.Size(); ++index) {
+    if (!Kept(loop, index)) continue;
+    BPTreeNode* leaf = walk.leaves[static_cast<size_t>(index)];
+    _currentLeaves[loop] = leaf;
+    _slots[loop] = leaf->GetIndex();
+    const size_t here = cell * static_cast<size_t>(walk.Size()) + static_cast<size_t>(index);
+    if (!innermost) {
+      SelectCategory(leaf, _data._dataSource);
+      FillLoop(loop + 1, here);
+      continue;
+    }
+    const uint8_t state = _cells[here];
+    if (state != kCellEmptyTotal && state != kCellEmptyRegular) continue;
+    FillDeferredCell(_data, _cubes, CubeIndex(_slots), state, StatisticVariable(_currentLeaves), leaf);
   }
 }
 
 }  // namespace
 
-int TableDelivery::Data::Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
-  AxisWalk walk(_axes[0]);
-  PrepareComputedCategories(*this, table, {&walk});
-
-  CellStatistic statistic;
-  CubeLookup lookup;
-  for (int i = 0; i < walk.Size(); ++i) {
-    BPTreeNode* leaf = walk.leaves[static_cast<size_t>(i)];
-    walk.Step();
-    if (IsHiddenSource(walk.key, _parsedCatLists, -1)) {
-      walk.SkipStatisticsOfHiddenSource(_statsVisible);
-      continue;
-    }
-    if (!_statsVisible && walk.node->GetType() == HeaderTreeNode::kHNodeTypeStatistic) {
-      walk.node = walk.node->GetParent();
-    }
-    SyntaxVariableName* statVar = leaf->GetStatSourceVar();
-    if (_statsVisible) statistic.ReadFrom(walk.node);
-    lookup.Find(cubes, table->GetCubeIndex(walk.node->GetCubeIndexInDim()));
-    if (lookup.cube == nullptr) continue;
-    const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(walk.key, -1);
-
-    if (const AggregationCategory* post = GetPostCategory1D(walk.key)) {
-      StartComputedCell(*this, NeedPostCategory1D(walk.key));
-      ComputePostCategoryValues1D(walk.key, lookup.cube);
-      ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile, statistic.format,
-                        leaf, post);
-      walk.node->SetEmpty(false);
-    } else if (values != nullptr) {
-      ProcessStatValues(*values, lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                        statistic.format, leaf);
-      walk.node->SetEmpty(false);
-    } else if (walk.emptyCount < 1) {
-      walk.node->SetEmpty(true);
-    } else {
-      ProcessEmptyCell(lookup.IsTotalCell(walk.key), lookup.cellStats, lookup.totalStats, statVar, statistic.type,
-                       statistic.ptile, statistic.format, leaf);
-      walk.node->SetEmpty(false);
-    }
-  }
-  FinishComputedCategories(*this);
-  return 0;
-}
-
-int TableDelivery::Data::Render2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
-  const int statPos = table->GetStatPosition();
-  TableAxis* axis1 = _axes[0];
-  TableAxis* axis2 = _axes[1];
-  const BpDimension::Place pos1 = axis1->GetPosition();
-  const BpDimension::Place pos2 = axis2->GetPosition();
-  // The axis that carries the statistics is the inner loop.
-  const bool swapped = statPos == PresentationCodes::kSLabelRow ||
-                       (statPos == PresentationCodes::kSLabelColumn && pos1 == BpDimension::kPlaceColumn);
-  if (swapped) std::swap(axis1, axis2);
-
-  const int comperimeter = MovedLabelsSlot(table->GetClabelOption(), pos1, pos2);
-
-  AxisWalk outer(axis1);
-  AxisWalk inner(axis2);
-  PrepareComputedCategories(*this, table, {&outer, &inner});
-
-  const int n1 = outer.Size();
-  const int n2 = inner.Size();
-  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2), kCellUnknown);
-  const bool lettersMerged = _mergedTests && !_apaMerged;
-  bool anyPending = false;
-  CellStatistic statistic;
-  CubeLookup lookup;
-  CategoryKey combined;
-
-  // Pass one.
-  for (int i = 0; i < n1; ++i) {
-    BPTreeNode* leaf1 = outer.leaves[static_cast<size_t>(i)];
-    if (!StepOuterLeaf(*this, outer, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, comperimeter)) {
-      continue;
-    }
-    SyntaxVariableName* statVar = leaf1->GetStatSourceVar();
-    const int outerIndex = outer.node->GetCubeIndexInDim();
-    SelectCategory(leaf1, _dataSource);
-
-    int lastOuter = -2;
-    int lastInner = -2;
-    inner.Restart();
-    for (int j = 0; j < n2; ++j) {
-      BPTreeNode* leaf2 = inner.leaves[static_cast<size_t>(j)];
-      inner.Step();
-      if (IsHiddenSource(inner.key, _parsedCatLists, comperimeter)) {
-        inner.SkipStatisticsOfHiddenSource(_statsVisible);
-        continue;
-      }
-      if (!_statsVisible) MoveToCellNode(inner, lettersMerged && statPos != PresentationCodes::kSLabelRow);
-      SyntaxVariableName* cellVar = FirstSet(leaf2->GetStatSourceVar(), statVar);
-      if (inner.emptyCount > 0) inner.states[static_cast<size_t>(j)] = kLeafIncludeEmpty;
-      const int innerIndex = inner.node->GetCubeIndexInDim();
-      if (_statsVisible) statistic.ReadFrom(inner.node);
-      if (outerIndex != lastOuter || innerIndex != lastInner) {
-        lastOuter = outerIndex;
-        lastInner = innerIndex;
-        lookup.Find(
-            cubes, swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex));
-      }
-      if (lookup.cube == nullptr) continue;
-
-      const int carried = swapped ? QuiltTable::Combine2CellKeys(inner.key, outer.key, combined, comperimeter)
-                                  : QuiltTable::Combine2CellKeys(outer.key, inner.key, combined, comperimeter);
-      const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
-      const size_t cell = static_cast<size_t>(i) * static_cast<size_t>(n2) + static_cast<size_t>(j);
-
-      if (const AggregationCategory* post = GetPostCategory2D(outer.key, inner.key)) {
-        StartComputedCell(*this, NeedPostCategory2D(outer.key, inner.key));
-        ComputePostCategoryValues2D(outer.key, inner.key, swapped, comperimeter, table, lookup.cube);
-        ProcessPostValues(lookup.cellStats, lookup.totalStats, cellVar, statistic.type, statistic.ptile,
-                          statistic.format, leaf2, post);
-        continue;  // a computed cell keeps nothing alive by itself
-      }
-      const CellVisit visit{lookup, combined, values, cellVar, statistic, leaf2};
-      cells[cell] = WriteOrDefer(*this, visit, outer.emptyCount >= 1 && inner.emptyCount >= 1, anyPending);
-    }
-  }
-  FinishComputedCategories(*this);
-  if (!anyPending) return 0;
-  auto cubeIndex = [&](int outerIndex, int innerIndex) {
-    return swapped ? table->GetCubeIndex(innerIndex, outerIndex) : table->GetCubeIndex(outerIndex, innerIndex);
-  };
-  FillDeferredCells2D(*this, cubes, cubeIndex, outer, inner, cells);
-  return 0;
-}
-
-int TableDelivery::Data::Render3DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
-  const int statPos = table->GetStatPosition();
-  const LayeredLoop loop(table, _axes);
-  AxisWalk walk1(loop.axes[0]);
-  AxisWalk walk2(loop.axes[1]);
-  AxisWalk walk3(loop.axes[2]);
-  PrepareComputedCategories(*this, table, {&walk1, &walk2, &walk3});
-
-  const int n1 = walk1.Size();
-  const int n2 = walk2.Size();
-  const int n3 = walk3.Size();
-  std::vector<uint8_t> cells(static_cast<size_t>(n1) * static_cast<size_t>(n2) * static_cast<size_t>(n3), kCellUnknown);
-  const bool lettersMerged = _mergedTests && !_apaMerged;
-  bool anyPending = false;
-  CellStatistic statistic;
-  CubeLookup lookup;
-  CategoryKey combined;
-
-  // Pass one.
-  for (int i = 0; i < n1; ++i) {
-    BPTreeNode* leaf1 = walk1.leaves[static_cast<size_t>(i)];
-    if (!StepOuterLeaf(*this, walk1, i, lettersMerged && statPos == PresentationCodes::kSLabelRow, -1)) continue;
-    const int index1 = walk1.node->GetCubeIndexInDim();
-    SelectCategory(leaf1, _dataSource);
-
-    walk2.Restart();
-    for (int j = 0; j < n2; ++j) {
-      BPTreeNode* leaf2 = walk2.leaves[static_cast<size_t>(j)];
-      if (!StepOuterLeaf(*this, walk2, j, lettersMerged && statPos == PresentationCodes::kSLabelLayer, -1)) continue;
-      const int index2 = walk2.node->GetCubeIndexInDim();
-      SelectCategory(leaf2, _dataSource);
-
-      int lastIndex3 = -2;
-      walk3.Restart();
-      for (int k = 0; k < n3; ++k) {
-        BPTreeNode* leaf3 = walk3.leaves[static_cast<size_t>(k)];
-        walk3.Step();
-        if (IsHiddenSource(walk3.key, _parsedCatLists, -1)) {
-          walk3.SkipStatisticsOfHiddenSource(_statsVisible);
-          continue;
-        }
-        if (!_statsVisible) MoveToCellNode(walk3, lettersMerged && statPos == PresentationCodes::kSLabelColumn);
-        if (walk3.emptyCount > 0) walk3.states[static_cast<size_t>(k)] = kLeafIncludeEmpty;
-        SyntaxVariableName* statVar =
-            FirstSet(leaf1->GetStatSourceVar(), leaf2->GetStatSourceVar(), leaf3->GetStatSourceVar());
-        const int index3 = walk3.node->GetCubeIndexInDim();
-        if (_statsVisible) statistic.ReadFrom(walk3.node);
-        if (index3 != lastIndex3) {
-          lastIndex3 = index3;
-          lookup.Find(cubes, loop.CubeIndex(index1, index2, index3));
-        }
-        if (lookup.cube == nullptr) continue;
-        const int carried = loop.Combine(walk1.key, walk2.key, walk3.key, combined);
-        const StatValues* values = lookup.cube->IsCubeEmpty() ? nullptr : lookup.cube->GetStatValues(combined, carried);
-
-        if (const AggregationCategory* post = GetPostCategory3D(walk1.key, walk2.key, walk3.key)) {
-          StartComputedCell(*this, NeedPostCategory3D(walk1.key, walk2.key, walk3.key));
-          loop.ComputePostValues(*this, walk1.key, walk2.key, walk3.key, lookup.cube);
-          ProcessPostValues(lookup.cellStats, lookup.totalStats, statVar, statistic.type, statistic.ptile,
-                            statistic.format, leaf3, post);
-          continue;
-        }
-        const CellVisit visit{lookup, combined, values, statVar, statistic, leaf3};
-        cells[CellOf3D(i, j, k, n2, n3)] = WriteOrDefer(
-            *this, visit, walk1.emptyCount >= 1 && walk2.emptyCount >= 1 && walk3.emptyCount >= 1, anyPending);
-      }
-    }
-  }
-  FinishComputedCategories(*this);
-  if (anyPending) FillDeferredCells3D(*this, cubes, loop, {&walk1, &walk2, &walk3}, cells);
+int TableDelivery::Data::RenderCells(QuiltTable* table, const std::vector<CubeAggregator*>& cubes) {
+  CellWalk(*this, table, cubes).Run();
   return 0;
 }

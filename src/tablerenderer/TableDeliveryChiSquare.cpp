@@ -5,7 +5,6 @@
 // label leaves, "Chi-square", "df" and "Sig."; the columns end in the column variables; the
 // layers, when there are any, in their categories. The categories above a leaf fix the outer
 // categories of the test, and the variables at the leaves are the two that are tested.
-#include <deque>
 #include <memory>
 #include <string>
 
@@ -28,7 +27,7 @@
 #include "parser/SyntaxVariableName.h"
 #include "tablebuilder/HeaderTreeNode.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
+#include "tablebuilder/SelectTestedCategories.h"
 #include "tablebuilder/StatTreeNode.h"
 #include "tablerenderer/AlphaFormat.h"
 #include "tablerenderer/AxisLeafWalk.h"
@@ -122,7 +121,7 @@ void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::v
                                                  const CategoryKey& layerKey, int layerIndex,
                                                  const SigTestSettings& settings) {
   const bool useSubtotals = settings._includeSubtotals;
-  const bool baseWeighted = SyntaxConverter::GetBaseWeightVarIndex() >= 0;
+  const QuiltSigTests::SampleSizes sizes = QuiltSigTests::SizesFor(SyntaxConverter::GetBaseWeightVarIndex() >= 0);
   AxisLeafWalk columns(columnAxis);
   AxisLeafWalk rows(rowAxis);
 
@@ -162,11 +161,8 @@ void TableDelivery::Data::RenderChiSquare2DTable(QuiltTable* table, const std::v
         CategoryKey rowCats;
         SelectInnerCategs(rowVariable, rowCats, useSubtotals);
         const bool rowIsMR = IsMRSet(rowVariable);
-        result = baseWeighted
-                     ? QuiltSigTestsEffBase::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
-                                                          columnCats, /*weighted=*/true, rowIsMR, columnIsMR)
-                     : QuiltSigTests::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats,
-                                                   columnCats, /*weighted=*/true, rowIsMR, columnIsMR);
+        result = QuiltSigTests::GetChiSquare(*cube, rows.key, columns.key, layerKey, rowCats, columnCats,
+                                             /*weighted=*/true, rowIsMR, columnIsMR, sizes);
       }
 
       WriteTestCells(*this, rows.leaves, i, result, sameVariable, settings);
@@ -182,66 +178,12 @@ int TableDelivery::Data::SelectInnerCategs(SyntaxVariableName* variable, Categor
   TableDimension* dimension = engineVariable != nullptr ? engineVariable->GetTableDimension() : nullptr;
   if (dimension == nullptr) return 0;
   // The categories the table shows: a hidden subtotal stands there in place of its own.
-  const std::vector<AggregationCategory*> all = QuiltTable::ShownCategories(*dimension);
-
-  // The categories a subtotal sums are those before it back to the previous subtotal or
-  // total, in the order the totals face. So the list is scanned from the categories towards
-  // their subtotal, holding the categories met in a buffer until it is clear whether a
-  // subtotal takes their place; scanned backwards, everything goes in at the front.
-  // A hidden subtotal is tested as the table shows it, as one category: its own categories
-  // are not in the list, so nothing is counted twice, and what waits in the buffer is not
-  // summed by it.
-  const bool forward = variable->GetIsTotalPositionAfter();
-  std::deque<const AggregationCategory*> result;
-  std::deque<const AggregationCategory*> buffer;
-  auto take = [&](const AggregationCategory* category) {
-    if (forward) {
-      result.push_back(category);
-    } else {
-      result.push_front(category);
-    }
-  };
-  auto flush = [&]() {
-    if (forward) {
-      result.insert(result.end(), buffer.begin(), buffer.end());
-    } else {
-      result.insert(result.begin(), buffer.begin(), buffer.end());
-    }
-    buffer.clear();
-  };
-  const int count = static_cast<int>(all.size());
-  for (int step = 0; step < count; ++step) {
-    const AggregationCategory* category = all[static_cast<std::size_t>(forward ? step : count - 1 - step)];
-    switch (category->GetCatType()) {
-      case AggregationCategory::kNone:
-      case AggregationCategory::kPcompute:
-        break;
-      case AggregationCategory::kHSubtotal:
-        flush();
-        take(category);
-        break;
-      case AggregationCategory::kSubtotal:
-        if (!useSubtotals) {
-          flush();
-          break;
-        }
-        buffer.clear();
-        take(category);
-        _subtotalsTested = true;
-        break;
-      case AggregationCategory::kTotal:
-        flush();
-        break;
-      default:
-        if (forward) {
-          buffer.push_back(category);
-        } else {
-          buffer.push_front(category);
-        }
-        break;
-    }
+  const std::vector<AggregationCategory*> selected = SelectTestedCategories(
+      QuiltTable::ShownCategories(*dimension), useSubtotals, variable->GetIsTotalPositionAfter(),
+      [](const AggregationCategory* category) { return category->GetCatType(); });
+  categories.assign(selected.begin(), selected.end());
+  for (const AggregationCategory* category : categories) {
+    if (category->GetCatType() == AggregationCategory::kSubtotal) _subtotalsTested = true;
   }
-  flush();
-  categories.assign(result.begin(), result.end());
   return static_cast<int>(categories.size());
 }

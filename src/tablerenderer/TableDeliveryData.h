@@ -101,9 +101,8 @@ struct TableDelivery::Data {
                            int tableIndex);
 
   // ---- Cell rendering (TableDeliveryCells.cpp) ------------------------------------------
-  int Render1DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
-  int Render2DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
-  int Render3DTable(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
+  /// Writes every cell of the table over its one to three axes.
+  int RenderCells(QuiltTable* table, const std::vector<CubeAggregator*>& cubes);
 
   // ---- Cell text (TableDeliveryCellText.cpp) --------------------------------------------
   bool ProcessStatValues(const StatValues& values, const CellStatistics* cellStats,

@@ -14,7 +14,6 @@
 #include "host/engine/AggregationMDSet.h"
 #include "host/engine/EngineTestSupport.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 
 namespace {
 
@@ -124,9 +123,9 @@ ChiSquareResult RunCase(const ReferenceCase& testCase) {
   if (testCase.layout == kNested) rowPath.push_back(CategoryOf(outer, testCase.pathValue));
   if (testCase.layout == kLayered) layerPath.push_back(CategoryOf(outer, testCase.pathValue));
   // Under a base weight the test works on effective bases.
-  const auto test = base ? &QuiltSigTestsEffBase::GetChiSquare : &QuiltSigTests::GetChiSquare;
-  return test(*aggregator, rowPath, {}, layerPath, Tested(rows), Tested(columns), /*weighted=*/true,
-              testCase.layout == kRowSet, testCase.layout == kColumnSet);
+  return QuiltSigTests::GetChiSquare(*aggregator, rowPath, {}, layerPath, Tested(rows), Tested(columns),
+                                     /*weighted=*/true, testCase.layout == kRowSet, testCase.layout == kColumnSet,
+                                     QuiltSigTests::SizesFor(base));
 }
 
 void ExpectClose(double actual, double expected, const char* what) {

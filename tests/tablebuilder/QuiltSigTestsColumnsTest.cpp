@@ -13,7 +13,6 @@
 #include "host/engine/EngineTestSupport.h"
 #include "parser/SigTestSettings.h"
 #include "tablebuilder/QuiltSigTests.h"
-#include "tablebuilder/QuiltSigTestsEffBase.h"
 
 namespace {
 
@@ -120,16 +119,14 @@ struct SurveyCube {
   ColumnMeansResult Means(int row, const CategoryPath& testCols, const SigTestSettings& settings) const {
     const CategoryPath rowCats = {_rows[static_cast<std::size_t>(row)]};
     const bool setColumns = IsSet(_columnVariable->GetName());
-    const auto test =
-        _effective ? &QuiltSigTestsEffBase::GetColumnPairwise : &QuiltSigTests::GetColumnPairwise;
-    return test(*_cube, _harness.Index("x"), rowCats, {}, _layer, testCols, true, setColumns, settings, ".");
+    return QuiltSigTests::GetColumnPairwise(*_cube, _harness.Index("x"), rowCats, {}, _layer, testCols, true,
+                                            setColumns, settings, ".", QuiltSigTests::SizesFor(_effective));
   }
 
   ColumnProportionsResult Proportions(const CategoryPath& testRows, const SigTestSettings& settings) const {
-    const auto test =
-        _effective ? &QuiltSigTestsEffBase::GetColumnProportions : &QuiltSigTests::GetColumnProportions;
-    return test(*_cube, {}, {}, _layer, testRows, _columns, true, IsSet(_rowVariable->GetName()),
-                IsSet(_columnVariable->GetName()), settings, ".");
+    return QuiltSigTests::GetColumnProportions(*_cube, {}, {}, _layer, testRows, _columns, true,
+                                               IsSet(_rowVariable->GetName()), IsSet(_columnVariable->GetName()),
+                                               settings, ".", QuiltSigTests::SizesFor(_effective));
   }
 };
 

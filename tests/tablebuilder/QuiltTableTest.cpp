@@ -162,8 +162,7 @@ TEST(QuiltTable, AStackWithNoDataAnywhereStillGetsAHeader) {
 // Combine2CellKeys and Combine3CellKeys, which put a category carried by CLABELS back in its
 // place, are pinned by the delivered goldens of every CLABELS option
 // (tests/golden/tablerenderer/delivered/clabels-*): a misplaced category sends the cells to
-// other places. GetCarryFrom2 and GetCarryFromTo3 have no caller outside the tests: the
-// renderer works out where a category is carried itself.
+// other places, and so is GetLabelCarry, which says where each option carries a category.
 TEST(QuiltTable, LeafWalkOverATreeWithoutCategoriesKeepsAnEmptyKey) {
   std::unique_ptr<BuiltTable> built = BuiltTable::Build("QUILT /TABLE score [MEAN SUM VALIDN].");
   ASSERT_TRUE(built);

@@ -302,6 +302,29 @@ struct CubeAggregator::Data {
     return inserted.first->second;
   }
 
+  /// The cell of a key whose code at position i is `codeAt(i)`: read from the dense table
+  /// when the key fits it (`dense`, at `denseIndex`), else found in the index or inserted,
+  /// and then noted in the dense table.
+  template <typename CodeAt>
+  std::uint32_t CellOf(bool dense, std::size_t denseIndex, const CodeAt& codeAt) {
+    if (dense && _dense[denseIndex] != 0) return _dense[denseIndex] - 1;
+    PackedKey key;
+    for (std::size_t i = 0; i < _positions.size(); ++i) {
+      const int slot = SlotOf(codeAt(i));
+      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
+      PutSlot(key, static_cast<int>(i), slot);
+    }
+    const std::uint32_t where = Insert(key);
+    if (dense) _dense[denseIndex] = where + 1;
+    return where;
+  }
+
+  /// The codes at each position of the keys a leaf cell `leafKey` contributes to: its own,
+  /// its subtotal and the total of a single variable; for a combination cell of a dichotomy
+  /// set each member counted, its subtotals and the total, with the members counted
+  /// (`maskResponses`) and those of each subtotal (`subtotalResponses`).
+  void ContributionOptions(const PackedKey& leafKey, std::vector<std::vector<int>>& options, double& maskResponses,
+                           std::map<int, double>& subtotalResponses) const;
   bool AddCaseAsMask(const CaseBlock& block, std::size_t k, std::uint64_t mask);
   bool AddCaseWithOneSet(const CaseBlock& block, std::size_t k);
   void AddCaseGeneral(const CaseBlock& block, std::size_t k);
@@ -807,19 +830,8 @@ bool CubeAggregator::Data::AddCaseAsMask(const CaseBlock& block, std::size_t k, 
     dense = dense && shifted < _denseCapacity;
     if (dense) denseIndex += static_cast<std::size_t>(shifted) * _denseStride[i];
   }
-  std::uint32_t where = 0;
-  if (dense && _dense[denseIndex] != 0) {
-    where = _dense[denseIndex] - 1;
-  } else {
-    PackedKey key;
-    for (std::size_t i = 0; i < n; ++i) {
-      const int slot = SlotOf(i == setPosition ? setCode : _codes[i][k]);
-      QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
-      PutSlot(key, static_cast<int>(i), slot);
-    }
-    where = Insert(key);
-    if (dense) _dense[denseIndex] = where + 1;
-  }
+  const std::uint32_t where =
+      CellOf(dense, denseIndex, [&](std::size_t i) { return i == setPosition ? setCode : _codes[i][k]; });
   // A set carrying the statistics gets its responses when Complete knows the cells: a
   // dichotomy member is never a category flagged missing.
   if (statAtSet || _statPosition < 0) {
@@ -925,19 +937,8 @@ void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k)
       denseIndex += static_cast<std::size_t>(shifted) * (dense ? _denseStride[i] : 0);
       if (static_cast<int>(i) == _statPosition) statEntry = &entry;
     }
-    std::uint32_t where = 0;
-    if (dense && _dense[denseIndex] != 0) {
-      where = _dense[denseIndex] - 1;
-    } else {
-      PackedKey key;
-      for (std::size_t i = 0; i < n; ++i) {
-        const int slot = SlotOf(_lists[i][_odometer[i]]._code);
-        QUILT_ASSERT(slot >= 0, "a category encoding does not fit the cell key");
-        PutSlot(key, static_cast<int>(i), slot);
-      }
-      where = Insert(key);
-      if (dense) _dense[denseIndex] = where + 1;
-    }
+    const std::uint32_t where =
+        CellOf(dense, denseIndex, [this](std::size_t i) { return _lists[i][_odometer[i]]._code; });
     const bool valid = statEntry == nullptr || !statEntry->_missingCategory;
     Update(where, block, k, bucket, valid, statEntry != nullptr ? statEntry->_responses : 0.0);
     // Next combination of entries.
@@ -947,6 +948,38 @@ void CubeAggregator::Data::AddCaseGeneral(const CaseBlock& block, std::size_t k)
       _odometer[i] = 0;
     }
     if (i == n) break;
+  }
+}
+
+void CubeAggregator::Data::ContributionOptions(const PackedKey& leafKey, std::vector<std::vector<int>>& options,
+                                               double& maskResponses,
+                                               std::map<int, double>& subtotalResponses) const {
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    const int code = DecodeSlot(leafKey, static_cast<int>(i));
+    options[i].assign(1, code);
+    if (_single[i] && code != kCellKeyTotal) {
+      const int subtotal = _dimensions[i]->SubtotalOf(code);
+      if (subtotal != 0) options[i].push_back(subtotal);
+      options[i].push_back(kCellKeyTotal);
+    }
+    if (static_cast<int>(i) == _setPosition && _maskMembers > 0 && code >= _maskMembers) {
+      // A combination cell: each member counted, then the set's total.
+      options[i].clear();
+      subtotalResponses.clear();
+      const std::uint64_t mask = static_cast<std::uint64_t>(code - _maskMembers);
+      for (int member = 0; member < _maskMembers; ++member) {
+        if (mask & (std::uint64_t{1} << member)) {
+          options[i].push_back(member);
+          maskResponses += 1.0;
+          // A subtotal takes the cell once, with the responses of its members.
+          const int subtotal = _dimensions[i]->SubtotalOf(member);
+          if (subtotal == 0) continue;
+          if (subtotalResponses.find(subtotal) == subtotalResponses.end()) options[i].push_back(subtotal);
+          subtotalResponses[subtotal] += 1.0;
+        }
+      }
+      options[i].push_back(kCellKeyTotal);
+    }
   }
 }
 
@@ -973,47 +1006,15 @@ void CubeAggregator::Complete() {
     const PackedKey& leafKey = leafKeys[source];
     double maskResponses = 0.0;  // members in a combination cell of a dichotomy set, else 0
     std::map<int, double> subtotalResponses;  // members of each subtotal in that combination
-    for (std::size_t i = 0; i < n; ++i) {
-      const int code = DecodeSlot(leafKey, static_cast<int>(i));
-      options[i].assign(1, code);
-      if (d._single[i] && code != kCellKeyTotal) {
-        const int subtotal = d._dimensions[i]->SubtotalOf(code);
-        if (subtotal != 0) options[i].push_back(subtotal);
-        options[i].push_back(kCellKeyTotal);
-      }
-      if (static_cast<int>(i) == d._setPosition && d._maskMembers > 0 && code >= d._maskMembers) {
-        // A combination cell: each member counted, then the set's total.
-        options[i].clear();
-        subtotalResponses.clear();
-        const std::uint64_t mask = static_cast<std::uint64_t>(code - d._maskMembers);
-        for (int member = 0; member < d._maskMembers; ++member) {
-          if (mask & (std::uint64_t{1} << member)) {
-            options[i].push_back(member);
-            maskResponses += 1.0;
-            // A subtotal takes the cell once, with the responses of its members.
-            const int subtotal = d._dimensions[i]->SubtotalOf(member);
-            if (subtotal == 0) continue;
-            if (subtotalResponses.find(subtotal) == subtotalResponses.end()) options[i].push_back(subtotal);
-            subtotalResponses[subtotal] += 1.0;
-          }
-        }
-        options[i].push_back(kCellKeyTotal);
-      }
-      odometer[i] = 0;
-    }
+    d.ContributionOptions(leafKey, options, maskResponses, subtotalResponses);
+    std::fill(odometer.begin(), odometer.end(), 0);
     // The set carrying the statistics: one response per member counted, all of them at its total.
     const bool addResponses = maskResponses > 0.0 && d._statPosition == d._setPosition;
     while (true) {
       for (std::size_t i = 0; i < n; ++i) codes[i] = options[i][odometer[i]];
       PackedKey key;
       d.Pack(codes.data(), key);
-      auto inserted = d._index.try_emplace(key, static_cast<std::uint32_t>(d._cells.size()));
-      if (inserted.second) {
-        d._cells.emplace_back();
-        d._cellKeys.push_back(key);
-        d._scaleCells.resize(d._scaleCells.size() + scales, ScaleCell(d._mode != kWeightNone && d._keepWeights));
-      }
-      const std::uint32_t target = inserted.first->second;
+      const std::uint32_t target = d.Insert(key);
       d._cells[target].Merge(cells[source]);
       if (addResponses) {
         const Cell& leaf = cells[source];
