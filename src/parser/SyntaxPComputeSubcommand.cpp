@@ -36,6 +36,9 @@ struct ReadState {
   double bracketFirstNumber = 0.0;           // the value of the bracket's first element
   bool bracketThruSeen = false;              // the open bracket has had its THRU
   RangeOperand bracketRange;                 // the ends read so far, once THRU makes a range
+  std::vector<std::string> bracketTexts;     // every element of the open bracket, as the user reads it
+  bool bracketHasName = false;               // the open bracket holds a literal or a variable name
+  bool rangeLeftOpen = false;                // a bracket closed on THRU, as in "[1 THRU] + [2]"
 
   /// "[" or "]": the next bracket starts afresh.
   void ClearBracket() {
@@ -43,6 +46,8 @@ struct ReadState {
     bracketOperands = 0;
     bracketThruSeen = false;
     bracketRange = RangeOperand();
+    bracketTexts.clear();
+    bracketHasName = false;
   }
   /// A number, LO, HI or THRU inside the bracket: the end before the first THRU is the low
   /// one, the last end the high one.
@@ -395,6 +400,10 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
   ReadState& state = data._state;
   ExpressionToken& expression = data._expressionToken;
   state.signAllowed = false;
+  if (op != TokenSequenceBase::kOpRightBracket) {
+    const bool literal = type == TokenSequenceBase::kTokenLiteral;
+    state.bracketTexts.push_back(text == " THRU " ? std::string("THRU") : literal ? "'" + text + "'" : text);
+  }
   const bool rangeWord = type == TokenSequenceBase::kTokenWord && op == 0 &&
                          (SyntaxParserUtility::ExactWordMatch(text, "LO") ||
                           SyntaxParserUtility::ExactWordMatch(text, "HI") || text == " THRU ");
@@ -427,12 +436,14 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
     if (!MRSetExists(text)) {
       SyntaxParserUtility::InvalidExpression(this, data._catName);
     }
+    state.bracketHasName = true;
     expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitName, Expr::kExprName,
                         Expr::kExprOpNone, 0.0, 0);
     ++state.bracketOperands;
     return;
   }
   if (type == TokenSequenceBase::kTokenLiteral) {
+    state.bracketHasName = true;
     expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitString, Expr::kExprName,
                         Expr::kExprOpNone, 0.0, 0);
     ++state.bracketOperands;
@@ -441,9 +452,36 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
   if (op != TokenSequenceBase::kOpRightBracket) {
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
+  CheckClosingBracket();
   state.inBracket = false;
   state.afterBracket = true;
   state.ClearBracket();
+}
+
+// "]": the bracket must have named exactly one category. Elements are only joined as they
+// come, so "[1 2]", "[1 5 THRU 7]" or "[]" would otherwise stand for a category nobody wrote.
+void SyntaxPComputeSubcommand::CheckClosingBracket() {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  const std::vector<std::string>& elements = state.bracketTexts;
+  auto isEnd = [&](std::size_t position) { return !state.bracketHasName && elements[position] != "THRU"; };
+  const std::size_t count = elements.size();
+  if (count == 2 && isEnd(0) && !isEnd(1) && !state.bracketHasName) {
+    // "[1 THRU]": a range without its high end, reported as such when the subcommand ends,
+    // even if a later bracket closes properly.
+    state.rangeLeftOpen = true;
+    return;
+  }
+  const bool oneCategory = (count == 1 && (state.bracketHasName || isEnd(0))) ||
+                           (count == 3 && isEnd(0) && !isEnd(1) && isEnd(2));
+  if (oneCategory) {
+    return;
+  }
+  std::string bracket = "[";
+  for (std::size_t position = 0; position < count; ++position) {
+    bracket += (position == 0 ? "" : " ") + elements[position];
+  }
+  SyntaxParserUtility::InvalidExpressionBracket(this, data._catName, bracket + "]");
 }
 
 bool SyntaxPComputeSubcommand::MRSetExists(const std::string& name) const {
@@ -467,7 +505,7 @@ void SyntaxPComputeSubcommand::ValidateAndCommit(const std::string& text) {
   if (data._catName.empty()) {
     SyntaxParserUtility::IncompleteSubcommand(this, text);
   }
-  if (_rangeIsOpen) {
+  if (_rangeIsOpen || data._state.rangeLeftOpen) {
     SyntaxParserUtility::UnknownVariable(this, data._expression);
   }
   // Numbers and names measure different things: an expression keeps to one kind of operand,

@@ -147,6 +147,9 @@ class SyntaxParserUtility {
 
   // --- Errors on computed categories (thrown) ---------------------------------------
   [[noreturn]] static void InvalidExpression(const SyntaxConverter* converter, const std::string& text);
+  /// A bracket of a computed category's expression that holds no category, or more than one.
+  [[noreturn]] static void InvalidExpressionBracket(const SyntaxConverter* converter, const std::string& category,
+                                                    const std::string& bracket);
   [[noreturn]] static void HideSourceCatsInSigTest(const SyntaxConverter* converter,
                                                    const std::string& category);
   [[noreturn]] static void UnMatchTypeVariable(const SyntaxConverter* converter, const std::string& category,

@@ -357,6 +357,11 @@ void SyntaxParserUtility::InvalidExpression(const SyntaxConverter* converter, co
   Raise(msg::kInvalidComputedCategoryExpression, {NameOf(converter), text});
 }
 
+void SyntaxParserUtility::InvalidExpressionBracket(const SyntaxConverter* converter, const std::string& category,
+                                                   const std::string& bracket) {
+  Raise(msg::kInvalidComputedCategoryBracket, {NameOf(converter), category, bracket});
+}
+
 void SyntaxParserUtility::HideSourceCatsInSigTest(const SyntaxConverter* /*converter*/,
                                                   const std::string& category) {
   Raise(
