@@ -8,7 +8,27 @@ KeywordReader::KeywordReader(const SyntaxConverter* owner, const std::vector<Key
     : _owner(owner), _rules(rules), _given(rules.size(), false),
       _codes(rules.size(), 0),
       _numbers(rules.size(), 0.0),
-      _texts(rules.size()) {}
+      _texts(rules.size()),
+      _givenBy(rules.size(), -1),
+      _givenAs(rules.size()) {}
+
+void KeywordReader::WarnRepeated(std::size_t rule, const std::string& text, const char* word) const {
+  const std::size_t slot = Slot(rule);
+  // "ROWLABELS=OPPOSITE COLLABELS=LAYER": two keywords for one setting; saying that COLLABELS
+  // came twice would send the user looking for a second COLLABELS.
+  if (_givenBy[slot] >= 0 && static_cast<std::size_t>(_givenBy[slot]) != rule) {
+    SyntaxParserUtility::SameOptionWarning(_owner, text, _givenAs[slot]);
+    return;
+  }
+  SyntaxParserUtility::DuplicateWarning(_owner, _rules[rule].warnsWithTypedWord ? text : std::string(word));
+}
+
+void KeywordReader::Give(std::size_t rule, const std::string& typed) {
+  const std::size_t slot = Slot(rule);
+  _given[slot] = true;
+  _givenBy[slot] = static_cast<int>(rule);
+  _givenAs[slot] = typed;
+}
 
 int KeywordReader::Start(const std::string& text) {
   if (_pending >= 0) {
@@ -21,9 +41,10 @@ int KeywordReader::Start(const std::string& text) {
       continue;
     }
     if (_given[Slot(index)] && rule.warnsWhenRepeated) {
-      SyntaxParserUtility::DuplicateWarning(_owner, rule.warnsWithTypedWord ? text : std::string(rule.keyword));
+      WarnRepeated(index, text, rule.keyword);
     }
     _pending = static_cast<int>(index);
+    _pendingText = text;
     return _pending;
   }
   SyntaxParserUtility::UnknownKeyword(_owner, text);
@@ -40,7 +61,7 @@ int KeywordReader::ReadWord(const std::string& text, int& rule) {
   }
   for (const KeywordChoice& choice : _rules[static_cast<std::size_t>(rule)].choices) {
     if (SyntaxParserUtility::ExactWordMatch(text, choice.word)) {
-      _given[Slot(static_cast<std::size_t>(rule))] = true;
+      Give(static_cast<std::size_t>(rule), _pendingText + "=" + text);
       _codes[Slot(static_cast<std::size_t>(rule))] = choice.code;
       return choice.code;
     }
@@ -59,9 +80,9 @@ int KeywordReader::ReadLoneWord(const std::string& text, int& rule) {
         continue;
       }
       if (_given[Slot(index)] && lone.warnsWhenRepeated) {
-        SyntaxParserUtility::DuplicateWarning(_owner, lone.warnsWithTypedWord ? text : std::string(choice.word));
+        WarnRepeated(index, text, choice.word);
       }
-      _given[Slot(index)] = true;
+      Give(index, text);
       _codes[Slot(index)] = choice.code;
       rule = static_cast<int>(index);
       return choice.code;
@@ -95,7 +116,7 @@ void KeywordReader::CheckRange(int rule, double value, const std::string& text) 
 void KeywordReader::Finish(double value, const std::string& text) {
   if (_pending >= 0) {
     const std::size_t slot = Slot(static_cast<std::size_t>(_pending));
-    _given[slot] = true;
+    Give(static_cast<std::size_t>(_pending), text.empty() ? _pendingText : _pendingText + "=" + text);
     _numbers[slot] = value;
     _texts[slot] = text;
   }

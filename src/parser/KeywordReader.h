@@ -106,10 +106,17 @@ class KeywordReader {
   const std::vector<KeywordRule>& _rules;
   std::size_t Slot(std::size_t rule) const;
   int ReadLoneWord(const std::string& text, int& rule);
+  /// The warning for `rule`, typed as `text`, whose slot already has a value.
+  void WarnRepeated(std::size_t rule, const std::string& text, const char* word) const;
+  /// Counts `rule` as given, by `typed` (as the user wrote it, for a later warning).
+  void Give(std::size_t rule, const std::string& typed);
 
   std::vector<bool> _given;  // per rule (or its sameAs rule): a value has been read
   std::vector<int> _codes;           // per rule (or its sameAs rule): the code of the last choice read
   std::vector<double> _numbers;      // per rule: the last number read
   std::vector<std::string> _texts;   // per rule: the last number or text read, as written
+  std::vector<int> _givenBy;          // per slot: the rule that gave the value last
+  std::vector<std::string> _givenAs;  // per slot: how that was typed ("ROWLABELS=OPPOSITE", "AUTO")
+  std::string _pendingText;           // the keyword of the pending rule, as typed
   int _pending = -1;         // the rule whose value comes next
 };

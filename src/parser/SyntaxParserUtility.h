@@ -175,6 +175,9 @@ class SyntaxParserUtility {
   static void DuplicateWarning(const std::string& subcommand, const std::string& text);
   /// The converter's subcommand name is shown as the subcommand.
   static void DuplicateWarning(const SyntaxConverter* converter, const std::string& text);
+  /// `text` sets what `earlier`, another keyword or word of the subcommand, already set.
+  static void SameOptionWarning(const SyntaxConverter* converter, const std::string& text,
+                                const std::string& earlier);
   /// Names "CATEGORIES" as the subcommand when `categories` is true, else "TABLE".
   static void DuplicateWarningFromVariable(const std::string& text, const std::string& variable,
                                            bool categories);

@@ -427,6 +427,11 @@ void SyntaxParserUtility::DuplicateWarning(const SyntaxConverter* converter, con
   DuplicateWarning(NameOf(converter), text);
 }
 
+void SyntaxParserUtility::SameOptionWarning(const SyntaxConverter* converter, const std::string& text,
+                                            const std::string& earlier) {
+  Warn(msg::kSameOptionWarning, {NameOf(converter), text, earlier});
+}
+
 void SyntaxParserUtility::DuplicateWarningFromVariable(const std::string& text, const std::string& variable,
                                                        bool categories) {
   Warn(msg::kDuplicateWarningFromVariable,
