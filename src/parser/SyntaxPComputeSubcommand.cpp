@@ -28,6 +28,7 @@ struct ReadState {
   bool afterBracket = false;                 // the last term was "[ ... ]"
   bool inBracket = false;                    // between "[" and "]"
   bool finished = false;                     // EXPR's closing parenthesis was read
+  bool termComplete = false;                 // the last thing read ends a term: the next is an operator
   bool hasPrevious = false;                  // a token of the expression was read before this one
   int previousType = 0;                      // that token's type
   int previousOp = 0;                        // and operator code
@@ -210,10 +211,18 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
         state.afterBracket = false;
         state.operandExpected = true;
         state.signAllowed = true;
+        state.termComplete = false;
         expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
       } else if (op == TokenSequenceBase::kOpLeftParen) {
         expression.addOpToken(text, Expr::kExprOpLeftParen, nextOpIndex);
         ++state.depth;
+        // "()": a parenthesis opens a term, which must come before it closes; "(1)(2)" has no
+        // operator between its terms.
+        state.operandExpected = true;
+        if (state.termComplete) {
+          SyntaxParserUtility::InvalidExpression(this, data._catName);
+        }
+        state.termComplete = false;
         // "[1](2)": a bracket is a whole term and cannot be followed by another.
         if (state.afterBracket) {
           SyntaxParserUtility::InvalidExpression(this, data._catName);
@@ -227,10 +236,11 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
         }
         --state.depth;
         state.finished = state.depth == 0;
+        state.termComplete = true;
       } else if (op == TokenSequenceBase::kOpLeftBracket) {
         state.inBracket = true;
         state.ClearBracket();
-        if (state.afterBracket) {
+        if (state.afterBracket || state.termComplete) {
           SyntaxParserUtility::InvalidExpression(this, data._catName);
         }
       } else if (op == TokenSequenceBase::kOpRightBracket) {
@@ -254,6 +264,11 @@ void SyntaxPComputeSubcommand::ReadNumberTerm(std::string text, double number, u
   ReadState& state = data._state;
   ExpressionToken& expression = data._expressionToken;
   const bool previousArithmetic = state.hasPrevious && IsArithmetic(state.previousOp);
+  // "2 3" or "[1] 2": two terms without an operator between them add up to nothing anyone
+  // wrote; with a sign ("[1] -2") the sign is the operator.
+  if (state.termComplete && text[0] != '+' && text[0] != '-') {
+    SyntaxParserUtility::InvalidExpression(this, data._catName);
+  }
   if (text[0] == '+') {
     // "2 * +3": a sign after an operator cannot be an operator itself.
     if (previousArithmetic) {
@@ -263,7 +278,7 @@ void SyntaxPComputeSubcommand::ReadNumberTerm(std::string text, double number, u
     expression.addOpToken("+", Expr::kExprOpAdd, nextOpIndex);
     text.erase(0, 1);
     number = std::fabs(number);
-  } else if (text[0] == '-' && !state.signAllowed) {
+  } else if (text[0] == '-' && (!state.signAllowed || state.termComplete)) {
     // "1 -2": the lexer gave the sign to the number, but it is the operator.
     state.operandExpected = false;
     expression.addOpToken("-", Expr::kExprOpSubtract, nextOpIndex);
@@ -272,6 +287,7 @@ void SyntaxPComputeSubcommand::ReadNumberTerm(std::string text, double number, u
   }
   state.signAllowed = false;
   state.operatorExpected = true;
+  state.termComplete = true;
   expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitNumber, Expr::kExprConstant,
                       Expr::kExprOpNone, number, 0);
 }
@@ -281,6 +297,11 @@ void SyntaxPComputeSubcommand::ReadKeywordTerm(TARN_TokenSequence* tokens, const
   PCData& data = *_pcData;
   ReadState& state = data._state;
   ExpressionToken& expression = data._expressionToken;
+  // "[1] TOTAL": a keyword term right after another term.
+  if (state.termComplete) {
+    SyntaxParserUtility::InvalidExpression(this, data._catName);
+  }
+  state.termComplete = true;
   if (SyntaxParserUtility::ExactWordMatch(text, "MISSING")) {
     state.operatorExpected = true;
     expression.addToken(data._catName, text, TableEncryptionCodes::kExplicitMissing, Expr::kExprKeyword,
@@ -338,7 +359,8 @@ void SyntaxPComputeSubcommand::ReadSubtotal(TARN_TokenSequence* tokens) {
       if (!isOperator) {
         // "SUBTOTAL -1": the number's sign is the operator between the two terms.
         addSubtotal(1);
-        if (type != TokenSequenceBase::kTokenNumber) {
+        // "SUBTOTAL 2": without a sign there is no operator between the two terms.
+        if (type != TokenSequenceBase::kTokenNumber || (text[0] != '+' && text[0] != '-')) {
           SyntaxParserUtility::InvalidExpression(this, data._catName);
         }
         if (text[0] == '+' || text[0] == '-') {
@@ -357,6 +379,7 @@ void SyntaxPComputeSubcommand::ReadSubtotal(TARN_TokenSequence* tokens) {
         state.afterBracket = false;
         state.operandExpected = true;
         state.signAllowed = true;
+        state.termComplete = false;
         expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
         return;
       }
@@ -453,6 +476,7 @@ void SyntaxPComputeSubcommand::ReadBracketToken(int type, int op, std::string& t
     SyntaxParserUtility::UnknownKeyword(this, text);
   }
   CheckClosingBracket();
+  state.termComplete = true;
   state.inBracket = false;
   state.afterBracket = true;
   state.ClearBracket();
