@@ -10,6 +10,7 @@
 #include "host/data/TARN_DataSource.h"
 #include "host/data/VariableSet.h"
 #include "host/tokens/TARN_TokenSequence.h"
+#include "parser/CommandScope.h"
 #include "parser/ExpressionToken.h"
 #include "parser/SyntaxConverterType.h"
 #include "parser/SyntaxParserUtility.h"
@@ -531,6 +532,15 @@ void SyntaxPComputeSubcommand::ValidateAndCommit(const std::string& text) {
   }
   if (_rangeIsOpen || data._state.rangeLeftOpen) {
     SyntaxParserUtility::UnknownVariable(this, data._expression);
+  }
+  // A name defined again makes its category afresh: the later definition stands.
+  if (const CommandScope* command = GetCommandScope()) {
+    for (const SyntaxPComputeSubcommand* earlier : command->GetPComputeSubcommands()) {
+      if (earlier != this && SyntaxParserUtility::ExactWordMatch(earlier->GetCatName(), data._catName)) {
+        SyntaxParserUtility::DuplicateWarning(this, "&" + data._catName);
+        break;
+      }
+    }
   }
   // Numbers and names measure different things: an expression keeps to one kind of operand,
   // judged against the operands ahead of its first constant or keyword.

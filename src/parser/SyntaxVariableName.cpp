@@ -805,18 +805,20 @@ ParsedCategory* SyntaxVariableName::MakeComputedCategory(const CategoryToken& to
   }
   std::unique_ptr<ParsedCategory> category;
   bool usesTotals = false;  // the expression refers to the total or a subtotal
+  bool completed = false;   // a PPROPERTIES has completed the latest definition
   for (const ComputedDefinition& definition : command->GetComputedDefinitions()) {
     if (definition.compute != nullptr) {
       if (SyntaxParserUtility::ExactWordMatch(definition.compute->GetCatName(), catName)) {
+        completed = false;
         usesTotals = CheckComputedOperands(*definition.compute, catName, tokens, total);
         const std::vector<std::string> labels{definition.compute->GetExpression()};
         category = std::make_unique<ParsedCategory>(catName, labels, /*hideSource=*/false, std::vector<int>(),
                                                     std::vector<int>(), std::vector<int>(),
                                                     ParsedCategory::kParsedComputed, index);
       }
-    } else if (category != nullptr && Names(*definition.properties, catName)) {
+    } else if (category != nullptr && !completed && Names(*definition.properties, catName)) {
       category = ApplyComputedProperties(*definition.properties, *category, usesTotals, index);
-      break;
+      completed = true;
     }
   }
   if (category == nullptr) {

@@ -284,11 +284,14 @@ bool BelongsTo(const SyntaxVariableName* owner, const AggregationCategory* categ
 }
 
 /// Binds the expression of computed category `post` to the cell: its operand and operator
-/// lists, with each operand's `varName` set to the dictionary index of the variable.
+/// lists, with each operand's `varName` set to the dictionary index of the variable. A name
+/// defined again stands for its last definition, as its label does (the parser warned).
 bool BindExpression(TableDelivery::Data& data, const AggregationCategory* post) {
   const SyntaxTablesCommand* command = CommandOf(data._subcommand);
   if (command == nullptr) return false;
-  for (SyntaxPComputeSubcommand* pCompute : command->GetPComputeSubcommands()) {
+  const std::vector<SyntaxPComputeSubcommand*> pComputes = command->GetPComputeSubcommands();
+  for (auto it = pComputes.rbegin(); it != pComputes.rend(); ++it) {
+    SyntaxPComputeSubcommand* pCompute = *it;
     if (!SyntaxParserUtility::ExactWordMatch(pCompute->GetCatName(), post->GetPCatName())) continue;
     pCompute->UpdateTokenIndex(std::to_string(post->GetVarIndex()));
     data._operandTokens = pCompute->GetExpTokenVector();
