@@ -159,7 +159,6 @@ SyntaxConverter* SyntaxPComputeSubcommand::AttributeString(const std::string& te
 void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const std::string& attributeText) {
   PCData& data = *_pcData;
   ReadState& state = data._state;
-  ExpressionToken& expression = data._expressionToken;
   while (!state.finished && tokens->Next()) {
     const int type = tokens->GetTokenType();
     const int op = tokens->GetOperatorCode();
@@ -181,81 +180,89 @@ void SyntaxPComputeSubcommand::ReadExpression(TARN_TokenSequence* tokens, const 
       text = SyntaxParserUtility::ExactWordMatch(text, "LO") ? "LO" : "HI";
     }
     data._expression += text;
-    double number = tokens->GetNumber();
-
+    const double number = tokens->GetNumber();
     if (state.inBracket) {
       ReadBracketToken(type, op, text, number, attributeText);
     } else {
-      if (SyntaxParserUtility::ExactWordMatch(text, "PPROPERTIES")) {
-        SyntaxParserUtility::InvalidExpression(this, data._catName);
-      }
-      const bool isOperator = type == TokenSequenceBase::kTokenOperator || op != 0;
-      if (state.operandExpected) {
-        const bool plainTerm =
-            (type == TokenSequenceBase::kTokenWord || type == TokenSequenceBase::kTokenNumber) && op == 0;
-        if (plainTerm || op == TokenSequenceBase::kOpLeftParen || op == TokenSequenceBase::kOpLeftBracket) {
-          state.operandExpected = false;
-        } else if (isOperator) {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
-      }
-      if (state.operatorExpected) {
-        if (type == TokenSequenceBase::kTokenNumber || IsArithmetic(op) ||
-            op == TokenSequenceBase::kOpRightParen) {
-          state.operatorExpected = false;
-        } else if (isOperator) {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
-      }
-      const unsigned long nextOpIndex = expression.getOperatorTokens().size() + 1;
-      if (IsArithmetic(op)) {
-        state.afterBracket = false;
-        state.operandExpected = true;
-        state.signAllowed = true;
-        state.termComplete = false;
-        expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
-      } else if (op == TokenSequenceBase::kOpLeftParen) {
-        expression.addOpToken(text, Expr::kExprOpLeftParen, nextOpIndex);
-        ++state.depth;
-        // "()": a parenthesis opens a term, which must come before it closes; "(1)(2)" has no
-        // operator between its terms.
-        state.operandExpected = true;
-        if (state.termComplete) {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
-        state.termComplete = false;
-        // "[1](2)": a bracket is a whole term and cannot be followed by another.
-        if (state.afterBracket) {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
-      } else if (op == TokenSequenceBase::kOpRightParen) {
-        state.operandExpected = false;
-        state.signAllowed = false;
-        expression.addOpToken(text, Expr::kExprOpRightParen, nextOpIndex);
-        if (state.depth == 0) {
-          SyntaxParserUtility::UnbalancedParen(this, data._expression);
-        }
-        --state.depth;
-        state.finished = state.depth == 0;
-        state.termComplete = true;
-      } else if (op == TokenSequenceBase::kOpLeftBracket) {
-        state.inBracket = true;
-        state.ClearBracket();
-        if (state.afterBracket || state.termComplete) {
-          SyntaxParserUtility::InvalidExpression(this, data._catName);
-        }
-      } else if (op == TokenSequenceBase::kOpRightBracket) {
-        SyntaxParserUtility::UnknownKeyword(this, attributeText);
-      } else if (type == TokenSequenceBase::kTokenNumber) {
-        ReadNumberTerm(text, number, nextOpIndex);
-      } else if (type == TokenSequenceBase::kTokenWord) {
-        ReadKeywordTerm(tokens, text);
-      }
-      // Literals and other operators outside brackets only go into the text.
+      ReadTermToken(tokens, type, op, text, number, attributeText);
     }
     state.hasPrevious = true;
     state.previousType = type;
     state.previousOp = op;
+  }
+}
+
+// A token outside brackets: an operator, a parenthesis, the opening bracket or a term.
+// Literals and other operators only go into the text.
+void SyntaxPComputeSubcommand::ReadTermToken(TARN_TokenSequence* tokens, int type, int op, const std::string& text,
+                                             double number, const std::string& attributeText) {
+  PCData& data = *_pcData;
+  ReadState& state = data._state;
+  ExpressionToken& expression = data._expressionToken;
+  if (SyntaxParserUtility::ExactWordMatch(text, "PPROPERTIES")) {
+    SyntaxParserUtility::InvalidExpression(this, data._catName);
+  }
+  const bool isOperator = type == TokenSequenceBase::kTokenOperator || op != 0;
+  if (state.operandExpected) {
+    const bool plainTerm =
+        (type == TokenSequenceBase::kTokenWord || type == TokenSequenceBase::kTokenNumber) && op == 0;
+    if (plainTerm || op == TokenSequenceBase::kOpLeftParen || op == TokenSequenceBase::kOpLeftBracket) {
+      state.operandExpected = false;
+    } else if (isOperator) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+  }
+  if (state.operatorExpected) {
+    if (type == TokenSequenceBase::kTokenNumber || IsArithmetic(op) ||
+        op == TokenSequenceBase::kOpRightParen) {
+      state.operatorExpected = false;
+    } else if (isOperator) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+  }
+  const unsigned long nextOpIndex = expression.getOperatorTokens().size() + 1;
+  if (IsArithmetic(op)) {
+    state.afterBracket = false;
+    state.operandExpected = true;
+    state.signAllowed = true;
+    state.termComplete = false;
+    expression.addOpToken(text, ArithmeticCode(op), nextOpIndex);
+  } else if (op == TokenSequenceBase::kOpLeftParen) {
+    expression.addOpToken(text, Expr::kExprOpLeftParen, nextOpIndex);
+    ++state.depth;
+    // "()": a parenthesis opens a term, which must come before it closes; "(1)(2)" has no
+    // operator between its terms.
+    state.operandExpected = true;
+    if (state.termComplete) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+    state.termComplete = false;
+    // "[1](2)": a bracket is a whole term and cannot be followed by another.
+    if (state.afterBracket) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+  } else if (op == TokenSequenceBase::kOpRightParen) {
+    state.operandExpected = false;
+    state.signAllowed = false;
+    expression.addOpToken(text, Expr::kExprOpRightParen, nextOpIndex);
+    if (state.depth == 0) {
+      SyntaxParserUtility::UnbalancedParen(this, data._expression);
+    }
+    --state.depth;
+    state.finished = state.depth == 0;
+    state.termComplete = true;
+  } else if (op == TokenSequenceBase::kOpLeftBracket) {
+    state.inBracket = true;
+    state.ClearBracket();
+    if (state.afterBracket || state.termComplete) {
+      SyntaxParserUtility::InvalidExpression(this, data._catName);
+    }
+  } else if (op == TokenSequenceBase::kOpRightBracket) {
+    SyntaxParserUtility::UnknownKeyword(this, attributeText);
+  } else if (type == TokenSequenceBase::kTokenNumber) {
+    ReadNumberTerm(text, number, nextOpIndex);
+  } else if (type == TokenSequenceBase::kTokenWord) {
+    ReadKeywordTerm(tokens, text);
   }
 }
 

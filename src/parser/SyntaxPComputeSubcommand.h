@@ -59,6 +59,9 @@ class SyntaxPComputeSubcommand : public NamedConverter<SyntaxComposite> {
   void ReadKeywordTerm(TARN_TokenSequence* tokens, const std::string& text);
   /// A token inside "[ ]" of the expression.
   void ReadBracketToken(int type, int op, std::string& text, double number, const std::string& attributeText);
+  /// A token outside brackets: checks the order of terms and operators and records it.
+  void ReadTermToken(TARN_TokenSequence* tokens, int type, int op, const std::string& text, double number,
+                     const std::string& attributeText);
   /// "]": raises unless the bracket named exactly one category ("[1 THRU]" is left to ValidateAndCommit).
   void CheckClosingBracket();
   /// Whether `name` is a member of some multiple-response set of the dictionary.
